@@ -1,0 +1,69 @@
+#ifndef LS_MASTER_K_CNET_RECORDS_H
+#define LS_MASTER_K_CNET_RECORDS_H
+
+#include <QtCore/QString>
+
+/// The records that the host and the driver exchange. Their fields, order and widths are part of
+/// the interface: a host may declare them itself, so nothing here may move. They have no
+/// constructors; `VARIABLE()` and the like give a record with every plain field 0.
+
+/// Size in bytes of the value area of a request and of a key: 512 words, or 1024 bits or bytes.
+enum { kValueAreaSize = 1024 };
+
+/// Size in bytes of the area that holds one request frame.
+enum { kSendBufSize = 1024 };
+
+/// One PLC request item: a range of one register, with its value bytes.
+///
+/// Two items are the same request when `stationNo`, `regName`, `startAddr` and `count` are equal.
+struct VARIABLE
+{
+    int opKind;      ///< tag of whoever made the item; 4 for cyclic reads; carried, not interpreted
+    int stationNo;   ///< PLC station; its low 8 bits go on the wire, a MASTER-K answers to 0-31
+    QString regName; ///< register name, such as "D_W" or "M_bit"
+    int startAddr;   ///< first address: word or contact number; word * 16 + bit for "_bit" names
+    int count;       ///< number of units (words, bits or contacts)
+    unsigned char data[kValueAreaSize]; ///< values; a word low byte first, a bit one byte, 0 or 1
+};
+
+/// One address that the host wants read, or a range that the driver cuts or merges.
+struct KEY_ADDRESS
+{
+    QString keyText;  ///< the host's own; carried along unchanged
+    int keyA;         ///< the host's own; carried along unchanged
+    int keyB;         ///< the host's own; a recipe item's `bufOffset` in the driver's recipe keys
+    int stationNo;    ///< PLC station
+    QString regName;  ///< register name
+    QString addrText; ///< address as text; may be empty; not read by the driver
+    int startAddr;    ///< first address, in the numeric form of `VARIABLE::startAddr`
+    int bitFlag; ///< -1: a bit register, one value byte a unit; anything else: two bytes a unit
+    int count;   ///< number of units
+    unsigned char data[kValueAreaSize]; ///< value bytes
+};
+
+/// One request frame, ready to send, with the request that it serves. The host owns the record and
+/// `intf_getSendFrame` fills it.
+struct FRAME_PRO
+{
+    unsigned char sendBuf[kSendBufSize]; ///< the frame's bytes, `sendLen` of them to transmit
+    int sendLen;   ///< bytes to transmit, 0-1024; 0 for the handshake, which sends nothing
+    int recvLen;   ///< exact length in bytes of a good answer
+    int dataPos;   ///< index in the answer of its first data character; 0 when it carries no data
+    int unitCount; ///< units that the answer carries; 0 for an answer that only acknowledges
+    int spare;     ///< always 0
+    VARIABLE var;  ///< the request that the frame serves
+};
+
+/// One recipe item of the host: a range of one register and its place in the recipe buffer.
+struct _RCP_VAR_PRO
+{
+    int deviceNo;    ///< device that the item belongs to; items of other devices are dropped
+    int stationNo;   ///< PLC station
+    QString regName; ///< register name
+    int startAddr;   ///< first address
+    int count;       ///< number of units
+    int bufOffset;   ///< place of the item's first value in the recipe buffer, in 16-bit words
+    int reserved;    ///< carried along, not interpreted
+};
+
+#endif

@@ -1,0 +1,15 @@
+#ifndef LS_MASTER_K_CNET_MERGE_RULE_H
+#define LS_MASTER_K_CNET_MERGE_RULE_H
+
+#include "ls_master_k_cnet/records.h"
+
+/// Whether `next`, which lies behind `cur` in the sorted list, may join the block that `cur` is.
+///
+/// @param mode  0: only what overlaps or touches; anything else: a gap of up to the driver's
+///              `maxBlockWords` is bridged too
+/// @return      0: it may; 1: it starts a new block
+///
+/// Reads `driver.maxBlockWords`; called while the exchange is idle.
+int judgeAddrMerge(const KEY_ADDRESS &cur, const KEY_ADDRESS &next, int mode);
+
+#endif

@@ -1,0 +1,36 @@
+#ifndef SERVICE_FOR_PROTOCOL_ADDRESS_MERGE_H
+#define SERVICE_FOR_PROTOCOL_ADDRESS_MERGE_H
+
+#include <QtCore/QList>
+
+#include "ls_master_k_cnet/records.h"
+#include "shared/register_row.h"
+
+/// Merging of addresses into block reads and block transfers. Called while the exchange is idle.
+
+enum MergeMode {
+    kMergeReads = 1, ///< bits become words, keys are sorted, gaps are bridged
+    kMergeRecipe = 2 ///< keys stay in their order and join only where they touch
+};
+
+/// Turns the keys into blocks, in place. A block keeps every field of its first key but the count,
+/// and holds no more than `driver.maxBlockWords`, except that one long key stays one block. With
+/// that limit below 1 there are no blocks.
+///
+/// @param mode  a `MergeMode`; `kMergeRecipe` also appends to `driver.rcpBlockStarts` the index of
+///              each block's first key
+void addrMerge(QList<KEY_ADDRESS> &keys, int mode);
+
+/// Turns one key of the reading mode into words: "M_bit" 35 x3 becomes "M_W" 2 x1.
+/// @param widths  widths of the key's register, before its name changes
+void convertReadKey(KEY_ADDRESS &key, const RegisterWidths &widths);
+
+/// Turns the count of one recipe key into 16-bit words.
+/// @param widths  widths of the key's register
+void convertRecipeKey(KEY_ADDRESS &key, const RegisterWidths &widths);
+
+/// @return  the positions 0 .. weights.size() - 1 in rising order of their weights; equal weights
+///          stay as they were
+QVector<int> orderByWeight(const QVector<quint32> &weights);
+
+#endif

@@ -1,0 +1,33 @@
+#ifndef SERVICE_FOR_PROTOCOL_ADDRESS_SERIES_H
+#define SERVICE_FOR_PROTOCOL_ADDRESS_SERIES_H
+
+#include <QtCore/QString>
+#include <QtCore/QVector>
+
+/// Intervals that are no numbers of units.
+enum { kIntervalWord = -1, kIntervalDoubleWord = -2 };
+
+/// Copies that one call makes at most; a screen never has as many objects.
+enum { kMaxCopies = 1000000 };
+
+/// Step in register units of a series.
+///
+/// @param interval  units, or one of the intervals above
+/// @param unitBits  unit width of the register
+/// @param wordBits  word width of the register, 0 for a register that is not listed
+/// @return          1 or more
+int seriesStep(int interval, int unitBits, int wordBits);
+
+/// Makes a series of addresses as numbers and texts, appended to the two vectors; addresses beyond
+/// the highest one become the highest one. Pure; any thread.
+///
+/// @param format   address format of the register
+/// @param count    number of addresses; below 1 makes none
+/// @param interval  see `seriesStep`
+/// @param maxAddr  highest address, as a number and as a text
+/// @return         1: every address was made; 2: at least one was clamped, or the series stopped
+///                 early because an address has no text
+int multiCp(const QString &regName, const QString &format, int startAddr, int count, int interval,
+            QVector<QString> &outText, QVector<int> &outAddr, int maxAddr, const QString &maxText);
+
+#endif

@@ -1,0 +1,78 @@
+#include "serviceForProtocol/answer_handling.h"
+
+#include "ls_master_k_cnet/cnet_frame.h"
+#include "ls_master_k_cnet/ls_master_k_cnet.h"
+#include "serviceForProtocol/answer_decode.h"
+#include "serviceForProtocol/error_info.h"
+#include "serviceForProtocol/job_finish.h"
+#include "serviceForProtocol/write_settle.h"
+#include "shared/protocol.h"
+
+int dealReadFrameReturnSaveData(const QByteArray &reply)
+{
+    if (!driver.frames.isEmpty()) {
+        const FRAME_PRO &frame = driver.frames.at(0);
+        const int unitCount = frame.unitCount;
+        const int dataPos = frame.dataPos;
+        const VARIABLE var = frame.var; // outlives the frame when the host starts anew meanwhile
+        analyzeFrameOfVal(reply, unitCount, dataPos, var);
+    }
+    return 0;
+}
+
+static void settleIfWrite(int success)
+{
+    if (driver.sendState == kJobWrite) {
+        const VARIABLE var = driver.frames.at(0).var;
+        _write_FailOrSuc(var.stationNo, var.regName, var.startAddr, var.count, success);
+    }
+}
+
+static int finishStep()
+{
+    driver.lastFailed = 0;
+    if (!driver.frames.isEmpty()) {
+        driver.frames.removeFirst();
+    }
+    if (driver.frames.isEmpty()) {
+        dealListWhenFinish();
+    }
+    driver.failCount = 0;
+    return kAnswerGood;
+}
+
+static int countBadAnswer()
+{
+    ++driver.failCount;
+    if (driver.failCount < driver.maxRetries) {
+        return kAnswerResend;
+    }
+    driver.lastFailed = 1;
+    settleIfWrite(0);
+    driver.frames.clear();
+    driver.failCount = 0;
+    dealListWhenFinish();
+    return kAnswerGivenUp;
+}
+
+int intf_dealRcvFrame(QByteArray &reply, QString &errorText)
+{
+    errorText = QLatin1String("");
+    if (driver.frames.isEmpty()) {
+        return kAnswerUnexpected;
+    }
+    errorText = getErrorInfo(reply);
+    const QByteArray answer = reply; // the host may use its array from within the callback
+    switch (check_rcv_data(reinterpret_cast<const unsigned char *>(answer.constData()),
+                           driver.curReadList, static_cast<int>(answer.size()))) {
+    case 1:
+        driver.lastFailed = 0;
+        dealReadFrameReturnSaveData(answer);
+        return finishStep();
+    case 2:
+        settleIfWrite(1);
+        return finishStep();
+    default:
+        return countBadAnswer();
+    }
+}

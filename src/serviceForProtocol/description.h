@@ -1,0 +1,13 @@
+#ifndef SERVICE_FOR_PROTOCOL_DESCRIPTION_H
+#define SERVICE_FOR_PROTOCOL_DESCRIPTION_H
+
+#include <QtCore/QList>
+#include <QtCore/QString>
+
+/// Appends the five texts by which `intf_getRegDiscription` describes a register.
+///
+/// @param row  the six columns of the register's row; taken as they are, so that widths and access
+///             kinds that no register has today are described right as well
+void appendRowDescription(const QString *row, QList<QString> &out);
+
+#endif

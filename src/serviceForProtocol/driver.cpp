@@ -1,0 +1,36 @@
+#include "shared/protocol.h"
+
+#include "shared/protocol_tables.h"
+
+Protocol::Protocol()
+    : valueChangeCallback(nullptr)
+    , deviceNo(0)
+    , cacheOnlyWrites(0)
+    , property3(0)
+    , maxRetries(0)
+    , maxBlockWords(0)
+    , shmBase(nullptr)
+    , hostArg2(0)
+    , rcpBuffer(nullptr)
+    , shmMutex(nullptr)
+    , lastVar(VARIABLE())
+    , curVar(VARIABLE())
+    , sendState(kJobIdle)
+    , tryCount(0)
+    , needHandshake(0)
+    , failCount(0)
+    , maxBlockBits(0)
+    , maxBlockWordsCopy(0)
+    , lastFailed(0)
+    , curFrameIndex(0)
+    , initDone(0)
+    , rcpIndex(0)
+    , readItemCount(0)
+{
+    curVar.regName = QLatin1String("");
+    for (int i = 0; i < kRegisterCount; ++i) {
+        regNames.append(REG_LIST[i]);
+    }
+}
+
+Protocol driver;

@@ -1,0 +1,98 @@
+#include "serviceForProtocol/recipe.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "ls_master_k_cnet/ls_master_k_cnet.h"
+#include "serviceForProtocol/address_merge.h"
+#include "serviceForProtocol/address_number.h"
+#include "shared/protocol.h"
+
+int recipeBytes(const RegisterWidths &widths, int count)
+{
+    const qint64 bytes = static_cast<qint64>(count) * (widths.wordBits / 8);
+    return static_cast<int>(std::max<qint64>(0, std::min<qint64>(bytes, kValueAreaSize)));
+}
+
+void rcpAddrToVar(const _RCP_VAR_PRO &item, VARIABLE &var, int withData)
+{
+    var.stationNo = item.stationNo;
+    var.regName = item.regName;
+    var.startAddr = item.startAddr;
+    var.count = item.count;
+    std::memset(var.data, 0, sizeof var.data);
+    if (withData == 0 || driver.rcpBuffer == nullptr || item.bufOffset < 0 ||
+        getIndexFromRegName(item.regName) < 0) {
+        return;
+    }
+    const int bytes = recipeBytes(registerWidths(item.regName), item.count);
+    std::memcpy(var.data, driver.rcpBuffer + 2 * static_cast<qint64>(item.bufOffset),
+                static_cast<size_t>(bytes));
+}
+
+static void keepItemsOfThisDevice(const QVector<_RCP_VAR_PRO> &items)
+{
+    driver.rcpItems.clear();
+    for (int i = 0; i < items.size(); ++i) {
+        if (items.at(i).deviceNo == driver.deviceNo) {
+            driver.rcpItems.append(items.at(i));
+        }
+    }
+}
+
+static void sortItems()
+{
+    QVector<quint32> weights;
+    for (int i = 0; i < driver.rcpItems.size(); ++i) {
+        const _RCP_VAR_PRO &item = driver.rcpItems.at(i);
+        weights.append(getRegAddressWeight(item.stationNo, item.regName, item.startAddr));
+    }
+    const QVector<int> order = orderByWeight(weights);
+    QVector<_RCP_VAR_PRO> sorted;
+    for (int i = 0; i < order.size(); ++i) {
+        sorted.append(driver.rcpItems.at(order.at(i)));
+    }
+    driver.rcpItems = sorted;
+}
+
+static KEY_ADDRESS keyOf(const _RCP_VAR_PRO &item)
+{
+    KEY_ADDRESS key = KEY_ADDRESS();
+    key.stationNo = item.stationNo;
+    key.regName = item.regName;
+    key.startAddr = item.startAddr;
+    key.count = item.count;
+    key.keyB = item.bufOffset;
+    return key;
+}
+
+static _RCP_VAR_PRO blockOf(const KEY_ADDRESS &key)
+{
+    _RCP_VAR_PRO block = _RCP_VAR_PRO();
+    block.stationNo = key.stationNo;
+    block.regName = key.regName;
+    block.startAddr = key.startAddr;
+    block.count = key.count;
+    block.bufOffset = key.keyB;
+    return block;
+}
+
+int intf_setRcpAddress(QVector<_RCP_VAR_PRO> &items)
+{
+    keepItemsOfThisDevice(items);
+    if (driver.rcpItems.isEmpty()) {
+        return 0;
+    }
+    sortItems();
+    QList<KEY_ADDRESS> keys;
+    for (int i = 0; i < driver.rcpItems.size(); ++i) {
+        keys.append(keyOf(driver.rcpItems.at(i)));
+    }
+    driver.rcpBlockStarts.clear();
+    driver.rcpBlocks.clear();
+    addrMerge(keys, kMergeRecipe);
+    for (int i = 0; i < keys.size(); ++i) {
+        driver.rcpBlocks.append(blockOf(keys.at(i)));
+    }
+    return static_cast<int>(driver.rcpItems.size());
+}

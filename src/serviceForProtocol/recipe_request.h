@@ -1,0 +1,23 @@
+#ifndef SERVICE_FOR_PROTOCOL_RECIPE_REQUEST_H
+#define SERVICE_FOR_PROTOCOL_RECIPE_REQUEST_H
+
+/// The two bytes of the host's shared block by which it asks for recipe transfers. Each access
+/// holds the host's mutex, and nothing else happens meanwhile. Without a block, a mutex or a recipe
+/// buffer there are no requests.
+
+/// Offsets of the request bytes in the shared block.
+enum RecipeRequestByte { kRecipeWriteByte = 60115, kRecipeReadByte = 60116 };
+
+struct RecipeRequests
+{
+    bool write; ///< the host wants its recipe in the PLC
+    bool read;  ///< the host wants the PLC's values in its recipe
+};
+
+/// @return  what the host asks for now; a byte of 1 is a request, any other value is none
+RecipeRequests readRecipeRequests();
+
+/// Tells the host that a transfer is over.
+void clearRecipeRequest(RecipeRequestByte byte);
+
+#endif

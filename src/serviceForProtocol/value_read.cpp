@@ -1,0 +1,61 @@
+#include "serviceForProtocol/value_read.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "ls_master_k_cnet/ls_master_k_cnet.h"
+#include "serviceForProtocol/data_area.h"
+#include "serviceForProtocol/unit_layout.h"
+#include "shared/bytes.h"
+#include "shared/protocol.h"
+#include "shared/wrap.h"
+
+static const unsigned char *valueOf(int stationNo, const QString &letter, int unitAddr)
+{
+    const int index = getIndexOfDataArea(stationNo, letter, unitAddr, driver.dataArea);
+    return currentBytes(driver.dataArea.at(index));
+}
+
+static void readUnits(const UnitLayout &layout, int stationNo, const QString &letter, int startAddr,
+                      int units, unsigned char *buffer)
+{
+    const int bytes = layout.bytesPerUnit;
+    for (int i = 0; i < units; ++i) {
+        const unsigned char *const value = valueOf(stationNo, letter, wrapAdd(startAddr, i));
+        std::memcpy(buffer + i * bytes, value, static_cast<size_t>(bytes));
+    }
+}
+
+static void readBits(const UnitLayout &layout, int stationNo, const QString &letter, int startAddr,
+                     int bits, unsigned char *buffer)
+{
+    for (int i = 0; i < bits; ++i) {
+        const int bit = wrapAdd(startAddr, i);
+        const unsigned char *const value = valueOf(stationNo, letter, bit / layout.bitsPerUnit);
+        const int number = unitNumber(value, layout.bytesPerUnit);
+        buffer[i] = static_cast<unsigned char>(bitOf(number, bit % layout.bitsPerUnit));
+    }
+}
+
+void readValues(const RegisterWidths &widths, int stationNo, const QString &letter, int startAddr,
+                int count, unsigned char *buffer)
+{
+    const UnitLayout layout = unitLayout(widths);
+    if (layout.isBitView()) {
+        const int bits = std::min<int>(layout.values(count), kValueAreaSize);
+        readBits(layout, stationNo, letter, startAddr, bits, buffer);
+        return;
+    }
+    const int units = layout.values(count) * layout.unitsPerValue;
+    readUnits(layout, stationNo, letter, startAddr,
+              std::min(units, kValueAreaSize / layout.bytesPerUnit), buffer);
+}
+
+int intf_getData(int stationNo, QString &regName, int startAddr, int count, unsigned char *buffer)
+{
+    if (buffer != nullptr) {
+        readValues(registerWidths(regName), stationNo, registerLetter(regName), startAddr, count,
+                   buffer);
+    }
+    return 1;
+}

@@ -1,0 +1,98 @@
+#include "serviceForProtocol/write_request.h"
+
+#include <cstring>
+
+#include "ls_master_k_cnet/ls_master_k_cnet.h"
+#include "serviceForProtocol/job_queue.h"
+#include "serviceForProtocol/key_split.h"
+#include "serviceForProtocol/panel_value_store.h"
+#include "shared/protocol.h"
+#include "shared/wrap.h"
+
+int panelBytesPerUnit(const RegisterWidths &widths)
+{
+    return widths.unitBits == 1 ? 1 : 2;
+}
+
+static VARIABLE writeOf(const KEY_ADDRESS &piece, int opKind)
+{
+    VARIABLE item = VARIABLE();
+    item.opKind = opKind;
+    item.stationNo = piece.stationNo;
+    item.regName = piece.regName;
+    item.startAddr = piece.startAddr;
+    item.count = piece.count;
+    return item;
+}
+
+// In 16-bit words, except for bit registers, which count bits.
+static int wireCount(const RegisterWidths &widths, int count)
+{
+    return widths.unitBits != 1 && widths.wordBits > 0 ? truncToInt(count * 16.0 / widths.wordBits)
+                                                       : count;
+}
+
+static void queuePieces(const RegisterWidths &widths, const QList<KEY_ADDRESS> &pieces, int opKind)
+{
+    for (int i = 0; i < pieces.size(); ++i) {
+        const KEY_ADDRESS &piece = pieces.at(i);
+        VARIABLE item = writeOf(piece, opKind);
+        const int bytes = piece.count * panelBytesPerUnit(widths);
+        std::memcpy(item.data, piece.data, static_cast<size_t>(bytes));
+        item.count = wireCount(widths, piece.count);
+        insertJob(driver.pendingWrites, item);
+    }
+}
+
+// A contact goes into a frame of its own.
+static void queueContacts(const RegisterWidths &widths, const KEY_ADDRESS &key, int opKind)
+{
+    const int contacts = wireCount(widths, key.count);
+    for (int i = 0; i < contacts && i < kValueAreaSize; ++i) {
+        VARIABLE item = writeOf(key, opKind);
+        item.startAddr = wrapAdd(key.startAddr, i);
+        item.count = 1;
+        item.data[0] = key.data[i];
+        insertJob(driver.pendingWrites, item);
+    }
+}
+
+void queueWrite(const RegisterWidths &widths, int stationNo, const QString &regName, int startAddr,
+                int count, const unsigned char *data, int opKind)
+{
+    const int limit = widths.unitBits == 1 ? driver.maxBlockBits : driver.maxBlockWordsCopy;
+    if (limit < 1) {
+        return;
+    }
+    KEY_ADDRESS key = KEY_ADDRESS();
+    key.stationNo = stationNo;
+    key.regName = regName;
+    key.startAddr = startAddr;
+    key.count = count;
+    std::memcpy(key.data, data, static_cast<size_t>(count * panelBytesPerUnit(widths)));
+    if (widths.wordBits == 1) {
+        queueContacts(widths, key, opKind);
+        return;
+    }
+    // The key counts two bytes a unit even for a bit register, so the later pieces of a long bit
+    // write take their values from twice as far on.
+    QList<KEY_ADDRESS> pieces;
+    groupingKey(key, limit, pieces, 1);
+    queuePieces(widths, pieces, opKind);
+}
+
+int intf_setData(int stationNo, QString &regName, int startAddr, int count, unsigned char *data,
+                 int opKind)
+{
+    // A copy: the host may change its text from within the callback.
+    const QString name = regName;
+    const RegisterWidths widths = registerWidths(name);
+    if (data == nullptr || count < 0 || count > kValueAreaSize / panelBytesPerUnit(widths)) {
+        return 1;
+    }
+    if (driver.cacheOnlyWrites == 0) {
+        queueWrite(widths, stationNo, name, startAddr, count, data, opKind);
+    }
+    write_saveDataToArea(stationNo, name, startAddr, count, data);
+    return 1;
+}

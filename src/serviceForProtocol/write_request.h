@@ -1,0 +1,19 @@
+#ifndef SERVICE_FOR_PROTOCOL_WRITE_REQUEST_H
+#define SERVICE_FOR_PROTOCOL_WRITE_REQUEST_H
+
+#include <QtCore/QString>
+
+#include "shared/register_row.h"
+
+/// Puts the pieces of a panel write on the write list, for a register of the given widths. Panel
+/// thread.
+///
+/// @param count  units whose values lie within 1024 bytes; 0 or more
+/// @param data   one byte a unit of a bit register, two of any other
+void queueWrite(const RegisterWidths &widths, int stationNo, const QString &regName, int startAddr,
+                int count, const unsigned char *data, int opKind);
+
+/// @return  bytes that the panel hands over for one unit: 1 for a bit register, else 2
+int panelBytesPerUnit(const RegisterWidths &widths);
+
+#endif

@@ -1,0 +1,91 @@
+#ifndef SHARED_PROTOCOL_H
+#define SHARED_PROTOCOL_H
+
+#include <QtCore/QList>
+#include <QtCore/QMutex>
+#include <QtCore/QString>
+#include <QtCore/QVector>
+
+#include "ls_master_k_cnet/ls_master_k_cnet.h"
+#include "ls_master_k_cnet/records.h"
+#include "shared/data_record.h"
+
+/// What the frame in flight is for (`Protocol::sendState`).
+enum JobState {
+    kJobIdle = 0,          ///< nothing was sent
+    kJobHandshake = 1,     ///< the empty opening frame
+    kJobWrite = 2,         ///< head of `pendingWrites`
+    kJobConditionRead = 3, ///< head of `conditionReads`
+    kJobCyclicRead = 4,    ///< head of `cyclicReads`; also the `opKind` of its entries
+    kJobRecipeWrite = 5,   ///< block `rcpIndex` of `rcpBlocks`
+    kJobRecipeRead = 6     ///< block `rcpIndex` of `rcpBlocks`
+};
+
+/// The whole state of the driver; `driver` is its only instance in a loaded library. Who may touch
+/// it when is said with the exported functions; beyond that only two locks exist, and no path holds
+/// both or calls the host while it holds one: `listMutex`, and the host's `*shmMutex`.
+class Protocol
+{
+public:
+    Protocol();
+
+    ValueChangeCallback valueChangeCallback; ///< the host's; null: none
+
+    // Settings of the property text.
+    int deviceNo;        ///< the driver's device number
+    int cacheOnlyWrites; ///< not 0: panel writes stay in the cache
+    int property3;       ///< kept for the host
+    int maxRetries;      ///< bad answers after which a job is given up
+    int maxBlockWords;   ///< words of one merged block
+
+    // What the host shares.
+    unsigned char *shmBase;   ///< its block with the two recipe request bytes
+    int hostArg2;             ///< kept for the host
+    unsigned char *rcpBuffer; ///< its recipe values, 16-bit words, low byte first
+    QMutex *shmMutex;         ///< its lock of the two request bytes
+
+    // Jobs and cache.
+    QList<VARIABLE> cyclicReads;     ///< block reads, served in turn
+    QList<VARIABLE> pendingWrites;   ///< panel writes, oldest first
+    QList<VARIABLE> conditionReads;  ///< one-off reads, oldest first
+    QList<_DATA_> dataArea;          ///< the cache, in order of first use; only ever grows
+    QVector<_RCP_VAR_PRO> rcpItems;  ///< recipe items of this device, sorted
+    QVector<_RCP_VAR_PRO> rcpBlocks; ///< the block transfers that serve them
+    QList<int> rcpBlockStarts;       ///< for each block the index of its first item
+
+    VARIABLE lastVar;            ///< condition read queued last: the one the host waits for
+    QList<QString> regNames;     ///< `REG_LIST`, in order
+    VARIABLE curVar;             ///< request that is being served
+    QList<VARIABLE> curReadList; ///< request handed to the read-frame builder
+
+    // The exchange.
+    int sendState;           ///< a `JobState`; keeps its value until the next choice
+    int tryCount;            ///< writes and condition reads since the last cyclic read
+    int needHandshake;       ///< not 0: the next frame is the handshake
+    int failCount;           ///< bad answers to the frame in flight
+    int maxBlockBits;        ///< bits of one piece of a bit write: 8 * `maxBlockWords`
+    int maxBlockWordsCopy;   ///< words of one piece of a write or condition read
+    int lastFailed;          ///< 1: the current job was given up
+    int curFrameIndex;       ///< index in `frames` of the frame being answered: always 0
+    int initDone;            ///< 1 once the host has started communication
+    QList<FRAME_PRO> frames; ///< built and not yet answered; the first is in flight
+
+    QMutex listMutex;     ///< guards `pendingWrites` where it is shortened or counted
+    int rcpIndex;         ///< next recipe block
+    QString propertyPage; ///< text last set by the host
+    int readItemCount;    ///< requests served by the frame in flight
+
+private:
+    Q_DISABLE_COPY(Protocol)
+};
+
+extern Protocol driver;
+
+/// @return  true when both mean the same range of the same register, whatever their values
+inline bool isSameRequest(const VARIABLE &a, const VARIABLE &b)
+{
+    return a.stationNo == b.stationNo && a.startAddr == b.startAddr && a.count == b.count &&
+           a.regName == b.regName;
+}
+
+#endif

@@ -1,0 +1,31 @@
+#ifndef SHARED_WRAP_H
+#define SHARED_WRAP_H
+
+/// Address arithmetic on numbers that a host may choose freely: an overflow wraps round, as the
+/// registers of the panels' processors do, and is never undefined.
+
+inline int wrapAdd(int a, int b)
+{
+    return static_cast<int>(static_cast<unsigned>(a) + static_cast<unsigned>(b));
+}
+
+inline int wrapSub(int a, int b)
+{
+    return static_cast<int>(static_cast<unsigned>(a) - static_cast<unsigned>(b));
+}
+
+inline int wrapMul(int a, int b)
+{
+    return static_cast<int>(static_cast<unsigned>(a) * static_cast<unsigned>(b));
+}
+
+/// @return  `value` without its fraction, held within the range of an int
+inline int truncToInt(double value)
+{
+    if (value >= 2147483647.0) {
+        return 2147483647;
+    }
+    return value <= -2147483648.0 ? -2147483647 - 1 : static_cast<int>(value);
+}
+
+#endif
