@@ -17,6 +17,11 @@ if(SANITIZE)
   target_link_options(project_options INTERFACE ${sanitizer_flags})
 endif()
 
+if(COVERAGE)
+  target_compile_options(project_options INTERFACE --coverage -O0)
+  target_link_options(project_options INTERFACE --coverage)
+endif()
+
 # Qt 6 itself needs C++17; the driver asks for no more than C++11 of its own.
 if(QT_MAJOR EQUAL 6)
   set(DRIVER_CXX_STANDARD 17)

@@ -1,0 +1,138 @@
+#include "plc/exchange_text.h"
+#include "plc/fault_kinds.h"
+#include "plc/setup_text.h"
+
+#include <QtTest>
+
+using namespace plc;
+
+class TestFaultText : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tableFollowsTheKinds();
+    void usualValues_data();
+    void usualValues();
+    void faults_data();
+    void faults();
+    void wrongFaults_data();
+    void wrongFaults();
+};
+
+void TestFaultText::tableFollowsTheKinds()
+{
+    QCOMPARE(int(FaultKind::Echo) + 1, kFaultKinds);
+    for (int i = 0; i < kFaultKinds; ++i) {
+        const FaultKindText &row = faultKindTexts()[static_cast<std::size_t>(i)];
+        QCOMPARE(int(row.kind), i);
+        QCOMPARE(faultName(row.kind), QString::fromLatin1(row.name));
+        QVERIFY(faultHelp().contains(QString::fromLatin1(row.name)));
+        QVERIFY(std::holds_alternative<FaultSetting>(parseFault(faultName(row.kind))));
+    }
+}
+
+void TestFaultText::usualValues_data()
+{
+    QTest::addColumn<int>("low");
+    QTest::addColumn<int>("high");
+    QTest::newRow("silence") << 0 << 0;
+    QTest::newRow("delay") << 500 << 500;
+    QTest::newRow("noise-before") << 1 << 8;
+    QTest::newRow("noise-after") << 1 << 8;
+    QTest::newRow("split") << 1 << 1;
+    QTest::newRow("wrong-check") << 0 << 0;
+    QTest::newRow("wrong-station") << -1 << -1;
+    QTest::newRow("refuse") << 0x1132 << 0x1132;
+    QTest::newRow("truncate") << -1 << -1;
+    QTest::newRow("oversize") << 300 << 300;
+    QTest::newRow("echo") << 0 << 0;
+}
+
+void TestFaultText::usualValues()
+{
+    const auto parsed = parseFault(QString::fromLatin1(QTest::currentDataTag()));
+    const FaultSetting setting = std::get<FaultSetting>(parsed);
+    QTEST(setting.fault.low, "low");
+    QTEST(setting.fault.high, "high");
+    QCOMPARE(setting.station, -1);
+    QCOMPARE(setting.fault.times, -1);
+    QCOMPARE(setting.fault.percent, 100);
+}
+
+void TestFaultText::faults_data()
+{
+    QTest::addColumn<int>("station");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("low");
+    QTest::addColumn<int>("high");
+    QTest::addColumn<int>("times");
+    QTest::addColumn<int>("percent");
+    QTest::newRow("1:silence*3") << 1 << int(FaultKind::Silence) << 0 << 0 << 3 << 100;
+    QTest::newRow("2:delay=50..200") << 2 << int(FaultKind::Delay) << 50 << 200 << -1 << 100;
+    QTest::newRow("delay=50") << -1 << int(FaultKind::Delay) << 50 << 50 << -1 << 100;
+    QTest::newRow("wrong-check@10%") << -1 << int(FaultKind::WrongCheck) << 0 << 0 << -1 << 10;
+    QTest::newRow("31:refuse=12ab*2@50%")
+        << 31 << int(FaultKind::Refuse) << 0x12AB << 0x12AB << 2 << 50;
+    QTest::newRow("0:wrong-station=31")
+        << 0 << int(FaultKind::WrongStation) << 31 << 31 << -1 << 100;
+    QTest::newRow("truncate=0..5") << -1 << int(FaultKind::Truncate) << 0 << 5 << -1 << 100;
+    QTest::newRow("echo@0%") << -1 << int(FaultKind::Echo) << 0 << 0 << -1 << 0;
+}
+
+void TestFaultText::faults()
+{
+    QFETCH(int, kind);
+    const auto parsed = parseFault(QString::fromLatin1(QTest::currentDataTag()));
+    QVERIFY(std::holds_alternative<FaultSetting>(parsed));
+    const FaultSetting setting = std::get<FaultSetting>(parsed);
+    QTEST(setting.station, "station");
+    QCOMPARE(int(setting.fault.kind), kind);
+    QTEST(setting.fault.low, "low");
+    QTEST(setting.fault.high, "high");
+    QTEST(setting.fault.times, "times");
+    QTEST(setting.fault.percent, "percent");
+}
+
+void TestFaultText::wrongFaults_data()
+{
+    QTest::addColumn<QString>("expected");
+    const auto row = [](const char *text, const char *expected) {
+        QTest::newRow(text) << QString::fromLatin1(expected);
+    };
+    row("", "expected one of silence, delay");
+    row("silent", "expected one of silence, delay");
+    row("32:silence", "expected a station from 0 to 31");
+    row("a:silence", "expected a station from 0 to 31");
+    row("silence*0", "expected [STATION:]KIND");
+    row("silence*", "expected [STATION:]KIND");
+    row("silence*-1", "expected [STATION:]KIND");
+    row("silence@10", "expected [STATION:]KIND");
+    row("silence@101%", "expected [STATION:]KIND");
+    row("silence@-1%", "expected [STATION:]KIND");
+    row("silence@10%*3", "expected [STATION:]KIND");
+    row("silence=3", "silence takes no value");
+    row("echo=", "echo takes no value");
+    row("delay=", "expected delay=MS[..MS] with values from 0 to 600000");
+    row("delay=5..", "expected delay=MS[..MS] with values from 0 to 600000");
+    row("delay=5..4", "expected delay=MS[..MS] with values from 0 to 600000");
+    row("delay=600001", "expected delay=MS[..MS] with values from 0 to 600000");
+    row("refuse=1..2", "expected refuse=CODE with values from 0 to FFFF");
+    row("refuse=10000", "expected refuse=CODE with values from 0 to FFFF");
+    row("wrong-station=32", "expected wrong-station=STATION with values from 0 to 31");
+    row("oversize=4097", "expected oversize=BYTES[..BYTES] with values from 0 to 4096");
+}
+
+void TestFaultText::wrongFaults()
+{
+    QFETCH(QString, expected);
+    const QString text = QString::fromLatin1(QTest::currentDataTag());
+    const auto parsed = parseFault(text);
+    QVERIFY(std::holds_alternative<TextError>(parsed));
+    const QString message = std::get<TextError>(parsed).message;
+    QVERIFY2(message.contains(expected), qPrintable(message));
+    QVERIFY(message.contains(QLatin1Char('"') + text + QLatin1Char('"')));
+}
+
+QTEST_APPLESS_MAIN(TestFaultText)
+#include "test_fault_text.moc"

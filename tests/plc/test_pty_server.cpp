@@ -1,0 +1,183 @@
+#include "plc/pty_server.h"
+
+#include "wire_text.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <fcntl.h>
+#include <memory>
+#include <unistd.h>
+
+using namespace plc;
+
+class TestPtyServer : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void everyByteArrives();
+    void clientsComeAndGo();
+    void nobodyReads();
+    void linkComesAndGoes();
+    void linkOfAnEarlierRunIsReplaced();
+    void otherFilesStay();
+    void foreignLinkStaysAtTheEnd();
+
+private:
+    ServerSetup m_setup;
+    std::unique_ptr<Bus> m_bus;
+};
+
+namespace {
+
+const QByteArray kRead = wire("[ENQ]01RSS0107%DW0100[EOT]");
+const QByteArray kData = wire("[ACK]01RSS01021234[ETX]");
+
+/** A master that opens the device as a plain file, without settings of its own. */
+class Master
+{
+public:
+    explicit Master(const QString &device)
+        : m_handle(::open(QFile::encodeName(device).constData(), O_RDWR | O_NOCTTY | O_NONBLOCK))
+    {}
+    ~Master() { ::close(m_handle); }
+    Master(const Master &) = delete;
+    Master &operator=(const Master &) = delete;
+
+    bool isOpen() const { return m_handle >= 0; }
+
+    bool send(const QByteArray &bytes) const
+    {
+        return ::write(m_handle, bytes.constData(), static_cast<std::size_t>(bytes.size())) ==
+               bytes.size();
+    }
+
+    const QByteArray &received()
+    {
+        char buffer[1024];
+        const ssize_t size = ::read(m_handle, buffer, sizeof buffer);
+        if (size > 0) {
+            m_received.append(buffer, static_cast<int>(size));
+        }
+        return m_received;
+    }
+
+private:
+    int m_handle;
+    QByteArray m_received;
+};
+
+} // namespace
+
+void TestPtyServer::init()
+{
+    m_bus = std::make_unique<Bus>();
+    m_bus->add(1).station.memory().setWord('D', 100, 0x1234);
+    m_setup = ServerSetup();
+    m_setup.bus = m_bus.get();
+    m_setup.clock.start();
+}
+
+void TestPtyServer::everyByteArrives()
+{
+    // No terminal may act upon the control characters of a frame, nor double what it is sent.
+    PtyServer server(m_setup);
+    QVERIFY2(server.open(QString()), qPrintable(server.errorString()));
+    Master master(server.device());
+    QVERIFY(master.isOpen());
+    QVERIFY(master.send(wire("[0D][0A][11][13][1A][1C][7F][00][FF]") + kRead));
+    QTRY_COMPARE(master.received(), kData);
+}
+
+void TestPtyServer::clientsComeAndGo()
+{
+    PtyServer server(m_setup);
+    QVERIFY(server.open(QString()));
+    for (int i = 0; i < 3; ++i) {
+        Master master(server.device());
+        QVERIFY(master.isOpen());
+        QVERIFY(master.send(kRead));
+        QTRY_COMPARE(master.received(), kData);
+    }
+}
+
+void TestPtyServer::nobodyReads()
+{
+    PtyServer server(m_setup);
+    QVERIFY(server.open(QString()));
+    {
+        const Master deaf(server.device());
+        for (int i = 0; i < 2000; ++i) {
+            QTRY_VERIFY(deaf.send(kRead));
+            QCoreApplication::processEvents();
+        }
+    }
+    Master master(server.device());
+    const QByteArray marked = wire("[ENQ]01RSS0104%DW5[EOT]");
+    m_bus->find(1)->station.memory().setWord('D', 5, 0xBEEF);
+    QVERIFY(master.send(marked));
+    QTRY_VERIFY(master.received().endsWith(wire("[ACK]01RSS0102BEEF[ETX]")));
+}
+
+void TestPtyServer::linkComesAndGoes()
+{
+    const QTemporaryDir folder;
+    const QString link = folder.filePath(QLatin1String("plc"));
+    {
+        PtyServer server(m_setup);
+        QVERIFY(server.open(link));
+        QCOMPARE(server.device(), link);
+        Master master(link);
+        QVERIFY(master.send(kRead));
+        QTRY_COMPARE(master.received(), kData);
+    }
+    QVERIFY(!QFileInfo(link).isSymLink());
+}
+
+void TestPtyServer::linkOfAnEarlierRunIsReplaced()
+{
+    const QTemporaryDir folder;
+    const QString link = folder.filePath(QLatin1String("plc"));
+    QVERIFY(QFile::link(QLatin1String("/dev/pts/999999"), link));
+    PtyServer server(m_setup);
+    QVERIFY(server.open(link));
+    const Master master(link);
+    QVERIFY(master.isOpen());
+}
+
+void TestPtyServer::otherFilesStay()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QLatin1String("precious"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("keep");
+    file.close();
+    {
+        PtyServer server(m_setup);
+        QVERIFY(!server.open(path));
+        QVERIFY(server.errorString().contains(path));
+    }
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("keep"));
+}
+
+void TestPtyServer::foreignLinkStaysAtTheEnd()
+{
+    const QTemporaryDir folder;
+    const QString link = folder.filePath(QLatin1String("plc"));
+    {
+        PtyServer server(m_setup);
+        QVERIFY(server.open(link));
+        QVERIFY(QFile::remove(link));
+        QVERIFY(QFile::link(folder.path(), link));
+    }
+    QVERIFY(QFileInfo(link).isSymLink());
+}
+
+QTEST_GUILESS_MAIN(TestPtyServer)
+#include "test_pty_server.moc"

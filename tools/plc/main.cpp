@@ -1,0 +1,95 @@
+#include "exchange_text.h"
+#include "options.h"
+#include "pty_server.h"
+#include "stop_signals.h"
+#include "tcp_server.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+#include <memory>
+#include <vector>
+
+namespace {
+
+using namespace plc;
+
+void print(std::FILE *file, const QString &text)
+{
+    const QByteArray bytes = text.toLocal8Bit();
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), file);
+    std::fflush(file);
+}
+
+int fail(ExitCode code, const QString &message)
+{
+    print(stderr, QString::fromLatin1("cnet-plc: %1\n").arg(message));
+    return code;
+}
+
+void trace(const QString &connection, const Exchange &exchange)
+{
+    const QString seconds = QString::number(static_cast<double>(exchange.nowMs) / 1000.0, 'f', 3);
+    const QString before = QString::fromLatin1("%1 %2 ").arg(seconds, 9).arg(connection);
+    QString text = exchangeText(exchange);
+    text.replace(QLatin1Char('\n'), QLatin1Char('\n') + before);
+    print(stderr, before + text + QLatin1Char('\n'));
+}
+
+int serve(const Options &options)
+{
+    Bus bus;
+    if (const auto error = fillBus(options, bus)) {
+        return fail(kExitUsage, error->message);
+    }
+    ServerSetup setup;
+    setup.bus = &bus;
+    setup.baud = options.baud;
+    setup.clock.start();
+    if (options.trace) {
+        setup.trace = trace;
+    }
+    const StopSignals stopSignals;
+    std::vector<std::unique_ptr<TcpServer>> servers;
+    for (const TcpAddress &address : options.tcp) {
+        servers.push_back(std::make_unique<TcpServer>(setup));
+        if (!servers.back()->listen(address.host, address.port)) {
+            return fail(kExitCannotOpen, QString::fromLatin1("cannot listen on %1: %2")
+                                             .arg(addressText(address.host, address.port),
+                                                  servers.back()->errorString()));
+        }
+    }
+    PtyServer pty(setup);
+    if (options.ptyLink && !pty.open(*options.ptyLink)) {
+        return fail(kExitCannotOpen, pty.errorString());
+    }
+    for (const auto &server : servers) {
+        print(stdout, QString::fromLatin1("listening on %1\n").arg(server->address()));
+    }
+    if (options.ptyLink) {
+        print(stdout, QString::fromLatin1("serving at %1\n").arg(pty.device()));
+    }
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QLatin1String("cnet-plc"));
+    const Parsed<Options> read = readOptions(QCoreApplication::arguments());
+    if (const TextError *error = std::get_if<TextError>(&read)) {
+        return fail(kExitUsage, error->message);
+    }
+    const Options &options = std::get<Options>(read);
+    if (options.help) {
+        print(stdout, helpText());
+        return kExitFine;
+    }
+    if (options.version) {
+        print(stdout, QLatin1String("cnet-plc " CNET_PLC_VERSION "\n"));
+        return kExitFine;
+    }
+    return serve(options);
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QtGlobal>
+
+namespace plc {
+
+/** How one value of the memory is addressed. */
+enum class PointKind {
+    Word,    ///< 16-bit word: current value of a timer or counter, data register, relay word
+    Bit,     ///< bit of a word
+    Contact, ///< output contact of a timer or counter, which is no bit of its current value
+};
+
+/** One value of a PLC's memory. */
+struct Point
+{
+    char device = 'D';                ///< device letter: P M K L F T C D
+    PointKind kind = PointKind::Word; ///< what `address` counts
+    int address = 0;                  ///< word number, contact number, or word * 16 + bit for a bit
+};
+
+} // namespace plc
