@@ -8,6 +8,7 @@
 
 #include "ls_master_k_cnet/export.h"
 #include "ls_master_k_cnet/records.h"
+#include "ls_master_k_cnet/value_change_callback.h"
 
 class QMutex;
 
@@ -23,25 +24,10 @@ class QMutex;
 ///
 /// No function throws, and none logs anything.
 
-/// Called by the driver for each monitored view of a value that changed.
-///
-/// @param deviceNo   device number of the property text (first field), -1 for the end of a
-///                   condition read, 0 for a recipe word
-/// @param stationNo  PLC station, -1 for the end of a condition read and for a recipe word
-/// @param name       what changed: the register letter followed by "_bit", "_B", "_W", "_D" or
-///                   nothing ("M_bit", "D_W", "TX"); "RWI" for a recipe word that was read; "-1"
-///                   for the end of a condition read
-/// @param address    address in the units of `name`; the index of the word in the recipe buffer for
-///                   "RWI"; 0 (read) or -1 (failed) for the end of a condition read
-/// @return           ignored
-///
-/// It runs on the thread whose call made the value change, with no lock held, and may call back
-/// into the driver.
-typedef int (*ValueChangeCallback)(int deviceNo, int stationNo, QString &name, int address);
+// --- What the driver is. Any thread, at any time; only `intf_SetDriverPropertyPage` in turn with
+// the other calls. ---
 
-// --- What the driver is. Any thread, at any time. ---
-
-/// @param type  receives 0, the protocol type; must not be null
+/// @param type  receives 0, the protocol type; null is allowed
 LS_MASTER_K_CNET_EXPORT void intf_getProtocolType(int *type);
 
 /// @param out  receives 26 items separated by commas: "0", the serial line's baud rate, data bits,
@@ -55,8 +41,15 @@ LS_MASTER_K_CNET_EXPORT void intf_getDriverPropertyPage(QString &out);
 /// @param page  text of the host's property page; kept, not interpreted
 LS_MASTER_K_CNET_EXPORT void intf_SetDriverPropertyPage(const QString &page);
 
+#if defined(__clang__) // a plain name for a C++ function is what is wanted here
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
+#endif
 /// @return  version of the driver's interface, "2.0.0.0"
 LS_MASTER_K_CNET_EXPORT QString intf_getVersion();
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif
 
 /// @param type  0 for the bit registers, anything else for the word registers
 /// @param out   the names are appended
@@ -77,7 +70,8 @@ LS_MASTER_K_CNET_EXPORT int intf_getRegDiscription(const QString &regName, QList
 /// @param regName     register name
 /// @param addrText    address as typed: "100", or "12.5" for a "_bit" register
 /// @param addr        receives the number: the address itself, or word * 16 + bit; after a failure
-///                    not to be used
+///                    not to be used. For an unknown register the value that it came with is
+///                    checked: 2 when that is below 0, or when `addr` + `wordCount` is above 1
 /// @param wordCount   size of the object: 16-bit words, or bits or contacts
 /// @param wordAccess  not 0: the object uses words; 0: bits
 /// @return            0 valid; 1 a bit register used as words, or the reverse; 2 out of range;
@@ -87,13 +81,11 @@ LS_MASTER_K_CNET_EXPORT int intf_checkAddrValidity(const QString &regName, const
 
 /// The same check for an object whose data type and access are known.
 ///
-/// @param dataType    -1 for a bit object; any other value is a word type, of which 1, 3, 5, 6 and
-/// 9
-///                    are 32 bits wide
+/// @param dataType    -1 for a bit object; any other value is a word type; 1, 3, 5, 6 and 9 are
+///                    32 bits wide
 /// @param accessMode  1 or 2: the object writes; any other value: it only reads
-/// @return            as above; also 5: data type not allowed for a 32-bit register, 6: writing to
-/// a
-///                    read-only register (no register of this driver gives either)
+/// @return            as above; also 5: data type not allowed for a 32-bit register, 6: writing
+///                    to a read-only register (no register of this driver gives either)
 LS_MASTER_K_CNET_EXPORT int intf_checkAddr(const QString &regName, const QString &addrText,
                                            int &addr, int dataType, int wordCount, int accessMode);
 
@@ -117,19 +109,23 @@ LS_MASTER_K_CNET_EXPORT int intf_multiCopy(QString &regName, int startAddr, int 
 LS_MASTER_K_CNET_EXPORT void intf_setAddrValueChangeCallBack(ValueChangeCallback callback);
 
 /// Starts (or restarts) communication: takes the host's settings and empties every job list and the
-/// data area. The recipe definition stays.
+/// data area. The recipe definition stays, and so does the place at which a transfer was cut off.
 ///
 /// @param shm      the host's shared block, at least 60117 bytes; byte 60115 set to 1 asks for a
-///                 recipe write, byte 60116 for a recipe read; null: no recipes
+///                 recipe write, byte 60116 for a recipe read; null: no recipes. The driver sets
+///                 the byte to 0 when the transfer is over. Ask only with a recipe that has blocks:
+///                 with none the byte stays, and the last job is sent again and again.
 /// @param hostArg  kept, not interpreted
 /// @param rcpData  the recipe buffer, 16-bit words, low byte first, as large as the recipe items
 ///                 need; null: no recipes
 /// @param status   receives 0; null is allowed
-/// @param props    Latin-1, five numbers separated by "#": device number, cache-only writes (0 or
-///                 1), a spare one, retries of a frame (3 is usual), words of a block (at most 60
-///                 for a MASTER-K). A text that is no number counts as 0; with fewer than five
-///                 fields the earlier settings stay. Null counts as an empty text.
-/// @param shmLock  the host's mutex, not recursive, that guards the two bytes; null: no recipes
+/// @param props    Latin-1, five numbers separated by "#": device number; cache-only writes (0 or
+///                 1); a spare one; bad answers after which a frame is given up (3 is usual: sent
+///                 three times at most); words of a block (a MASTER-K gives at most 60 at a time
+///                 and takes at most 58). A text that is no number counts as 0; with fewer than
+///                 five fields the earlier settings stay. Null counts as an empty text.
+/// @param shmLock  the host's mutex, not recursive, that guards the two bytes; null: no recipes.
+///                 Whoever calls the exchange functions must not hold it.
 /// @return         1
 ///
 /// The three host objects must live until the next call of this function or until unloading.
@@ -159,15 +155,16 @@ LS_MASTER_K_CNET_EXPORT int intf_setRcpAddress(QVector<_RCP_VAR_PRO> &items);
 
 /// @param out  receives the next frame to send; untouched when there is none
 /// @return     1: send `out.sendBuf`, collect `out.recvLen` bytes, hand them to
-///             `intf_dealRcvFrame`; 0: nothing to send now, ask again later
+///             `intf_dealRcvFrame`; 0: nothing to send now, ask again soon: writes may wait all the
+///             same, since the answer is 0 once after ten writes in a row
 LS_MASTER_K_CNET_EXPORT int intf_getSendFrame(FRAME_PRO &out);
 
 /// Checks and uses the answer to the frame that was handed out last.
 ///
 /// @param reply      the bytes that came in; empty after a time-out
-/// @param errorText  receives the description of the request that the answer belongs to,
-///                   "station#register address(count)(bytes of the answer)" without the space, or
-///                   an empty text
+/// @param errorText  receives the description of the request that the answer belongs to, or an
+///                   empty text. "1#D_W100(2)(7)" is station 1, register D_W, address 100, two
+///                   words, an answer of 7 bytes.
 /// @return           0: no frame was out; 1: good; 2: bad and given up; 8: bad, and the next
 ///                   `intf_getSendFrame` hands the same frame out again
 LS_MASTER_K_CNET_EXPORT int intf_dealRcvFrame(QByteArray &reply, QString &errorText);
@@ -192,14 +189,14 @@ LS_MASTER_K_CNET_EXPORT int intf_getData(int stationNo, QString &regName, int st
 /// callback tells so.
 ///
 /// @param stationNo  PLC station
-/// @param regName    register name, checked before with the address; an unknown one is taken for a
-///                   data-register bit and reaches no PLC
+/// @param regName    register name, checked before with the address: a write to an unknown one has
+///                   no frame, and holds up every write behind it until communication starts anew
 /// @param startAddr  first address
 /// @param count      words of a word register; bits or contacts of a bit register. Several bits in
-///                   one call are written right only within one word.
-/// @param data       two bytes a word, low byte first; one byte, 0 or 1, a bit or contact. More
-/// than
-///                   1024 bytes, or a negative count: nothing is written.
+///                   one call are written right only when they are up to 8 bits within one word, or
+///                   the 16 bits of one; write others one by one.
+/// @param data       two bytes a word, low byte first; one byte, 0 or 1, a bit or contact.
+///                   More than 1024 bytes, or a negative count: nothing is written.
 /// @param opKind     the host's own tag
 /// @return           1
 ///
@@ -209,14 +206,18 @@ LS_MASTER_K_CNET_EXPORT int intf_setData(int stationNo, QString &regName, int st
                                          unsigned char *data, int opKind);
 
 /// Asks for one reading of an address outside the cyclic reads. The callback reports changed values
-/// as usual, and then the end of the reading as (-1, -1, "-1", 0), or -1 at the end when it failed;
-/// a failure drops every reading that waits.
+/// as usual. The end of the reading is reported for the one queued last only, as (-1, -1, "-1", 0),
+/// or with -1 at the end when it failed. A reading that fails drops all that wait, without a report
+/// when it was not the last one: a host that waits needs a time-out of its own.
 ///
 /// @param key     station, register, start address, count and `bitFlag` are used. Word registers
 ///                only: "_bit" registers queue nothing and never report an end, contacts read other
-///                units than meant; read those with `intf_addrMerge`.
+///                units than meant; read those with `intf_addrMerge`. An unknown register has no
+///                frame and holds up every reading behind it.
 /// @param opKind  the host's own tag
 /// @return        1
+///
+/// At most 513 readings wait. A key longer than a block is read in pieces.
 LS_MASTER_K_CNET_EXPORT int intf_addConditionRead(KEY_ADDRESS &key, int opKind);
 
 #endif

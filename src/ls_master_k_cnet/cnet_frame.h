@@ -30,8 +30,7 @@ enum FrameLength {
     kWordCharacters = 4        ///< a word on the wire
 };
 
-/// The largest block that the two-digit word count can name leaves the answer of a read countable
-/// in 16 bits, as the block check counts it.
+/// The largest answer that a PLC can send: its block check counts the bytes in 16 bits.
 static_assert(kReadAnswerOverhead + 255 * kWordCharacters < 65536, "block check counts in 16 bits");
 
 /// @return  sum of the first `len` bytes of `buf`, in 16 bits; the block check is its low 8 bits

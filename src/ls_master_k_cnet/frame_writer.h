@@ -27,7 +27,7 @@ public:
     /// @param digits  1-10
     void decimal(int value, int digits);
 
-    /// Closes the frame: EOT and block check; sets `sendLen`.
+    /// Closes the frame: EOT and block check. `sendLen` is its length now.
     void finish();
 
 private:

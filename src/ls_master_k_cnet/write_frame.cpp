@@ -64,7 +64,7 @@ static void appendBitWrite(const VARIABLE &item, const QString &device)
 }
 
 // The remainder of the bit count is added, not the place of the first bit within its word: bits
-// that reach over into one word more are not covered. Panels in the field are built around it.
+// that reach over into one word more are not covered. Kept for compatibility; not to be corrected.
 static int coveringWords(int bits)
 {
     const int padded = wrapAdd(bits, bits % 16);
@@ -80,9 +80,7 @@ static void appendReadModifyWrite(const VARIABLE &item)
 
     QList<VARIABLE> readHalf;
     readHalf.append(words);
-    if (getReadFrame(readHalf) != 1) {
-        return;
-    }
+    getReadFrame(readHalf);           // every letter with bits has its words listed too
     driver.frames.first().var = item; // tells the answer's decoder which bits to change
 
     const QString &device = ADDRESS_W_COMMAND[getIndexFromReg(words.regName)];
@@ -103,7 +101,7 @@ void getWriteFrame(const VARIABLE &item)
     }
     const QString &device = ADDRESS_W_COMMAND[index];
     const bool isContact = ADDRESS_RANGE_PRO[index][kWordWidthColumn] == QLatin1String("1");
-    const bool hasBitDevice = device.endsWith(QLatin1Char('X'));
+    const bool hasBitDevice = device.endsWith(QLatin1Char('X')); // all but data registers
     if (isContact || (item.count == 1 && hasBitDevice)) {
         appendBitWrite(item, device);
     } else if (isBitName(item.regName)) {

@@ -78,8 +78,8 @@ static int checkPlace(const QString *row, const QString &regName, const QString 
     return kAddressValid;
 }
 
-// A name that is not listed is held against the limits 0 to 0 first: an editor that checks while a
-// name is being typed relies on the order.
+// A name that is not listed is held against the limits 0 to 0 first. Kept for the panel editors
+// that know this order.
 static int checkWithoutRow(int addr, int wordCount)
 {
     const AddressLimits none = {0, 0};

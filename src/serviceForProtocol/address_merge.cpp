@@ -4,10 +4,9 @@
 
 #include <QtCore/QStringList>
 
-#include "ls_master_k_cnet/ls_master_k_cnet.h"
 #include "ls_master_k_cnet/merge_rule.h"
 #include "serviceForProtocol/address_number.h"
-#include "serviceForProtocol/monitor_flags.h"
+#include "serviceForProtocol/weight_order.h"
 #include "shared/protocol.h"
 #include "shared/wrap.h"
 
@@ -26,7 +25,7 @@ static const char *wordSuffix(int wordBits)
 }
 
 // From bits to the words that hold them. The rounding looks at the low four bits of the count
-// whatever the word width is; the blocks of installed projects were cut that way.
+// whatever the word width is. Kept for compatibility; not to be corrected.
 static void bitsToWords(KEY_ADDRESS &key, int wordBits)
 {
     const int bits = wrapAdd(key.count, key.startAddr % wordBits);
@@ -58,42 +57,13 @@ void convertRecipeKey(KEY_ADDRESS &key, const RegisterWidths &widths)
 
 static void convertKeys(QList<KEY_ADDRESS> &keys, int mode)
 {
-    for (int i = 0; i < keys.size(); ++i) {
-        KEY_ADDRESS &key = keys[i];
+    for (KEY_ADDRESS &key : keys) {
         if (mode != kMergeRecipe) {
             convertReadKey(key, registerWidths(key.regName));
         } else if (getIndexFromRegName(key.regName) >= 0) {
             convertRecipeKey(key, registerWidths(key.regName));
         }
     }
-}
-
-QVector<int> orderByWeight(const QVector<quint32> &weights)
-{
-    QVector<int> order(weights.size());
-    for (int i = 0; i < order.size(); ++i) {
-        order[i] = i;
-    }
-    std::stable_sort(order.begin(), order.end(),
-                     [&weights](int a, int b) { return weights.at(a) < weights.at(b); });
-    return order;
-}
-
-static void sortKeys(QList<KEY_ADDRESS> &keys)
-{
-    QVector<quint32> weights;
-    weights.reserve(keys.size());
-    for (int i = 0; i < keys.size(); ++i) {
-        const KEY_ADDRESS &key = keys.at(i);
-        weights.append(getRegAddressWeight(key.stationNo, key.regName, key.startAddr));
-    }
-    const QVector<int> order = orderByWeight(weights);
-    QList<KEY_ADDRESS> sorted;
-    sorted.reserve(keys.size());
-    for (int i = 0; i < order.size(); ++i) {
-        sorted.append(keys.at(order.at(i)));
-    }
-    keys = sorted;
 }
 
 // True when `next` went into `block`, which then covers it.
@@ -137,34 +107,7 @@ void addrMerge(QList<KEY_ADDRESS> &keys, int mode)
         buildBlocks(keys, 0, &driver.rcpBlockStarts);
         return;
     }
-    sortKeys(keys);
+    sortByWeight(keys);
     buildBlocks(keys, 0, nullptr);
     buildBlocks(keys, 1, nullptr);
-}
-
-static VARIABLE cyclicRead(const KEY_ADDRESS &block)
-{
-    VARIABLE item = VARIABLE();
-    item.opKind = kJobCyclicRead;
-    item.stationNo = block.stationNo;
-    item.regName = block.regName;
-    item.startAddr = block.startAddr;
-    item.count = block.count;
-    return item;
-}
-
-int intf_addrMerge(QList<KEY_ADDRESS> &keys)
-{
-    clearMonitorFlags();
-    for (int i = 0; i < keys.size(); ++i) {
-        const KEY_ADDRESS &key = keys.at(i);
-        _setDataAreaMonitorFlag(key.stationNo, key.regName, key.startAddr, key.count);
-    }
-    QList<KEY_ADDRESS> blocks = keys;
-    addrMerge(blocks, kMergeReads);
-    driver.cyclicReads.clear();
-    for (int i = 0; i < blocks.size(); ++i) {
-        driver.cyclicReads.append(cyclicRead(blocks.at(i)));
-    }
-    return static_cast<int>(driver.cyclicReads.size());
 }

@@ -29,8 +29,4 @@ void convertReadKey(KEY_ADDRESS &key, const RegisterWidths &widths);
 /// @param widths  widths of the key's register
 void convertRecipeKey(KEY_ADDRESS &key, const RegisterWidths &widths);
 
-/// @return  the positions 0 .. weights.size() - 1 in rising order of their weights; equal weights
-///          stay as they were
-QVector<int> orderByWeight(const QVector<quint32> &weights);
-
 #endif

@@ -12,12 +12,10 @@ int getIndexFromRegName(const QString &regName);
 /// Reads an address text by its register's format pattern.
 ///
 /// @param text     what the panel designer typed
-/// @param value    receives the number; 0 when a plain number is malformed, untouched when a
-/// word.bit
-///                 text is
-/// @param format   "DDDD", "OOOO", "HHHH": a plain number, radix by the last letter (decimal for
-/// any
-///                 other); differing letters ("DDD.dd"): the word.bit form
+/// @param value    receives the number; 0 when a plain number is malformed, untouched when
+///                 a word.bit text is
+/// @param format   "DDDD", "OOOO", "HHHH": a plain number, radix by the last letter (decimal
+///                 for any other); differing letters ("DDD.dd"): the word.bit form
 /// @param regName  register name; a word.bit pattern gives 0 for a name without "_bit"
 /// @return         1, or -1 when the text is malformed
 int a2i(const QString &text, int &value, const QString &format, const QString &regName);
@@ -26,8 +24,7 @@ int a2i(const QString &text, int &value, const QString &format, const QString &r
 bool isWordBitFormat(const QString &format);
 
 /// @param format  a pattern of one repeated letter
-/// @return        `address`, taken as unsigned, in the radix of the pattern's letter, without
-/// padding
+/// @return        `address`, taken as unsigned, in the radix of the pattern's letter, unpadded
 QString plainAddressText(int address, const QString &format);
 
 /// The number by which addresses are sorted: station, then register, then address. The factor is

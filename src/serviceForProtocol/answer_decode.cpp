@@ -56,8 +56,11 @@ static void storeContact(int index, int on)
 void decodeToDataArea(const RegisterWidths &widths, const QByteArray &answer, int unitCount,
                       int dataPos, const VARIABLE &var)
 {
-    const QString letter = registerLetter(var.regName);
     const int bytes = widths.wordBits / 8;
+    if (widths.wordBits != 1 && bytes != 1 && bytes != 2 && bytes != 4) {
+        return;
+    }
+    const QString letter = registerLetter(var.regName);
     const int units = std::min<int>(unitCount, kMaxUnits);
     for (int i = 0; i < units; ++i) {
         const int index =

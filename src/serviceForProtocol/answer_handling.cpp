@@ -14,7 +14,8 @@ int dealReadFrameReturnSaveData(const QByteArray &reply)
         const FRAME_PRO &frame = driver.frames.at(0);
         const int unitCount = frame.unitCount;
         const int dataPos = frame.dataPos;
-        const VARIABLE var = frame.var; // outlives the frame when the host starts anew meanwhile
+        const VARIABLE var =
+            frame.var; // outlives the frame, whatever the host does in its callback
         analyzeFrameOfVal(reply, unitCount, dataPos, var);
     }
     return 0;
@@ -62,11 +63,11 @@ int intf_dealRcvFrame(QByteArray &reply, QString &errorText)
         return kAnswerUnexpected;
     }
     errorText = getErrorInfo(reply);
-    const QByteArray answer = reply; // the host may use its array from within the callback
+    // A copy: the host may change its array from within the callback.
+    const QByteArray answer = reply; // NOLINT(performance-unnecessary-copy-initialization)
     switch (check_rcv_data(reinterpret_cast<const unsigned char *>(answer.constData()),
                            driver.curReadList, static_cast<int>(answer.size()))) {
     case 1:
-        driver.lastFailed = 0;
         dealReadFrameReturnSaveData(answer);
         return finishStep();
     case 2:

@@ -115,9 +115,10 @@ static void patchWords(FRAME_PRO &write, const QByteArray &answer, int unitCount
 static void patchBytes(FRAME_PRO &write, const QByteArray &answer, int unitCount, int dataPos,
                        const VARIABLE &var, int wordBits)
 {
-    const int bytes = std::min<int>(unitCount, kSendBufSize) * (wordBits / 8);
+    const int units = std::max(0, std::min<int>(unitCount, kSendBufSize));
+    const int bytes = units * (wordBits / 8);
     QByteArray values;
-    for (int i = 0; i < bytes; ++i) {
+    for (int i = 0; i < bytes && dataPos + 2 * i < answer.size(); ++i) {
         values.append(static_cast<char>(asc2hex(answer, dataPos + 2 * i)));
     }
     Digits digits(values);

@@ -8,9 +8,8 @@
 /// held. The host may call back into the driver, so whoever calls one of these looks its records up
 /// again afterwards.
 ///
-/// @param oldValue  bytes of the unit before, as a number; null with `newValue`: every monitored
-/// bit
-///                  is reported without a comparison
+/// @param oldValue  bytes of the unit before, as a number; null, here or in `newValue`: every
+///                  monitored bit is reported without a comparison
 /// @param newValue  bytes of the unit now
 /// @param index     record in `driver.dataArea`; an index outside reports nothing
 /// @param skipBits  not 0: the bits are left out

@@ -5,6 +5,11 @@
 #include "shared/protocol.h"
 #include "shared/wrap.h"
 
+void intf_setAddrValueChangeCallBack(ValueChangeCallback callback)
+{
+    driver.valueChangeCallback = callback;
+}
+
 static void takeProperties(const char *props)
 {
     const QStringList fields = QString::fromLatin1(props).split(QLatin1Char('#'));

@@ -1,12 +1,9 @@
 #include "serviceForProtocol/data_area.h"
 
-#include "shared/bytes.h"
+#include <atomic>
 
-static bool isUnit(const _DATA_ &record, int stationNo, const QString &regPrefix, int unitAddr)
-{
-    return record.unitAddr == unitAddr && record.stationNo == stationNo &&
-           record.regPrefix == regPrefix;
-}
+#include "serviceForProtocol/unit_index.h"
+#include "shared/bytes.h"
 
 static int appendUnit(int stationNo, const QString &regPrefix, int unitAddr, QList<_DATA_> &area)
 {
@@ -18,26 +15,38 @@ static int appendUnit(int stationNo, const QString &regPrefix, int unitAddr, QLi
     return static_cast<int>(area.size()) - 1;
 }
 
-int getIndexOfDataArea(int stationNo, const QString &regPrefix, int unitAddr, QList<_DATA_> &area)
+// The place found last or the one behind it, if the unit is there; else -1.
+static int guessedIndex(int last, int stationNo, const QString &regPrefix, int unitAddr,
+                        const QList<_DATA_> &area)
 {
-    // The units of a block are asked for in turn and lie in the area in that order. A key has one
-    // record at most, so it does not matter where the search begins.
-    static int lastFound = 0;
     const int size = static_cast<int>(area.size());
-    for (int guess = lastFound; guess <= lastFound + 1 && guess < size; ++guess) {
+    for (int guess = last; guess <= last + 1 && guess < size; ++guess) {
         if (isUnit(area.at(guess), stationNo, regPrefix, unitAddr)) {
-            lastFound = guess;
             return guess;
         }
     }
-    for (int i = 0; i < size; ++i) {
-        if (isUnit(area.at(i), stationNo, regPrefix, unitAddr)) {
-            lastFound = i;
-            return i;
-        }
+    return -1;
+}
+
+int getIndexOfDataArea(int stationNo, const QString &regPrefix, int unitAddr, QList<_DATA_> &area)
+{
+    static UnitIndex index;
+    static std::atomic<int> lastFound(0);
+    // The units of a block are asked for in turn and mostly lie in the area in that order. A key
+    // has one record at most, so it does not matter where the search begins.
+    const int last = lastFound.load(std::memory_order_relaxed);
+    int found = guessedIndex(last, stationNo, regPrefix, unitAddr, area);
+    if (found < 0) {
+        found = index.find(area, stationNo, regPrefix, unitAddr);
     }
-    lastFound = appendUnit(stationNo, regPrefix, unitAddr, area);
-    return lastFound;
+    if (found < 0) {
+        found = appendUnit(stationNo, regPrefix, unitAddr, area);
+        index.catchUp(area);
+    }
+    if (found != last) {
+        lastFound.store(found, std::memory_order_relaxed);
+    }
+    return found;
 }
 
 const unsigned char *currentBytes(const _DATA_ &record)

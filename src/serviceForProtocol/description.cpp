@@ -12,7 +12,9 @@ enum { kProtocolType = 0 };
 
 void intf_getProtocolType(int *type)
 {
-    *type = kProtocolType;
+    if (type != nullptr) {
+        *type = kProtocolType;
+    }
 }
 
 void intf_getDriverParameter(QString &out)
@@ -36,11 +38,6 @@ void intf_getDriverPropertyPage(QString &out)
 void intf_SetDriverPropertyPage(const QString &page)
 {
     driver.propertyPage = page;
-}
-
-void intf_setAddrValueChangeCallBack(ValueChangeCallback callback)
-{
-    driver.valueChangeCallback = callback;
 }
 
 QString intf_getVersion()

@@ -28,8 +28,8 @@ Protocol::Protocol()
     , readItemCount(0)
 {
     curVar.regName = QLatin1String("");
-    for (int i = 0; i < kRegisterCount; ++i) {
-        regNames.append(REG_LIST[i]);
+    for (const QString &name : REG_LIST) {
+        regNames.append(name);
     }
 }
 

@@ -14,12 +14,12 @@ QString addressText(int address, const QString &regName, const QString &format)
 QString getErrorInfo(const QByteArray &answer)
 {
     if (driver.frames.isEmpty()) {
-        return QString();
+        return QLatin1String("");
     }
     const VARIABLE &var = driver.frames.at(0).var;
     const int index = registerIndex(var.regName);
     if (index < 0) {
-        return QString();
+        return QLatin1String("");
     }
     const QString &format = ADDRESS_RANGE_PRO[index][kFormatColumn];
     return QString::fromLatin1("%1#%2%3(%4)(%5)")

@@ -19,7 +19,8 @@ static void finishConditionRead()
         isSameRequest(driver.conditionReads.at(0), driver.lastVar)) {
         notifyHost(-1, -1, QLatin1String("-1"), failed ? -1 : 0);
     }
-    // What the host queued from within the callback is on the list by now.
+    // The read that ended is still the first one. What the host queued from within the callback
+    // stands behind it, and is dropped with the rest when this one failed.
     if (failed) {
         driver.conditionReads.clear();
     } else if (!driver.conditionReads.isEmpty()) {

@@ -8,8 +8,7 @@
 
 void clearMonitorFlags()
 {
-    for (int i = 0; i < driver.dataArea.size(); ++i) {
-        _DATA_ &record = driver.dataArea[i];
+    for (_DATA_ &record : driver.dataArea) {
         record.spareFlag = 0;
         record.monitorFlags = 0;
         record.bitMonitorFlags = 0;

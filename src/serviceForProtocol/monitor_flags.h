@@ -13,9 +13,8 @@ void clearMonitorFlags();
 /// Marks the units of one monitored address in `driver.dataArea`, creating missing ones.
 ///
 /// @param startAddr  in the register's units
-/// @param count      16-bit words of a word register, bits or contacts of a bit register; fewer
-/// than
-///                   one value marks nothing
+/// @param count      16-bit words of a word register, bits or contacts of a bit register;
+///                   fewer than one value marks nothing
 /// @return           0
 int _setDataAreaMonitorFlag(int stationNo, const QString &regName, int startAddr, int count);
 

@@ -27,26 +27,40 @@ static int indexOf(const PanelWrite &write, int unitAddr)
     return getIndexOfDataArea(write.stationNo, write.letter, unitAddr, driver.dataArea);
 }
 
-static void notifyChange(const PanelWrite &write, int bytes, int before, int after, int index)
+static int currentNumber(const PanelWrite &write, int unitAddr, int bytes)
 {
-    if (write.widths.wordBits == 1) {
+    return unitNumber(currentBytes(driver.dataArea.at(indexOf(write, unitAddr))), bytes);
+}
+
+// Units that hold less than a word, such as contacts, are reported by the width of their word.
+static void notifyChange(const PanelWrite &write, const UnitLayout &layout, int unitAddr,
+                         int before, int after)
+{
+    const int index = indexOf(write, unitAddr);
+    const bool isSingle = write.widths.unitBits < 16 && !layout.isBitView();
+    if (isSingle && write.widths.wordBits == 1) {
         _bitDataChange(index);
     } else {
-        notifyUnitChange(bytes, before, after, index);
+        notifyUnitChange(isSingle ? write.widths.wordBits / 8 : layout.bytesPerUnit, before, after,
+                         index);
     }
 }
 
-static void storeUnit(const PanelWrite &write, int unitAddr, int bytes, int number)
+// Looks the record up again: the host may have been called, and the area have grown, since.
+static void storeNumber(const PanelWrite &write, int unitAddr, int bytes, int number)
 {
-    const int index = indexOf(write, unitAddr);
-    const int before = unitNumber(currentBytes(driver.dataArea.at(index)), bytes);
-    if (before != number) {
-        notifyChange(write, bytes, before, number, index);
-    }
-    // The host was called: the area may have grown or been emptied since.
     _DATA_ &record = driver.dataArea[indexOf(write, unitAddr)];
     setUnitNumber(record.writeValue, bytes, number);
     record.writePending = 1;
+}
+
+static void storeUnit(const PanelWrite &write, const UnitLayout &layout, int unitAddr, int number)
+{
+    const int before = currentNumber(write, unitAddr, layout.bytesPerUnit);
+    if (before != number) {
+        notifyChange(write, layout, unitAddr, before, number);
+    }
+    storeNumber(write, unitAddr, layout.bytesPerUnit, number);
 }
 
 // The high unit of a pair of words goes first; bytes go in ascending order.
@@ -58,7 +72,7 @@ static void storeUnits(const PanelWrite &write, const UnitLayout &layout, const 
     const int units = layout.values(write.count) * perValue;
     for (int i = 0; i < units; ++i) {
         const int unit = highFirst ? i ^ 1 : i;
-        storeUnit(write, wrapAdd(write.startAddr, unit), bytes,
+        storeUnit(write, layout, wrapAdd(write.startAddr, unit),
                   unitNumber(data + unit * bytes, bytes));
     }
 }
@@ -66,11 +80,10 @@ static void storeUnits(const PanelWrite &write, const UnitLayout &layout, const 
 static int countQueued(const PanelWrite &write)
 {
     QMutexLocker lock(&driver.listMutex);
+    const QList<VARIABLE> &writes = driver.pendingWrites;
     int queued = 0;
-    for (int i = 0; i < driver.pendingWrites.size(); ++i) {
-        const VARIABLE &item = driver.pendingWrites.at(i);
-        if (item.stationNo == write.stationNo && item.startAddr == write.startAddr &&
-            item.count == write.count && item.regName == write.regName) {
+    for (const VARIABLE &item : writes) {
+        if (isRequestFor(item, write.stationNo, write.regName, write.startAddr, write.count)) {
             ++queued;
         }
     }
@@ -90,6 +103,20 @@ static void markBitPending(const PanelWrite &write, int unitAddr, int bit)
     }
 }
 
+static void storeBit(const PanelWrite &write, const UnitLayout &layout, int unitAddr, int bit,
+                     int on)
+{
+    const int bytes = layout.bytesPerUnit;
+    const int before = currentNumber(write, unitAddr, bytes);
+    const int after = _setBitValue(before, bit, on);
+    if (before != after) {
+        notifyChange(write, layout, unitAddr, before, after);
+    }
+    // The host may have written another bit of the unit meanwhile: only this one is set.
+    const int now = currentNumber(write, unitAddr, bytes);
+    storeNumber(write, unitAddr, bytes, _setBitValue(now, bit, on));
+}
+
 static void storeBits(const PanelWrite &write, const UnitLayout &layout, const unsigned char *data)
 {
     const int bits = layout.values(write.count);
@@ -97,10 +124,7 @@ static void storeBits(const PanelWrite &write, const UnitLayout &layout, const u
         const int address = wrapAdd(write.startAddr, i);
         const int unitAddr = address / layout.bitsPerUnit;
         const int bit = address % layout.bitsPerUnit;
-        const _DATA_ &record = driver.dataArea.at(indexOf(write, unitAddr));
-        const int before = unitNumber(currentBytes(record), layout.bytesPerUnit);
-        const int after = _setBitValue(before, bit, data[i] == 1 ? 1 : 0);
-        storeUnit(write, unitAddr, layout.bytesPerUnit, after);
+        storeBit(write, layout, unitAddr, bit, data[i] == 1 ? 1 : 0);
         markBitPending(write, unitAddr, bit);
     }
 }

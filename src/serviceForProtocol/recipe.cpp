@@ -6,6 +6,7 @@
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
 #include "serviceForProtocol/address_merge.h"
 #include "serviceForProtocol/address_number.h"
+#include "serviceForProtocol/weight_order.h"
 #include "shared/protocol.h"
 
 int recipeBytes(const RegisterWidths &widths, int count)
@@ -33,26 +34,11 @@ void rcpAddrToVar(const _RCP_VAR_PRO &item, VARIABLE &var, int withData)
 static void keepItemsOfThisDevice(const QVector<_RCP_VAR_PRO> &items)
 {
     driver.rcpItems.clear();
-    for (int i = 0; i < items.size(); ++i) {
-        if (items.at(i).deviceNo == driver.deviceNo) {
-            driver.rcpItems.append(items.at(i));
+    for (const _RCP_VAR_PRO &item : items) {
+        if (item.deviceNo == driver.deviceNo) {
+            driver.rcpItems.append(item);
         }
     }
-}
-
-static void sortItems()
-{
-    QVector<quint32> weights;
-    for (int i = 0; i < driver.rcpItems.size(); ++i) {
-        const _RCP_VAR_PRO &item = driver.rcpItems.at(i);
-        weights.append(getRegAddressWeight(item.stationNo, item.regName, item.startAddr));
-    }
-    const QVector<int> order = orderByWeight(weights);
-    QVector<_RCP_VAR_PRO> sorted;
-    for (int i = 0; i < order.size(); ++i) {
-        sorted.append(driver.rcpItems.at(order.at(i)));
-    }
-    driver.rcpItems = sorted;
 }
 
 static KEY_ADDRESS keyOf(const _RCP_VAR_PRO &item)
@@ -83,16 +69,17 @@ int intf_setRcpAddress(QVector<_RCP_VAR_PRO> &items)
     if (driver.rcpItems.isEmpty()) {
         return 0;
     }
-    sortItems();
+    sortByWeight(driver.rcpItems);
+    const QVector<_RCP_VAR_PRO> &kept = driver.rcpItems;
     QList<KEY_ADDRESS> keys;
-    for (int i = 0; i < driver.rcpItems.size(); ++i) {
-        keys.append(keyOf(driver.rcpItems.at(i)));
+    for (const _RCP_VAR_PRO &item : kept) {
+        keys.append(keyOf(item));
     }
     driver.rcpBlockStarts.clear();
     driver.rcpBlocks.clear();
     addrMerge(keys, kMergeRecipe);
-    for (int i = 0; i < keys.size(); ++i) {
-        driver.rcpBlocks.append(blockOf(keys.at(i)));
+    for (const KEY_ADDRESS &key : keys) {
+        driver.rcpBlocks.append(blockOf(key));
     }
-    return static_cast<int>(driver.rcpItems.size());
+    return static_cast<int>(kept.size());
 }

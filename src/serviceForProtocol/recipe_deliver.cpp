@@ -1,6 +1,7 @@
 #include "serviceForProtocol/recipe_deliver.h"
 
 #include <algorithm>
+#include <climits>
 
 #include "serviceForProtocol/change_notify.h"
 #include "shared/bytes.h"
@@ -68,7 +69,8 @@ void deliverRecipeBlock(const RegisterWidths &widths, const QByteArray &answer, 
     for (int i = 0; bytes > 0 && i < items.size(); ++i) {
         const _RCP_VAR_PRO &item = items.at(i);
         const qint64 unitsBefore = static_cast<qint64>(item.startAddr) - items.at(0).startAddr;
-        const qint64 pos = dataPos + unitsBefore * 2 * bytes;
+        // Beyond either end of the answer every character counts as 0.
+        const qint64 pos = std::max<qint64>(dataPos + unitsBefore * 2 * bytes, INT_MIN / 2);
         if (item.bufOffset >= 0) {
             deliverItem(answer, item, static_cast<int>(std::min<qint64>(pos, answer.size())),
                         bytes);

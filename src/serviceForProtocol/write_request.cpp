@@ -9,9 +9,9 @@
 #include "shared/protocol.h"
 #include "shared/wrap.h"
 
-int panelBytesPerUnit(const RegisterWidths &widths)
+unsigned panelBytesPerUnit(const RegisterWidths &widths)
 {
-    return widths.unitBits == 1 ? 1 : 2;
+    return widths.unitBits == 1 ? 1U : 2U;
 }
 
 static VARIABLE writeOf(const KEY_ADDRESS &piece, int opKind)
@@ -34,11 +34,10 @@ static int wireCount(const RegisterWidths &widths, int count)
 
 static void queuePieces(const RegisterWidths &widths, const QList<KEY_ADDRESS> &pieces, int opKind)
 {
-    for (int i = 0; i < pieces.size(); ++i) {
-        const KEY_ADDRESS &piece = pieces.at(i);
+    for (const KEY_ADDRESS &piece : pieces) {
         VARIABLE item = writeOf(piece, opKind);
-        const int bytes = piece.count * panelBytesPerUnit(widths);
-        std::memcpy(item.data, piece.data, static_cast<size_t>(bytes));
+        std::memcpy(item.data, piece.data,
+                    static_cast<size_t>(piece.count) * panelBytesPerUnit(widths));
         item.count = wireCount(widths, piece.count);
         insertJob(driver.pendingWrites, item);
     }
@@ -69,7 +68,7 @@ void queueWrite(const RegisterWidths &widths, int stationNo, const QString &regN
     key.regName = regName;
     key.startAddr = startAddr;
     key.count = count;
-    std::memcpy(key.data, data, static_cast<size_t>(count * panelBytesPerUnit(widths)));
+    std::memcpy(key.data, data, static_cast<size_t>(count) * panelBytesPerUnit(widths));
     if (widths.wordBits == 1) {
         queueContacts(widths, key, opKind);
         return;
@@ -84,15 +83,18 @@ void queueWrite(const RegisterWidths &widths, int stationNo, const QString &regN
 int intf_setData(int stationNo, QString &regName, int startAddr, int count, unsigned char *data,
                  int opKind)
 {
-    // A copy: the host may change its text from within the callback.
-    const QString name = regName;
+    // Copies: the host may change its text and its buffer from within the callback.
+    const QString name = regName; // NOLINT(performance-unnecessary-copy-initialization)
+    unsigned char values[kValueAreaSize];
     const RegisterWidths widths = registerWidths(name);
-    if (data == nullptr || count < 0 || count > kValueAreaSize / panelBytesPerUnit(widths)) {
+    if (data == nullptr || count < 0 ||
+        static_cast<unsigned>(count) > kValueAreaSize / panelBytesPerUnit(widths)) {
         return 1;
     }
+    std::memcpy(values, data, static_cast<size_t>(count) * panelBytesPerUnit(widths));
     if (driver.cacheOnlyWrites == 0) {
-        queueWrite(widths, stationNo, name, startAddr, count, data, opKind);
+        queueWrite(widths, stationNo, name, startAddr, count, values, opKind);
     }
-    write_saveDataToArea(stationNo, name, startAddr, count, data);
+    write_saveDataToArea(stationNo, name, startAddr, count, values);
     return 1;
 }

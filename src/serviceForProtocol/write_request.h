@@ -14,6 +14,6 @@ void queueWrite(const RegisterWidths &widths, int stationNo, const QString &regN
                 int count, const unsigned char *data, int opKind);
 
 /// @return  bytes that the panel hands over for one unit: 1 for a bit register, else 2
-int panelBytesPerUnit(const RegisterWidths &widths);
+unsigned panelBytesPerUnit(const RegisterWidths &widths);
 
 #endif

@@ -21,7 +21,7 @@ enum FailureReport {
 };
 
 /// How the units of a write are walked when it ends. Some widths settle the first unit again and
-/// again and leave the others pending; installed panels are used to that.
+/// again and leave the others pending. Kept for compatibility; not to be corrected.
 struct SettleRule
 {
     int passesPerTwo; ///< passes for each two of the count: 4, 2 or 1
@@ -148,7 +148,7 @@ void settleWrite(const RegisterWidths &widths, int stationNo, const QString &reg
     }
     const SettleRule rule = settleRule(widths);
     const QString key = rule.fullName ? regName : registerLetter(regName);
-    const int passes = std::min<int>(count, kMaxUnits) * rule.passesPerTwo / 2;
+    const int passes = std::max(0, std::min<int>(count, kMaxUnits)) * rule.passesPerTwo / 2;
     for (int i = 0; i < passes; ++i) {
         settleUnit(rule, stationNo, regName, key, wrapAdd(startAddr, i * rule.step), success != 0);
     }

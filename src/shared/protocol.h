@@ -6,8 +6,8 @@
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
-#include "ls_master_k_cnet/ls_master_k_cnet.h"
 #include "ls_master_k_cnet/records.h"
+#include "ls_master_k_cnet/value_change_callback.h"
 #include "shared/data_record.h"
 
 /// What the frame in flight is for (`Protocol::sendState`).
@@ -81,11 +81,18 @@ private:
 
 extern Protocol driver;
 
+/// @return  true when `item` means exactly this range of this register
+inline bool isRequestFor(const VARIABLE &item, int stationNo, const QString &regName, int startAddr,
+                         int count)
+{
+    return item.stationNo == stationNo && item.startAddr == startAddr && item.count == count &&
+           item.regName == regName;
+}
+
 /// @return  true when both mean the same range of the same register, whatever their values
 inline bool isSameRequest(const VARIABLE &a, const VARIABLE &b)
 {
-    return a.stationNo == b.stationNo && a.startAddr == b.startAddr && a.count == b.count &&
-           a.regName == b.regName;
+    return isRequestFor(a, b.stationNo, b.regName, b.startAddr, b.count);
 }
 
 #endif

@@ -1,0 +1,22 @@
+#ifndef LS_MASTER_K_CNET_VALUE_CHANGE_CALLBACK_H
+#define LS_MASTER_K_CNET_VALUE_CHANGE_CALLBACK_H
+
+class QString;
+
+/// Called by the driver for each monitored view of a value that changed.
+///
+/// @param deviceNo   device number of the property text (first field), -1 for the end of a
+///                   condition read, 0 for a recipe word
+/// @param stationNo  PLC station, -1 for the end of a condition read and for a recipe word
+/// @param name       what changed: the register letter followed by "_bit", "_B", "_W", "_D" or
+///                   nothing ("M_bit", "D_W", "TX"); "RWI" for a recipe word that was read; "-1"
+///                   for the end of a condition read
+/// @param address    address in the units of `name`; the index of the word in the recipe buffer for
+///                   "RWI"; 0 (read) or -1 (failed) for the end of a condition read
+/// @return           ignored
+///
+/// It runs on the thread whose call made the value change, with no lock held, and may call back
+/// into the driver.
+typedef int (*ValueChangeCallback)(int deviceNo, int stationNo, QString &name, int address);
+
+#endif

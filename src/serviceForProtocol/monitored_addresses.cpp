@@ -1,0 +1,32 @@
+#include "ls_master_k_cnet/ls_master_k_cnet.h"
+
+#include "serviceForProtocol/address_merge.h"
+#include "serviceForProtocol/monitor_flags.h"
+#include "shared/protocol.h"
+
+static VARIABLE cyclicRead(const KEY_ADDRESS &block)
+{
+    VARIABLE item = VARIABLE();
+    item.opKind = kJobCyclicRead;
+    item.stationNo = block.stationNo;
+    item.regName = block.regName;
+    item.startAddr = block.startAddr;
+    item.count = block.count;
+    return item;
+}
+
+int intf_addrMerge(QList<KEY_ADDRESS> &keys)
+{
+    clearMonitorFlags();
+    QList<KEY_ADDRESS> blocks = keys;
+    const QList<KEY_ADDRESS> &monitored = keys;
+    for (const KEY_ADDRESS &key : monitored) {
+        _setDataAreaMonitorFlag(key.stationNo, key.regName, key.startAddr, key.count);
+    }
+    addrMerge(blocks, kMergeReads);
+    driver.cyclicReads.clear();
+    for (const KEY_ADDRESS &block : blocks) {
+        driver.cyclicReads.append(cyclicRead(block));
+    }
+    return static_cast<int>(driver.cyclicReads.size());
+}
