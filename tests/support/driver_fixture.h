@@ -123,10 +123,10 @@ inline QByteArray sentBytes(const FRAME_PRO &frame)
 /// block check.
 inline QByteArray makeAnswer(const QByteArray &text)
 {
-    QByteArray answer = QByteArray(1, '\x06') + text + QByteArray(1, '\x03');
+    const QByteArray answer = QByteArray(1, '\x06') + text + QByteArray(1, '\x03');
     unsigned sum = 0;
-    for (int i = 0; i < answer.size(); ++i) {
-        sum += static_cast<unsigned char>(answer.at(i));
+    for (const char character : answer) {
+        sum += static_cast<unsigned char>(character);
     }
     return answer + QByteArray::number(sum % 256 + 256, 16).toUpper().right(2);
 }

@@ -1,0 +1,211 @@
+// What the panel writes and sees, and what the PLCs hold.
+
+#include "exchange/host_loop.h"
+#include "exchange/memory_changes.h"
+
+#include <algorithm>
+
+namespace exchange {
+
+namespace {
+
+// The request bytes in the block that is shared with the driver.
+constexpr int kWriteByte = 60115;
+constexpr int kReadByte = 60116;
+
+bool isWordName(const QString &regName)
+{
+    return regName.endsWith(QLatin1String("_W"));
+}
+
+int byteOf(Recipe direction)
+{
+    return direction == Recipe::Write ? kWriteByte : kReadByte;
+}
+
+/** Words low byte first, as the driver and the recipe buffer have them. */
+QByteArray wordBytes(const Values &values)
+{
+    QByteArray bytes;
+    for (const int value : values) {
+        bytes += static_cast<char>(value & 0xFF);
+        bytes += static_cast<char>(value >> 8 & 0xFF);
+    }
+    return bytes;
+}
+
+Values wordsOf(const QByteArray &bytes, int count)
+{
+    Values values;
+    for (int i = 0; i < count; ++i) {
+        values += static_cast<quint8>(bytes.at(2 * i)) | static_cast<quint8>(bytes.at(2 * i + 1))
+                                                             << 8;
+    }
+    return values;
+}
+
+} // namespace
+
+void HostLoop::setPlc(int station, const char *regName, int address, const Values &values)
+{
+    for (const int value : values) {
+        const plc::Point point = pointOf(QString::fromLatin1(regName), address++);
+        if (!memory(station).setValue(point, static_cast<quint16>(value))) {
+            qFatal("no %s %d", regName, address - 1);
+        }
+    }
+}
+
+Values HostLoop::inPlc(int station, const char *regName, int address, int count)
+{
+    Values values;
+    for (int i = 0; i < count; ++i) {
+        const auto value =
+            memory(station).value(pointOf(QString::fromLatin1(regName), address + i));
+        values += value ? *value : -1;
+    }
+    return values;
+}
+
+int HostLoop::monitor(const Keys &keys)
+{
+    for (const KEY_ADDRESS &key : keys) {
+        remember({key.stationNo, key.regName, key.startAddr, key.count});
+    }
+    Keys copy = keys;
+    return intf_addrMerge(copy);
+}
+
+void HostLoop::write(int station, const char *regName, int address, const Values &values)
+{
+    QString name = QString::fromLatin1(regName);
+    QByteArray bytes = wordBytes(values);
+    if (!isWordName(name)) {
+        bytes.clear();
+        for (const int value : values) {
+            bytes += static_cast<char>(value);
+        }
+    }
+    const int count = static_cast<int>(values.size());
+    remember({station, name, address, count});
+    intf_setData(station, name, address, count, DriverFixture::bytes(bytes), 2);
+}
+
+void HostLoop::readOnce(int station, const char *regName, int address, int count)
+{
+    KEY_ADDRESS wanted = key(station, regName, address, count);
+    intf_addConditionRead(wanted, 3);
+}
+
+Values HostLoop::inPanel(int station, const char *regName, int address, int count) const
+{
+    return inPanel({station, QString::fromLatin1(regName), address, count});
+}
+
+Values HostLoop::inPanel(const Place &place)
+{
+    QByteArray bytes(kValueAreaSize, '\0');
+    QString name = place.regName;
+    intf_getData(place.station, name, place.address, place.count, DriverFixture::bytes(bytes));
+    if (isWordName(name)) {
+        return wordsOf(bytes, place.count);
+    }
+    Values values;
+    for (int i = 0; i < place.count; ++i) {
+        values += static_cast<quint8>(bytes.at(i));
+    }
+    return values;
+}
+
+int HostLoop::setRecipe(const QVector<_RCP_VAR_PRO> &items)
+{
+    QVector<_RCP_VAR_PRO> copy = items;
+    return intf_setRcpAddress(copy);
+}
+
+void HostLoop::request(Recipe direction, bool on)
+{
+    QMutexLocker lock(&m_fixture.shmLock);
+    DriverFixture::bytes(m_fixture.shm)[byteOf(direction)] = on ? 1 : 0;
+}
+
+bool HostLoop::isRequested(Recipe direction)
+{
+    QMutexLocker lock(&m_fixture.shmLock);
+    return m_fixture.shm.at(byteOf(direction)) != 0;
+}
+
+void HostLoop::setRecipeWords(int offset, const Values &values)
+{
+    const QByteArray bytes = wordBytes(values);
+    std::copy(bytes.begin(), bytes.end(), m_fixture.recipe.data() + 2 * offset);
+}
+
+Values HostLoop::recipeWords(int offset, int count) const
+{
+    return wordsOf(m_fixture.recipe.mid(2 * offset, 2 * count), count);
+}
+
+bool HostLoop::Place::operator==(const Place &other) const
+{
+    return station == other.station && address == other.address && count == other.count &&
+           regName == other.regName;
+}
+
+void HostLoop::remember(const Place &place)
+{
+    if (!m_places.contains(place)) {
+        m_places += place;
+    }
+}
+
+QStringList HostLoop::differences()
+{
+    QStringList list;
+    for (const Place &place : m_places) {
+        if (m_line.bus().find(place.station) == nullptr) {
+            continue;
+        }
+        const Values seen = inPanel(place);
+        for (int i = 0; i < place.count; ++i) {
+            const auto held =
+                memory(place.station).value(pointOf(place.regName, place.address + i));
+            if (held && *held != seen.at(i)) {
+                list += QString::fromLatin1("%1 %2 %3: panel %4, PLC %5")
+                            .arg(QString::number(place.station), place.regName,
+                                 QString::number(place.address + i), QString::number(seen.at(i)),
+                                 QString::number(*held));
+            }
+        }
+    }
+    return list;
+}
+
+KEY_ADDRESS key(int station, const char *regName, int address, int count)
+{
+    const bool isWord = isWordName(QString::fromLatin1(regName));
+    return makeKey(station, regName, address, count, isWord ? 0 : -1);
+}
+
+_RCP_VAR_PRO recipeItem(int station, const char *regName, int address, int count, int offset)
+{
+    _RCP_VAR_PRO item = _RCP_VAR_PRO();
+    item.deviceNo = 7;
+    item.stationNo = station;
+    item.regName = QString::fromLatin1(regName);
+    item.startAddr = address;
+    item.count = count;
+    item.bufOffset = offset;
+    return item;
+}
+
+QStringList texts(std::initializer_list<const char *> lines)
+{
+    QStringList list;
+    for (const char *line : lines) {
+        list += QString::fromLatin1(line);
+    }
+    return list;
+}
+
+} // namespace exchange

@@ -1,0 +1,99 @@
+#include "exchange/host_loop.h"
+#include "exchange/memory_changes.h"
+
+#include <QtTest>
+
+using namespace exchange;
+
+using plc::FaultKind;
+
+// The output contacts of timers and counters, which go one to a frame.
+class TestContacts : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void oneOfAKeyIsRead();
+    void writes();
+    void eachSettlesAlone();
+    void readingEndsTheWait();
+};
+
+// A frame reads one contact, whatever the count of its key: the others of the key stay off.
+void TestContacts::oneOfAKeyIsRead()
+{
+    HostLoop loop;
+    loop.addStation(1);
+    loop.setPlc(1, "TX", 4, {1, 1, 1});
+    loop.monitor({key(1, "TX", 4, 3)});
+    QVERIFY(loop.settle());
+    QCOMPARE(loop.requests().first(), QLatin1String("01rSS0107%TX0004"));
+    QCOMPARE(loop.inPanel(1, "TX", 4, 3), (Values{1, 0, 0}));
+    QCOMPARE(loop.counts().givenUp, 0);
+}
+
+void TestContacts::writes()
+{
+    HostLoop loop;
+    loop.addStation(1);
+    loop.setPlc(1, "TX", 20, {1});
+    const plc::Memory before = loop.memory(1);
+    loop.write(1, "TX", 9, {1, 0, 1});
+    loop.write(1, "CX", 255, {1});
+    loop.write(1, "TX", 20, {0});
+    QCOMPARE(loop.inPanel(1, "TX", 9, 3), (Values{1, 0, 1}));
+    QVERIFY(loop.settle());
+    QCOMPARE(loop.requests(),
+             texts({"01wSS0109%TX00000901", "01wSS0109%TX00001000", "01wSS0109%TX00001101",
+                    "01wSS0109%CX00025501", "01wSS0109%TX00002000"}));
+    QCOMPARE(memoryChanges(before, loop.memory(1)),
+             texts({"TX 9=1", "TX 11=1", "TX 20=0", "CX 255=1"}));
+    QCOMPARE(loop.differences(), QStringList());
+}
+
+void TestContacts::eachSettlesAlone()
+{
+    HostLoop loop;
+    loop.addStation(1);
+    loop.monitor({key(1, "TX", 5), key(1, "TX", 6), key(1, "TX", 7)});
+    QVERIFY(loop.settle());
+    loop.write(1, "TX", 5, {1, 1, 1});
+    loop.forget();
+    QVERIFY(loop.turn());
+    loop.unit(1).faults.add({FaultKind::Refuse, 0x1132, 0x1132, 3});
+    QCOMPARE(loop.turns(3), (Values{8, 8, 2}));
+    QCOMPARE(loop.inPanel(1, "TX", 5, 3), (Values{1, 0, 1}));
+    QCOMPARE(HostLoop::calls(), texts({"7 1 TX 6"}));
+    QVERIFY(loop.settle());
+    QCOMPARE(loop.inPlc(1, "TX", 5, 3), (Values{1, 0, 1}));
+    QCOMPARE(loop.differences(), QStringList());
+}
+
+// Unlike a word, a contact whose reading has changed is shown as read even while a write of it
+// still waits.
+void TestContacts::readingEndsTheWait()
+{
+    HostLoop loop;
+    loop.addStation(1);
+    loop.setPlc(1, "TX", 5, {1});
+    loop.monitor({key(1, "TX", 5)});
+    QVERIFY(loop.settle());
+    for (int address = 0; address < 10; ++address) {
+        loop.write(1, "D_W", address, {1});
+    }
+    loop.write(1, "TX", 5, {1});
+    loop.turns(10);
+    loop.setPlc(1, "TX", 5, {0});
+    loop.forget();
+    QVERIFY(loop.turn());
+    QCOMPARE(loop.inPanel(1, "TX", 5), Values{0});
+    QCOMPARE(HostLoop::calls(), texts({"7 1 TX 5"}));
+    QVERIFY(loop.turn());
+    QCOMPARE(loop.inPlc(1, "TX", 5), Values{1});
+    QCOMPARE(loop.inPanel(1, "TX", 5), Values{1});
+    QVERIFY(loop.settle());
+    QCOMPARE(loop.differences(), QStringList());
+}
+
+QTEST_APPLESS_MAIN(TestContacts)
+#include "test_contacts.moc"

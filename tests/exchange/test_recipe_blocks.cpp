@@ -1,0 +1,138 @@
+#include "exchange/recipe_loop.h"
+
+#include <QtTest>
+
+using namespace exchange;
+
+// What a recipe's items become, and requests that find nothing to transfer.
+class TestRecipeBlocks : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void itemsOutOfOrderInTheBuffer();
+    void blocks_data();
+    void blocks();
+    void otherDevices();
+    void requestWithoutARecipe();
+    void otherByteValuesAreNoRequest();
+};
+
+// A block is written from the buffer in one piece, from the place of its first item on, but read
+// into the place of each item: items that touch must lie in the order of their addresses.
+void TestRecipeBlocks::itemsOutOfOrderInTheBuffer()
+{
+    RecipeLoop loop;
+    loop.setRecipe({recipeItem(1, "D_W", 10, 2, 4), recipeItem(1, "D_W", 12, 2, 0)});
+    loop.request(Recipe::Write);
+    QVERIFY(loop.settle());
+    QCOMPARE(loop.inPlc(1, "D_W", 10, 4), (Values{5, 6, 7, 8}));
+    loop.request(Recipe::Read);
+    QVERIFY(loop.settle());
+    QCOMPARE(loop.recipeWords(0, 9), (Values{7, 8, 3, 4, 5, 6, 7, 8, 9}));
+    QCOMPARE(HostLoop::calls(), texts({"0 -1 RWI 4", "0 -1 RWI 5", "0 -1 RWI 0", "0 -1 RWI 1"}));
+}
+
+void TestRecipeBlocks::blocks_data()
+{
+    QTest::addColumn<Items>("items");
+    QTest::addColumn<QStringList>("requests");
+    QTest::newRow("touching items share a block")
+        << Items{recipeItem(1, "D_W", 10, 2, 0), recipeItem(1, "D_W", 12, 3, 2)}
+        << texts({"01rSB08%DW0001005"});
+    QTest::newRow("overlapping items share a block")
+        << Items{recipeItem(1, "D_W", 10, 3, 0), recipeItem(1, "D_W", 12, 3, 2)}
+        << texts({"01rSB08%DW0001005"});
+    QTest::newRow("no gap is bridged")
+        << Items{recipeItem(1, "D_W", 10, 2, 0), recipeItem(1, "D_W", 13, 2, 2)}
+        << texts({"01rSB08%DW0001002", "01rSB08%DW0001302"});
+    QTest::newRow("no block above the limit")
+        << Items{recipeItem(1, "D_W", 10, 40, 0), recipeItem(1, "D_W", 50, 20, 40),
+                 recipeItem(1, "D_W", 70, 1, 60)}
+        << texts({"01rSB08%DW000103C", "01rSB08%DW0007001"});
+    QTest::newRow("stations and registers in order")
+        << Items{recipeItem(2, "D_W", 0, 1, 0), recipeItem(1, "M_W", 0, 1, 1),
+                 recipeItem(1, "C_W", 0, 1, 2), recipeItem(1, "D_W", 1, 1, 3)}
+        << texts({"01rSB08%DW0000101", "01rSB08%CW0000001", "01rSB08%MW0000001",
+                  "02rSB08%DW0000001"});
+}
+
+void TestRecipeBlocks::blocks()
+{
+    QFETCH(Items, items);
+    RecipeLoop loop;
+    QCOMPARE(loop.setRecipe(items), items.size());
+    loop.request(Recipe::Write);
+    QVERIFY(loop.settle());
+    loop.forget();
+    loop.request(Recipe::Read);
+    QVERIFY(loop.settle());
+    QTEST(loop.requests(), "requests");
+    for (const _RCP_VAR_PRO &item : items) {
+        const QByteArray reg = item.regName.toLatin1();
+        QCOMPARE(loop.recipeWords(item.bufOffset, item.count),
+                 loop.inPlc(item.stationNo, reg.constData(), item.startAddr, item.count));
+    }
+}
+
+void TestRecipeBlocks::otherDevices()
+{
+    RecipeLoop loop;
+    Items items = threeBlocks();
+    items[1].deviceNo = 8;
+    items[2].deviceNo = 0;
+    QCOMPARE(loop.setRecipe(items), 2);
+    loop.request(Recipe::Write);
+    QVERIFY(loop.settle());
+    QCOMPARE(loop.requests(), texts({"01wSB08%DW000100200010002", "02wSB08%MW00005010008"}));
+
+    // A list without any item of this device leaves the blocks of the last one, without their
+    // items.
+    items[0].deviceNo = items[3].deviceNo = 8;
+    QCOMPARE(loop.setRecipe(items), 0);
+    loop.forget();
+    loop.request(Recipe::Read);
+    QVERIFY(loop.settle());
+    QCOMPARE(loop.requests(), texts({"01rSB08%DW0001002", "02rSB08%MW0000501"}));
+    QCOMPARE(HostLoop::calls(), QStringList());
+    QCOMPARE(loop.recipeWords(0, 9), (Values{1, 2, 3, 4, 5, 6, 7, 8, 9}));
+}
+
+// A request without a recipe repeats the job before it until the host takes the request back; the
+// driver never does.
+void TestRecipeBlocks::requestWithoutARecipe()
+{
+    for (const Recipe direction : {Recipe::Write, Recipe::Read}) {
+        HostLoop loop;
+        loop.addStation(1);
+        loop.request(direction);
+        QCOMPARE(loop.turns(2), (Values{-1, -1}));
+        loop.request(direction, false);
+        loop.monitor({key(1, "D_W", 0), key(1, "D_W", 500)});
+        loop.turn();
+        loop.request(direction);
+        loop.turns(3);
+        QVERIFY(loop.isRequested(direction));
+        loop.request(direction, false);
+        loop.turns(1);
+        QCOMPARE(loop.requests(),
+                 texts({"01rSB08%DW0000001", "01rSB08%DW0000001", "01rSB08%DW0000001",
+                        "01rSB08%DW0000001", "01rSB08%DW0000001"}));
+        QVERIFY(loop.settle());
+        QCOMPARE(loop.differences(), QStringList());
+    }
+}
+
+void TestRecipeBlocks::otherByteValuesAreNoRequest()
+{
+    RecipeLoop loop;
+    for (const int value : {0, 2, 255}) {
+        driver.shmBase[60115] = static_cast<unsigned char>(value);
+        driver.shmBase[60116] = static_cast<unsigned char>(value);
+        QVERIFY(!loop.turn());
+        QCOMPARE(static_cast<int>(driver.shmBase[60115]), value);
+    }
+}
+
+QTEST_APPLESS_MAIN(TestRecipeBlocks)
+#include "test_recipe_blocks.moc"

@@ -1,0 +1,155 @@
+#include <QtTest/QtTest>
+
+#include "callback_places.h"
+
+/// The host calls back into the driver from each place at which the driver calls the host. What the
+/// driver was doing must come out as if the host had kept still.
+class TestCallbackReentry : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void hostCallsBack_data();
+    void hostCallsBack();
+    void withoutCallback_data();
+    void withoutCallback();
+};
+
+static DriverFixture *&host()
+{
+    static DriverFixture *fixture = nullptr;
+    return fixture;
+}
+
+static QStringList &troubles()
+{
+    static QStringList list;
+    return list;
+}
+
+static void expect(bool right, const char *what)
+{
+    if (!right) {
+        troubles().append(latin(what));
+    }
+}
+
+// Every function that the panel's thread may call, each of them with places that are new to the
+// area and to the lists, so that these grow and move.
+static void callBack()
+{
+    static int place = 0;
+    static int depth = 0;
+    if (depth > 0) {
+        return;
+    }
+    ++depth;
+    expect(driver.listMutex.tryLock(), "the list was locked");
+    driver.listMutex.unlock();
+    expect(host()->shmLock.tryLock(), "the host's block was locked");
+    host()->shmLock.unlock();
+
+    place += 40;
+    QByteArray values(80, '\x01');
+    unsigned char *const bytes = DriverFixture::bytes(values);
+    unsigned char buffer[1024];
+    QString words = latin("K_W");
+    QString bits = latin("L_bit");
+    QString contacts = latin("CX");
+    expect(intf_setData(9, words, place, 40, bytes, 0) == 1, "a word write was refused");
+    expect(intf_setData(9, bits, 16 * place, 40, bytes, 0) == 1, "a bit write was refused");
+    expect(intf_setData(9, contacts, place, 40, bytes, 0) == 1, "a contact write was refused");
+    expect(intf_getData(9, words, place, 40, buffer) == 1, "a read was refused");
+    expect(bytesOf(buffer, 80) == values, "the own write was not read back");
+    intf_getData(1, words, 2000 + place, 40, buffer);
+    KEY_ADDRESS key = makeKey(9, "T_W", place, 10);
+    expect(intf_addConditionRead(key, 0) == 1, "a condition read was refused");
+    key.startAddr = 5;
+    key.count = 1;
+    intf_addConditionRead(key, 0);
+    --depth;
+}
+
+// What the driver knows of station 1 and did: its records, its jobs, the recipe buffer.
+static QByteArray outcome(DriverFixture &fixture)
+{
+    QByteArray text;
+    for (int i = 0; i < 40; ++i) {
+        const _DATA_ &record = driver.dataArea.at(i);
+        text += record.regPrefix.toLatin1() + QByteArray::number(record.unitAddr) + '=' +
+                hexOf(record.readValue, 4) + '/' + hexOf(record.writeValue, 4) + '/' +
+                QByteArray::number(record.writePending) + '/' +
+                QByteArray::number(record.pendingBits) + ' ';
+    }
+    const QList<VARIABLE> *const lists[] = {&driver.pendingWrites, &driver.cyclicReads};
+    for (const QList<VARIABLE> *const list : lists) {
+        for (const VARIABLE &item : *list) {
+            if (item.stationNo == 1) {
+                text += itemText(item).toLatin1() + ' ';
+            }
+        }
+    }
+    return text + fixture.recipe.toHex() + QByteArray::number(driver.rcpIndex) +
+           hexOf(driver.shmBase + 60115, 2) + QByteArray::number(sizeOf(driver.frames));
+}
+
+static void addPlaces()
+{
+    QTest::addColumn<int>("place");
+    for (int i = 0; i < static_cast<int>(sizeof kPlaces / sizeof kPlaces[0]); ++i) {
+        QTest::newRow(kPlaces[i].name) << i;
+    }
+}
+
+// Runs one place with a host that does `hook`.
+static QByteArray runPlace(int place, void (*hook)(), ValueChangeCallback *callback)
+{
+    DriverFixture fixture("7#0#0#1#60");
+    host() = &fixture;
+    if (callback != nullptr) {
+        intf_setAddrValueChangeCallBack(*callback);
+    }
+    watchAll();
+    DriverFixture::hook() = hook;
+    kPlaces[place].run();
+    QByteArray result = outcome(fixture);
+    host() = nullptr;
+    return result;
+}
+
+void TestCallbackReentry::hostCallsBack_data()
+{
+    addPlaces();
+}
+
+void TestCallbackReentry::hostCallsBack()
+{
+    QFETCH(int, place);
+
+    troubles().clear();
+    const QByteArray quiet = runPlace(place, nullptr, nullptr);
+    const QString quietCalls = callsText();
+    QVERIFY2(!quietCalls.isEmpty(), "the host is called at this place");
+    const QByteArray busy = runPlace(place, &callBack, nullptr);
+    QCOMPARE(busy, quiet);
+    QCOMPARE(callsText(), quietCalls);
+    QCOMPARE(troubles(), QStringList());
+}
+
+void TestCallbackReentry::withoutCallback_data()
+{
+    addPlaces();
+}
+
+void TestCallbackReentry::withoutCallback()
+{
+    QFETCH(int, place);
+
+    const QByteArray quiet = runPlace(place, nullptr, nullptr);
+    ValueChangeCallback none = nullptr;
+    QCOMPARE(runPlace(place, nullptr, &none), quiet);
+    QCOMPARE(callsText(), QString());
+}
+
+QTEST_APPLESS_MAIN(TestCallbackReentry)
+#include "test_callback_reentry.moc"

@@ -1,0 +1,100 @@
+#ifndef TESTS_SUPPORT_AREA_HELPERS_H
+#define TESTS_SUPPORT_AREA_HELPERS_H
+
+#include <cstring>
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include "serviceForProtocol/data_area.h"
+#include "shared/protocol.h"
+#include "shared/register_row.h"
+#include "support/driver_fixture.h"
+
+/// What the tests of the cache and of the jobs share: records made and shown in one line.
+
+inline RegisterWidths makeWidths(int unitBits, int wordBits, bool bitName = false)
+{
+    const RegisterWidths widths = {unitBits, wordBits, bitName};
+    return widths;
+}
+
+inline QString latin(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
+/// The size as an int, whatever type the Qt version counts in.
+template <typename Container>
+int sizeOf(const Container &container)
+{
+    return static_cast<int>(container.size());
+}
+
+/// The record of a unit of `driver.dataArea`, made when it is missing; good until the area grows.
+inline _DATA_ &unitAt(int stationNo, const char *letter, int unitAddr)
+{
+    return driver.dataArea[getIndexOfDataArea(stationNo, QString::fromLatin1(letter), unitAddr,
+                                              driver.dataArea)];
+}
+
+inline QByteArray bytesOf(const unsigned char *bytes, int size)
+{
+    return QByteArray(reinterpret_cast<const char *>(bytes), size);
+}
+
+/// Bytes in hexadecimal, as `"12AB"`.
+inline QByteArray hexOf(const unsigned char *bytes, int size)
+{
+    return bytesOf(bytes, size).toHex().toUpper();
+}
+
+inline void setBytes(unsigned char (&target)[4], const char *hex)
+{
+    const QByteArray bytes = QByteArray::fromHex(hex);
+    std::memset(target, 0, sizeof target);
+    std::memcpy(target, bytes.constData(), static_cast<size_t>(bytes.size()));
+}
+
+/// All calls of the host so far, as "device station name address", parted by ", ".
+inline QString callsText()
+{
+    return DriverFixture::calls().join(QLatin1String(", "));
+}
+
+/// A request item in one line: "station register start xcount".
+inline QString itemText(const VARIABLE &item)
+{
+    return QString::fromLatin1("%1 %2 %3 x%4")
+        .arg(QString::number(item.stationNo), item.regName, QString::number(item.startAddr),
+             QString::number(item.count));
+}
+
+inline QString listText(const QList<VARIABLE> &list)
+{
+    QStringList texts;
+    for (const VARIABLE &item : list) {
+        texts.append(itemText(item));
+    }
+    return texts.join(QLatin1String(", "));
+}
+
+/// ENQ, `text`, EOT and the two characters of a block check, which the caller spells out.
+inline QByteArray requestBytes(const QByteArray &text, const QByteArray &check)
+{
+    return QByteArray(1, '\x05') + text + QByteArray(1, '\x04') + check;
+}
+
+/// The answer to a block read of station 1: its data characters begin at byte 10.
+inline QByteArray readAnswer(const QByteArray &data)
+{
+    return makeAnswer("01rSB0104" + data);
+}
+
+inline QByteArray writeAnswer()
+{
+    return makeAnswer("01wSB");
+}
+
+#endif
