@@ -83,18 +83,16 @@ void queueWrite(const RegisterWidths &widths, int stationNo, const QString &regN
 int intf_setData(int stationNo, QString &regName, int startAddr, int count, unsigned char *data,
                  int opKind)
 {
-    // Copies: the host may change its text and its buffer from within the callback.
-    const QString name = regName; // NOLINT(performance-unnecessary-copy-initialization)
-    unsigned char values[kValueAreaSize];
-    const RegisterWidths widths = registerWidths(name);
+    const RegisterWidths widths = registerWidths(regName);
     if (data == nullptr || count < 0 ||
         static_cast<unsigned>(count) > kValueAreaSize / panelBytesPerUnit(widths)) {
         return 1;
     }
+    unsigned char values[kValueAreaSize]; // the host may use its buffer from within the callback
     std::memcpy(values, data, static_cast<size_t>(count) * panelBytesPerUnit(widths));
     if (driver.cacheOnlyWrites == 0) {
-        queueWrite(widths, stationNo, name, startAddr, count, values, opKind);
+        queueWrite(widths, stationNo, regName, startAddr, count, values, opKind);
     }
-    write_saveDataToArea(stationNo, name, startAddr, count, values);
+    write_saveDataToArea(stationNo, regName, startAddr, count, values);
     return 1;
 }

@@ -13,6 +13,7 @@ private Q_SLOTS:
     void hostCallsBack();
     void withoutCallback_data();
     void withoutCallback();
+    void hostReusesItsBuffer();
 };
 
 static DriverFixture *&host()
@@ -149,6 +150,36 @@ void TestCallbackReentry::withoutCallback()
     ValueChangeCallback none = nullptr;
     QCOMPARE(runPlace(place, nullptr, &none), quiet);
     QCOMPARE(callsText(), QString());
+}
+
+// A host may have one scratch buffer for all that it reads and writes.
+static unsigned char *scratchBuffer()
+{
+    static unsigned char buffer[4];
+    return buffer;
+}
+
+static void readIntoTheScratchBuffer()
+{
+    QString words = latin("D_W");
+    intf_getData(1, words, 500, 2, scratchBuffer());
+}
+
+void TestCallbackReentry::hostReusesItsBuffer()
+{
+    DriverFixture fixture;
+    QList<KEY_ADDRESS> keys;
+    keys.append(makeKey(1, "D_W", 10, 2));
+    intf_addrMerge(keys);
+    DriverFixture::hook() = &readIntoTheScratchBuffer;
+    const unsigned char values[4] = {0x11, 0x22, 0x33, 0x44};
+    std::memcpy(scratchBuffer(), values, sizeof values);
+    QString words = latin("D_W");
+    intf_setData(1, words, 10, 2, scratchBuffer(), 0);
+    QCOMPARE(hexOf(driver.pendingWrites.at(0).data, 4), hexOf(values, 4));
+    unsigned char shown[4] = {};
+    intf_getData(1, words, 10, 2, shown);
+    QCOMPARE(hexOf(shown, 4), hexOf(values, 4));
 }
 
 QTEST_APPLESS_MAIN(TestCallbackReentry)

@@ -24,6 +24,7 @@ private Q_SLOTS:
     void hostStillSeesTheOldValue();
     void sameValueTwiceIsReportedOnce();
     void hostMayEmptyTheAreaMeanwhile();
+    void hostMayWriteAnotherBitMeanwhile();
 };
 
 static const unsigned char *dataOf(const QByteArray &bytes)
@@ -325,6 +326,24 @@ void TestPanelValueStore::hostMayEmptyTheAreaMeanwhile()
     QCOMPARE(callsText(), latin("7 1 D_W 5, 7 1 M_bit 53"));
     QCOMPARE(hexOf(currentBytes(unitAt(1, "M", 3)), 2), QByteArray("2000"));
     QCOMPARE(unitAt(1, "M", 3).pendingBits, 0x400);
+}
+
+static void writeBit50()
+{
+    DriverFixture::hook() = nullptr;
+    const unsigned char bit = 1;
+    write_saveDataToArea(1, latin("M_bit"), 50, 1, &bit);
+}
+
+void TestPanelValueStore::hostMayWriteAnotherBitMeanwhile()
+{
+    DriverFixture fixture;
+    DriverFixture::hook() = &writeBit50;
+    _setDataAreaMonitorFlag(1, latin("M_bit"), 49, 1);
+    const unsigned char bit = 1;
+    write_saveDataToArea(1, latin("M_bit"), 49, 1, &bit);
+    QCOMPARE(hexOf(currentBytes(unitAt(1, "M", 3)), 2), QByteArray("0600"));
+    QCOMPARE(unitAt(1, "M", 3).pendingBits, 0x14);
 }
 
 QTEST_APPLESS_MAIN(TestPanelValueStore)
