@@ -1,5 +1,4 @@
-#ifndef LS_MASTER_K_CNET_EXPORT_H
-#define LS_MASTER_K_CNET_EXPORT_H
+#pragma once
 
 /// Marks a function that the shared library hands to its hosts under its plain name. Everything
 /// without this mark stays inside the library.
@@ -7,6 +6,4 @@
 #define LS_MASTER_K_CNET_EXPORT extern "C" __attribute__((visibility("default")))
 #else
 #define LS_MASTER_K_CNET_EXPORT extern "C"
-#endif
-
 #endif

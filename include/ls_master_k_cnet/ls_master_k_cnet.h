@@ -1,5 +1,4 @@
-#ifndef LS_MASTER_K_CNET_H
-#define LS_MASTER_K_CNET_H
+#pragma once
 
 #include <QtCore/QByteArray>
 #include <QtCore/QList>
@@ -219,5 +218,3 @@ LS_MASTER_K_CNET_EXPORT int intf_setData(int stationNo, QString &regName, int st
 ///
 /// At most 513 readings wait. A key longer than a block is read in pieces.
 LS_MASTER_K_CNET_EXPORT int intf_addConditionRead(KEY_ADDRESS &key, int opKind);
-
-#endif

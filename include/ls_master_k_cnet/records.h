@@ -1,5 +1,4 @@
-#ifndef LS_MASTER_K_CNET_RECORDS_H
-#define LS_MASTER_K_CNET_RECORDS_H
+#pragma once
 
 #include <QtCore/QString>
 
@@ -65,5 +64,3 @@ struct _RCP_VAR_PRO
     int bufOffset;   ///< place of the item's first value in the recipe buffer, in 16-bit words
     int reserved;    ///< carried along, not interpreted
 };
-
-#endif

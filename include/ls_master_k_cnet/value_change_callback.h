@@ -1,5 +1,4 @@
-#ifndef LS_MASTER_K_CNET_VALUE_CHANGE_CALLBACK_H
-#define LS_MASTER_K_CNET_VALUE_CHANGE_CALLBACK_H
+#pragma once
 
 class QString;
 
@@ -18,5 +17,3 @@ class QString;
 /// It runs on the thread whose call made the value change, with no lock held, and may call back
 /// into the driver.
 typedef int (*ValueChangeCallback)(int deviceNo, int stationNo, QString &name, int address);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef LS_MASTER_K_CNET_ADDRESS_TEXT_H
-#define LS_MASTER_K_CNET_ADDRESS_TEXT_H
+#pragma once
 
 #include <QtCore/QString>
 
@@ -21,5 +20,3 @@ QString addr_int2str(int value, const QString &regName);
 /// The step that an accepted address passes before it is stored; this protocol counts from 0.
 /// @return  `addr`
 int addrOffset(const QString &regName, int addr);
-
-#endif

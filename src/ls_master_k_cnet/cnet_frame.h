@@ -1,5 +1,4 @@
-#ifndef LS_MASTER_K_CNET_CNET_FRAME_H
-#define LS_MASTER_K_CNET_CNET_FRAME_H
+#pragma once
 
 #include <QtCore/QList>
 
@@ -48,5 +47,3 @@ void handShakeFrame();
 /// @return     0 rejected (also without a frame), 1 a good answer with data, 2 a good answer that
 ///             only acknowledges
 int check_rcv_data(const unsigned char *buf, const QList<VARIABLE> &, int len);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef LS_MASTER_K_CNET_FRAME_WRITER_H
-#define LS_MASTER_K_CNET_FRAME_WRITER_H
+#pragma once
 
 #include <QtCore/QString>
 
@@ -35,5 +34,3 @@ private:
 
     FRAME_PRO &m_frame;
 };
-
-#endif

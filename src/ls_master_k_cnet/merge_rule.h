@@ -1,5 +1,4 @@
-#ifndef LS_MASTER_K_CNET_MERGE_RULE_H
-#define LS_MASTER_K_CNET_MERGE_RULE_H
+#pragma once
 
 #include "ls_master_k_cnet/records.h"
 
@@ -11,5 +10,3 @@
 ///
 /// Reads `driver.maxBlockWords`; called while the exchange is idle.
 int judgeAddrMerge(const KEY_ADDRESS &cur, const KEY_ADDRESS &next, int mode);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef LS_MASTER_K_CNET_READ_FRAME_H
-#define LS_MASTER_K_CNET_READ_FRAME_H
+#pragma once
 
 #include <QtCore/QList>
 
@@ -13,5 +12,3 @@
 ///              and its answer is refused by its length.
 /// @return      1 when a frame was appended; 0 for a register that is not listed, or an empty list
 int getReadFrame(const QList<VARIABLE> &list);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef LS_MASTER_K_CNET_WRITE_FRAME_H
-#define LS_MASTER_K_CNET_WRITE_FRAME_H
+#pragma once
 
 #include "ls_master_k_cnet/records.h"
 
@@ -15,5 +14,3 @@ enum { kWaitsForWords = 18 };
 ///              words is cut at the end of the frame, and the PLC refuses it. A register that is
 ///              not listed appends nothing.
 void getWriteFrame(const VARIABLE &item);
-
-#endif

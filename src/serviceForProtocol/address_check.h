@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_ADDRESS_CHECK_H
-#define SERVICE_FOR_PROTOCOL_ADDRESS_CHECK_H
+#pragma once
 
 #include <QtCore/QString>
 
@@ -19,5 +18,3 @@ enum AddressCheck {
 /// @param row  the six columns of the register's row, null for a register that is not listed
 int checkAddressInRow(const QString *row, const QString &regName, const QString &addrText,
                       int &addr, int dataType, int wordCount, int accessMode);
-
-#endif

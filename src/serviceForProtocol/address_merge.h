@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_ADDRESS_MERGE_H
-#define SERVICE_FOR_PROTOCOL_ADDRESS_MERGE_H
+#pragma once
 
 #include <QtCore/QList>
 
@@ -28,5 +27,3 @@ void convertReadKey(KEY_ADDRESS &key, const RegisterWidths &widths);
 /// Turns the count of one recipe key into 16-bit words.
 /// @param widths  widths of the key's register
 void convertRecipeKey(KEY_ADDRESS &key, const RegisterWidths &widths);
-
-#endif

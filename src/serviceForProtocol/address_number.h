@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_ADDRESS_NUMBER_H
-#define SERVICE_FOR_PROTOCOL_ADDRESS_NUMBER_H
+#pragma once
 
 #include <QtCore/QString>
 
@@ -33,5 +32,3 @@ QString plainAddressText(int address, const QString &format);
 /// @param regName  a name that is not listed counts as register -1
 /// @return         unsigned and wrapping, so that a weight below 0 sorts after all others
 quint32 getRegAddressWeight(int stationNo, const QString &regName, int addr);
-
-#endif

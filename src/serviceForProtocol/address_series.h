@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_ADDRESS_SERIES_H
-#define SERVICE_FOR_PROTOCOL_ADDRESS_SERIES_H
+#pragma once
 
 #include <QtCore/QString>
 #include <QtCore/QVector>
@@ -29,5 +28,3 @@ int seriesStep(int interval, int unitBits, int wordBits);
 ///                 early because an address has no text
 int multiCp(const QString &regName, const QString &format, int startAddr, int count, int interval,
             QVector<QString> &outText, QVector<int> &outAddr, int maxAddr, const QString &maxText);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_ANSWER_DECODE_H
-#define SERVICE_FOR_PROTOCOL_ANSWER_DECODE_H
+#pragma once
 
 #include <QtCore/QByteArray>
 
@@ -20,5 +19,3 @@ void analyzeFrameOfVal(const QByteArray &answer, int unitCount, int dataPos, con
 /// Stores the units of an answer in the data area, for a register of the given widths.
 void decodeToDataArea(const RegisterWidths &widths, const QByteArray &answer, int unitCount,
                       int dataPos, const VARIABLE &var);
-
-#endif

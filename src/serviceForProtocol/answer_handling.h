@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_ANSWER_HANDLING_H
-#define SERVICE_FOR_PROTOCOL_ANSWER_HANDLING_H
+#pragma once
 
 #include <QtCore/QByteArray>
 
@@ -14,5 +13,3 @@ enum AnswerResult {
 /// Decodes an accepted read answer with the frame in flight. Exchange thread.
 /// @return  0
 int dealReadFrameReturnSaveData(const QByteArray &reply);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_BIT_PATCH_H
-#define SERVICE_FOR_PROTOCOL_BIT_PATCH_H
+#pragma once
 
 #include <QtCore/QByteArray>
 
@@ -17,5 +16,3 @@
 /// @param var        the bit write: one value byte, 0 or not, for each bit
 void patchBitsIntoWrite(const RegisterWidths &widths, const QByteArray &answer, int unitCount,
                         int dataPos, const VARIABLE &var);
-
-#endif

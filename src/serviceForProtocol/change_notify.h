@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_CHANGE_NOTIFY_H
-#define SERVICE_FOR_PROTOCOL_CHANGE_NOTIFY_H
+#pragma once
 
 #include <QtCore/QString>
 
@@ -32,5 +31,3 @@ void notifyUnitChange(int bytes, int oldNumber, int newNumber, int index);
 
 /// Calls the host if it has installed a callback.
 void notifyHost(int deviceNo, int stationNo, const QString &name, int address);
-
-#endif

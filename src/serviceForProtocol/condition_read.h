@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_CONDITION_READ_H
-#define SERVICE_FOR_PROTOCOL_CONDITION_READ_H
+#pragma once
 
 #include "ls_master_k_cnet/records.h"
 #include "shared/register_row.h"
@@ -9,5 +8,3 @@
 ///
 /// Reads of "_bit" registers queue nothing.
 void queueConditionRead(const RegisterWidths &widths, const KEY_ADDRESS &key, int opKind);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_DATA_AREA_H
-#define SERVICE_FOR_PROTOCOL_DATA_AREA_H
+#pragma once
 
 #include <QtCore/QList>
 
@@ -24,5 +23,3 @@ int unitNumber(const unsigned char *value, int bytes);
 
 /// Stores a number into a unit's bytes, low byte first.
 void setUnitNumber(unsigned char *value, int bytes, int number);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_DESCRIPTION_H
-#define SERVICE_FOR_PROTOCOL_DESCRIPTION_H
+#pragma once
 
 #include <QtCore/QList>
 #include <QtCore/QString>
@@ -9,5 +8,3 @@
 /// @param row  the six columns of the register's row; taken as they are, so that widths and access
 ///             kinds that no register has today are described right as well
 void appendRowDescription(const QString *row, QList<QString> &out);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_ERROR_INFO_H
-#define SERVICE_FOR_PROTOCOL_ERROR_INFO_H
+#pragma once
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
@@ -13,5 +12,3 @@ QString getErrorInfo(const QByteArray &answer);
 /// @return  an address as the panel shows it: word.bit for a "_bit" name, else the number in the
 ///          radix of the format's letter (D decimal, O octal, H hexadecimal)
 QString addressText(int address, const QString &regName, const QString &format);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_JOB_QUEUE_H
-#define SERVICE_FOR_PROTOCOL_JOB_QUEUE_H
+#pragma once
 
 #include <QtCore/QList>
 
@@ -12,5 +11,3 @@ enum { kMaxWaitingJobs = 513 };
 /// head is replaced in its place, the newest one first; the head may be in flight and is never
 /// touched. A full list has its last entry replaced. Panel thread; takes no lock.
 void insertJob(QList<VARIABLE> &jobs, const VARIABLE &job);
-
-#endif

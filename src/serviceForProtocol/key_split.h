@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_KEY_SPLIT_H
-#define SERVICE_FOR_PROTOCOL_KEY_SPLIT_H
+#pragma once
 
 #include <QtCore/QList>
 
@@ -14,5 +13,3 @@
 ///
 /// A key of up to `maxLen` units is appended unchanged.
 void groupingKey(const KEY_ADDRESS &key, int maxLen, QList<KEY_ADDRESS> &out, int mode);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_MONITOR_FLAGS_H
-#define SERVICE_FOR_PROTOCOL_MONITOR_FLAGS_H
+#pragma once
 
 #include <QtCore/QString>
 
@@ -21,5 +20,3 @@ int _setDataAreaMonitorFlag(int stationNo, const QString &regName, int startAddr
 /// The same for a register of the given widths.
 void markMonitored(const RegisterWidths &widths, int stationNo, const QString &letter,
                    int startAddr, int count);
-
-#endif

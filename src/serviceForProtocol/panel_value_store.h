@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_PANEL_VALUE_STORE_H
-#define SERVICE_FOR_PROTOCOL_PANEL_VALUE_STORE_H
+#pragma once
 
 #include <QtCore/QString>
 
@@ -20,5 +19,3 @@ void write_saveDataToArea(int stationNo, const QString &regName, int startAddr, 
 /// The same for a register of the given widths.
 void storePanelValues(const RegisterWidths &widths, int stationNo, const QString &regName,
                       int startAddr, int count, const unsigned char *data);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_RECIPE_H
-#define SERVICE_FOR_PROTOCOL_RECIPE_H
+#pragma once
 
 #include "ls_master_k_cnet/records.h"
 #include "shared/register_row.h"
@@ -14,5 +13,3 @@ void rcpAddrToVar(const _RCP_VAR_PRO &item, VARIABLE &var, int withData);
 
 /// @return  bytes of a block of `count` units in the recipe buffer, 0-1024
 int recipeBytes(const RegisterWidths &widths, int count);
-
-#endif

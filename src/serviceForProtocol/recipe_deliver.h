@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_RECIPE_DELIVER_H
-#define SERVICE_FOR_PROTOCOL_RECIPE_DELIVER_H
+#pragma once
 
 #include <QtCore/QByteArray>
 
@@ -12,5 +11,3 @@
 /// @param widths   widths of the block's register
 /// @param dataPos  index of the answer's first data character
 void deliverRecipeBlock(const RegisterWidths &widths, const QByteArray &answer, int dataPos);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_RECIPE_REQUEST_H
-#define SERVICE_FOR_PROTOCOL_RECIPE_REQUEST_H
+#pragma once
 
 /// The two bytes of the host's shared block by which it asks for recipe transfers. Each access
 /// holds the host's mutex, and nothing else happens meanwhile. Without a block, a mutex or a recipe
@@ -19,5 +18,3 @@ RecipeRequests readRecipeRequests();
 
 /// Tells the host that a transfer is over.
 void clearRecipeRequest(RecipeRequestByte byte);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_UNIT_INDEX_H
-#define SERVICE_FOR_PROTOCOL_UNIT_INDEX_H
+#pragma once
 
 #include <QtCore/QList>
 #include <QtCore/QVector>
@@ -32,5 +31,3 @@ private:
 
 /// @return  true when the record is the unit with that key
 bool isUnit(const _DATA_ &record, int stationNo, const QString &regPrefix, int unitAddr);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_UNIT_LAYOUT_H
-#define SERVICE_FOR_PROTOCOL_UNIT_LAYOUT_H
+#pragma once
 
 #include "shared/register_row.h"
 
@@ -21,5 +20,3 @@ struct UnitLayout
 
 /// @return  the layout of a register of these widths
 UnitLayout unitLayout(const RegisterWidths &widths);
-
-#endif

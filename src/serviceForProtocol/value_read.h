@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_VALUE_READ_H
-#define SERVICE_FOR_PROTOCOL_VALUE_READ_H
+#pragma once
 
 #include <QtCore/QString>
 
@@ -9,5 +8,3 @@
 /// 1024 bytes, and creates the units that are missing. Panel thread.
 void readValues(const RegisterWidths &widths, int stationNo, const QString &letter, int startAddr,
                 int count, unsigned char *buffer);
-
-#endif

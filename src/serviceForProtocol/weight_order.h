@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_WEIGHT_ORDER_H
-#define SERVICE_FOR_PROTOCOL_WEIGHT_ORDER_H
+#pragma once
 
 #include <QtCore/QVector>
 
@@ -29,5 +28,3 @@ void sortByWeight(List &records)
         records.append(unsorted.at(position));
     }
 }
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_WRITE_REQUEST_H
-#define SERVICE_FOR_PROTOCOL_WRITE_REQUEST_H
+#pragma once
 
 #include <QtCore/QString>
 
@@ -15,5 +14,3 @@ void queueWrite(const RegisterWidths &widths, int stationNo, const QString &regN
 
 /// @return  bytes that the panel hands over for one unit: 1 for a bit register, else 2
 unsigned panelBytesPerUnit(const RegisterWidths &widths);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SERVICE_FOR_PROTOCOL_WRITE_SETTLE_H
-#define SERVICE_FOR_PROTOCOL_WRITE_SETTLE_H
+#pragma once
 
 #include <QtCore/QString>
 
@@ -16,5 +15,3 @@ void _write_FailOrSuc(int stationNo, const QString &regName, int startAddr, int 
 /// The same for a register of the given widths.
 void settleWrite(const RegisterWidths &widths, int stationNo, const QString &regName, int startAddr,
                  int count, int success);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SHARED_BYTES_H
-#define SHARED_BYTES_H
+#pragma once
 
 #include <QtCore/QByteArray>
 
@@ -32,5 +31,3 @@ int _setBitValue(int value, int bit, int on);
 /// @param bit  0-31; a number outside gives 0
 /// @return     1 when that bit of `value` is set, else 0
 int bitOf(int value, int bit);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SHARED_DATA_RECORD_H
-#define SHARED_DATA_RECORD_H
+#pragma once
 
 #include <QtCore/QString>
 
@@ -28,5 +27,3 @@ enum MonitorBit {
     kWatchQuadFirst = 3, ///< first of the four units of a value; 4, 5 and 6 are the others
     kWatchQuadLast = 6
 };
-
-#endif

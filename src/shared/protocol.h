@@ -1,5 +1,4 @@
-#ifndef SHARED_PROTOCOL_H
-#define SHARED_PROTOCOL_H
+#pragma once
 
 #include <QtCore/QList>
 #include <QtCore/QMutex>
@@ -94,5 +93,3 @@ inline bool isSameRequest(const VARIABLE &a, const VARIABLE &b)
 {
     return isRequestFor(a, b.stationNo, b.regName, b.startAddr, b.count);
 }
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SHARED_PROTOCOL_TABLES_H
-#define SHARED_PROTOCOL_TABLES_H
+#pragma once
 
 #include <QtCore/QString>
 
@@ -32,5 +31,3 @@ extern const QString REG_LIST[kRegisterCount];
 extern const QString ADDRESS_RANGE_PRO[kRowCount][kColumnCount];
 extern const QString ADDRESS_R_COMMAND[kRegisterCount]; ///< device letters of a read request
 extern const QString ADDRESS_W_COMMAND[kRegisterCount]; ///< device letters of a write request
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SHARED_REGISTER_ROW_H
-#define SHARED_REGISTER_ROW_H
+#pragma once
 
 #include <QtCore/QString>
 
@@ -28,5 +27,3 @@ bool isBitName(const QString &regName);
 
 /// @return  the part of `regName` before its first "_": "D" of "D_W", "TX" of "TX"
 QString registerLetter(const QString &regName);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef SHARED_WRAP_H
-#define SHARED_WRAP_H
+#pragma once
 
 /// Address arithmetic on numbers that a host may choose freely: an overflow wraps round, as the
 /// registers of the panels' processors do, and is never undefined.
@@ -27,5 +26,3 @@ inline int truncToInt(double value)
     }
     return value <= -2147483648.0 ? -2147483647 - 1 : static_cast<int>(value);
 }
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TESTS_SERVICE_FOR_PROTOCOL_CALLBACK_PLACES_H
-#define TESTS_SERVICE_FOR_PROTOCOL_CALLBACK_PLACES_H
+#pragma once
 
 #include "serviceForProtocol/answer_decode.h"
 #include "serviceForProtocol/panel_value_store.h"
@@ -270,5 +269,3 @@ static const NamedPlace kPlaces[] = {
     {"condition read done", &conditionReadDone},
     {"condition read given up", &conditionReadFailed},
 };
-
-#endif

@@ -48,6 +48,7 @@ void TestDescription::protocolTypeIsZero()
     int type = 77;
     intf_getProtocolType(&type);
     QCOMPARE(type, 0);
+    intf_getProtocolType(nullptr); // a host that does not want to know it is not punished
 }
 
 void TestDescription::versionIsRight()

@@ -1,5 +1,4 @@
-#ifndef TESTS_SERVICE_FOR_PROTOCOL_WAITING_JOBS_H
-#define TESTS_SERVICE_FOR_PROTOCOL_WAITING_JOBS_H
+#pragma once
 
 #include "support/exchange_helpers.h"
 #include "support/recipe_helpers.h"
@@ -35,5 +34,3 @@ inline void setWaiting(int waiting)
         queueReads(driver.cyclicReads, "M_W", 1, 1);
     }
 }
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TESTS_SUPPORT_AREA_HELPERS_H
-#define TESTS_SUPPORT_AREA_HELPERS_H
+#pragma once
 
 #include <cstring>
 
@@ -96,5 +95,3 @@ inline QByteArray writeAnswer()
 {
     return makeAnswer("01wSB");
 }
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TESTS_SUPPORT_DRIVER_FIXTURE_H
-#define TESTS_SUPPORT_DRIVER_FIXTURE_H
+#pragma once
 
 #include <cstring>
 
@@ -130,5 +129,3 @@ inline QByteArray makeAnswer(const QByteArray &text)
     }
     return answer + QByteArray::number(sum % 256 + 256, 16).toUpper().right(2);
 }
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TESTS_SUPPORT_EXCHANGE_HELPERS_H
-#define TESTS_SUPPORT_EXCHANGE_HELPERS_H
+#pragma once
 
 #include <QtCore/QStringList>
 
@@ -70,5 +69,3 @@ inline void queueReads(QList<VARIABLE> &list, const char *regName, int from, int
         list.append(makeItem(1, regName, from + i, 1));
     }
 }
-
-#endif

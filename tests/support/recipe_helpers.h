@@ -1,5 +1,4 @@
-#ifndef TESTS_SUPPORT_RECIPE_HELPERS_H
-#define TESTS_SUPPORT_RECIPE_HELPERS_H
+#pragma once
 
 #include <QtCore/QByteArray>
 #include <QtCore/QList>
@@ -57,5 +56,3 @@ inline QByteArray startsText()
     }
     return text;
 }
-
-#endif

@@ -1,0 +1,91 @@
+#include "program.h"
+
+#include <QElapsedTimer>
+#include <QJsonDocument>
+
+#include <csignal>
+
+namespace {
+
+// A sanitized program on a busy machine takes its time; a test that passes never waits as long.
+const int kPatienceMs = 30000;
+
+} // namespace
+
+Program::~Program()
+{
+    if (isRunning()) {
+        m_process.kill();
+        m_process.waitForFinished(kPatienceMs);
+    }
+}
+
+bool Program::start(const QString &file, const QStringList &arguments)
+{
+    m_process.start(file, arguments);
+    return m_process.waitForStarted(kPatienceMs);
+}
+
+QList<QByteArray> Program::lines()
+{
+    m_output += m_process.readAllStandardOutput();
+    QList<QByteArray> lines = m_output.split('\n');
+    lines.removeLast();
+    return lines;
+}
+
+QByteArray Program::errors()
+{
+    m_errors += m_process.readAllStandardError();
+    return m_errors;
+}
+
+QByteArray Program::waitForLine(const std::function<bool(const QByteArray &)> &likes)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() < kPatienceMs) {
+        for (const QByteArray &line : lines()) {
+            if (likes(line)) {
+                return line;
+            }
+        }
+        if (!isRunning()) {
+            break;
+        }
+        m_process.waitForReadyRead(kPatienceMs - static_cast<int>(clock.elapsed()));
+    }
+    return {};
+}
+
+int Program::exitCode()
+{
+    if (isRunning() && !m_process.waitForFinished(kPatienceMs)) {
+        return -1;
+    }
+    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+}
+
+void Program::signal(int number)
+{
+    ::kill(static_cast<pid_t>(m_process.processId()), number);
+}
+
+bool PlcProgram::serve(const QStringList &place, const QStringList &arguments)
+{
+    if (!start(QLatin1String(CNET_PLC), place + arguments)) {
+        return false;
+    }
+    const QByteArray line = waitForLine([](const QByteArray &) { return true; });
+    m_place = QString::fromLocal8Bit(line.mid(line.lastIndexOf(' ') + 1));
+    return !m_place.isEmpty();
+}
+
+QList<QJsonObject> jsonLines(const QList<QByteArray> &lines)
+{
+    QList<QJsonObject> objects;
+    for (const QByteArray &line : lines) {
+        objects.append(QJsonDocument::fromJson(line).object());
+    }
+    return objects;
+}

@@ -1,0 +1,30 @@
+#include "panel/commands.h"
+#include "panel/describe_text.h"
+#include "panel/exit_code.h"
+
+#include <cstdio>
+
+namespace panel {
+
+namespace {
+
+void addOptions(QCommandLineParser & /*parser*/) {}
+
+int run(const Invocation &invocation)
+{
+    if (!invocation.arguments.isEmpty()) {
+        invocation.messages.say(QString::fromLatin1("'%1': describe takes no arguments")
+                                    .arg(invocation.arguments.first()));
+        return kUsage;
+    }
+    const QByteArray text = describeText(invocation.driver, invocation.registers).toLocal8Bit();
+    std::fwrite(text.constData(), 1, static_cast<size_t>(text.size()), stdout);
+    return kFine;
+}
+
+} // namespace
+
+const Command kDescribeCommand = {
+    "describe", "", "What the driver says of itself and its registers.", addOptions, run};
+
+} // namespace panel

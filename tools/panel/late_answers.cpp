@@ -1,0 +1,39 @@
+#include "panel/late_answers.h"
+
+namespace panel {
+
+namespace {
+
+// Behind the head character: station (2), command and type (3).
+const int kAddresseePosition = 1;
+const int kAddresseeLength = 5;
+
+QByteArray addressee(const QByteArray &frame)
+{
+    return frame.mid(kAddresseePosition, kAddresseeLength);
+}
+
+} // namespace
+
+void LateAnswers::missed(const QByteArray &request)
+{
+    Missed &missed = m_missed[addressee(request)];
+    missed.requests.insert(request);
+    ++missed.attempts;
+}
+
+LateAnswers::Verdict LateAnswers::judge(const QByteArray &request)
+{
+    const Missed missed = m_missed.take(addressee(request));
+    QSet<QByteArray> others = missed.requests;
+    others.remove(request);
+    return {others.isEmpty(), missed.attempts};
+}
+
+bool belongsTogether(const QByteArray &request, const QByteArray &answer)
+{
+    return answer.size() > kAddresseePosition + kAddresseeLength &&
+           addressee(request) == addressee(answer);
+}
+
+} // namespace panel

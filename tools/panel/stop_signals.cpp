@@ -1,0 +1,62 @@
+#include "panel/stop_signals.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+
+namespace panel {
+
+namespace {
+
+const std::array<int, 3> kSignals{SIGINT, SIGTERM, SIGHUP};
+
+std::array<int, 2> s_pipe{-1, -1};
+
+// Only what is safe in a handler: one byte into a pipe whose other end the event loop watches.
+void handle(int /*signal*/)
+{
+    const int saved = errno;
+    const char byte = 1;
+    [[maybe_unused]] const ssize_t written = write(s_pipe[1], &byte, 1);
+    errno = saved;
+}
+
+} // namespace
+
+StopSignals::StopSignals(QObject *parent)
+    : QObject(parent)
+{
+    if (pipe2(s_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+        return;
+    }
+    m_notifier = std::make_unique<QSocketNotifier>(s_pipe[0], QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] {
+        char byte = 0;
+        while (read(s_pipe[0], &byte, 1) == 1) {
+        }
+        Q_EMIT caught();
+    });
+    struct sigaction action = {};
+    action.sa_handler = handle;
+    for (const int number : kSignals) {
+        sigaction(number, &action, nullptr);
+    }
+}
+
+StopSignals::~StopSignals()
+{
+    if (!m_notifier) {
+        return;
+    }
+    for (const int number : kSignals) {
+        std::signal(number, SIG_DFL);
+    }
+    m_notifier.reset();
+    close(s_pipe[0]);
+    close(s_pipe[1]);
+}
+
+} // namespace panel

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+
+#include <memory>
+
+namespace panel {
+
+/** Turns SIGINT, SIGTERM and SIGHUP into an event, so that the program ends in order. */
+class StopSignals : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** One at a time; with its end the signals end the program again. */
+    explicit StopSignals(QObject *parent = nullptr);
+    ~StopSignals() override;
+
+Q_SIGNALS:
+    void caught();
+
+private:
+    std::unique_ptr<QSocketNotifier> m_notifier;
+};
+
+} // namespace panel
