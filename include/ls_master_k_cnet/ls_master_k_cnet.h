@@ -199,6 +199,10 @@ LS_MASTER_K_CNET_EXPORT int intf_getData(int stationNo, QString &regName, int st
 /// @param opKind     the host's own tag
 /// @return           1
 ///
+/// The callback for the panel's own write comes from within this call and before the new value is
+/// stored: `intf_getData` still gives the old value there, so a screen reads it once this call has
+/// returned.
+///
 /// At most 513 writes wait; a further one replaces the last. A write to a place whose write still
 /// waits (and is not the next to be sent) replaces that one.
 LS_MASTER_K_CNET_EXPORT int intf_setData(int stationNo, QString &regName, int startAddr, int count,

@@ -19,6 +19,7 @@ public:
 
     /** An empty sink stands for standard error. */
     void setSink(Sink sink);
+    const Sink &sink() const { return m_sink; }
 
     /** One message to the user; the program's name goes before it. */
     void say(const QString &text);

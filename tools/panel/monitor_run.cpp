@@ -60,6 +60,7 @@ private:
     QVector<ReportedChange> m_changes; ///< whose values are still to be read
     QTimer m_refresh;
     QTimer m_limit;
+    QTimer m_driverReturned;      ///< for changes that no exchange brought
     bool m_countersAtEnd = false; ///< the output itself does not show them
 };
 
@@ -82,12 +83,7 @@ void MonitorSession::wire()
     // From within the driver, which tells of a value that the panel writes before it has stored it.
     // So the value is read when the driver has returned.
     m_session.driver().setChangeHandler([this](int station, const QString &name, int address) {
-        if (m_changes.isEmpty()) {
-            QTimer::singleShot(0, &m_session, [this] {
-                takeInChanges();
-                showChanges();
-            });
-        }
+        m_driverReturned.start(0);
         m_changes.append({station, name, address, QDateTime::currentDateTime()});
     });
     QObject::connect(
@@ -106,6 +102,11 @@ void MonitorSession::wire()
     });
     QObject::connect(&m_session, &Session::stopRequested, &m_session, [this] { finish(); });
     QObject::connect(&m_limit, &QTimer::timeout, &m_session, [this] { finish(); });
+    m_driverReturned.setSingleShot(true);
+    QObject::connect(&m_driverReturned, &QTimer::timeout, &m_session, [this] {
+        takeInChanges();
+        showChanges();
+    });
     QObject::connect(&m_refresh, &QTimer::timeout, &m_session,
                      [this] { m_output->refresh(m_monitor, status()); });
 }
@@ -163,6 +164,7 @@ int MonitorSession::run()
     m_session.exchange().setRoundLength(blocks);
     if (m_run.durationMs > 0) {
         m_limit.setSingleShot(true);
+        m_limit.setTimerType(Qt::PreciseTimer);
         m_limit.start(static_cast<int>(m_run.durationMs));
     }
     const int exitCode = m_session.run();

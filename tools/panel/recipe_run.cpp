@@ -42,7 +42,7 @@ class RecipeSession
 public:
     RecipeSession(const DriverFunctions &driver, const LinkSettings &link,
                   const QVector<int> &stations, Messages &messages);
-    ~RecipeSession() { m_messages.setSink({}); }
+    ~RecipeSession() { m_messages.setSink(m_sink); }
     RecipeSession(const RecipeSession &) = delete;
     RecipeSession &operator=(const RecipeSession &) = delete;
 
@@ -53,6 +53,7 @@ private:
     void giveUp(const QString &reason);
 
     Messages &m_messages;
+    Messages::Sink m_sink; ///< as it was before
     OneOff m_oneOff;
     RecipeTransfer m_transfer;
     ProgressBar m_bar;
@@ -62,10 +63,15 @@ private:
 RecipeSession::RecipeSession(const DriverFunctions &driver, const LinkSettings &link,
                              const QVector<int> &stations, Messages &messages)
     : m_messages(messages)
+    , m_sink(messages.sink())
     , m_oneOff(driver, link, stations, messages)
     , m_transfer(m_oneOff.session().driver(), m_oneOff.session().exchange())
     , m_bar(standardErrorTerminal(), terminalSize(STDERR_FILENO).width())
 {
+    m_messages.setSink([this](const QString &line) {
+        m_bar.clear();
+        m_sink(line);
+    });
     QObject::connect(&m_transfer, &RecipeTransfer::advanced, &m_oneOff.session(), [this] {
         m_bar.show(m_transfer.progress().words, m_transfer.progress().total);
     });
