@@ -4,7 +4,9 @@
 // exist by then whatever the order in which the linker took the files.
 #define BUILT_FIRST __attribute__((init_priority(101)))
 
-static inline QString text(const char *latin1)
+// Nobody could catch what a constructor throws while the library is loaded: without memory for a
+// few words the process ends here.
+static inline QString text(const char *latin1) noexcept
 {
     return QString::fromLatin1(latin1);
 }

@@ -2,7 +2,7 @@
 
 #include "shared/protocol_tables.h"
 
-Protocol::Protocol()
+Protocol::Protocol() noexcept
     : valueChangeCallback(nullptr)
     , deviceNo(0)
     , cacheOnlyWrites(0)

@@ -26,7 +26,7 @@ enum JobState {
 class Protocol
 {
 public:
-    Protocol();
+    Protocol() noexcept;
 
     ValueChangeCallback valueChangeCallback; ///< the host's; null: none
 
