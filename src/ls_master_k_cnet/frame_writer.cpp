@@ -1,5 +1,7 @@
 #include "ls_master_k_cnet/frame_writer.h"
 
+#include <algorithm>
+
 #include "ls_master_k_cnet/cnet_frame.h"
 #include "shared/bytes.h"
 
@@ -33,6 +35,24 @@ void FrameWriter::device(const QString &command)
 }
 
 void FrameWriter::decimal(int value, int digits)
+{
+    unsigned char places[kMostDigits];
+    int rest = value;
+    for (int i = std::min<int>(digits, kMostDigits) - 1; i >= 0; --i) {
+        places[i] = static_cast<unsigned char>('0' + rest % 10);
+        rest /= 10;
+    }
+    if (value < 0 || rest != 0 || digits > kMostDigits) {
+        longDecimal(value, digits);
+        return;
+    }
+    for (int i = 0; i < digits; ++i) {
+        put(places[i]);
+    }
+}
+
+// A number that no device has: negative, or with more digits than there are places.
+void FrameWriter::longDecimal(int value, int digits)
 {
     const QString number = QString::fromLatin1("%1").arg(value, digits, 10, QLatin1Char('0'));
     for (int i = 0; i < digits; ++i) {

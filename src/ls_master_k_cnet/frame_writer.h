@@ -30,6 +30,9 @@ public:
     void finish();
 
 private:
+    enum { kMostDigits = 10 };
+
+    void longDecimal(int value, int digits);
     void put(unsigned char character);
 
     FRAME_PRO &m_frame;

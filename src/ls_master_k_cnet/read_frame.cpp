@@ -5,6 +5,7 @@
 #include "ls_master_k_cnet/frame_writer.h"
 #include "shared/protocol.h"
 #include "shared/protocol_tables.h"
+#include "shared/register_row.h"
 #include "shared/wrap.h"
 
 // ENQ st(2) "rSS" "01" "07" "%TX" address(4) EOT BCC(2): 20 bytes.
@@ -40,8 +41,9 @@ int getReadFrame(const QList<VARIABLE> &list)
     if (index < 0) {
         return 0;
     }
-    FRAME_PRO frame = FRAME_PRO();
-    if (ADDRESS_RANGE_PRO[index][kWordWidthColumn] == QLatin1String("1")) {
+    driver.frames.append(FRAME_PRO());
+    FRAME_PRO &frame = driver.frames.last();
+    if (registerWidths(item.regName).wordBits == 1) {
         writeContactRead(frame, item, ADDRESS_R_COMMAND[index]);
     } else {
         writeBlockRead(frame, item, ADDRESS_R_COMMAND[index]);
@@ -49,6 +51,5 @@ int getReadFrame(const QList<VARIABLE> &list)
     frame.dataPos = kReadAnswerDataPos;
     frame.unitCount = item.count;
     frame.var = item;
-    driver.frames.append(frame);
     return 1;
 }

@@ -12,64 +12,117 @@
 #include "shared/wrap.h"
 
 // A word comes high byte first; a byte stands alone; a 32-bit unit comes low byte first.
-static int numberAt(const QByteArray &answer, int pos, int bytes)
+static int numberAt(const char *digits, int bytes)
 {
     switch (bytes) {
     case 1:
-        return asc2hex(answer, pos);
+        return byteOfDigits(digits);
     case 2:
-        return asc2hex(answer, pos) << 8 | asc2hex(answer, pos + 2);
+        return byteOfDigits(digits) << 8 | byteOfDigits(digits + 2);
     default:
-        return uchar2int32(static_cast<unsigned char>(asc2hex(answer, pos)),
-                           static_cast<unsigned char>(asc2hex(answer, pos + 2)),
-                           static_cast<unsigned char>(asc2hex(answer, pos + 4)),
-                           static_cast<unsigned char>(asc2hex(answer, pos + 6)));
+        return uchar2int32(static_cast<unsigned char>(byteOfDigits(digits)),
+                           static_cast<unsigned char>(byteOfDigits(digits + 2)),
+                           static_cast<unsigned char>(byteOfDigits(digits + 4)),
+                           static_cast<unsigned char>(byteOfDigits(digits + 6)));
     }
 }
 
-// A value that comes in ends the wait for a write only when no write is queued any more.
-static void storeUnit(int index, int bytes, int number)
+// The data characters of an answer that ends before them, or begins behind them: the digit 0 stands
+// for each one that is missing.
+static QByteArray paddedDigits(const QByteArray &answer, int dataPos, int length)
 {
-    _DATA_ &record = driver.dataArea[index];
-    const int before = unitNumber(record.readValue, bytes);
-    if (before == number) {
-        return;
+    QByteArray digits(length, '0');
+    const qint64 first = dataPos;
+    for (qint64 i = std::max<qint64>(0, -first); i < length && first + i < answer.size(); ++i) {
+        digits[static_cast<int>(i)] = answer.at(static_cast<int>(first + i));
     }
-    setUnitNumber(record.readValue, bytes, number);
-    if (record.writePending != 1 || driver.pendingWrites.isEmpty()) {
+    return digits;
+}
+
+namespace {
+
+/// Stores the units of one answer in the data area and tells the host of each that changed. It
+/// looks a record up again after every call of the host: the area may have grown meanwhile.
+class AnswerStore
+{
+public:
+    explicit AnswerStore(const VARIABLE &var)
+        : m_firstAddr(var.startAddr)
+        , m_letter(registerLetter(var.regName))
+        , m_cursor(var.stationNo, m_letter, driver.dataArea)
+    {}
+
+    void storeUnits(const char *digits, int units, int bytes)
+    {
+        for (int i = 0; i < units; ++i) {
+            storeUnit(indexOf(i), bytes, numberAt(digits + 2 * bytes * i, bytes));
+        }
+    }
+
+    void storeContacts(const char *digits, int contacts)
+    {
+        for (int i = 0; i < contacts; ++i) {
+            storeContact(indexOf(i), bitOf(byteOfDigits(digits + i / 8 * 2), i % 8));
+        }
+    }
+
+private:
+    int indexOf(int unit) { return m_cursor.indexOf(wrapAdd(m_firstAddr, unit)); }
+
+    // A value that comes in ends the wait for a write only when no write is queued any more.
+    void storeUnit(int index, int bytes, int number)
+    {
+        _DATA_ &record = driver.dataArea[index];
+        const int before = unitNumber(record.readValue, bytes);
+        if (before == number) {
+            return;
+        }
+        setUnitNumber(record.readValue, bytes, number);
+        if (record.writePending != 1 || driver.pendingWrites.isEmpty()) {
+            record.writePending = 0;
+        }
+        if ((record.monitorFlags | record.bitMonitorFlags) != 0) {
+            m_notifier.unitChanged(bytes, before, number, index);
+        }
+    }
+
+    void storeContact(int index, int on)
+    {
+        _DATA_ &record = driver.dataArea[index];
+        if (record.readValue[0] == on) {
+            return;
+        }
+        record.readValue[0] = static_cast<unsigned char>(on);
         record.writePending = 0;
+        m_notifier.bit(index);
     }
-    notifyUnitChange(bytes, before, number, index);
-}
 
-static void storeContact(int index, int on)
-{
-    _DATA_ &record = driver.dataArea[index];
-    if (record.readValue[0] == on) {
-        return;
-    }
-    record.readValue[0] = static_cast<unsigned char>(on);
-    record.writePending = 0;
-    _bitDataChange(index);
-}
+    const int m_firstAddr;
+    const QString m_letter;
+    UnitCursor m_cursor;
+    ChangeNotifier m_notifier;
+};
+
+} // namespace
 
 void decodeToDataArea(const RegisterWidths &widths, const QByteArray &answer, int unitCount,
                       int dataPos, const VARIABLE &var)
 {
     const int bytes = widths.wordBits / 8;
-    if (widths.wordBits != 1 && bytes != 1 && bytes != 2 && bytes != 4) {
+    const bool isContact = widths.wordBits == 1;
+    if (!isContact && bytes != 1 && bytes != 2 && bytes != 4) {
         return;
     }
-    const QString letter = registerLetter(var.regName);
-    const int units = std::min<int>(unitCount, kMaxUnits);
-    for (int i = 0; i < units; ++i) {
-        const int index =
-            getIndexOfDataArea(var.stationNo, letter, wrapAdd(var.startAddr, i), driver.dataArea);
-        if (widths.wordBits == 1) {
-            storeContact(index, bitOf(asc2hex(answer, dataPos + i / 8 * 2), i % 8));
-        } else {
-            storeUnit(index, bytes, numberAt(answer, dataPos + 2 * bytes * i, bytes));
-        }
+    const int units = std::max(0, std::min<int>(unitCount, kMaxUnits));
+    const int length = isContact ? (units + 7) / 8 * 2 : 2 * bytes * units;
+    const bool isWhole = dataPos >= 0 && answer.size() - dataPos >= length;
+    const QByteArray padded = isWhole ? QByteArray() : paddedDigits(answer, dataPos, length);
+    const char *const digits = isWhole ? answer.constData() + dataPos : padded.constData();
+    AnswerStore store(var);
+    if (isContact) {
+        store.storeContacts(digits, units);
+    } else {
+        store.storeUnits(digits, units, bytes);
     }
 }
 

@@ -2,6 +2,9 @@
 
 #include <QtCore/QString>
 
+#include "shared/data_record.h"
+#include "shared/view_names.h"
+
 /// Calls of the host: one for each monitored view of a unit that changed, its bits first, then the
 /// unit, then the wider values that it is a part of. They run on the calling thread with no lock
 /// held. The host may call back into the driver, so whoever calls one of these looks its records up
@@ -26,7 +29,41 @@ void _dwordDataChange(const int *oldValue, const int *newValue, int index, int s
 /// A unit that is one bit (a contact), under the bare register letter.
 void _bitDataChange(int index);
 
-/// The routine of a unit of `bytes` (1, 2 or 4), with both values given and the bits included.
+/// Tells the host of changed units, one after the other. It keeps the names from one unit to the
+/// next: the units of an answer mostly have the same.
+class ChangeNotifier
+{
+public:
+    ChangeNotifier();
+
+    /// The routine of a unit of `bytes` (1, 2 or 4), with both values given and the bits included.
+    void unitChanged(int bytes, int oldNumber, int newNumber, int index);
+
+    /// The routines above, one each.
+    void word(const int *oldValue, const int *newValue, int index, int skipBits);
+    void byte(const unsigned char *oldValue, const unsigned char *newValue, int index,
+              int skipBits);
+    void doubleWord(const int *oldValue, const int *newValue, int index, int skipBits);
+    void bit(int index);
+
+private:
+    struct Unit;
+    struct WiderView;
+
+    Unit unitAt(int index);
+    void callBits(const Unit &unit, int watched, int bitsPerUnit);
+    void callUnit(const Unit &unit, ViewSuffix suffix);
+    void callWider(const Unit &unit, const WiderView &view);
+    void call(const Unit &unit, ViewSuffix suffix, int address);
+
+    const ViewNames *m_names; ///< of the last unit's letter; null before the first
+    ViewNames m_ownNames;     ///< of the last letter that no register has
+    QString m_hostsName;      ///< what the host is handed, and may change
+
+    Q_DISABLE_COPY(ChangeNotifier)
+};
+
+/// `ChangeNotifier::unitChanged` for a single unit.
 void notifyUnitChange(int bytes, int oldNumber, int newNumber, int index);
 
 /// Calls the host if it has installed a callback.

@@ -2,6 +2,7 @@
 
 #include <QtCore/QList>
 
+#include "shared/bytes.h"
 #include "shared/data_record.h"
 
 /// Look-up in the cache of PLC values. No lock: the host serialises its calls.
@@ -14,12 +15,75 @@
 /// @return           index of the record; it stays valid until the area is cleared
 int getIndexOfDataArea(int stationNo, const QString &regPrefix, int unitAddr, QList<_DATA_> &area);
 
+/// Finds the units of one register letter of one station in turn. The units of a block mostly lie
+/// in the area in the order of their addresses, so that the next one is beside the last; any other
+/// is searched for. What it finds is what `getIndexOfDataArea` finds: a key has one record at most.
+/// The area may grow between two calls.
+class UnitCursor
+{
+public:
+    /// @param letter  and `area` must outlive the cursor
+    UnitCursor(int stationNo, const QString &letter, QList<_DATA_> &area)
+        : m_stationNo(stationNo)
+        , m_letter(letter)
+        , m_area(area)
+        , m_last(-2)
+    {}
+
+    /// @return  as `getIndexOfDataArea`
+    int indexOf(int unitAddr)
+    {
+        if (isAt(m_last + 1, unitAddr)) {
+            return ++m_last;
+        }
+        return isAt(m_last, unitAddr) ? m_last : search(unitAddr);
+    }
+
+private:
+    // The letters of one register share their text, so its place tells them without a comparison of
+    // characters.
+    bool isAt(int position, int unitAddr) const
+    {
+        if (position < 0 || position >= m_area.size()) {
+            return false;
+        }
+        const _DATA_ &record = m_area.at(position);
+        return record.unitAddr == unitAddr && record.stationNo == m_stationNo &&
+               record.regPrefix.constData() == m_letter.constData();
+    }
+
+    int search(int unitAddr);
+
+    const int m_stationNo;
+    const QString &m_letter;
+    QList<_DATA_> &m_area;
+    int m_last; ///< index found last, -2 before the first
+
+    Q_DISABLE_COPY(UnitCursor)
+};
+
 /// @return  the bytes that count now: the panel's while its write is pending, else the PLC's
 const unsigned char *currentBytes(const _DATA_ &record);
 
 /// @param bytes  1, 2 or 4, the width of a unit
 /// @return       the unit's bytes as a number, low byte first; 16-bit units are 0-65535
-int unitNumber(const unsigned char *value, int bytes);
+inline int unitNumber(const unsigned char *value, int bytes)
+{
+    switch (bytes) {
+    case 1:
+        return value[0];
+    case 2:
+        return uchar2int16(value[0], value[1]);
+    default:
+        return uchar2int32(value[0], value[1], value[2], value[3]);
+    }
+}
 
 /// Stores a number into a unit's bytes, low byte first.
-void setUnitNumber(unsigned char *value, int bytes, int number);
+inline void setUnitNumber(unsigned char *value, int bytes, int number)
+{
+    const unsigned bits = static_cast<unsigned>(number);
+    for (int i = 0; i < bytes && i < 4; ++i) {
+        value[i] = static_cast<unsigned char>(bits >> (8 * i));
+    }
+}

@@ -15,9 +15,9 @@ void clearMonitorFlags()
     }
 }
 
-static _DATA_ &unitRecord(int stationNo, const QString &letter, int unitAddr)
+static _DATA_ &unitRecord(UnitCursor &cursor, int unitAddr)
 {
-    return driver.dataArea[getIndexOfDataArea(stationNo, letter, unitAddr, driver.dataArea)];
+    return driver.dataArea[cursor.indexOf(unitAddr)];
 }
 
 static int firstWatchBit(int unitsPerValue)
@@ -32,25 +32,23 @@ static int firstWatchBit(int unitsPerValue)
     }
 }
 
-static void markUnits(const UnitLayout &layout, int stationNo, const QString &letter, int startAddr,
-                      int count)
+static void markUnits(const UnitLayout &layout, UnitCursor &cursor, int startAddr, int count)
 {
     const int firstBit = firstWatchBit(layout.unitsPerValue);
     const int units = layout.values(count) * layout.unitsPerValue;
     for (int i = 0; i < units; ++i) {
-        _DATA_ &record = unitRecord(stationNo, letter, wrapAdd(startAddr, i));
+        _DATA_ &record = unitRecord(cursor, wrapAdd(startAddr, i));
         record.monitorFlags =
             _setBitValue(record.monitorFlags, firstBit + i % layout.unitsPerValue, 1);
     }
 }
 
-static void markBits(const UnitLayout &layout, int stationNo, const QString &letter, int startAddr,
-                     int count)
+static void markBits(const UnitLayout &layout, UnitCursor &cursor, int startAddr, int count)
 {
     const int bits = layout.values(count);
     for (int i = 0; i < bits; ++i) {
         const int bit = wrapAdd(startAddr, i);
-        _DATA_ &record = unitRecord(stationNo, letter, bit / layout.bitsPerUnit);
+        _DATA_ &record = unitRecord(cursor, bit / layout.bitsPerUnit);
         record.bitMonitorFlags = _setBitValue(record.bitMonitorFlags, bit % layout.bitsPerUnit, 1);
     }
 }
@@ -59,10 +57,11 @@ void markMonitored(const RegisterWidths &widths, int stationNo, const QString &l
                    int startAddr, int count)
 {
     const UnitLayout layout = unitLayout(widths);
+    UnitCursor cursor(stationNo, letter, driver.dataArea);
     if (layout.isBitView()) {
-        markBits(layout, stationNo, letter, startAddr, count);
+        markBits(layout, cursor, startAddr, count);
     } else if (layout.unitsPerValue > 0) {
-        markUnits(layout, stationNo, letter, startAddr, count);
+        markUnits(layout, cursor, startAddr, count);
     }
 }
 

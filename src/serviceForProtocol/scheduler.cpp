@@ -26,8 +26,12 @@ static void buildWrite()
 
 static int buildRead()
 {
-    driver.curReadList.clear();
-    driver.curReadList.append(driver.curVar);
+    if (driver.curReadList.size() == 1) {
+        driver.curReadList[0] = driver.curVar;
+    } else {
+        driver.curReadList.clear();
+        driver.curReadList.append(driver.curVar);
+    }
     driver.readItemCount = 1;
     return getReadFrame(driver.curReadList);
 }

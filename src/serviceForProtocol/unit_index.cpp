@@ -20,6 +20,11 @@ static unsigned hashOf(int stationNo, const QString &regPrefix, int unitAddr)
 int UnitIndex::find(const QList<_DATA_> &area, int stationNo, const QString &regPrefix,
                     int unitAddr)
 {
+    // A hit is compared with the record itself and is right even when the index lags behind.
+    const int found = lookUp(area, stationNo, regPrefix, unitAddr);
+    if (found >= 0) {
+        return found;
+    }
     catchUp(area);
     return lookUp(area, stationNo, regPrefix, unitAddr);
 }
@@ -34,7 +39,10 @@ int UnitIndex::lookUp(const QList<_DATA_> &area, int stationNo, const QString &r
     unsigned slot = hashOf(stationNo, regPrefix, unitAddr) & mask;
     for (;; slot = (slot + 1U) & mask) { // ends: a third of the slots is free at least
         const int position = m_slots.at(static_cast<int>(slot));
-        if (position == kFreeSlot || isUnit(area.at(position), stationNo, regPrefix, unitAddr)) {
+        if (position == kFreeSlot) {
+            return -1;
+        }
+        if (position < area.size() && isUnit(area.at(position), stationNo, regPrefix, unitAddr)) {
             return position;
         }
     }

@@ -1,11 +1,27 @@
 #include "shared/bytes.h"
 
+const unsigned char kHexDigitValues[256] = {
+    0, 0,  0,  0,  0,  0,  0,  0, 0, 0, 0,  0,  0,  0,  0,  0,  // 00
+    0, 0,  0,  0,  0,  0,  0,  0, 0, 0, 0,  0,  0,  0,  0,  0,  // 10
+    0, 0,  0,  0,  0,  0,  0,  0, 0, 0, 0,  0,  0,  0,  0,  0,  // 20
+    0, 1,  2,  3,  4,  5,  6,  7, 8, 9, 10, 11, 12, 13, 14, 15, // 30 "0"-"9" and what follows
+    0, 10, 11, 12, 13, 14, 15, 0, 1, 2, 3,  4,  5,  6,  7,  8,  // 40 "A"-"F" are 10-15
+    9, 10, 11, 12, 13, 14, 15, 0, 1, 2, 3,  4,  5,  6,  7,  8,  // 50
+    9, 10, 11, 12, 13, 14, 15, 0, 1, 2, 3,  4,  5,  6,  7,  8,  // 60 so are "a"-"f"
+    9, 10, 11, 12, 13, 14, 15, 0, 1, 2, 3,  4,  5,  6,  7,  8,  // 70
+    9, 10, 11, 12, 13, 14, 15, 0, 1, 2, 3,  4,  5,  6,  7,  8,  // 80
+    9, 10, 11, 12, 13, 14, 15, 0, 1, 2, 3,  4,  5,  6,  7,  8,  // 90
+    9, 10, 11, 12, 13, 14, 15, 0, 1, 2, 3,  4,  5,  6,  7,  8,  // A0
+    9, 10, 11, 12, 13, 14, 15, 0, 1, 2, 3,  4,  5,  6,  7,  8,  // B0
+    9, 10, 11, 12, 13, 14, 15, 0, 1, 2, 3,  4,  5,  6,  7,  8,  // C0
+    9, 10, 11, 12, 13, 14, 15, 0, 1, 2, 3,  4,  5,  6,  7,  8,  // D0
+    9, 10, 11, 12, 13, 14, 15, 0, 1, 2, 3,  4,  5,  6,  7,  8,  // E0
+    9, 10, 11, 12, 13, 14, 15, 0, 1, 2, 3,  4,  5,  6,  7,  8,  // F0
+};
+
 int hexDigitValue(unsigned char character)
 {
-    if (character < 0x30 || character == 0x40) {
-        return 0;
-    }
-    return character < 0x40 ? character - 0x30 : (character - 0x37) & 0x0F;
+    return kHexDigitValues[character];
 }
 
 int asc2hex(const QByteArray &text, int pos)
@@ -25,17 +41,6 @@ unsigned char hexCharacter(int value)
     return static_cast<unsigned char>("0123456789ABCDEF"[value & 0x0F]);
 }
 
-int uchar2int16(unsigned char lo, unsigned char hi)
-{
-    return lo + hi * 256;
-}
-
-int uchar2int32(unsigned char b0, unsigned char b1, unsigned char b2, unsigned char b3)
-{
-    return static_cast<int>(b0 | static_cast<unsigned>(b1) << 8 | static_cast<unsigned>(b2) << 16 |
-                            static_cast<unsigned>(b3) << 24);
-}
-
 int _setBitValue(int value, int bit, int on)
 {
     if (bit < 0 || bit > 31) {
@@ -44,12 +49,4 @@ int _setBitValue(int value, int bit, int on)
     const unsigned mask = 1U << bit;
     const unsigned bits = static_cast<unsigned>(value);
     return static_cast<int>(on != 0 ? bits | mask : bits & ~mask);
-}
-
-int bitOf(int value, int bit)
-{
-    if (bit < 0 || bit > 31) {
-        return 0;
-    }
-    return static_cast<int>(static_cast<unsigned>(value) >> bit & 1U);
 }

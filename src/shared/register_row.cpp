@@ -2,10 +2,68 @@
 
 #include "shared/protocol_tables.h"
 
+namespace {
+
+/// What requests and answers ask of a register again and again, taken from its texts once.
+struct RegisterFacts
+{
+    QString letter;
+    RegisterWidths widths;
+};
+
+class FactTable
+{
+public:
+    FactTable()
+    {
+        for (int row = 0; row < kRowCount; ++row) {
+            const QString name = row < kRegisterCount ? REG_LIST[row] : QString();
+            m_rows[row].letter = letterOf(name);
+            m_rows[row].widths.unitBits = ADDRESS_RANGE_PRO[row][kUnitWidthColumn].toInt();
+            m_rows[row].widths.wordBits = ADDRESS_RANGE_PRO[row][kWordWidthColumn].toInt();
+            m_rows[row].widths.bitName = isBitName(name);
+        }
+        // One text for a letter, however many registers have it: records that hold it are
+        // recognised by its place in memory.
+        for (int row = 0; row < kRegisterCount; ++row) {
+            for (int first = 0; first < row; ++first) {
+                if (m_rows[first].letter == m_rows[row].letter) {
+                    m_rows[row].letter = m_rows[first].letter;
+                    break;
+                }
+            }
+        }
+    }
+
+    const RegisterFacts &at(int row) const { return m_rows[row]; }
+
+    static QString letterOf(const QString &name)
+    {
+        return name.left(name.indexOf(QLatin1Char('_')));
+    }
+
+private:
+    RegisterFacts m_rows[kRowCount];
+};
+
+} // namespace
+
+static const FactTable &facts()
+{
+    static const FactTable table;
+    return table;
+}
+
 int registerIndex(const QString &regName)
 {
+    if (regName.isEmpty()) {
+        return -1;
+    }
+    const int length = static_cast<int>(regName.size());
+    const QChar letter = regName.at(0);
     for (int i = 0; i < kRegisterCount; ++i) {
-        if (REG_LIST[i] == regName) {
+        const QString &name = REG_LIST[i];
+        if (name.size() == length && name.at(0) == letter && name == regName) {
             return i;
         }
     }
@@ -20,9 +78,11 @@ int registerRow(const QString &regName)
 
 RegisterWidths registerWidths(const QString &regName)
 {
-    const QString *const row = ADDRESS_RANGE_PRO[registerRow(regName)];
-    const RegisterWidths widths = {row[kUnitWidthColumn].toInt(), row[kWordWidthColumn].toInt(),
-                                   isBitName(regName)};
+    const int row = registerRow(regName);
+    RegisterWidths widths = facts().at(row).widths;
+    if (row == kSpareRow) {
+        widths.bitName = isBitName(regName);
+    }
     return widths;
 }
 
@@ -33,5 +93,6 @@ bool isBitName(const QString &regName)
 
 QString registerLetter(const QString &regName)
 {
-    return regName.left(regName.indexOf(QLatin1Char('_')));
+    const int index = registerIndex(regName);
+    return index < 0 ? FactTable::letterOf(regName) : facts().at(index).letter;
 }

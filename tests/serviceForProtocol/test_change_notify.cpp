@@ -21,6 +21,7 @@ private Q_SLOTS:
     void indexOutsideReportsNothing_data();
     void indexOutsideReportsNothing();
     void hostMayChangeTheName();
+    void namesFollowTheUnits();
     void noCallbackNoCall();
     void recordMayMoveDuringTheCall();
 };
@@ -249,6 +250,23 @@ void TestChangeNotify::hostMayChangeTheName()
     change(2, true, 0, 1, 0, 0);
     QCOMPARE(callsText(), latin("7 2 M_W 3, 7 2 M_D 3, 7 2 M_D 2"));
     QCOMPARE(driver.dataArea.at(0).regPrefix, latin("M"));
+}
+
+// One notifier serves a whole answer, the fixture's host changes the name at each call, and letters
+// that no register has stand between those that have one.
+void TestChangeNotify::namesFollowTheUnits()
+{
+    DriverFixture fixture;
+    const char *const letters[] = {"D", "D", "Q", "D", "Q", "R", "M", "TX"};
+    for (int i = 0; i < 8; ++i) {
+        unitAt(1, letters[i], i).monitorFlags = 1;
+    }
+    ChangeNotifier notifier;
+    for (int i = 0; i < 8; ++i) {
+        notifier.unitChanged(2, 0, 1, i);
+    }
+    QCOMPARE(callsText(), latin("7 1 D_W 0, 7 1 D_W 1, 7 1 Q_W 2, 7 1 D_W 3, 7 1 Q_W 4, "
+                                "7 1 R_W 5, 7 1 M_W 6, 7 1 TX_W 7"));
 }
 
 void TestChangeNotify::noCallbackNoCall()

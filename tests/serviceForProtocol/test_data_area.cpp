@@ -15,6 +15,10 @@ private Q_SLOTS:
     void recordsKeepTheirIndex();
     void lookUpAfterRestart();
     void lookUpInAnotherList();
+    void cursorFindsWhatTheLookUpFinds_data();
+    void cursorFindsWhatTheLookUpFinds();
+    void cursorAppendsWhatIsMissing();
+    void cursorFollowsAGrowingArea();
     void currentBytesOfRecord_data();
     void currentBytesOfRecord();
     void numberOfUnit_data();
@@ -123,6 +127,71 @@ void TestDataArea::lookUpInAnotherList()
     QCOMPARE(sizeOf(other), 1);
     QCOMPARE(sizeOf(driver.dataArea), 2);
     QCOMPARE(find(1, "D", 9), 1);
+}
+
+void TestDataArea::cursorFindsWhatTheLookUpFinds_data()
+{
+    QTest::addColumn<int>("stationNo");
+    QTest::addColumn<QString>("letter");
+
+    QTest::newRow("a letter of the register table") << 1 << registerLetter(latin("D_W"));
+    QTest::newRow("the same letter, typed by hand") << 1 << latin("D");
+    QTest::newRow("another station") << 2 << registerLetter(latin("D_W"));
+    QTest::newRow("another letter") << 1 << registerLetter(latin("M_W"));
+    QTest::newRow("a letter that no register has") << 1 << latin("Q");
+    QTest::newRow("no letter") << 1 << QString();
+}
+
+void TestDataArea::cursorFindsWhatTheLookUpFinds()
+{
+    QFETCH(int, stationNo);
+    QFETCH(QString, letter);
+
+    DriverFixture fixture;
+    for (int i = 0; i < 10; ++i) {
+        getIndexOfDataArea(1, registerLetter(latin("D_W")), i, driver.dataArea);
+        getIndexOfDataArea(2, registerLetter(latin("D_W")), i, driver.dataArea);
+    }
+    for (int i = 0; i < 10; ++i) {
+        getIndexOfDataArea(stationNo, letter, i, driver.dataArea);
+    }
+    const int size = sizeOf(driver.dataArea);
+    UnitCursor cursor(stationNo, letter, driver.dataArea);
+    const int order[] = {3, 4, 5, 5, 5, 4, 9, 0, 1, 1, 2, 8, 8, 7, 9, 9};
+    for (const int unitAddr : order) {
+        QCOMPARE(cursor.indexOf(unitAddr),
+                 getIndexOfDataArea(stationNo, letter, unitAddr, driver.dataArea));
+    }
+    QCOMPARE(sizeOf(driver.dataArea), size);
+}
+
+void TestDataArea::cursorAppendsWhatIsMissing()
+{
+    DriverFixture fixture;
+    const QString letter = registerLetter(latin("D_W"));
+    UnitCursor cursor(1, letter, driver.dataArea);
+    QCOMPARE(cursor.indexOf(7), 0);
+    QCOMPARE(cursor.indexOf(8), 1);
+    QCOMPARE(cursor.indexOf(7), 0);
+    QCOMPARE(cursor.indexOf(-1), 2);
+    QCOMPARE(sizeOf(driver.dataArea), 3);
+    QCOMPARE(driver.dataArea.at(2).unitAddr, -1);
+}
+
+// What a callback appends between two units of an answer does not stand for the next unit.
+void TestDataArea::cursorFollowsAGrowingArea()
+{
+    DriverFixture fixture;
+    const QString letter = registerLetter(latin("D_W"));
+    UnitCursor cursor(1, letter, driver.dataArea);
+    QCOMPARE(cursor.indexOf(1), 0);
+    QCOMPARE(find(1, "D", 50), 1);
+    QCOMPARE(cursor.indexOf(2), 2);
+    for (int i = 0; i < 1000; ++i) {
+        find(3, "M", i);
+    }
+    QCOMPARE(cursor.indexOf(3), 1003);
+    QCOMPARE(cursor.indexOf(50), 1);
 }
 
 void TestDataArea::currentBytesOfRecord_data()

@@ -46,6 +46,11 @@ void TestErrorInfo::description_data()
         << 2 << QByteArray("D_W") << -1 << 1 << 0 << latin("2#D_W4294967295(1)(0)");
     QTest::newRow("negative station and count")
         << -1 << QByteArray("D_W") << 3 << -4 << 0 << latin("-1#D_W3(-4)(0)");
+    QTest::newRow("the longest text")
+        << INT_MIN << QByteArray("M_bit") << INT_MIN << INT_MIN << 65535
+        << latin("-2147483648#M_bit-134217728.0(-2147483648)(65535)");
+    QTest::newRow("the largest numbers") << INT_MAX << QByteArray("D_W") << INT_MAX << INT_MAX << 0
+                                         << latin("2147483647#D_W2147483647(2147483647)(0)");
     QTest::newRow("unknown register") << 1 << QByteArray("Q_W") << 1 << 1 << 7 << QString();
     QTest::newRow("unknown bit register") << 1 << QByteArray("Q_bit") << 1 << 1 << 7 << QString();
     QTest::newRow("wrong case") << 1 << QByteArray("d_W") << 1 << 1 << 7 << QString();

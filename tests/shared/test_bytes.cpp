@@ -11,6 +11,7 @@ class TestBytes : public QObject
 private Q_SLOTS:
     void hexPairIsDecoded_data();
     void hexPairIsDecoded();
+    void twoDigitsAreDecodedAlike();
     void hexDigitIsDecoded_data();
     void hexDigitIsDecoded();
     void hexCharacterIsUpperCase_data();
@@ -62,6 +63,16 @@ void TestBytes::hexPairIsDecoded()
     QFETCH(int, expected);
 
     QCOMPARE(asc2hex(text, pos), expected);
+}
+
+void TestBytes::twoDigitsAreDecodedAlike()
+{
+    for (int high = 0; high < 256; ++high) {
+        for (int low = 0; low < 256; ++low) {
+            const char digits[2] = {static_cast<char>(high), static_cast<char>(low)};
+            QCOMPARE(byteOfDigits(digits), asc2hex(QByteArray(digits, 2), 0));
+        }
+    }
 }
 
 void TestBytes::hexDigitIsDecoded_data()
