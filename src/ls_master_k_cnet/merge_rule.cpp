@@ -3,7 +3,7 @@
 #include "shared/protocol.h"
 #include "shared/wrap.h"
 
-int judgeAddrMerge(const KEY_ADDRESS &cur, const KEY_ADDRESS &next, int mode)
+int judgeAddrMerge(const MergeKey &cur, const MergeKey &next, int mode)
 {
     if (cur.stationNo != next.stationNo || cur.regName != next.regName) {
         return 1;
@@ -17,4 +17,9 @@ int judgeAddrMerge(const KEY_ADDRESS &cur, const KEY_ADDRESS &next, int mode)
         return cur.startAddr != next.startAddr ? 1 : 0;
     }
     return 0;
+}
+
+int judgeAddrMerge(const KEY_ADDRESS &cur, const KEY_ADDRESS &next, int mode)
+{
+    return judgeAddrMerge(mergeKeyOf(cur, 0), mergeKeyOf(next, 0), mode);
 }

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QtCore/QList>
+#include <QtCore/QVector>
 
 #include "ls_master_k_cnet/records.h"
+#include "shared/merge_key.h"
 #include "shared/register_row.h"
 
 /// Merging of addresses into block reads and block transfers. Called while the exchange is idle.
@@ -19,6 +21,9 @@ enum MergeMode {
 /// @param mode  a `MergeMode`; `kMergeRecipe` also appends to `driver.rcpBlockStarts` the index of
 ///              each block's first key
 void addrMerge(QList<KEY_ADDRESS> &keys, int mode);
+
+/// The blocks that `addrMerge` makes with `kMergeReads`, without the value areas.
+QVector<MergeKey> mergedReads(const QList<KEY_ADDRESS> &keys);
 
 /// Turns one key of the reading mode into words: "M_bit" 35 x3 becomes "M_W" 2 x1.
 /// @param widths  widths of the key's register, before its name changes

@@ -4,7 +4,7 @@
 #include "serviceForProtocol/monitor_flags.h"
 #include "shared/protocol.h"
 
-static VARIABLE cyclicRead(const KEY_ADDRESS &block)
+static VARIABLE cyclicRead(const MergeKey &block)
 {
     VARIABLE item = VARIABLE();
     item.opKind = kJobCyclicRead;
@@ -18,14 +18,13 @@ static VARIABLE cyclicRead(const KEY_ADDRESS &block)
 int intf_addrMerge(QList<KEY_ADDRESS> &keys)
 {
     clearMonitorFlags();
-    QList<KEY_ADDRESS> blocks = keys;
     const QList<KEY_ADDRESS> &monitored = keys;
     for (const KEY_ADDRESS &key : monitored) {
         _setDataAreaMonitorFlag(key.stationNo, key.regName, key.startAddr, key.count);
     }
-    addrMerge(blocks, kMergeReads);
+    const QVector<MergeKey> blocks = mergedReads(keys);
     driver.cyclicReads.clear();
-    for (const KEY_ADDRESS &block : blocks) {
+    for (const MergeKey &block : blocks) {
         driver.cyclicReads.append(cyclicRead(block));
     }
     return static_cast<int>(driver.cyclicReads.size());

@@ -2,14 +2,22 @@
 
 #include <algorithm>
 
+// The position in the low half keeps equal weights in their order, and makes one number of what is
+// compared and what is moved.
 QVector<int> orderByWeight(const QVector<quint32> &weights)
 {
+    QVector<quint64> sorted;
+    sorted.reserve(weights.size());
+    for (int i = 0; i < weights.size(); ++i) {
+        sorted.append(static_cast<quint64>(weights.at(i)) << 32 | static_cast<quint32>(i));
+    }
+    if (!std::is_sorted(sorted.begin(), sorted.end())) {
+        std::sort(sorted.begin(), sorted.end());
+    }
     QVector<int> order;
     order.reserve(weights.size());
-    for (int i = 0; i < weights.size(); ++i) {
-        order.append(i);
+    for (int i = 0; i < sorted.size(); ++i) {
+        order.append(static_cast<int>(sorted.at(i) & 0xFFFFFFFFU));
     }
-    std::stable_sort(order.begin(), order.end(),
-                     [&weights](int a, int b) { return weights.at(a) < weights.at(b); });
     return order;
 }
