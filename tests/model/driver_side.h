@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QtCore/QMutex>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "model/observation.h"
+#include "model/operation.h"
+
+namespace model {
+
+/** The real driver and what its host shares with it. One at a time; a new one starts from nothing.
+ */
+class DriverSide
+{
+public:
+    enum { kBlockBytes = 60117, kRequestPlace = 60115 };
+
+    DriverSide();
+    ~DriverSide();
+    DriverSide(const DriverSide &) = delete;
+    DriverSide &operator=(const DriverSide &) = delete;
+
+    /** @param answer  the bytes that come in, for `Act::Answer` */
+    Observation apply(const Operation &operation, const std::string &answer);
+
+    [[nodiscard]] const Bytes &block() const { return m_block; }
+    [[nodiscard]] const Bytes &recipeBuffer() const { return m_recipe; }
+
+private:
+    static int hear(int deviceNo, int stationNo, QString &name, int address);
+    void actWithin();
+    Observation act(const Operation &operation, const std::string &answer);
+    void start(const Operation &operation);
+    static std::string monitor(const Operation &operation);
+    static std::string setRecipe(const Operation &operation);
+    static void write(const Operation &operation);
+    static void readOnce(const Operation &operation);
+    static Bytes look(const Operation &operation);
+    static std::string send(Bytes &values);
+    static std::string takeAnswer(const std::string &answer);
+
+    Bytes m_block;
+    Bytes m_recipe;
+    QMutex m_lock;
+    std::vector<Notice> m_heard;
+    std::optional<Operation> m_within; ///< waits for the next callback
+};
+
+} // namespace model
