@@ -88,14 +88,16 @@ int HostLoop::receive()
             ++m_counts.timeouts;
             break;
         }
+        const auto before = finder.answer().size();
         complete = finder.add(*bytes);
+        m_turn.isLate = m_turn.isLate || (m_line.isLate() && finder.answer().size() > before);
     }
     m_turn.answer = finder.answer();
     QByteArray handedOver = m_turn.answer;
     m_turn.result = intf_dealRcvFrame(handedOver, m_turn.description);
     judge(m_turn.result);
     m_log += m_turn;
-    if (m_log.size() > kTurnsKept) {
+    if (m_log.size() > m_turnsKept) {
         m_log.removeFirst();
     }
     return m_turn.result;

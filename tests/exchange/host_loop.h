@@ -46,6 +46,7 @@ struct Turn
     qint64 sentMs = 0;
     QByteArray request;
     QByteArray answer;   ///< what the driver was given
+    bool isLate = false; ///< some of that came upon an earlier request
     int result = 0;      ///< of intf_dealRcvFrame
     QString description; ///< the driver's text for it
 };
@@ -119,8 +120,12 @@ public:
 
     // What was seen.
     const HostCounts &counts() const { return m_counts; }
-    /** The last turns, at most `kTurnsKept`. */
+    /** The last turns, at most `kTurnsKept` or as keepTurns() says. */
     const QList<Turn> &log() const { return m_log; }
+    void keepTurns(int most) { m_turnsKept = most; }
+    /** The frame that the driver handed out last, and what is known of its answer. */
+    const FRAME_PRO &frame() const { return m_frame; }
+    const Turn &lastTurn() const { return m_turn; }
     /** The log for the eye: each frame with its time, its answer and what the driver made of it. */
     QString logText() const;
     /** The requests of the log, each as the text between ENQ and EOT. */
@@ -161,6 +166,7 @@ private:
     FRAME_PRO m_frame{};
     Turn m_turn;
     QList<Turn> m_log;
+    int m_turnsKept = kTurnsKept;
     HostCounts m_counts;
 };
 

@@ -15,10 +15,11 @@ void VirtualLine::wait(int ms)
 
 void VirtualLine::send(const QByteArray &request)
 {
+    ++m_requests;
     qint64 dueMs = m_arrivals.empty() ? m_nowMs : std::max(m_nowMs, m_arrivals.back().dueMs);
     for (const plc::Chunk &chunk : m_line.receive(request, m_nowMs)) {
         dueMs += chunk.delayMs;
-        m_arrivals.push_back({dueMs, chunk.bytes});
+        m_arrivals.push_back({dueMs, chunk.bytes, m_requests});
     }
 }
 
@@ -31,6 +32,7 @@ std::optional<QByteArray> VirtualLine::receive(qint64 deadlineMs)
     const Arrival arrival = m_arrivals.front();
     m_arrivals.pop_front();
     m_nowMs = std::max(m_nowMs, arrival.dueMs);
+    m_receivedFor = arrival.request;
     return arrival.bytes;
 }
 

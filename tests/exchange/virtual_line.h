@@ -40,16 +40,22 @@ public:
     /** Throws away what arrives until the line was quiet for so long. */
     void empty(int quietMs);
 
+    /** @return true where what receive() gave last was sent upon an earlier request. */
+    bool isLate() const { return m_receivedFor != m_requests; }
+
 private:
     struct Arrival
     {
         qint64 dueMs;
         QByteArray bytes;
+        qint64 request; ///< which one, counted from 1
     };
 
     plc::Bus m_bus;
     plc::Line m_line;
     qint64 m_nowMs = 0;
+    qint64 m_requests = 0;
+    qint64 m_receivedFor = 0;
     std::deque<Arrival> m_arrivals;
 };
 
