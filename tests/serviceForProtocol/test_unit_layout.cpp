@@ -26,26 +26,28 @@ void TestUnitLayout::layoutOfWidths_data()
     QTest::addColumn<bool>("bitName");
     QTest::addColumn<int>("unitsPerValue"); // 0: covers nothing
     QTest::addColumn<int>("bytesPerUnit");
+    QTest::addColumn<int>("countPerValue");
     QTest::addColumn<int>("bitsPerUnit");
 
-    QTest::newRow("32 over words: two units") << 32 << 16 << false << 2 << 2 << 0;
-    QTest::newRow("32 over bytes: four units") << 32 << 8 << false << 4 << 1 << 0;
-    QTest::newRow("32 over 32: kept whole") << 32 << 32 << false << 1 << 4 << 0;
-    QTest::newRow("32 over anything else: kept whole") << 32 << 1 << false << 1 << 4 << 0;
-    QTest::newRow("16 over bytes: two units") << 16 << 8 << false << 2 << 1 << 0;
-    QTest::newRow("16 over words: one unit") << 16 << 16 << false << 1 << 2 << 0;
-    QTest::newRow("16 over anything else: one unit") << 16 << 32 << false << 1 << 2 << 0;
-    QTest::newRow("8: one byte") << 8 << 8 << false << 1 << 1 << 0;
-    QTest::newRow("8 over words: one byte") << 8 << 16 << false << 1 << 1 << 0;
-    QTest::newRow("1 without bit name: one byte") << 1 << 1 << false << 1 << 1 << 0;
-    QTest::newRow("1 over words without bit name: one byte") << 1 << 16 << false << 1 << 1 << 0;
-    QTest::newRow("bits of words") << 1 << 16 << true << 1 << 2 << 16;
-    QTest::newRow("bits of bytes") << 1 << 8 << true << 1 << 1 << 8;
-    QTest::newRow("8 with bit name: bits of words") << 8 << 16 << true << 1 << 2 << 16;
-    QTest::newRow("bits of 32: nothing") << 1 << 32 << true << 0 << 1 << 0;
-    QTest::newRow("bits of single bits: nothing") << 1 << 1 << true << 0 << 1 << 0;
-    QTest::newRow("any other width: nothing") << 64 << 16 << false << 0 << 1 << 0;
-    QTest::newRow("no width: nothing") << 0 << 0 << false << 0 << 1 << 0;
+    QTest::newRow("32 over words: two units") << 32 << 16 << false << 2 << 2 << 2 << 0;
+    QTest::newRow("32 over bytes: four units") << 32 << 8 << false << 4 << 1 << 2 << 0;
+    QTest::newRow("32 over 32: kept whole") << 32 << 32 << false << 1 << 4 << 2 << 0;
+    QTest::newRow("32 over anything else: kept whole") << 32 << 1 << false << 1 << 4 << 2 << 0;
+    QTest::newRow("16 over bytes: two units") << 16 << 8 << false << 2 << 1 << 1 << 0;
+    QTest::newRow("16 over words: one unit") << 16 << 16 << false << 1 << 2 << 1 << 0;
+    QTest::newRow("16 over anything else: one unit") << 16 << 32 << false << 1 << 2 << 1 << 0;
+    QTest::newRow("8: one byte") << 8 << 8 << false << 1 << 1 << 1 << 0;
+    QTest::newRow("8 over words: one byte") << 8 << 16 << false << 1 << 1 << 1 << 0;
+    QTest::newRow("1 without bit name: one byte") << 1 << 1 << false << 1 << 1 << 1 << 0;
+    QTest::newRow("1 over words without bit name: one byte")
+        << 1 << 16 << false << 1 << 1 << 1 << 0;
+    QTest::newRow("bits of words") << 1 << 16 << true << 1 << 2 << 1 << 16;
+    QTest::newRow("bits of bytes") << 1 << 8 << true << 1 << 1 << 1 << 8;
+    QTest::newRow("8 with bit name: bits of words") << 8 << 16 << true << 1 << 2 << 1 << 16;
+    QTest::newRow("bits of 32: nothing") << 1 << 32 << true << 0 << 1 << 1 << 0;
+    QTest::newRow("bits of single bits: nothing") << 1 << 1 << true << 0 << 1 << 1 << 0;
+    QTest::newRow("any other width: nothing") << 64 << 16 << false << 0 << 1 << 1 << 0;
+    QTest::newRow("no width: nothing") << 0 << 0 << false << 0 << 1 << 1 << 0;
 }
 
 void TestUnitLayout::layoutOfWidths()
@@ -55,11 +57,13 @@ void TestUnitLayout::layoutOfWidths()
     QFETCH(bool, bitName);
     QFETCH(int, unitsPerValue);
     QFETCH(int, bytesPerUnit);
+    QFETCH(int, countPerValue);
     QFETCH(int, bitsPerUnit);
 
     const UnitLayout layout = unitLayout(makeWidths(unitBits, wordBits, bitName));
     QCOMPARE(layout.unitsPerValue, unitsPerValue);
     QCOMPARE(layout.bytesPerUnit, bytesPerUnit);
+    QCOMPARE(layout.countPerValue, countPerValue);
     QCOMPARE(layout.bitsPerUnit, bitsPerUnit);
     QCOMPARE(layout.isBitView(), bitsPerUnit != 0);
 }
