@@ -95,6 +95,7 @@ void TestKeyConversion::recipeKeyBecomesWords_data()
     QTest::newRow("bits") << 1 << 16 << 5 << 5;
     QTest::newRow("contacts") << 1 << 1 << 5 << 5;
     QTest::newRow("negative count, towards zero") << 32 << 32 << -3 << -1;
+    QTest::newRow("words over single bits") << 16 << 1 << 5 << 80;
     QTest::newRow("no width") << 16 << 0 << 5 << 5;
 }
 

@@ -70,6 +70,8 @@ void TestPanelValueStore::valuesOfWidths_data()
                                    << latin("7 1 M_B 4, 7 1 M_B 5, 7 1 M_B 6, 7 1 M_B 7");
     QTest::newRow("16 over words")
         << 16 << 16 << 2 << 2 << latin("4=1122 5=3344") << latin("7 1 M_W 4, 7 1 M_W 5");
+    QTest::newRow("16 over double words: reported as words")
+        << 16 << 32 << 2 << 2 << latin("4=1122 5=3344") << latin("7 1 M_W 4, 7 1 M_W 5");
     QTest::newRow("8 over bytes") << 8 << 8 << 2 << 1 << latin("4=11 5=22")
                                   << latin("7 1 M_B 4, 7 1 M_B 5");
     QTest::newRow("single bits: the contact itself")

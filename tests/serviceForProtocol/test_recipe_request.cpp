@@ -42,8 +42,8 @@ void TestRecipeRequest::requestBytes()
     QFETCH(bool, read);
 
     DriverFixture fixture;
-    fixture.shm.data()[60115] = static_cast<char>(writeByte);
-    fixture.shm.data()[60116] = static_cast<char>(readByte);
+    fixture.shm[60115] = static_cast<char>(writeByte);
+    fixture.shm[60116] = static_cast<char>(readByte);
     const QByteArray before = fixture.shm;
     const RecipeRequests requests = readRecipeRequests();
     QCOMPARE(requests.write, write);

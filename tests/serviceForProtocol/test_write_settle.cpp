@@ -303,6 +303,7 @@ void TestWriteSettle::nothingToSettle_data()
 
     QTest::newRow("negative words") << 16 << 16 << false << -1;
     QTest::newRow("negative bits") << 1 << 16 << true << -1;
+    QTest::newRow("a bit of a double word") << 1 << 32 << true << 1;
     QTest::newRow("most negative bits") << 1 << 16 << true << INT_MIN;
     QTest::newRow("most negative whole double words") << 32 << 32 << false << INT_MIN;
     QTest::newRow("most negative words") << 16 << 16 << false << INT_MIN;
