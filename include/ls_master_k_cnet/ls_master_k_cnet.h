@@ -113,7 +113,9 @@ LS_MASTER_K_CNET_EXPORT void intf_setAddrValueChangeCallBack(ValueChangeCallback
 /// @param shm      the host's shared block, at least 60117 bytes; byte 60115 set to 1 asks for a
 ///                 recipe write, byte 60116 for a recipe read; null: no recipes. The driver sets
 ///                 the byte to 0 when the transfer is over. Ask only with a recipe that has blocks:
-///                 with none the byte stays, and the last job is sent again and again.
+///                 with none the byte stays, and the last job is sent again and again. Ask for one
+///                 direction at a time: a request raised during the other's transfer begins in
+///                 its middle.
 /// @param hostArg  kept, not interpreted
 /// @param rcpData  the recipe buffer, 16-bit words, low byte first, as large as the recipe items
 ///                 need; null: no recipes
@@ -203,8 +205,9 @@ LS_MASTER_K_CNET_EXPORT int intf_getData(int stationNo, QString &regName, int st
 /// stored: `intf_getData` still gives the old value there, so a screen reads it once this call has
 /// returned.
 ///
-/// At most 513 writes wait; a further one replaces the last. A write to a place whose write still
-/// waits (and is not the next to be sent) replaces that one.
+/// At most 513 writes wait; a further one replaces the last, which is never sent: its place shows
+/// the panel's value until the PLC's changes. A write to a place whose write still waits (and is
+/// not the next to be sent) replaces that one.
 LS_MASTER_K_CNET_EXPORT int intf_setData(int stationNo, QString &regName, int startAddr, int count,
                                          unsigned char *data, int opKind);
 

@@ -17,6 +17,6 @@ struct MergeKey
 
 inline MergeKey mergeKeyOf(const KEY_ADDRESS &key, int source)
 {
-    const MergeKey small = {key.stationNo, key.regName, key.startAddr, key.count, source};
+    MergeKey small = {key.stationNo, key.regName, key.startAddr, key.count, source};
     return small;
 }
