@@ -17,14 +17,18 @@ if(SANITIZE)
   target_link_options(project_options INTERFACE ${sanitizer_flags})
 endif()
 
+if(SANITIZE_THREADS)
+  target_compile_options(project_options INTERFACE -fsanitize=thread)
+  target_link_options(project_options INTERFACE -fsanitize=thread)
+endif()
+
+# The fuzzer is told of each branch, and a list that is asked for what it does not have ends it.
+if(FUZZ)
+  target_compile_options(project_options INTERFACE -fsanitize=fuzzer-no-link)
+  target_compile_definitions(project_options INTERFACE QT_FORCE_ASSERTS)
+endif()
+
 if(COVERAGE)
   target_compile_options(project_options INTERFACE --coverage -O0)
   target_link_options(project_options INTERFACE --coverage)
-endif()
-
-# Qt 6 itself needs C++17; the driver asks for no more than C++11 of its own.
-if(QT_MAJOR EQUAL 6)
-  set(DRIVER_CXX_STANDARD 17)
-else()
-  set(DRIVER_CXX_STANDARD 11)
 endif()

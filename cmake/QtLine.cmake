@@ -1,0 +1,31 @@
+# Finds the Qt line that QT_MAJOR names. Whatever it is called there, Core is Qt<line>::Core and Test is
+# Qt<line>::Test here.
+set_property(CACHE QT_MAJOR PROPERTY STRINGS 4 5 6)
+
+if(QT_MAJOR EQUAL 4)
+  # A panel's Qt 4.8 serves the driver and its tests; the tools need a newer one.
+  set(BUILD_TOOLS OFF)
+  set(CMAKE_CXX_STANDARD 11) # its headers are no C++17
+  find_package(Qt4 4.8 REQUIRED QtCore QtTest)
+  set(QT_CORE_SONAME libQtCore.so.4)
+  foreach(module Core Test)
+    add_library(Qt4::${module} INTERFACE IMPORTED)
+    target_link_libraries(Qt4::${module} INTERFACE Qt4::Qt${module})
+  endforeach()
+else()
+  find_package(Qt${QT_MAJOR} REQUIRED COMPONENTS Core)
+  set(QT_CORE_SONAME $<TARGET_SONAME_FILE_NAME:Qt${QT_MAJOR}::Core>)
+  if(BUILD_TOOLS)
+    find_package(Qt${QT_MAJOR} REQUIRED COMPONENTS Network SerialPort)
+  endif()
+  if(BUILD_TESTING)
+    find_package(Qt${QT_MAJOR} REQUIRED COMPONENTS Test)
+  endif()
+endif()
+
+# Qt 6 itself needs C++17; the driver asks for no more than C++11 of its own.
+if(QT_MAJOR EQUAL 6)
+  set(DRIVER_CXX_STANDARD 17)
+else()
+  set(DRIVER_CXX_STANDARD 11)
+endif()
