@@ -227,6 +227,8 @@ void TestRecipeFile::fillsIn_data()
         "register,address,count,value\nD_W,5,1,1000\nM_W,5,2,1001,1002\n");
     row("no column for values, lines of Windows", "register,address,count\r\nD_W,5,1\r\n",
         "register,address,count,value\r\nD_W,5,1,1000\r\n");
+    row("no column for values, but empty fields", "register,address,count,,\r\nD_W,5,1,,\r\n",
+        "register,address,count,value,\r\nD_W,5,1,1000,\r\n");
     row("values that are the same", "register,address,value\nD_W,5,01000,0x3e9\n",
         "register,address,value\nD_W,5,01000,0x3e9\n");
     row("other values", "register,address,value\nD_W,5,7,0xFF,-4\n",

@@ -69,7 +69,7 @@ void TestChunkSender::givesUpWhenTooMuchWaits_data()
     QTest::addColumn<int>("chunkBytes");
     QTest::addColumn<int>("possible");
     QTest::newRow("many bytes") << 256 << ChunkSender::kMostPending / 256;
-    QTest::newRow("many chunks") << 0 << ChunkSender::kMostPending;
+    QTest::newRow("many chunks") << 0 << ChunkSender::kMostChunks;
 }
 
 void TestChunkSender::givesUpWhenTooMuchWaits()

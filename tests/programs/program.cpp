@@ -1,7 +1,11 @@
 #include "program.h"
 
 #include <QElapsedTimer>
+#include <QFile>
 #include <QJsonDocument>
+#include <QProcessEnvironment>
+
+#include <unistd.h>
 
 #include <csignal>
 
@@ -24,6 +28,43 @@ bool Program::start(const QString &file, const QStringList &arguments)
 {
     m_process.start(file, arguments);
     return m_process.waitForStarted(kPatienceMs);
+}
+
+// The shell puts bytes into a command line that are no text in any encoding, since those of
+// QProcess are text. It is replaced by the program.
+bool Program::startBytes(const QByteArray &file, const QList<QByteArray> &arguments)
+{
+    const auto quoted = [](QByteArray text) { return " '" + text.replace("'", "'\\''") + '\''; };
+    QByteArray script = "exec" + quoted(file);
+    for (const QByteArray &argument : arguments) {
+        script += quoted(argument);
+    }
+    if (!m_place.isEmpty()) {
+        script += " >" + m_place;
+    }
+    m_process.start(QLatin1String("/bin/sh"), QStringList());
+    if (!m_process.waitForStarted(kPatienceMs)) {
+        return false;
+    }
+    m_process.write(script + '\n');
+    const bool written = m_process.waitForBytesWritten(kPatienceMs);
+    m_process.closeWriteChannel();
+    return written;
+}
+
+void Program::setVariable(const char *name, const char *value)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(name), QLatin1String(value));
+    m_process.setProcessEnvironment(environment);
+}
+
+qint64 Program::memory() const
+{
+    QFile file(QString::fromLatin1("/proc/%1/statm").arg(id()));
+    const QByteArray pages =
+        file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1) : QByteArray();
+    return pages.toLongLong() * sysconf(_SC_PAGESIZE);
 }
 
 QList<QByteArray> Program::lines()

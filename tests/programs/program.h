@@ -21,6 +21,15 @@ public:
     /** @return false when it did not start */
     bool start(const QString &file, const QStringList &arguments);
 
+    /** The same with arguments that need not be text. They hold no zero byte. */
+    bool startBytes(const QByteArray &file, const QList<QByteArray> &arguments);
+
+    /** Sets a variable of the environment of what is started next. */
+    void setVariable(const char *name, const char *value);
+
+    /** Where standard output goes instead of lines(): a path, or "&-" for nowhere at all. */
+    void setOutput(const char *place) { m_place = place; }
+
     /** Waits for a line on standard output that the test likes. @return it, or nothing in vain */
     QByteArray waitForLine(const std::function<bool(const QByteArray &line)> &likes);
 
@@ -30,6 +39,10 @@ public:
     /** Asks it to end, as a user does with Ctrl-C (SIGINT) or a service manager (SIGTERM). */
     void signal(int number);
 
+    qint64 id() const { return m_process.processId(); }
+    /** Memory in use, in bytes. */
+    qint64 memory() const;
+
     bool isRunning() const { return m_process.state() == QProcess::Running; }
 
     /** Complete lines of standard output so far, or all after the end. */
@@ -38,6 +51,7 @@ public:
 
 private:
     QProcess m_process;
+    QByteArray m_place;
     QByteArray m_output;
     QByteArray m_errors;
 };

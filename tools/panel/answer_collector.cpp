@@ -18,14 +18,39 @@ void AnswerCollector::begin(int expectedLength)
 
 bool AnswerCollector::add(const QByteArray &bytes)
 {
-    for (const char byte : bytes) {
-        if (m_complete) {
-            ++m_strayBytes;
+    const char *next = bytes.cbegin();
+    while (next != bytes.cend() && !m_complete) {
+        const int plain = plainBytes(next, static_cast<int>(bytes.cend() - next));
+        if (plain > 0) {
+            m_answer.append(next, plain);
+            m_complete = m_answer.size() >= longestAnswer();
+            next += plain;
         } else {
-            addByte(byte);
+            addByte(*next);
+            ++next;
         }
     }
+    m_strayBytes += static_cast<int>(bytes.cend() - next);
     return m_complete;
+}
+
+// Nearly all of an answer lies between its head and ETX and means nothing here.
+int AnswerCollector::plainBytes(const char *bytes, int count) const
+{
+    if (m_answer.isEmpty() || m_bytesMissing >= 0) {
+        return 0;
+    }
+    const char *const end =
+        bytes + std::min(count, longestAnswer() - static_cast<int>(m_answer.size()));
+    const char *const control = std::find_if(
+        bytes, end, [](char byte) { return byte == kEtx || byte == kAck || byte == kNak; });
+    return static_cast<int>(control - bytes);
+}
+
+// A refusal may be longer than the answer that was expected, as that to a write is.
+int AnswerCollector::longestAnswer() const
+{
+    return m_answer.at(0) == kNak ? std::max(m_expectedLength, kRefusalLength) : m_expectedLength;
 }
 
 void AnswerCollector::addByte(char byte)
@@ -39,15 +64,12 @@ void AnswerCollector::addByte(char byte)
         return;
     }
     m_answer.append(byte);
-    // A refusal may be longer than the answer that was expected, as that to a write is.
-    const int limit =
-        m_answer.at(0) == kNak ? std::max(m_expectedLength, kRefusalLength) : m_expectedLength;
     if (m_bytesMissing > 0) {
         --m_bytesMissing;
     } else if (byte == kEtx) {
         m_bytesMissing = kBlockCheckLength;
     }
-    m_complete = m_bytesMissing == 0 || (m_bytesMissing < 0 && m_answer.size() >= limit);
+    m_complete = m_bytesMissing == 0 || (m_bytesMissing < 0 && m_answer.size() >= longestAnswer());
 }
 
 void AnswerCollector::dropAsNoise(const QByteArray &bytes)

@@ -45,6 +45,8 @@ public:
     int strayBytes() const { return m_strayBytes; }
 
 private:
+    int plainBytes(const char *bytes, int count) const;
+    int longestAnswer() const;
     void addByte(char byte);
     void dropAsNoise(const QByteArray &bytes);
 

@@ -79,7 +79,7 @@ QString answerText(const Question &question, const RegisterCatalog &registers, i
     const int shown = reg == nullptr ? kAddressUnknownRegister : code;
     QString text =
         QString::fromLatin1("%1 %2: %3\n")
-            .arg(question.registerName, question.address,
+            .arg(quotable(question.registerName), quotable(question.address),
                  shown == kAddressValid ? addressCodeText(shown)
                                         : QLatin1String("not valid, ") + addressCodeText(shown));
     if (shown == kAddressValid) {

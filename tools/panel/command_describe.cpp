@@ -1,8 +1,7 @@
 #include "panel/commands.h"
 #include "panel/describe_text.h"
 #include "panel/exit_code.h"
-
-#include <cstdio>
+#include "panel/standard_output.h"
 
 namespace panel {
 
@@ -17,8 +16,7 @@ int run(const Invocation &invocation)
                                     .arg(invocation.arguments.first()));
         return kUsage;
     }
-    const QByteArray text = describeText(invocation.driver, invocation.registers).toLocal8Bit();
-    std::fwrite(text.constData(), 1, static_cast<size_t>(text.size()), stdout);
+    writeToStandardOutput(describeText(invocation.driver, invocation.registers).toLocal8Bit());
     return kFine;
 }
 

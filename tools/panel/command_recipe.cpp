@@ -1,23 +1,19 @@
 #include "panel/commands.h"
 #include "panel/exit_code.h"
+#include "panel/input_file.h"
 #include "panel/item_check.h"
+#include "panel/output_file.h"
 #include "panel/recipe_run.h"
 #include "panel/settings.h"
 #include "panel/standard_output.h"
 #include "panel/value_text.h"
-
-#include <QFile>
-#include <QSaveFile>
-
-#include <memory>
-#include <numeric>
 
 namespace panel {
 
 namespace {
 
 // Far more than all words of all stations take.
-const qint64 kLongestFile = 8 * 1024 * 1024;
+const int kLongestFile = 8 * 1024 * 1024;
 
 void addOptions(QCommandLineParser &parser)
 {
@@ -28,38 +24,17 @@ void addOptions(QCommandLineParser &parser)
                       QLatin1String("PATH")});
 }
 
-bool readContent(const QString &path, QByteArray &content, QString &error)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        error = QString::fromLatin1("cannot read %1: %2").arg(path, file.errorString());
-        return false;
-    }
-    content = file.read(kLongestFile + 1);
-    if (file.error() != QFileDevice::NoError) {
-        error = QString::fromLatin1("cannot read %1: %2").arg(path, file.errorString());
-        return false;
-    }
-    if (content.size() > kLongestFile) {
-        error = QString::fromLatin1("%1 is no recipe: it is longer than %2 bytes")
-                    .arg(path)
-                    .arg(kLongestFile);
-        return false;
-    }
-    return true;
-}
-
 std::optional<RecipeFile> readFile(const Invocation &invocation, const QString &path, RecipeUse use,
                                    int station, QString &error)
 {
-    QByteArray content;
-    if (!readContent(path, content, error)) {
+    const auto content = readInputFile(path, kLongestFile, error);
+    if (!content) {
         return std::nullopt;
     }
     const Access access = use == RecipeUse::Write ? Access::Write : Access::Read;
     QString what;
     auto file = RecipeFile::parse(
-        content, use, station, invocation.registers,
+        *content, use, station, invocation.registers,
         [&](const Item &item, QString &why) {
             return checkItem(invocation.driver, item, access, why);
         },
@@ -68,35 +43,7 @@ std::optional<RecipeFile> readFile(const Invocation &invocation, const QString &
         error = path + QLatin1Char(':') + what;
         return std::nullopt;
     }
-    const qint64 words =
-        std::accumulate(file->items().cbegin(), file->items().cend(), qint64(0),
-                        [](qint64 sum, const RecipeItem &item) { return sum + item.item.count; });
-    if (words > DriverSession::kRecipeWords) {
-        error = QString::fromLatin1("%1 has %2 words; a recipe may have %3")
-                    .arg(path)
-                    .arg(words)
-                    .arg(DriverSession::kRecipeWords);
-        return std::nullopt;
-    }
     return file;
-}
-
-// Opened before the PLC is asked: a file that cannot be written is said at once. What stood in it
-// stays until the new content is complete.
-bool openOutput(const QCommandLineParser &parser, std::unique_ptr<QSaveFile> &output,
-                QString &error)
-{
-    const QString option = QLatin1String("output");
-    if (!parser.isSet(option)) {
-        return true;
-    }
-    output = std::make_unique<QSaveFile>(parser.value(option));
-    if (!output->open(QIODevice::WriteOnly)) {
-        error = QString::fromLatin1("cannot write %1: %2")
-                    .arg(parser.value(option), output->errorString());
-        return false;
-    }
-    return true;
 }
 
 int writeRecipe(const Invocation &invocation, const LinkSettings &link, const QString &path,
@@ -115,8 +62,13 @@ int readRecipe(const Invocation &invocation, const LinkSettings &link, const QSt
                QString &error)
 {
     const auto file = readFile(invocation, path, RecipeUse::Read, link.station, error);
-    std::unique_ptr<QSaveFile> output;
-    if (!file || !openOutput(invocation.parser, output, error)) {
+    if (!file) {
+        return kUsage;
+    }
+    const QString option = QLatin1String("output");
+    const bool toFile = invocation.parser.isSet(option);
+    const auto output = toFile ? openOutputFile(invocation.parser.value(option), error) : nullptr;
+    if (toFile && !output) {
         return kUsage;
     }
     QVector<QVector<quint16>> values;

@@ -2,8 +2,7 @@
 
 #include "panel/exit_code.h"
 #include "panel/settings.h"
-
-#include <cstdio>
+#include "panel/standard_output.h"
 
 namespace panel {
 
@@ -16,7 +15,7 @@ const Command *const kCommands[] = {&kDescribeCommand, &kMonitorCommand, &kReadC
 const char kExitCodes[] = "\nExit codes:\n"
                           "  0  fine\n"
                           "  1  a device refused or did not answer\n"
-                          "  2  bad usage, register or address\n"
+                          "  2  bad usage, register, address or file\n"
                           "  3  the link could not be opened\n"
                           "  4  the driver could not be loaded\n";
 
@@ -27,12 +26,6 @@ void addGeneralOptions(QCommandLineParser &parser)
     parser.addOption(QCommandLineOption(QLatin1String("version"),
                                         QLatin1String("Shows the program's version.")));
     addDriverOption(parser);
-}
-
-void print(const QString &text)
-{
-    const QByteArray bytes = text.toLocal8Bit();
-    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stdout);
 }
 
 QString commandList()
@@ -90,9 +83,7 @@ int runCommand(const Command &command, const QCommandLineParser &parser, Message
                                   registers, messages});
 }
 
-} // namespace
-
-int runCommandLine(const QStringList &arguments, Messages &messages)
+int parseAndRun(const QStringList &arguments, Messages &messages)
 {
     QCommandLineParser parser;
     QString name;
@@ -109,12 +100,13 @@ int runCommandLine(const QStringList &arguments, Messages &messages)
         QLatin1String("Reference panel for the ls_master_k_cnet driver."));
     const bool parsed = parser.parse(arguments);
     if (parser.isSet(QLatin1String("help"))) {
-        print(parser.helpText() + (command == nullptr ? commandList() : QString()) +
-              QLatin1String(kExitCodes));
+        const QString commands = command == nullptr ? commandList() : QString();
+        writeToStandardOutput(
+            (parser.helpText() + commands + QLatin1String(kExitCodes)).toLocal8Bit());
         return kFine;
     }
     if (parser.isSet(QLatin1String("version"))) {
-        print(QString::fromLatin1("cnet-panel %1\n").arg(QLatin1String(CNET_PANEL_VERSION)));
+        writeToStandardOutput("cnet-panel " CNET_PANEL_VERSION "\n");
         return kFine;
     }
     if (name.isEmpty()) {
@@ -128,6 +120,23 @@ int runCommandLine(const QStringList &arguments, Messages &messages)
         return refuse(messages, parser.errorText() + QLatin1String(" See --help."));
     }
     return runCommand(*command, parser, messages);
+}
+
+} // namespace
+
+int runCommandLine(const QStringList &arguments, Messages &messages)
+{
+    resetStandardOutput();
+    const int exitCode = parseAndRun(arguments, messages);
+    QString reason;
+    const OutputState output = standardOutputState(reason);
+    if (output == OutputState::Failed) {
+        messages.say(QString::fromLatin1("cannot write to standard output: %1").arg(reason));
+    }
+    if (exitCode != kFine || output == OutputState::Fine) {
+        return exitCode;
+    }
+    return output == OutputState::Failed ? kUsage : kDeviceFailed;
 }
 
 } // namespace panel

@@ -3,28 +3,34 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace panel {
 
 namespace {
 
-const char kBareName[] = "ls_master_k_cnet";
-const char kFileName[] = "libls_master_k_cnet.so";
+// With the number of its interface, as a host asks for it that is not built with the driver: the
+// name without a number belongs to the files for building.
+const char kFileName[] = CNET_PANEL_DRIVER_NAME;
+
+// Seen from the program: in a build, where an installation puts it, and beside the program.
+const char *const kDirectories[] = {"../lib", CNET_PANEL_DRIVER_DIRECTORY, "."};
 
 } // namespace
 
 QStringList DriverLibrary::candidates(const QString &programDirectory)
 {
-    const QDir directory(programDirectory);
+    const QDir program(programDirectory);
     const QString fileName = QLatin1String(kFileName);
     QStringList found;
-    for (const QString &path :
-         {directory.filePath(QLatin1String("../lib/") + fileName), directory.filePath(fileName)}) {
-        if (QFile::exists(path)) {
-            found.append(QDir::cleanPath(path));
+    for (const char *const directory : kDirectories) {
+        const QString path =
+            QDir::cleanPath(QDir(program.filePath(QLatin1String(directory))).filePath(fileName));
+        if (QFile::exists(path) && !found.contains(path)) {
+            found.append(path);
         }
     }
-    found.append(QLatin1String(kBareName));
+    found.append(fileName);
     return found;
 }
 
@@ -32,6 +38,13 @@ bool DriverLibrary::load(const QString &path)
 {
     const QString wanted =
         path.isEmpty() ? candidates(QCoreApplication::applicationDirPath()).first() : path;
+    // To open a pipe that nobody writes to would take for ever.
+    const QFileInfo file(wanted);
+    if (file.exists() && !file.isFile()) {
+        m_errorText =
+            QString::fromLatin1("cannot load the driver: %1 is no regular file").arg(wanted);
+        return false;
+    }
     m_library.setFileName(wanted);
     if (!m_library.load()) {
         m_errorText = QString::fromLatin1("cannot load the driver: %1")

@@ -40,10 +40,11 @@ class DriverLibrary
 public:
     /**
      * Where the driver is looked for, in order: the directory `lib` beside the program's own, the
-     * program's own, and the system's search path.
+     * directory in which an installation has its libraries, the program's own, and the system's
+     * search path.
      *
      * @param programDirectory directory of the program
-     * @return existing files, and at the end the bare library name for the system's search
+     * @return existing files, and at the end the file name alone for the system's search
      */
     static QStringList candidates(const QString &programDirectory);
 

@@ -1,5 +1,7 @@
 #include "panel/late_answers.h"
 
+#include <algorithm>
+
 namespace panel {
 
 namespace {
@@ -24,6 +26,9 @@ void LateAnswers::missed(const QByteArray &request)
 
 LateAnswers::Verdict LateAnswers::judge(const QByteArray &request)
 {
+    if (m_missed.isEmpty()) {
+        return {};
+    }
     const Missed missed = m_missed.take(addressee(request));
     QSet<QByteArray> others = missed.requests;
     others.remove(request);
@@ -32,8 +37,10 @@ LateAnswers::Verdict LateAnswers::judge(const QByteArray &request)
 
 bool belongsTogether(const QByteArray &request, const QByteArray &answer)
 {
-    return answer.size() > kAddresseePosition + kAddresseeLength &&
-           addressee(request) == addressee(answer);
+    const int end = kAddresseePosition + kAddresseeLength;
+    return request.size() >= end && answer.size() > end &&
+           std::equal(request.cbegin() + kAddresseePosition, request.cbegin() + end,
+                      answer.cbegin() + kAddresseePosition);
 }
 
 } // namespace panel

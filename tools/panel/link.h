@@ -12,6 +12,12 @@
 namespace panel {
 
 /**
+ * Bytes that are taken from a line at a time. A line that talks without end then neither fills the
+ * memory nor keeps the program from its other events.
+ */
+constexpr int kMostBytesAtOnce = 16384;
+
+/**
  * A way to the PLCs that carries bytes both ways. It opens when told and reports what happens to
  * it; when to open it again is somebody else's business (Reconnector).
  */

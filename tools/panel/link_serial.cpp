@@ -7,6 +7,7 @@ LinkSerial::LinkSerial(const QString &device, const LineSettings &line, QObject 
     , m_device(device)
     , m_line(line)
 {
+    m_port.setReadBufferSize(kMostBytesAtOnce);
     connect(&m_port, &QSerialPort::readyRead, this, [this] { Q_EMIT received(m_port.readAll()); });
     connect(&m_port, &QSerialPort::errorOccurred, this, &LinkSerial::handleError);
 }

@@ -30,6 +30,7 @@ LinkTcp::LinkTcp(const QString &host, quint16 port, QObject *parent)
     , m_host(host)
     , m_port(port)
 {
+    m_socket.setReadBufferSize(kMostBytesAtOnce);
     m_connectLimit.setSingleShot(true);
     connect(&m_connectLimit, &QTimer::timeout, this,
             [this] { lose(QLatin1String("no answer to the connection request")); });
@@ -38,7 +39,7 @@ LinkTcp::LinkTcp(const QString &host, quint16 port, QObject *parent)
     connect(&m_socket, &QTcpSocket::disconnected, this,
             [this] { lose(QLatin1String("the connection was closed")); });
     connect(&m_socket, &QTcpSocket::readyRead, this,
-            [this] { Q_EMIT received(m_socket.readAll()); });
+            [this] { Q_EMIT received(m_socket.read(m_socket.bytesAvailable())); });
 }
 
 // A connected socket reports its own end, when part of this object is gone already.
@@ -69,12 +70,14 @@ void LinkTcp::send(const QByteArray &bytes)
 {
     if (m_open) {
         m_socket.write(bytes);
+        // Else it would wait for the event loop to ask the system whether it may be sent.
+        m_socket.flush();
     }
 }
 
 QString LinkTcp::name() const
 {
-    return QString::fromLatin1("tcp %1:%2").arg(m_host).arg(m_port);
+    return QString::fromLatin1("tcp %1:%2").arg(m_host, QString::number(m_port));
 }
 
 void LinkTcp::connected()

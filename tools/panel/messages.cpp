@@ -5,6 +5,28 @@
 
 namespace panel {
 
+namespace {
+
+const int kLongestLine = 600;
+
+// Arguments, file names and the system's own texts may hold anything. What was given stands at the
+// beginning of a message and what was expected at its end, so of a long one the middle is left out.
+QString oneLine(const QString &text)
+{
+    QString line = text;
+    if (line.size() > kLongestLine) {
+        line = text.left(kLongestLine / 2) + QLatin1String("...") + text.right(kLongestLine / 2);
+    }
+    for (QChar &letter : line) {
+        if (!letter.isPrint()) {
+            letter = QLatin1Char('?');
+        }
+    }
+    return line;
+}
+
+} // namespace
+
 Messages::Messages()
     : m_sink(writeToStandardError)
 {}
@@ -16,7 +38,7 @@ void Messages::setSink(Sink sink)
 
 void Messages::say(const QString &text)
 {
-    line(QLatin1String("cnet-panel: ") + text);
+    line(QLatin1String("cnet-panel: ") + oneLine(text));
 }
 
 void Messages::line(const QString &text)

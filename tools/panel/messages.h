@@ -21,7 +21,8 @@ public:
     void setSink(Sink sink);
     const Sink &sink() const { return m_sink; }
 
-    /** One message to the user; the program's name goes before it. */
+    /** One message to the user, on one line of bounded length; the program's name goes before it.
+     */
     void say(const QString &text);
 
     /** One line as it is. */

@@ -5,8 +5,8 @@
 #include "panel/one_off.h"
 #include "panel/screen.h"
 #include "panel/session.h"
+#include "panel/standard_output.h"
 
-#include <QFile>
 #include <QTimer>
 
 #include <unistd.h>
@@ -54,7 +54,7 @@ private:
     Messages &m_messages;
     Session m_session;
     Monitor m_monitor;
-    QFile m_standardOutput;
+    StandardOutput m_standardOutput;
     std::unique_ptr<MonitorOutput> m_output;
     std::unique_ptr<MonitorWrites> m_writes;
     QVector<ReportedChange> m_changes; ///< whose values are still to be read
@@ -102,6 +102,9 @@ void MonitorSession::wire()
     });
     QObject::connect(&m_session, &Session::stopRequested, &m_session, [this] { finish(); });
     QObject::connect(&m_limit, &QTimer::timeout, &m_session, [this] { finish(); });
+    // Nobody would see anything any more. The exit code of a lost output comes by itself.
+    QObject::connect(&m_standardOutput, &StandardOutput::failed, &m_session,
+                     [this] { m_session.finish(kFine); });
     m_driverReturned.setSingleShot(true);
     QObject::connect(&m_driverReturned, &QTimer::timeout, &m_session, [this] {
         takeInChanges();
@@ -113,10 +116,6 @@ void MonitorSession::wire()
 
 void MonitorSession::openOutput()
 {
-    // By its descriptor and unbuffered: whoever reads a pipe sees a change when it happens.
-    if (!m_standardOutput.open(STDOUT_FILENO, QIODevice::WriteOnly | QIODevice::Unbuffered)) {
-        m_messages.say(QLatin1String("standard output is closed"));
-    }
     if (m_run.format == OutputFormat::Json) {
         m_output = makeJsonOutput(m_standardOutput);
     } else if (m_run.format == OutputFormat::Csv) {

@@ -1,5 +1,6 @@
 #include "panel/recipe_file.h"
 
+#include "panel/driver_session.h"
 #include "panel/value_text.h"
 
 #include <QStringList>
@@ -62,24 +63,10 @@ std::optional<RecipeFile> RecipeFile::parse(const QByteArray &content, RecipeUse
     int number = 0;
     for (const QByteArray &line : std::as_const(file.m_lines)) {
         ++number;
-        const QString text = lineText(line);
-        if (text.isEmpty() || text.startsWith(QLatin1Char('#'))) {
-            continue;
-        }
         QString what;
-        RecipeItem item;
-        const bool isHeader = file.m_headerLine == 0;
-        const bool ok =
-            isHeader ? file.readHeader(text, use, what) : file.readItem(text, reading, item, what);
-        if (!ok) {
+        if (!file.readLine(line, number, reading, what)) {
             error = withLine(number, what);
             return std::nullopt;
-        }
-        if (isHeader) {
-            file.m_headerLine = number;
-        } else {
-            item.line = number;
-            file.m_items.append(item);
         }
     }
     if (file.m_items.isEmpty()) {
@@ -89,6 +76,36 @@ std::optional<RecipeFile> RecipeFile::parse(const QByteArray &content, RecipeUse
         return std::nullopt;
     }
     return file.findOverlap(error) ? std::nullopt : std::optional<RecipeFile>(file);
+}
+
+bool RecipeFile::readLine(const QByteArray &line, int number, const Reading &reading,
+                          QString &error)
+{
+    // Text ends at its first zero byte for some of Qt, and so would a row of values.
+    if (line.contains('\0')) {
+        error = QLatin1String("a zero byte; expected text in UTF-8");
+        return false;
+    }
+    const QString text = lineText(line);
+    if (text.isEmpty() || text.startsWith(QLatin1Char('#'))) {
+        return true;
+    }
+    if (m_headerLine == 0) {
+        m_headerLine = number;
+        return readHeader(text, reading.use, error);
+    }
+    RecipeItem item;
+    item.line = number;
+    if (!readItem(text, reading, item, error)) {
+        return false;
+    }
+    m_items.append(item);
+    m_words += item.item.count;
+    if (m_words > DriverSession::kRecipeWords) {
+        error = QString::fromLatin1("more words than the %1 that a recipe may have")
+                    .arg(DriverSession::kRecipeWords);
+    }
+    return m_words <= DriverSession::kRecipeWords;
 }
 
 bool RecipeFile::readHeader(const QString &line, RecipeUse use, QString &error)
@@ -244,8 +261,10 @@ QByteArray RecipeFile::filled(const QVector<QVector<quint16>> &values) const
     if (m_places.at(kValue) < 0) {
         QByteArray &header = lines[m_headerLine - 1];
         const bool hasReturn = header.endsWith('\r');
-        header = (hasReturn ? header.left(header.size() - 1) : header) + ",value" +
-                 (hasReturn ? "\r" : "");
+        // A spreadsheet may have put an empty field in its place.
+        QList<QByteArray> names = (hasReturn ? header.left(header.size() - 1) : header).split(',');
+        names = names.mid(0, m_columns) + QList<QByteArray>{"value"} + names.mid(m_columns + 1);
+        header = names.join(',') + (hasReturn ? "\r" : "");
     }
     for (int i = 0; i < m_items.size() && i < values.size(); ++i) {
         QByteArray &line = lines[m_items.at(i).line - 1];

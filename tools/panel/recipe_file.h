@@ -39,7 +39,8 @@ public:
     using AddressCheck = std::function<bool(const Item &item, QString &error)>;
 
     /**
-     * Reads a file. Every mistake in it is found before anything is transferred.
+     * Reads a file. Every mistake in it is found before anything is transferred, and so is that it
+     * has more words than a recipe may have.
      *
      * @param content whatever the file holds
      * @param defaultStation station of lines that name none
@@ -65,6 +66,7 @@ private:
     enum Column { kStation, kRegister, kAddress, kCount, kValue, kColumns };
     struct Reading;
 
+    bool readLine(const QByteArray &line, int number, const Reading &reading, QString &error);
     bool readHeader(const QString &line, RecipeUse use, QString &error);
     bool readItem(const QString &line, const Reading &reading, RecipeItem &item, QString &error);
     bool findOverlap(QString &error) const;
@@ -75,6 +77,7 @@ private:
     QVector<int> m_places = QVector<int>(kColumns, -1); ///< of each column; negative: there is none
     int m_headerLine = 0;                               ///< from 1; 0: not found yet
     int m_columns = 0;                                  ///< of the header
+    int m_words = 0;                                    ///< of all items
 };
 
 } // namespace panel

@@ -129,9 +129,8 @@ QString heading(const MonitorStatus &status)
                               ? QString()
                               : QString::fromLatin1("  LINK DOWN: %1").arg(status.linkLost);
     return QString::fromLatin1("%1  %2  round %3%4")
-        .arg(status.time.toString(QLatin1String("HH:mm:ss")), status.link)
-        .arg(status.rounds)
-        .arg(state);
+        .arg(status.time.toString(QLatin1String("HH:mm:ss")), status.link,
+             QString::number(status.rounds), state);
 }
 
 } // namespace

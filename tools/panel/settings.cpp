@@ -21,7 +21,7 @@ QCommandLineOption option(const char *name, const char *description, const char 
 void addDriverOption(QCommandLineParser &parser)
 {
     parser.addOption(
-        option("driver", "Driver to load; without it the one beside the program.", "PATH"));
+        option("driver", "Driver to load; without it the one that came with the program.", "PATH"));
 }
 
 void addLinkOptions(QCommandLineParser &parser)
@@ -57,9 +57,7 @@ bool readNumberOption(const QCommandLineParser &parser, const QString &name, int
     const int number = parser.value(name).toInt(&ok);
     if (!ok || number < low || number > high) {
         error = QString::fromLatin1("--%1 '%2': expected a number from %3 to %4")
-                    .arg(name, parser.value(name))
-                    .arg(low)
-                    .arg(high);
+                    .arg(name, parser.value(name), QString::number(low), QString::number(high));
         return false;
     }
     value = number;

@@ -96,7 +96,9 @@ void StationBook::noteAnswer(StationCounters &counters, Watch &watch, const Exch
     const int station = report.request.stationNo;
     if (report.outcome == Outcome::Answered) {
         counters.state = StationState::Answers;
-        watch.refused.remove(report.requestName());
+        if (!watch.refused.isEmpty()) {
+            watch.refused.remove(report.requestName());
+        }
     } else if (report.result == kGivenUp && report.outcome == Outcome::Refused) {
         counters.state = StationState::Refuses;
         counters.lastRefusal = refusalInWords(report.refusal);

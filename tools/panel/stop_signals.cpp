@@ -14,11 +14,13 @@ namespace {
 const std::array<int, 3> kSignals{SIGINT, SIGTERM, SIGHUP};
 
 std::array<int, 2> s_pipe{-1, -1};
+volatile std::sig_atomic_t s_caught = 0;
 
 // Only what is safe in a handler: one byte into a pipe whose other end the event loop watches.
 void handle(int /*signal*/)
 {
     const int saved = errno;
+    s_caught = 1;
     const char byte = 1;
     [[maybe_unused]] const ssize_t written = write(s_pipe[1], &byte, 1);
     errno = saved;
@@ -29,6 +31,7 @@ void handle(int /*signal*/)
 StopSignals::StopSignals(QObject *parent)
     : QObject(parent)
 {
+    s_caught = 0;
     if (pipe2(s_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         return;
     }
@@ -44,6 +47,11 @@ StopSignals::StopSignals(QObject *parent)
     for (const int number : kSignals) {
         sigaction(number, &action, nullptr);
     }
+}
+
+bool StopSignals::isCaught()
+{
+    return s_caught != 0;
 }
 
 StopSignals::~StopSignals()

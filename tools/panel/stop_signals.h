@@ -17,6 +17,9 @@ public:
     explicit StopSignals(QObject *parent = nullptr);
     ~StopSignals() override;
 
+    /** One of them came during the life of the latest object; asked by what waits in a call. */
+    static bool isCaught();
+
 Q_SIGNALS:
     void caught();
 

@@ -26,7 +26,7 @@ bool ChunkSender::add(const std::vector<Chunk> &chunks)
         m_waiting.push_back({dueMs, chunk.bytes});
         m_pendingBytes += static_cast<int>(chunk.bytes.size());
     }
-    if (m_pendingBytes > kMostPending || m_waiting.size() > kMostPending) {
+    if (m_pendingBytes > kMostPending || m_waiting.size() > kMostChunks) {
         m_waiting.clear();
         m_pendingBytes = 0;
         m_timer.stop();

@@ -23,8 +23,10 @@ class ChunkSender : public QObject
     Q_OBJECT
 
 public:
-    /** Bytes, and chunks, that may wait. */
+    /** Bytes that may wait: as many answers as a few packets of requests ask for. */
     static constexpr int kMostPending = 65536;
+    /** Chunks that may wait; each takes much more memory than its one byte, say. */
+    static constexpr int kMostChunks = 16384;
 
     /** @param send takes the bytes of one chunk. */
     ChunkSender(std::function<void(const QByteArray &)> send, QObject *parent);

@@ -6,6 +6,9 @@
 
 #include <QCoreApplication>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdio>
 #include <memory>
 #include <vector>
@@ -21,14 +24,45 @@ void print(std::FILE *file, const QString &text)
     std::fflush(file);
 }
 
+/**
+ * One line, whatever was on the command line. What was given stands at the beginning and what was
+ * expected at the end, so of a long one the middle is left out.
+ */
+QString oneLine(QString text)
+{
+    constexpr int kLongest = 600;
+    if (text.size() > kLongest) {
+        text = text.left(kLongest / 2) + QLatin1String("...") + text.right(kLongest / 2);
+    }
+    for (QChar &letter : text) {
+        if (!letter.isPrint()) {
+            letter = QLatin1Char('?');
+        }
+    }
+    return text;
+}
+
 int fail(ExitCode code, const QString &message)
 {
-    print(stderr, QString::fromLatin1("cnet-plc: %1\n").arg(message));
+    print(stderr, QString::fromLatin1("cnet-plc: %1\n").arg(oneLine(message)));
     return code;
+}
+
+/** Else a connection would get the number of a stream that the caller has closed. */
+void keepStandardStreams()
+{
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0) {
+            open("/dev/null", O_RDWR);
+        }
+    }
 }
 
 void trace(const QString &connection, const Exchange &exchange)
 {
+    if (StopSignals::isCaught()) {
+        return;
+    }
     const QString seconds = QString::number(static_cast<double>(exchange.nowMs) / 1000.0, 'f', 3);
     const QString before = QString::fromLatin1("%1 %2 ").arg(seconds, 9).arg(connection);
     QString text = exchangeText(exchange);
@@ -76,6 +110,7 @@ int serve(const Options &options)
 
 int main(int argc, char **argv)
 {
+    keepStandardStreams();
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QLatin1String("cnet-plc"));
     const Parsed<Options> read = readOptions(QCoreApplication::arguments());

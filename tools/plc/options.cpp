@@ -176,7 +176,8 @@ Parsed<TcpAddress> parseTcpAddress(const QString &text)
     } else {
         address.host = QHostAddress(host);
     }
-    if (address.host.isNull() || !port) {
+    // Qt takes blanks and line breaks around an address.
+    if (address.host.isNull() || host.trimmed() != host || !port) {
         return TextError{QString::fromLatin1(
                              "\"%1\": expected [HOST:]PORT with an IP address or localhost and a "
                              "port from 0 to 65535, for example 127.0.0.1:8000")

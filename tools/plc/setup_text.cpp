@@ -61,8 +61,11 @@ std::optional<Point> registerNamed(const QString &name)
 
 std::optional<int> addressOf(PointKind kind, const QString &text)
 {
+    // More than any device has, and far from overflow.
+    constexpr int kMostWords = 100000;
     if (kind != PointKind::Bit) {
-        return digits(text);
+        const std::optional<int> address = digits(text);
+        return address && *address <= kMostWords ? address : std::nullopt;
     }
     const QStringList parts = text.split(QLatin1Char('.'));
     if (parts.size() != 2) {
@@ -70,7 +73,6 @@ std::optional<int> addressOf(PointKind kind, const QString &text)
     }
     const std::optional<int> word = digits(parts.at(0));
     const std::optional<int> bit = digits(parts.at(1));
-    constexpr int kMostWords = 100000;
     if (!word || *word > kMostWords || !bit || *bit >= kBitsPerWord) {
         return std::nullopt;
     }

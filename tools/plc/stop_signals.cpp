@@ -12,9 +12,11 @@ namespace {
 
 // A signal may come at any instruction; writing to a pipe is one of the few things it may do.
 int pipeEnds[2] = {-1, -1}; // NOLINT(misc-use-anonymous-namespace)
+volatile std::sig_atomic_t caught = 0;
 
 void tell(int /*number*/)
 {
+    caught = 1;
     const char byte = 0;
     const ssize_t ignored = write(pipeEnds[1], &byte, 1);
     static_cast<void>(ignored);
@@ -25,7 +27,7 @@ void handle(int number, void (*handler)(int))
     struct sigaction action = {};
     action.sa_handler = handler;
     sigemptyset(&action.sa_mask);
-    action.sa_flags = SA_RESTART;
+    // Calls are not begun again: writing to a reader that never reads would keep the program.
     sigaction(number, &action, nullptr);
 }
 
@@ -44,6 +46,11 @@ StopSignals::StopSignals(QObject *parent)
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         handle(number, tell);
     }
+}
+
+bool StopSignals::isCaught()
+{
+    return caught != 0;
 }
 
 StopSignals::~StopSignals()

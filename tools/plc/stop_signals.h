@@ -16,6 +16,9 @@ public:
     explicit StopSignals(QObject *parent = nullptr);
     ~StopSignals() override;
 
+    /** One of them has come; what waits for a reader of the trace need not wait any longer. */
+    static bool isCaught();
+
 private:
     std::unique_ptr<QSocketNotifier> m_notifier;
 };

@@ -7,13 +7,38 @@
 
 #include <utility>
 
+#ifdef Q_OS_LINUX
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#endif
+
 namespace plc {
 
 namespace {
 
 constexpr int kReadBufferBytes = 4096;
-/** Answers that may wait for one client to read them. */
-constexpr qint64 kMostUnreadBytes = 1048576;
+constexpr int kSystemBufferBytes = 65536;
+constexpr int kAcceptAgainMs = 200;
+
+/**
+ * A client whose machine is gone says nothing more, and would hold its place for ever. So the
+ * system asks it now and then, and breaks off where answers are not acknowledged.
+ */
+void noticeAbsence([[maybe_unused]] QTcpSocket &socket)
+{
+    socket.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
+#ifdef Q_OS_LINUX
+    const auto set = [&socket](int option, int value) {
+        setsockopt(static_cast<int>(socket.socketDescriptor()), IPPROTO_TCP, option, &value,
+                   sizeof value);
+    };
+    set(TCP_KEEPIDLE, 30);
+    set(TCP_KEEPINTVL, 10);
+    set(TCP_KEEPCNT, 3);
+    set(TCP_USER_TIMEOUT, 60000);
+#endif
+}
 
 /** One client; it deletes itself when the client is gone. */
 class Client : public QObject
@@ -29,6 +54,10 @@ public:
         socket->setParent(this);
         socket->setReadBufferSize(kReadBufferBytes);
         socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+        // The system's own share does not grow with what is not read.
+        socket->setSocketOption(QAbstractSocket::SendBufferSizeSocketOption, kSystemBufferBytes);
+        socket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, kSystemBufferBytes);
+        noticeAbsence(*socket);
         m_line.setBaud(setup.baud);
         if (setup.trace) {
             const QString name = addressText(socket->peerAddress(), socket->peerPort());
@@ -50,11 +79,13 @@ private:
     void send(const QByteArray &bytes)
     {
         // A client that asks but never reads is dropped before its answers fill the memory.
-        if (m_socket->bytesToWrite() + bytes.size() > kMostUnreadBytes) {
+        if (m_socket->bytesToWrite() + bytes.size() > TcpServer::kMostUnreadBytes) {
             m_socket->abort();
             return;
         }
         m_socket->write(bytes);
+        // At once: Qt forgets what waits when the client closes its end of the connection.
+        m_socket->flush();
     }
 
     QTcpSocket *m_socket;
@@ -70,11 +101,23 @@ TcpServer::TcpServer(const ServerSetup &setup, QObject *parent)
     , m_setup(setup)
 {
     connect(&m_server, &QTcpServer::newConnection, this, &TcpServer::acceptAll);
+    // Out of file descriptors, say. Qt accepts no more then until it is told to.
+    m_acceptAgain.setSingleShot(true);
+    connect(&m_server, &QTcpServer::acceptError, this,
+            [this] { m_acceptAgain.start(kAcceptAgainMs); });
+    connect(&m_acceptAgain, &QTimer::timeout, this, [this] { m_server.resumeAccepting(); });
 }
 
 bool TcpServer::listen(const QHostAddress &address, quint16 port)
 {
-    return m_server.listen(address, port);
+    if (!m_server.listen(address, port)) {
+        return false;
+    }
+#ifdef Q_OS_LINUX
+    // Qt lets 50 wait for being accepted; who comes beyond that is not heard for a second or more.
+    ::listen(static_cast<int>(m_server.socketDescriptor()), kMostClients);
+#endif
+    return true;
 }
 
 QString TcpServer::address() const

@@ -5,6 +5,7 @@
 #include <QHostAddress>
 #include <QObject>
 #include <QTcpServer>
+#include <QTimer>
 
 namespace plc {
 
@@ -14,8 +15,10 @@ class TcpServer : public QObject
     Q_OBJECT
 
 public:
-    /** Further clients are turned away. */
-    static constexpr int kMostClients = 32;
+    /** Further clients are turned away at once. */
+    static constexpr int kMostClients = 256;
+    /** Answers that may wait for one client to read them, beside what the system keeps. */
+    static constexpr qint64 kMostUnreadBytes = 65536;
 
     /** @param setup must outlive the server. */
     explicit TcpServer(const ServerSetup &setup, QObject *parent = nullptr);
@@ -41,6 +44,7 @@ private:
 
     const ServerSetup &m_setup;
     QTcpServer m_server;
+    QTimer m_acceptAgain;
     int m_clients = 0;
 };
 

@@ -1,0 +1,193 @@
+#include "complaint.h"
+#include "program.h"
+
+#include <QTcpServer>
+#include <QtTest>
+
+/** cnet-panel with command lines that are wrong: one line, the exit code, and nothing is sent. */
+class TestBadArguments : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void refuses_data();
+    void refuses();
+
+private:
+    QTcpServer m_plc; ///< that must never be asked
+};
+
+namespace {
+
+const int kUsage = 2;
+const int kNoLink = 3;
+const int kNoDriver = 4;
+
+QByteArray longText(char letter = 'A')
+{
+    return QByteArray(100000, letter); // of one argument the system takes not much more
+}
+
+// The arguments stand as bytes, for they need not be text.
+void row(const char *name, const QList<QByteArray> &arguments, int exitCode, const char *message)
+{
+    QTest::newRow(name) << arguments << exitCode << QByteArray(message);
+}
+
+void addCommandRows()
+{
+    row("no command", {}, kUsage, "expected a command");
+    row("empty command", {""}, kUsage, "expected a command");
+    row("unknown command", {"bogus"}, kUsage, "no command 'bogus'");
+    row("line break in a command", {"mon\nitor"}, kUsage, "no command 'mon?itor'");
+    row("endless command", {longText()}, kUsage, "; --help lists them");
+    row("terminal codes in a command", {"\x1b[2J\x1b]0;x\x07"}, kUsage, "no command '?[2J?]0;x?'");
+    row("command that is no text", {"\xff\xfe\x80"}, kUsage, "no command");
+    row("line break in an option", {"read", "--li\nnk", "D_W:1"}, kUsage, "option 'li?nk'");
+    row("endless option", {"read", "--" + longText(), "D_W:1"}, kUsage, "Unknown option 'AAA");
+    row("option twice with a late mistake", {"read", "--station", "1", "--station", "x", "D_W:1"},
+        kUsage, "--station 'x'");
+    row("value for an option that takes none", {"read", "--trace=yes", "D_W:1"}, kUsage, "trace");
+    row("option of another command", {"write", "--format", "csv", "D_W:1=1"}, kUsage, "format");
+    row("argument of describe", {"describe", "x\ny"}, kUsage, "'x?y': describe takes no arguments");
+    row("check without an address", {"check", "D_W"}, kUsage, "expected a register and an address");
+    row("check of no words", {"check", "D_W", "1", "--words", "0"}, kUsage, "--words '0'");
+    row("check of endlessly many", {"check", "D_W", "1", "--words", longText('9')}, kUsage,
+        "expected a number from 1 to");
+    row("series of none", {"series", "D_W", "1"}, kUsage, "expected --count N");
+    row("series of too many", {"series", "D_W", "1", "--count", "1000001"}, kUsage, "1 to 1000000");
+    row("series with a bad step", {"series", "D_W", "1", "--count", "1", "--step", "-1"}, kUsage,
+        "expected a number from 1 to 1000000, word or dword");
+    row("series of an unknown register", {"series", longText(), "1", "--count", "1"}, kUsage,
+        "it has D_W");
+    row("series from an endless address", {"series", "D_W", longText('1'), "--count", "1"}, kUsage,
+        "an address of D_W is a number from 0 to 9999");
+}
+
+void addNumberRows()
+{
+    const auto number = [](const char *name, const char *option, const QByteArray &value) {
+        row(name, {"read", option, value, "D_W:1"}, kUsage, "expected a number from");
+    };
+    number("station above 31", "--station", "32");
+    row("placeholders for a station", {"read", "--station", "%1%2%3%4", "D_W:1"}, kUsage,
+        "--station '%1%2%3%4': expected a number from 0 to 31");
+    number("line break in a station", "--station", "1\n2");
+    number("endless station", "--station", longText('1'));
+    number("station beyond 32 bits", "--station", "4294967297");
+    number("hexadecimal station", "--station", "0x1");
+    number("empty station", "--station", "");
+    number("block of no words", "--block-words", "0");
+    number("no attempts", "--retries", "0");
+    number("fraction of a millisecond", "--timeout", "0.5");
+    number("time-out that is no number", "--timeout", "nan");
+    number("time-out beyond 64 bits", "--timeout", "99999999999999999999");
+    number("negative interval", "--interval", "-1");
+    row("endless duration", {"monitor", "--for", "1e999", "D_W:1"}, kUsage, "number of seconds");
+    row("duration that is none", {"monitor", "--for", "in\nf", "D_W:1"}, kUsage, "'in?f'");
+    row("endless format", {"read", "--format", longText(), "D_W:1"}, kUsage, "json or csv");
+}
+
+void addItemRows()
+{
+    row("no item", {"read"}, kUsage, "expected at least one item");
+    row("empty item", {"read", ""}, kUsage, "expected [STATION/]REGISTER:ADDRESS[*COUNT]");
+    row("line break in an item", {"read", "D_W:1\n"}, kUsage, "'D_W:1?'");
+    row("terminal codes in an item", {"read", "\x1b[31mD_W:1"}, kUsage, "no register '?[31mD_W'");
+    row("endless item", {"read", longText()}, kUsage, "for example 1/D_W:100*10");
+    row("endless register", {"read", longText() + ":1"}, kUsage, "it has D_W");
+    row("endless address", {"read", "D_W:" + longText('1')}, kUsage, "from 0 to 9999");
+    row("endless count", {"read", "D_W:1*" + longText('1')}, kUsage, "a count from 1 to 9999");
+    row("endless station of an item", {"read", longText('1') + "/D_W:1"}, kUsage, "from 0 to 31");
+    row("item that is no text", {"read", "D_W:\xff\xfe"}, kUsage, "from 0 to 9999");
+    row("digits of another script", {"read", "D_W:\u0661"}, kUsage, "from 0 to 9999");
+    row("address beyond 32 bits", {"read", "D_W:4294967396"}, kUsage, "from 0 to 9999");
+    row("count of none", {"read", "D_W:1*0"}, kUsage, "a count from 1 to 9999");
+    row("count beyond the last address", {"read", "D_W:9999*2"}, kUsage, "a count from 1 to 1");
+    row("bit above 15", {"read", "M_bit:1.16"}, kUsage, "from 0.0 to 255.15");
+    row("bad item behind good ones", {"read", "D_W:1", "M_W:2", "D_W:x"}, kUsage, "'D_W:x'");
+    row("bad item of a monitor", {"monitor", "D_W:1", "D_W:10000"}, kUsage, "'D_W:10000'");
+    row("no value", {"write", "D_W:1"}, kUsage, "expected ITEM=VALUE");
+    row("empty value", {"write", "D_W:1="}, kUsage, "'' is no value of D_W");
+    row("value beyond 16 bits", {"write", "D_W:1=65536"}, kUsage, "'65536' is no value");
+    row("endless value", {"write", "D_W:1=" + longText('9')}, kUsage, "-32768 to 65535");
+    row("a list with a bad last value", {"write", "D_W:1=" + QByteArray("1,").repeated(5000) + "x"},
+        kUsage, "'x' is no value of D_W");
+    row("a list beyond the last address", {"write", "D_W:9999=1,2"}, kUsage, "out of range");
+    row("bad write behind good ones", {"write", "D_W:1=1", "M_bit:1.1=1", "TX:1=2"}, kUsage,
+        "'2' is no value of TX, which is 0 or 1");
+    row("bad address behind good writes", {"write", "D_W:1=1", "D_W:10000=1"}, kUsage, "10000");
+}
+
+void addLinkRows()
+{
+    const auto link = [](const char *name, const QByteArray &text, int exitCode,
+                         const char *message) {
+        row(name, {"write", "D_W:1=1", "--link", text}, exitCode, message);
+    };
+    link("empty link", "", kUsage, "link ''");
+    link("unknown kind of link", "udp:127.0.0.1:1", kUsage, "expected sim, tcp:HOST:PORT");
+    link("no port", "tcp:127.0.0.1", kUsage, "a port from 1 to 65535");
+    link("port 0", "tcp:127.0.0.1:0", kUsage, "a port from 1 to 65535");
+    link("port beyond 16 bits", "tcp:127.0.0.1:65536", kUsage, "a port from 1 to 65535");
+    link("line break in a host", "tcp:a\nb:1", kNoLink, "cannot open tcp a?b:1");
+    link("placeholder for a host", "tcp:%2:1", kNoLink, "cannot open tcp %2:1");
+    link("endless host", "tcp:" + longText() + ":1", kNoLink, "Host not found");
+    link("nobody at the port", "tcp:127.0.0.1:1", kNoLink, "cannot open tcp 127.0.0.1:1");
+    link("no device", "serial:", kUsage, "expected serial:DEVICE");
+    link("line settings that are none", "serial:/dev/null,1,2,3,4", kUsage, "serial:DEVICE");
+    link("more line settings", "serial:/dev/null,9600,8,NONE,1,1", kUsage, "serial:DEVICE");
+    link("device that is not there", "serial:/nowhere/tty", kNoLink, "No such file");
+    link("device without end", "serial:/dev/zero", kNoLink, "cannot open serial /dev/zero");
+    link("device that is full", "serial:/dev/full", kNoLink, "cannot open serial /dev/full");
+    link("file for a device", "serial:/etc/passwd", kNoLink, "cannot open serial /etc/passwd");
+    link("directory for a device", "serial:/", kNoLink, "cannot open serial /");
+    link("endless device", "serial:" + longText(), kNoLink, "cannot open serial AAA");
+    row("no driver", {"--driver", "/nowhere/x.so", "describe"}, kNoDriver, "cannot load");
+    row("text for a driver", {"--driver", "/etc/passwd", "describe"}, kNoDriver, "cannot load");
+    row("directory for a driver", {"--driver", "/", "describe"}, kNoDriver, "/ is no regular file");
+    row("device for a driver", {"--driver", "/dev/zero", "describe"}, kNoDriver, "no regular file");
+    row("program for a driver", {"--driver", CNET_PLC, "describe"}, kNoDriver, "cannot load");
+    row("endless driver", {"--driver", longText(), "describe"}, kNoDriver, "cannot load");
+}
+
+} // namespace
+
+void TestBadArguments::initTestCase()
+{
+    QVERIFY(m_plc.listen(QHostAddress(QHostAddress::LocalHost), 0));
+}
+
+void TestBadArguments::refuses_data()
+{
+    QTest::addColumn<QList<QByteArray>>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QByteArray>("message");
+    addCommandRows();
+    addNumberRows();
+    addItemRows();
+    addLinkRows();
+}
+
+void TestBadArguments::refuses()
+{
+    QFETCH(QList<QByteArray>, arguments);
+    QFETCH(QByteArray, message);
+    // Everything that would be sent would go here, but where the link itself is wrong.
+    const bool talks = !arguments.isEmpty() && !arguments.contains("--link") &&
+                       QList<QByteArray>{"read", "write", "monitor"}.contains(arguments.first());
+    if (talks) {
+        arguments << "--link"
+                  << "tcp:127.0.0.1:" + QByteArray::number(m_plc.serverPort());
+    }
+    Program panel;
+    QVERIFY(panel.startBytes(CNET_PANEL, arguments));
+    QTEST(panel.exitCode(), "exitCode");
+    QCOMPARE(panel.lines(), QList<QByteArray>());
+    QCOMPARE(faultOfComplaint(panel.errors(), "cnet-panel", message), QByteArray());
+    QVERIFY(!m_plc.waitForNewConnection(0));
+}
+
+QTEST_GUILESS_MAIN(TestBadArguments)
+#include "test_bad_arguments.moc"
