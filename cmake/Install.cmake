@@ -1,0 +1,60 @@
+# What `cmake --install` puts where, in three components: `library` is what a panel needs,
+# `development` what a host is built with, `tools` the programs.
+include(CMakePackageConfigHelpers)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ls_master_k_cnet)
+set(generated ${PROJECT_BINARY_DIR}/package)
+
+install(TARGETS ls_master_k_cnet
+  EXPORT ls_master_k_cnet
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    COMPONENT library
+    NAMELINK_COMPONENT development)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ls_master_k_cnet
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+  COMPONENT development
+  FILES_MATCHING PATTERN "*.h")
+
+install(EXPORT ls_master_k_cnet
+  NAMESPACE ls_master_k_cnet::
+  FILE ls_master_k_cnet-targets.cmake
+  DESTINATION ${package_dir}
+  COMPONENT development)
+configure_package_config_file(
+  ${PROJECT_SOURCE_DIR}/cmake/ls_master_k_cnet-config.cmake.in
+  ${generated}/ls_master_k_cnet-config.cmake
+  INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(
+  ${generated}/ls_master_k_cnet-config-version.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES
+  ${generated}/ls_master_k_cnet-config.cmake
+  ${generated}/ls_master_k_cnet-config-version.cmake
+  DESTINATION ${package_dir}
+  COMPONENT development)
+
+# The prefix is told by its way from the file, so that the tree may be moved as a whole.
+file(RELATIVE_PATH PREFIX_FROM_PKGCONFIG
+  ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+string(REGEX REPLACE "/$" "" PREFIX_FROM_PKGCONFIG "${PREFIX_FROM_PKGCONFIG}")
+if(QT_MAJOR EQUAL 4)
+  set(QT_CORE_PKGCONFIG QtCore)
+else()
+  set(QT_CORE_PKGCONFIG Qt${QT_MAJOR}Core)
+endif()
+configure_file(
+  ${PROJECT_SOURCE_DIR}/cmake/ls_master_k_cnet.pc.in ${generated}/ls_master_k_cnet.pc @ONLY)
+install(FILES ${generated}/ls_master_k_cnet.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+  COMPONENT development)
+
+install(FILES ${PROJECT_SOURCE_DIR}/doc/man/ls_master_k_cnet.3
+  DESTINATION ${CMAKE_INSTALL_MANDIR}/man3
+  COMPONENT development)
+if(BUILD_TOOLS)
+  install(FILES
+    ${PROJECT_SOURCE_DIR}/doc/man/cnet-panel.1
+    ${PROJECT_SOURCE_DIR}/doc/man/cnet-plc.1
+    DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
+    COMPONENT tools)
+endif()

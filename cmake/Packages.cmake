@@ -1,0 +1,83 @@
+# The Debian packages, one for each component of the installation. script/package makes them.
+if(NOT PROJECT_SOURCE_DIR STREQUAL CMAKE_SOURCE_DIR)
+  return() # part of somebody else's project, which has packages of its own
+endif()
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME ls-master-k-cnet)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_CONTACT "ls_master_k_cnet maintainers <maintainers@ls-master-k-cnet.invalid>"
+  CACHE STRING "Who answers for the packages")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_COMPONENTS_ALL library development)
+if(BUILD_TOOLS)
+  list(APPEND CPACK_COMPONENTS_ALL tools)
+endif()
+
+set(library_package libls-master-k-cnet${PROJECT_VERSION_MAJOR})
+set(release 1)
+set(qt_development_4 libqt4-dev)
+set(qt_development_5 qtbase5-dev)
+set(qt_development_6 qt6-base-dev)
+set(qt_development ${qt_development_${QT_MAJOR}})
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SOURCE ${CPACK_PACKAGE_NAME})
+set(CPACK_DEBIAN_PACKAGE_RELEASE ${release})
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+
+# The first line of a description is the synopsis of the package; CPack is not to put one in front.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
+set(what_it_is
+"The driver connects operator panels to MASTER-K programmable controllers
+over their Cnet computer link. A panel's runtime says which addresses its
+screens use; the driver merges them into few block reads, builds and decodes
+the frames, keeps the values, reports changes and schedules writes.")
+
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${library_package})
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_LIBRARY_DESCRIPTION
+"MASTER-K Cnet communication driver for operator panels
+${what_it_is}
+
+This package contains the shared library that panels load.")
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libls-master-k-cnet-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
+  "${library_package} (= ${PROJECT_VERSION}-${release}), ${qt_development}")
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
+"MASTER-K Cnet communication driver for operator panels - development files
+${what_it_is}
+
+This package contains what a host is built with: headers, files for CMake and
+pkg-config, and the manual page of the functions.")
+
+set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME cnet-tools)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION comm)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
+# The panel loads the library at run time, so nothing in the program tells of it.
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION}-${release})")
+set(CPACK_DEBIAN_TOOLS_DESCRIPTION
+"look into MASTER-K controllers from the command line
+cnet-panel watches, reads and writes the values of MASTER-K programmable
+controllers over their Cnet computer link, at a serial line or a TCP port,
+and transfers recipes. It loads the ls_master_k_cnet driver as a panel does.
+
+cnet-plc is a simulated controller that answers the same link and misbehaves
+on demand, for trying panels without a machine behind them.")
+
+# What Debian wants in its packages and nobody else.
+configure_file(${PROJECT_SOURCE_DIR}/packaging/debian_files.cmake.in
+  ${PROJECT_BINARY_DIR}/package/debian_files.cmake @ONLY)
+set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_BINARY_DIR}/package/debian_files.cmake)
+set(CPACK_POST_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/packaging/ldconfig_trigger.cmake)
+
+include(CPack)
