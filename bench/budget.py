@@ -1,0 +1,94 @@
+#!/usr/bin/env python3
+"""Counts the instructions of a step of each case and compares them with the budget.
+
+    budget.py check|update BIN_DIRECTORY BUDGET_FILE
+
+Valgrind's callgrind counts. The count of one build is the same on every run and every machine of the
+architecture: whatever the C library or Qt would choose by the processor is turned off.
+"""
+import os
+import platform
+import re
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+MOST_GROWTH = 0.05
+
+HEADER = """\
+# Instructions of one step of each case of bench/instructions.cpp, counted on {machine}.
+# script/bench --check-budget compares, script/bench --update-budget writes this file anew.
+"""
+
+
+def environment():
+    """Nothing of the caller's but the way to the programs, and one choice of code for all processors."""
+    return {
+        "PATH": os.environ["PATH"],
+        "LC_ALL": "C",
+        "QT_HASH_SEED": "0",
+        "QT_NO_CPU_FEATURE": "sse3 ssse3 sse4.1 sse4.2 avx avx2 f16c fma bmi bmi2",
+        "GLIBC_TUNABLES": "glibc.cpu.hwcaps=-SSSE3,-SSE4_1,-SSE4_2,-AVX,-AVX2,-AVX512F,-AVX512VL,"
+                          "-AVX512BW,-ERMS,-FSRM,-BMI1,-BMI2,-LZCNT,-MOVBE,-RTM,-POPCNT,"
+                          "-Fast_Unaligned_Copy,-Fast_Copy_Backward,-AVX_Fast_Unaligned_Load",
+    }
+
+
+def counted(directory):
+    """Instructions of a step of each case, by its name."""
+    with tempfile.TemporaryDirectory() as work:
+        run = subprocess.run(
+            ["valgrind", "--tool=callgrind", "--collect-atstart=no",
+             f"--callgrind-out-file={work}/out", str(Path(directory) / "bench_instructions")],
+            env=environment(), text=True, capture_output=True)
+        if run.returncode != 0:
+            sys.exit(run.stderr)
+        times = {name: int(count) for name, count in (line.split() for line in run.stdout.splitlines())}
+        steps = {}
+        for dump in Path(work).iterdir():
+            text = dump.read_text()
+            case = re.search(r"^desc: Trigger: Client Request: (.*)$", text, re.MULTILINE)
+            total = re.search(r"^(?:summary|totals): (\d+)", text, re.MULTILINE)
+            if case and total:
+                steps[case.group(1)] = int(total.group(1)) // times[case.group(1)]
+        return {name: steps[name] for name in times}
+
+
+def read_budget(path):
+    lines = [line.split() for line in Path(path).read_text().splitlines() if not line.startswith("#")]
+    return {name: int(instructions) for name, instructions in lines}
+
+
+def check(steps, budget):
+    """Prints one line a case. False where one has grown too much or is not in both."""
+    fine = True
+    print(f"{'case':24} {'now':>10} {'budget':>10}")
+    for name in sorted(steps.keys() | budget.keys()):
+        if name not in steps or name not in budget:
+            print(f"{name:24} is in {'the budget' if name in budget else 'the program'} only")
+            fine = False
+            continue
+        growth = steps[name] / budget[name] - 1
+        verdict = "TOO MUCH" if growth > MOST_GROWTH else "ok"
+        print(f"{name:24} {steps[name]:>10} {budget[name]:>10} {100 * growth:+6.1f} %  {verdict}")
+        fine = fine and growth <= MOST_GROWTH
+    return fine
+
+
+def main(order, directory, path):
+    steps = counted(directory)
+    if order == "update":
+        rows = "".join(f"{name:24} {count:>8}\n" for name, count in steps.items())
+        Path(path).write_text(HEADER.format(machine=platform.machine()) + rows)
+        print(f"{path} is written")
+        return 0
+    if check(steps, read_budget(path)):
+        return 0
+    print("bench: more than 5 % over the budget. What is meant to cost more: "
+          "script/bench --update-budget", file=sys.stderr)
+    return 1
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))

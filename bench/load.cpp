@@ -1,0 +1,34 @@
+// Times loading the library and unloading it, in a program that has Qt Core already, as a panel
+// has.
+
+#include <QtGlobal>
+
+#include <benchmark/benchmark.h>
+
+#include <dlfcn.h>
+
+namespace {
+
+void loadAndUnload(benchmark::State &state, const char *file)
+{
+    while (state.KeepRunning()) {
+        void *const library = dlopen(file, RTLD_NOW);
+        if (library == nullptr || dlsym(library, "intf_getSendFrame") == nullptr) {
+            state.SkipWithError("the library cannot be loaded");
+            break;
+        }
+        dlclose(library);
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    benchmark::Initialize(&argc, argv);
+    if (argc != 2 || qVersion() == nullptr) {
+        return 2;
+    }
+    benchmark::RegisterBenchmark("load", loadAndUnload, argv[1])->Unit(benchmark::kMicrosecond);
+    return benchmark::RunSpecifiedBenchmarks() == 0 ? 1 : 0;
+}

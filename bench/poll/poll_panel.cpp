@@ -1,0 +1,58 @@
+// Polls cnet-plc as `cnet-panel monitor` does, without showing anything: the session of tools/panel
+// with the driver behind it. It finds the end of the answer, checks station, command and block
+// check, decodes the hexadecimal, stores and compares each word, watches the time, and keeps the
+// counters.
+
+#include "poll_clock.h"
+
+#include <panel/session.h>
+
+#include <QCoreApplication>
+
+namespace {
+
+panel::LinkSettings linkTo(int port)
+{
+    panel::LinkSettings settings;
+    settings.link.kind = panel::LinkAddress::Kind::Tcp;
+    settings.link.host = QLatin1String("127.0.0.1");
+    settings.link.port = static_cast<quint16>(port);
+    settings.intervalMs = 0;
+    return settings;
+}
+
+KEY_ADDRESS polledWords()
+{
+    KEY_ADDRESS key{};
+    key.stationNo = 1;
+    key.regName = QLatin1String("D_W");
+    key.count = bench::kPollWords;
+    return key;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_NO_GLIB", "1"); // as cnet-panel does
+    const QCoreApplication application(argc, argv);
+    const bench::PollArguments arguments = bench::pollArguments(argc, argv);
+    panel::DriverLibrary library;
+    if (!library.load()) {
+        std::fprintf(stderr, "%s\n", library.errorText().toLocal8Bit().constData());
+        return 1;
+    }
+    panel::Messages messages;
+    panel::Session session(library.functions(), linkTo(arguments.port), {1}, messages);
+    session.exchange().setRoundLength(session.driver().monitor({polledWords()}));
+    bench::PollClock clock(arguments.polls);
+    QObject::connect(&session.exchange(), &panel::Exchange::ended, &session,
+                     [&](const panel::ExchangeReport &report) {
+                         if (report.result != panel::kAnswerTaken) {
+                             session.finish(1);
+                         } else if (!clock.pollEnded()) {
+                             session.finish(0);
+                         }
+                     });
+    return session.run();
+}

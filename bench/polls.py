@@ -1,0 +1,65 @@
+#!/usr/bin/env python3
+"""Runs the polling clients in turn, several times, each with a server of its own kind.
+
+libmodbus is also run with Qt SerialBus's server, which answers as late as cnet-plc does: what a client
+costs depends on whether it sleeps until the answer comes.
+
+    polls.py BIN_DIRECTORY POLLS RUNS
+
+Prints a list of runs as JSON: client, polls, wall and processor seconds of the client.
+"""
+import json
+import re
+import subprocess
+import sys
+from contextlib import ExitStack, contextmanager
+from pathlib import Path
+
+SERVERS = {
+    "plc": ["cnet-plc", "--tcp", "127.0.0.1:0"],
+    "libmodbus": ["serve_libmodbus"],
+    "serialbus": ["serve_serialbus"],
+}
+
+# What is measured: the client's program and its server.
+PAIRS = {
+    "panel": ("poll_panel", "plc"),
+    "libmodbus": ("poll_libmodbus", "libmodbus"),
+    "libmodbus-late": ("poll_libmodbus", "serialbus"),
+    "serialbus": ("poll_serialbus", "serialbus"),
+}
+
+
+@contextmanager
+def serving(command):
+    """Runs a server, which prints its port, for as long as the block lasts."""
+    server = subprocess.Popen(command, stdout=subprocess.PIPE, text=True)
+    try:
+        port = re.search(r"(\d+)$", server.stdout.readline().strip())
+        if port is None:
+            sys.exit(f"polls: {command[0]} tells no port")
+        yield port.group(1)
+    finally:
+        server.terminate()
+        server.wait()
+
+
+def main(directory, polls, runs):
+    program = lambda name: str(Path(directory) / name)
+    results = []
+    with ExitStack() as stack:
+        ports = {
+            server: stack.enter_context(serving([program(command[0]), *command[1:]]))
+            for server, command in SERVERS.items()
+        }
+        for _ in range(runs):
+            for client, (name, server) in PAIRS.items():
+                run = subprocess.run([program(name), ports[server], str(polls)],
+                                     stdout=subprocess.PIPE, text=True, timeout=300, check=True)
+                results.append({"client": client, **json.loads(run.stdout)})
+    json.dump(results, sys.stdout, indent=1)
+    print()
+
+
+if __name__ == "__main__":
+    main(sys.argv[1], int(sys.argv[2]), int(sys.argv[3]))
