@@ -51,7 +51,7 @@ private:
     struct WiderView;
 
     Unit unitAt(int index);
-    void callBits(const Unit &unit, int watched, int bitsPerUnit);
+    void callBits(const Unit &unit, int changed, int bitsPerUnit);
     void callUnit(const Unit &unit, ViewSuffix suffix);
     void callWider(const Unit &unit, const WiderView &view);
     void call(const Unit &unit, ViewSuffix suffix, int address);

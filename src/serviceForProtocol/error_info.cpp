@@ -31,8 +31,8 @@ public:
 
     LineBuilder &add(const QString &latin1)
     {
-        for (int i = 0; i < latin1.size(); ++i) {
-            add(latin1.at(i).toLatin1());
+        for (const QChar character : latin1) {
+            add(character.toLatin1());
         }
         return *this;
     }

@@ -16,8 +16,9 @@ QVector<int> orderByWeight(const QVector<quint32> &weights)
     }
     QVector<int> order;
     order.reserve(weights.size());
-    for (int i = 0; i < sorted.size(); ++i) {
-        order.append(static_cast<int>(sorted.at(i) & 0xFFFFFFFFU));
+    const QVector<quint64> &inOrder = sorted;
+    for (const quint64 entry : inOrder) {
+        order.append(static_cast<int>(entry & 0xFFFFFFFFU));
     }
     return order;
 }
