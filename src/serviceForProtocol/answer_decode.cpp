@@ -12,7 +12,7 @@
 #include "shared/wrap.h"
 
 // A word comes high byte first; a byte stands alone; a 32-bit unit comes low byte first.
-static int numberAt(const char *digits, int bytes)
+static inline int numberAt(const char *digits, int bytes)
 {
     switch (bytes) {
     case 1:
@@ -54,8 +54,16 @@ public:
 
     void storeUnits(const char *digits, int units, int bytes)
     {
-        for (int i = 0; i < units; ++i) {
-            storeUnit(indexOf(i), bytes, numberAt(digits + 2 * bytes * i, bytes));
+        switch (bytes) {
+        case 1:
+            storeUnitsOf<1>(digits, units);
+            break;
+        case 2:
+            storeUnitsOf<2>(digits, units);
+            break;
+        default:
+            storeUnitsOf<4>(digits, units);
+            break;
         }
     }
 
@@ -69,20 +77,30 @@ public:
 private:
     int indexOf(int unit) { return m_cursor.indexOf(wrapAdd(m_firstAddr, unit)); }
 
+    // The width is known to the compiler: this is the loop in which an answer spends its time.
+    template <int Bytes>
+    void storeUnitsOf(const char *digits, int units)
+    {
+        for (int i = 0; i < units; ++i) {
+            storeUnit<Bytes>(indexOf(i), numberAt(digits + 2 * Bytes * i, Bytes));
+        }
+    }
+
     // A value that comes in ends the wait for a write only when no write is queued any more.
-    void storeUnit(int index, int bytes, int number)
+    template <int Bytes>
+    void storeUnit(int index, int number)
     {
         _DATA_ &record = driver.dataArea[index];
-        const int before = unitNumber(record.readValue, bytes);
+        const int before = unitNumber(record.readValue, Bytes);
         if (before == number) {
             return;
         }
-        setUnitNumber(record.readValue, bytes, number);
+        setUnitNumber(record.readValue, Bytes, number);
         if (record.writePending != 1 || driver.pendingWrites.isEmpty()) {
             record.writePending = 0;
         }
         if ((record.monitorFlags | record.bitMonitorFlags) != 0) {
-            m_notifier.unitChanged(bytes, before, number, index);
+            m_notifier.unitChanged(Bytes, before, number, index);
         }
     }
 
