@@ -3,6 +3,7 @@
 #include "request.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace plc {
@@ -28,8 +29,8 @@ std::vector<Chunk> Line::receive(const QByteArray &bytes, qint64 nowMs)
     m_bus.advance(nowMs);
     std::vector<Chunk> all;
     for (const QByteArray &frame : m_finder.take(bytes)) {
-        const std::vector<Chunk> chunks = serve(frame, nowMs);
-        all.insert(all.end(), chunks.begin(), chunks.end());
+        std::vector<Chunk> chunks = serve(frame, nowMs);
+        std::move(chunks.begin(), chunks.end(), std::back_inserter(all));
     }
     return all;
 }

@@ -111,6 +111,8 @@ int serve(const Options &options)
 int main(int argc, char **argv)
 {
     keepStandardStreams();
+    // Qt's own event loop: GLib's, where there is one, asks the system twice for each event.
+    qputenv("QT_NO_GLIB", "1");
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QLatin1String("cnet-plc"));
     const Parsed<Options> read = readOptions(QCoreApplication::arguments());

@@ -66,10 +66,11 @@ int Memory::contactCount(char device) const
 
 std::optional<quint16> Memory::word(char device, int address) const
 {
-    if (address < 0 || address >= wordCount(device)) {
+    const Device *const found = find(device);
+    if (!found || address < 0 || address >= static_cast<int>(found->words.size())) {
         return std::nullopt;
     }
-    return find(device)->words[static_cast<std::size_t>(address)];
+    return found->words[static_cast<std::size_t>(address)];
 }
 
 bool Memory::setWord(char device, int address, quint16 value)

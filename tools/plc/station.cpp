@@ -15,7 +15,10 @@ bool isWrite(Service service)
 QByteArray frameOf(char head, const Envelope &envelope, const QByteArray &text)
 {
     QByteArray frame(1, head);
-    frame += hex(static_cast<quint32>(envelope.station), 2) + envelope.command + envelope.type;
+    frame.reserve(kMaxFrameBytes);
+    appendHex(frame, static_cast<quint32>(envelope.station), 2);
+    frame += envelope.command;
+    frame += envelope.type;
     frame += text;
     frame += kEtx;
     if (wantsBlockCheck(envelope.command)) {
@@ -27,12 +30,6 @@ QByteArray frameOf(char head, const Envelope &envelope, const QByteArray &text)
 QByteArray refusalFrame(const Envelope &envelope, quint16 code)
 {
     return frameOf(kNak, envelope, hex(code, 4));
-}
-
-/** One bit or one word as it travels. */
-QByteArray valueText(PointKind kind, quint16 value)
-{
-    return hex(value, kind == PointKind::Word ? 4 : 2);
 }
 
 Point pointOf(const Item &item, int offset)
@@ -56,12 +53,13 @@ bool allowed(const Request &request, const Memory &memory)
 QByteArray read(const Request &request, const Memory &memory)
 {
     QByteArray text = hex(static_cast<quint32>(request.items.size()), 2);
+    text.reserve(kMaxFrameBytes);
     for (const Item &item : request.items) {
-        QByteArray data;
+        const int digits = item.first.kind == PointKind::Word ? 4 : 2;
+        appendHex(text, static_cast<quint32>(item.count * digits / 2), 2);
         for (int i = 0; i < item.count; ++i) {
-            data += valueText(item.first.kind, *memory.value(pointOf(item, i)));
+            appendHex(text, *memory.value(pointOf(item, i)), digits);
         }
-        text += hex(static_cast<quint32>(data.size() / 2), 2) + data;
     }
     return text;
 }

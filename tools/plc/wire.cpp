@@ -33,12 +33,20 @@ QByteArray blockCheck(const QByteArray &headToTail)
 
 QByteArray hex(quint32 value, int digits)
 {
-    QByteArray text(digits, '0');
+    QByteArray text;
+    appendHex(text, value, digits);
+    return text;
+}
+
+void appendHex(QByteArray &text, quint32 value, int digits)
+{
+    const auto end = text.size();
+    text.resize(end + digits);
+    char *const first = text.data() + end;
     for (int i = digits - 1; i >= 0; --i) {
-        text[i] = "0123456789ABCDEF"[value & 0xFU];
+        first[i] = "0123456789ABCDEF"[value & 0xFU];
         value >>= 4U;
     }
-    return text;
 }
 
 FieldReader::FieldReader(QByteArray text)

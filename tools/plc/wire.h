@@ -52,6 +52,9 @@ QByteArray blockCheck(const QByteArray &headToTail);
 /** `value` in upper-case hexadecimal with exactly `digits` characters, its higher digits cut. */
 QByteArray hex(quint32 value, int digits);
 
+/** The same, at the end of `text`. */
+void appendHex(QByteArray &text, quint32 value, int digits);
+
 /** Reads the fields of a frame from left to right, never beyond its end. */
 class FieldReader
 {
