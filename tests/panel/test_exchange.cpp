@@ -46,6 +46,7 @@ private Q_SLOTS:
     void endsEveryRequestOnce();
     void computesTheTimeout_data();
     void computesTheTimeout();
+    void asksAtOnceAfterAnAnswer();
     void asksAgainWhenIdle();
     void wakes();
     void transmitsNoHandshake();
@@ -206,6 +207,21 @@ void TestExchange::computesTheTimeout()
     m_settings.characterMicroseconds = microseconds;
     const Exchange exchange(m_functions, *m_link, m_settings);
     QTEST(exchange.timeoutFor(request, answer), "timeout");
+}
+
+void TestExchange::asksAtOnceAfterAnAnswer()
+{
+    queue();
+    queue(kOtherRequest);
+    begin(kLongMs);
+    QTRY_COMPARE(m_link->sentFrames.size(), 1);
+    int sentWhenTold = 0;
+    connect(m_exchange.get(), &Exchange::ended, this,
+            [&] { sentWhenTold = static_cast<int>(m_link->sentFrames.size()); });
+    Q_EMIT m_link->received(kAnswer);
+    QCOMPARE(sentWhenTold, 1);
+    QCOMPARE(m_link->sentFrames.size(), 2);
+    QCOMPARE(m_link->sentFrames.at(1), kOtherRequest);
 }
 
 void TestExchange::asksAgainWhenIdle()

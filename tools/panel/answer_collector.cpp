@@ -1,6 +1,7 @@
 #include "panel/answer_collector.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace panel {
 
@@ -40,11 +41,15 @@ int AnswerCollector::plainBytes(const char *bytes, int count) const
     if (m_answer.isEmpty() || m_bytesMissing >= 0) {
         return 0;
     }
-    const char *const end =
-        bytes + std::min(count, longestAnswer() - static_cast<int>(m_answer.size()));
-    const char *const control = std::find_if(
-        bytes, end, [](char byte) { return byte == kEtx || byte == kAck || byte == kNak; });
-    return static_cast<int>(control - bytes);
+    const int room = longestAnswer() - static_cast<int>(m_answer.size());
+    int plain = std::max(0, std::min(count, room));
+    for (const char control : {kEtx, kAck, kNak}) {
+        if (const void *const found =
+                std::memchr(bytes, control, static_cast<std::size_t>(plain))) {
+            plain = static_cast<int>(static_cast<const char *>(found) - bytes);
+        }
+    }
+    return plain;
 }
 
 // A refusal may be longer than the answer that was expected, as that to a write is.

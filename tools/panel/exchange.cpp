@@ -28,8 +28,9 @@ Exchange::Exchange(const DriverFunctions &driver, Link &link, const ExchangeSett
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::PreciseTimer);
     connect(&m_timer, &QTimer::timeout, this, &Exchange::handleTimer);
+    connect(&m_deadline, &Deadline::passed, this, &Exchange::handleTimeout);
     connect(&link, &Link::opened, this, &Exchange::handleOpened);
-    connect(&link, &Link::failed, this, &Exchange::handleFailed);
+    connect(&link, &Link::failed, this, &Exchange::rest);
     connect(&link, &Link::received, this, &Exchange::handleBytes);
 }
 
@@ -44,8 +45,7 @@ void Exchange::start()
 void Exchange::stop()
 {
     m_running = false;
-    m_state = State::Resting;
-    m_timer.stop();
+    rest();
 }
 
 void Exchange::wake()
@@ -78,10 +78,11 @@ void Exchange::handleOpened()
     }
 }
 
-void Exchange::handleFailed()
+void Exchange::rest()
 {
     m_state = State::Resting;
     m_timer.stop();
+    m_deadline.callOff();
 }
 
 void Exchange::handleBytes(const QByteArray &bytes)
@@ -103,12 +104,11 @@ void Exchange::handleTimer()
 {
     switch (m_state) {
     case State::Resting:
+    case State::Telling:
+    case State::Awaiting:
         break;
     case State::Pausing:
         askDriver();
-        break;
-    case State::Awaiting:
-        handleTimeout();
         break;
     case State::Emptying: {
         const qint64 quietAt = std::max(m_holdUntilMs, m_lastByteMs + m_settings.quietMs);
@@ -164,8 +164,8 @@ void Exchange::sendFrame()
     m_lateHoldMs = 2 * timeoutMs;
     m_state = State::Awaiting;
     m_sentNs = m_clock.nsecsElapsed();
-    // Armed now and not when the link reports something: a link may never do so.
-    m_timer.start(timeoutMs);
+    // Set now and not when the link reports something: a link may never do so.
+    m_deadline.set(timeoutMs);
     Q_EMIT sent(m_request);
     m_link.send(m_request);
 }
@@ -193,7 +193,7 @@ void Exchange::handleTimeout()
 
 void Exchange::handleAnswer()
 {
-    m_timer.stop();
+    m_deadline.callOff();
     ExchangeReport report = beginReport(Outcome::Answered);
     int lateUnderway = 0;
     judgeAnswer(report, lateUnderway);
@@ -253,8 +253,12 @@ void Exchange::schedule(const ExchangeReport &report, int lateUnderway, int inte
         emptyLine(std::max(intervalMs, m_lateHoldMs), lateUnderway);
     } else if (report.outcome == Outcome::Bad || report.outcome == Outcome::TimedOut) {
         emptyLine(intervalMs, 0);
+    } else if (report.result == kNothingInFlight) {
+        pause(kIdlePauseMs);
+    } else if (intervalMs > 0) {
+        pause(intervalMs);
     } else {
-        pause(report.result == kNothingInFlight ? kIdlePauseMs : intervalMs);
+        m_state = State::Telling;
     }
 }
 
@@ -266,6 +270,9 @@ void Exchange::finish(const ExchangeReport &report, int lateUnderway)
     Q_EMIT ended(report);
     if (roundOver) {
         Q_EMIT roundEnded(m_rounds);
+    }
+    if (m_state == State::Telling) {
+        askDriver();
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "panel/answer_collector.h"
+#include "panel/deadline.h"
 #include "panel/driver_library.h"
 #include "panel/exchange_report.h"
 #include "panel/late_answers.h"
@@ -25,8 +26,9 @@ struct ExchangeSettings
  * The request-reply loop: asks the driver for a frame, sends it, collects the answer, hands it
  * back.
  *
- * It runs on the event loop of its thread and nowhere else. Nothing in it waits, and the next
- * request is always sent from a fresh event, so no answer can lead to a call from within a call.
+ * It runs on the event loop of its thread and nowhere else. Nothing in it waits. The next request
+ * goes out once everybody was told how the last one ended; no link reports an answer from within
+ * send(), so an answer never leads to a call from within a call.
  *
  * After a time-out or a bad answer the line is emptied before anything is sent again. Where a
  * request was answered only at a later attempt, the earlier ones may still be answered too; the
@@ -79,15 +81,16 @@ Q_SIGNALS:
 private:
     enum class State {
         Resting,  ///< stopped, or no link
+        Telling,  ///< a request ended well: the driver is asked when everybody knows
         Pausing,  ///< the timer says when to ask the driver
-        Awaiting, ///< a request is out; the timer is its deadline
+        Awaiting, ///< a request is out, and the deadline is set
         Emptying, ///< what comes in is thrown away until the line is quiet
     };
 
     void handleOpened();
-    void handleFailed();
     void handleBytes(const QByteArray &bytes);
     void handleTimer();
+    void rest();
     void pause(int ms);
     void emptyLine(qint64 holdMs, int lateUnderway);
     void askDriver();
@@ -106,7 +109,8 @@ private:
     ExchangeSettings m_settings;
     State m_state = State::Resting;
     bool m_running = false;
-    QTimer m_timer;
+    QTimer m_timer; ///< the end of a pause, or of the quiet that is waited for
+    Deadline m_deadline;
     QElapsedTimer m_clock;
     FRAME_PRO m_frame{};
     QByteArray m_request;

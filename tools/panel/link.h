@@ -37,7 +37,7 @@ public:
 
     virtual bool isOpen() const = 0;
 
-    /** Hands bytes to the line; without effect while closed. */
+    /** Hands bytes to the line; without effect while closed. What comes back is reported later. */
     virtual void send(const QByteArray &bytes) = 0;
 
     /** For messages: "tcp 192.168.0.100:8000". */
