@@ -45,9 +45,9 @@ class Results:
     def ratio(self, case, other):
         return self.costs[case] / self.costs[other]
 
-    def poll_microseconds(self, client, clock="processor"):
-        """Of one poll, in the client's best run."""
-        runs = [run for run in self.polls if run["client"] == client]
+    def poll_microseconds(self, client, cores, clock="processor"):
+        """Of one poll, in the client's best run; `cores` is "one" or "all"."""
+        runs = [run for run in self.polls if run["client"] == client and run["cores"] == cores]
         return min(1e6 * run[clock] / run["polls"] for run in runs)
 
     def exchange_figures(self):
@@ -80,14 +80,16 @@ class Results:
                 for spread in SPREADS]
 
     def poll_figures(self):
-        panel = self.poll_microseconds("panel")
-        return [
-            Figure("client's processor time of a polled word, cnet-panel / libmodbus",
-                   panel / self.poll_microseconds("libmodbus"), 1, "{:.2f}"),
-            Figure("the same / libmodbus with a server that takes as long as cnet-plc",
-                   panel / self.poll_microseconds("libmodbus-late"), None, "{:.2f}"),
-            Figure("the same / Qt SerialBus", panel / self.poll_microseconds("serialbus"), None, "{:.2f}"),
-        ]
+        rows = []
+        for cores, text in (("one", "one core for both"), ("all", "a core each")):
+            panel = self.poll_microseconds("panel", cores)
+            for client, other, limit in (
+                    ("libmodbus", "libmodbus", 1),
+                    ("libmodbus-late", "libmodbus with a server as late as cnet-plc", None),
+                    ("serialbus", "Qt SerialBus", None)):
+                rows.append(Figure(f"client's time of a polled word, {text}: cnet-panel / {other}",
+                                   panel / self.poll_microseconds(client, cores), limit, "{:.2f}"))
+        return rows
 
     def size_figures(self):
         rows = [Figure("stripped library here, KB", self.stripped / 1024, None, "{:.0f}")]

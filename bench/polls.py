@@ -1,14 +1,16 @@
 #!/usr/bin/env python3
 """Runs the polling clients in turn, several times, each with a server of its own kind.
 
-libmodbus is also run with Qt SerialBus's server, which answers as late as cnet-plc does: what a client
-costs depends on whether it sleeps until the answer comes.
+All share one core, as on a small panel, and then may use all there are: what a client costs there
+depends on how deep the core sleeps until the answer comes. libmodbus is also run with Qt SerialBus's
+server, which takes as long for an answer as cnet-plc does.
 
     polls.py BIN_DIRECTORY POLLS RUNS
 
-Prints a list of runs as JSON: client, polls, wall and processor seconds of the client.
+Prints a list of runs as JSON: client, cores, polls, wall and processor seconds of the client.
 """
 import json
+import os
 import re
 import subprocess
 import sys
@@ -44,7 +46,7 @@ def serving(command):
         server.wait()
 
 
-def main(directory, polls, runs):
+def poll(directory, polls, runs):
     program = lambda name: str(Path(directory) / name)
     results = []
     with ExitStack() as stack:
@@ -57,6 +59,15 @@ def main(directory, polls, runs):
                 run = subprocess.run([program(name), ports[server], str(polls)],
                                      stdout=subprocess.PIPE, text=True, timeout=300, check=True)
                 results.append({"client": client, **json.loads(run.stdout)})
+    return results
+
+
+def main(directory, polls, runs):
+    everywhere = os.sched_getaffinity(0)
+    results = []
+    for cores, places in (("one", {max(everywhere)}), ("all", everywhere)):
+        os.sched_setaffinity(0, places)  # the programs inherit it
+        results += [{"cores": cores, **run} for run in poll(directory, polls, runs)]
     json.dump(results, sys.stdout, indent=1)
     print()
 

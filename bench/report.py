@@ -93,10 +93,14 @@ def polls(results):
     }
     rows = []
     for client, text in clients.items():
-        poll = results.poll_microseconds(client)
-        wall = results.poll_microseconds(client, "wall")
-        rows.append([text, thousands(1e6 / wall), f"{poll:.1f}", f"{1000 * poll / 60:.0f}"])
-    return markdown(["client and server", "polls a second", "client's µs a poll", "ns a word"], rows)
+        row = [text]
+        for cores in ("one", "all"):
+            poll = results.poll_microseconds(client, cores)
+            wall = results.poll_microseconds(client, cores, "wall")
+            row += [thousands(1e6 / wall), f"{poll:.1f}", f"{1000 * poll / 60:.0f}"]
+        rows.append(row)
+    return markdown(["client and server", "one core for both: polls a second", "client's µs a poll", "ns a word",
+                     "a core each: polls a second", "client's µs a poll", "ns a word"], rows)
 
 
 def line_share(results):
