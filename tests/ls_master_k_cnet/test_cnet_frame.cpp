@@ -18,6 +18,7 @@ private Q_SLOTS:
     void answerIsJudged_data();
     void answerIsJudged();
     void writeAnswerIsTold();
+    void readingOfNegativeCountIsAReading();
     void longAnswerIsJudgedWhole();
     void firstFrameCounts();
     void answerWithoutFrameIsRejected();
@@ -115,6 +116,8 @@ void TestCnetFrame::answerIsJudged_data()
     QTest::newRow("refusal") << QByteArray("\x15" "01rSB01020004\x03" "07") << 17 << 0;
     QTest::newRow("opened by nothing known") << QByteArray("\x05" "01rSB0102ABCD\x03" "3D") << 17 << 0;
     QTest::newRow("closed by EOT") << QByteArray("\x06" "01rSB0102ABCD\x04" "3F") << 17 << 0;
+    QTest::newRow("closed by STX") << QByteArray("\x06" "01rSB0102ABCD\x02" "3D") << 17 << 0;
+    QTest::newRow("closed by a byte above 7 bits") << QByteArray("\x06" "01rSB0102ABCD\xFF" "3A") << 17 << 0;
     QTest::newRow("wrong first check digit") << QByteArray("\x06" "01rSB0102ABCD\x03" "2E") << 17 << 0;
     QTest::newRow("wrong second check digit") << QByteArray("\x06" "01rSB0102ABCD\x03" "3F") << 17 << 0;
     QTest::newRow("lower-case check in second place") << QByteArray("\x06" "01rSB0102ABCD\x03" "3e") << 17 << 0;
@@ -147,6 +150,17 @@ void TestCnetFrame::writeAnswerIsTold()
     QCOMPARE(judge(QByteArray("\x06" "01wSB\x03" "76")), 2);
     QCOMPARE(judge(QByteArray("\x06" "01wSS\x03" "87")), 2);
     QCOMPARE(judge(QByteArray("\x06" "01wSS\x03" "88")), 0);
+    // clang-format on
+}
+
+// A host may ask for any count; only that of a write is none.
+void TestCnetFrame::readingOfNegativeCountIsAReading()
+{
+    DriverFixture fixture;
+    driver.frames.append(frameInFlight(17, -1));
+
+    // clang-format off
+    QCOMPARE(judge(QByteArray("\x06" "01rSB0102ABCD\x03" "3E")), 1);
     // clang-format on
 }
 

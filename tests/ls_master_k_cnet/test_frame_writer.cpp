@@ -20,6 +20,7 @@ private Q_SLOTS:
     void deviceIsTwoLetters();
     void numberFillsItsPlaces_data();
     void numberFillsItsPlaces();
+    void textMayHaveAnyCharacter();
     void endCarriesTheBlockCheck();
     void frameIsCutAtItsEnd_data();
     void frameIsCutAtItsEnd();
@@ -124,6 +125,7 @@ void TestFrameWriter::numberFillsItsPlaces_data()
     QTest::newRow("top of the numbers") << INT_MAX << 4 << QByteArray("2147");
     QTest::newRow("all digits there are") << INT_MAX << 10 << QByteArray("2147483647");
     QTest::newRow("negative") << -5 << 5 << QByteArray("-0005");
+    QTest::newRow("nearest negative") << -1 << 5 << QByteArray("-0001");
     QTest::newRow("bottom of the numbers") << INT_MIN << 5 << QByteArray("-2147");
 }
 
@@ -136,6 +138,14 @@ void TestFrameWriter::numberFillsItsPlaces()
     FrameWriter writer(frame, 1, "rSB");
     writer.decimal(value, digits);
     QTEST(behindHead(frame), "expected");
+}
+
+void TestFrameWriter::textMayHaveAnyCharacter()
+{
+    FRAME_PRO frame = FRAME_PRO();
+    FrameWriter writer(frame, 1, "rSB");
+    writer.text("a\x80\xFFz");
+    QCOMPARE(behindHead(frame), QByteArray("a\x80\xFFz"));
 }
 
 void TestFrameWriter::endCarriesTheBlockCheck()

@@ -41,6 +41,7 @@ void TestMergeRule::keyJoinsOrStartsABlock_data()
     QTest::newRow("timer contacts at one address") << "TX" << 7 << 1 << "TX" << 7 << 0 << 0;
     QTest::newRow("timer contacts side by side") << "TX" << 7 << 1 << "TX" << 8 << 1 << 1;
     QTest::newRow("timer contacts overlapping") << "TX" << 7 << 3 << "TX" << 8 << 1 << 1;
+    QTest::newRow("timer contact before another") << "TX" << 7 << 1 << "TX" << 6 << 1 << 1;
     QTest::newRow("counter contacts at one address") << "CX" << 0 << 1 << "CX" << 0 << 0 << 0;
     QTest::newRow("counter contacts side by side") << "CX" << 0 << 1 << "CX" << 1 << 1 << 1;
     QTest::newRow("contacts of two kinds") << "TX" << 7 << 1 << "CX" << 7 << 1 << 1;
@@ -73,6 +74,7 @@ void TestMergeRule::otherStationNeverJoins()
 
     QCOMPARE(judgeAddrMerge(makeKey(1, "D_W", 0, 5), makeKey(2, "D_W", 5, 1), 0), 1);
     QCOMPARE(judgeAddrMerge(makeKey(1, "D_W", 0, 5), makeKey(2, "D_W", 0, 5), 1), 1);
+    QCOMPARE(judgeAddrMerge(makeKey(2, "D_W", 0, 5), makeKey(1, "D_W", 5, 1), 0), 1);
     QCOMPARE(judgeAddrMerge(makeKey(1, "TX", 0, 1), makeKey(257, "TX", 0, 1), 1), 1);
 }
 

@@ -52,6 +52,8 @@ void TestAddressCheck::addressIsChecked_data()
     QTest::newRow("use is checked before the text") << "D_W" << "12A" << 77 << false << 1 << 1 << 77;
     QTest::newRow("highest bit") << "M_bit" << "255.15" << 77 << false << 1 << 0 << 4095;
     QTest::newRow("highest bit, two bits") << "M_bit" << "255.15" << 77 << false << 2 << 2 << 4095;
+    QTest::newRow("all bits of the last word") << "M_bit" << "255.0" << 77 << false << 16 << 0 << 4080;
+    QTest::newRow("a bit more than the last word has") << "M_bit" << "255.0" << 77 << false << 17 << 2 << 4080;
     QTest::newRow("lowest bit") << "M_bit" << "0.0" << 77 << false << 1 << 0 << 0;
     QTest::newRow("word behind the highest") << "M_bit" << "256.0" << 77 << false << 1 << 2 << 4096;
     QTest::newRow("negative word") << "M_bit" << "-1.0" << 77 << false << 1 << 2 << -16;
