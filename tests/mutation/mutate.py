@@ -22,7 +22,8 @@ def options():
         epilog="The results are in build/mutate/results.csv, records for tests/mutation/"
                "survivors.txt in build/mutate/survivors.txt. Exit code 1: the score is below "
                "--fail-under.")
-    parser.add_argument("--list", action="store_true", help="only name the faults")
+    parser.add_argument("--list", action="store_true",
+                        help="only name the faults; exit code 1: a known survivor is none of them")
     parser.add_argument("--file", metavar="GLOB", action="append",
                         help="only files whose path from the project's root matches; repeatable")
     parser.add_argument("--sample", metavar="N", type=int, help="N faults, spread over the files")
@@ -105,12 +106,15 @@ def main():
     selected = select(faults, chosen)
     if not selected:
         raise SystemExit("mutate: there is no such fault")
+    known = read_survivors(SURVIVORS)
     if chosen.list:
         for fault in selected:
             print(fault.id)
-        return 0
+        stale = known.keys() - set(key_of.values()) if files == bench.files else ()
+        for key in stale:
+            say(f"{SURVIVORS.name}: no such fault: {key.file}: {key.source}: {key.what}")
+        return 1 if stale else 0
 
-    known = read_survivors(SURVIVORS)
     listed = {fault for fault in selected if key_of[fault] in known}
     results = Results(directory / "results.csv")
     bench.build_all(chosen.tests)

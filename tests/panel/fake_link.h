@@ -18,6 +18,7 @@ public:
     QList<QList<QByteArray>> answers;
     int openCalls = 0;
     bool opensFine = true;
+    int breaksWithFrame = 0; ///< it is lost while that frame is handed over, counted from 1
 
     void open() override
     {
@@ -37,6 +38,10 @@ public:
     void send(const QByteArray &bytes) override
     {
         sentFrames.append(bytes);
+        if (sentFrames.size() == breaksWithFrame) {
+            breakDown();
+            return;
+        }
         if (answers.isEmpty()) {
             return;
         }

@@ -55,6 +55,8 @@ private Q_SLOTS:
     void ignoresBytesBetweenRequests();
     void usesALineThatIsNeverQuiet();
     void keepsTheFrameWhileTheLinkIsDown();
+    void waitsAfreshWhenTheLinkOpensAgain();
+    void survivesALinkThatBreaksWhileSending();
     void countsRounds();
     void pausesBetweenRounds();
     void stopsFromWithin();
@@ -333,6 +335,38 @@ void TestExchange::keepsTheFrameWhileTheLinkIsDown()
     QTRY_COMPARE(m_reports.size(), 1);
     QCOMPARE(m_link->sentFrames, (QList<QByteArray>{kRequest, kRequest}));
     QCOMPARE(driver().dealt, QList<QByteArray>{kAnswer});
+}
+
+// The time of a request that was out before does not count against the next one.
+void TestExchange::waitsAfreshWhenTheLinkOpensAgain()
+{
+    queue();
+    m_settings.quietMs = 3 * kShortMs;
+    begin(kShortMs);
+    QTRY_COMPARE(m_link->sentFrames.size(), 1);
+    m_exchange->start();
+    m_link->answers = {{kAnswer}};
+    QTRY_COMPARE(m_reports.size(), 1);
+    QCOMPARE(m_reports.first().outcome, Outcome::Answered);
+    QCOMPARE(m_link->sentFrames.size(), 2);
+}
+
+void TestExchange::survivesALinkThatBreaksWhileSending()
+{
+    queue();
+    queue(kOtherRequest);
+    m_link->answers = {{kAnswer}};
+    m_link->breaksWithFrame = 2;
+    begin(kLongMs);
+    QTRY_COMPARE(m_reports.size(), 1);
+    QVERIFY(!m_link->isOpen());
+    QSignalSpy idle(m_exchange.get(), &Exchange::idle);
+    QVERIFY(!idle.wait(20));
+    QCOMPARE(m_link->sentFrames.size(), 2);
+    m_link->answers = {{kOtherAnswer}};
+    m_link->open();
+    QTRY_COMPARE(m_reports.size(), 2);
+    QCOMPARE(m_reports.last().outcome, Outcome::Answered);
 }
 
 void TestExchange::countsRounds()

@@ -322,6 +322,7 @@ void TestMonitorProgram::tracesToStandardError()
                             "45 42] station 1, read 1 words from %DW00100\n"));
     QVERIFY(errors.contains("station 1, rSB answered: 1234\n"));
     QVERIFY(errors.contains("station 1: answers, 1 frames, 1 answers, 0 retries, "));
+    QCOMPARE(errors.count("-> "), 1);
 }
 
 void TestMonitorProgram::exitCodes_data()

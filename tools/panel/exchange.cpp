@@ -133,6 +133,7 @@ void Exchange::emptyLine(qint64 holdMs, int lateUnderway)
 {
     m_lateUnderway = lateUnderway;
     m_state = State::Emptying;
+    m_deadline.callOff();
     m_lastByteMs = nowMs();
     m_holdUntilMs = m_lastByteMs + holdMs;
     m_giveUpAtMs = m_holdUntilMs + kLongestBabbleMs;

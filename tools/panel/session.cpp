@@ -104,6 +104,7 @@ void Session::finish(int exitCode)
     if (!m_finished) {
         m_finished = true;
         m_exitCode = exitCode;
+        m_exchange->stop(); // else a request would go out whose answer nobody waits for
         m_loop.quit();
     }
 }
