@@ -12,7 +12,8 @@ import sys
 import tempfile
 from pathlib import Path
 
-CASES = ("exchange-60-unchanged", "exchange-60-words", "exchange-60-bits")
+CASES = ("exchange-60-unchanged", "exchange-60-words", "exchange-60-bits",
+         "exchange-60-one-bit")
 STEPS = 10
 
 

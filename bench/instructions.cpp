@@ -2,8 +2,7 @@
 //
 //   bench_instructions              all cases, each told to callgrind when it has run
 //   bench_instructions CASE TIMES   one case; the difference of two runs with different TIMES is
-//   what
-//                                   the steps between them take, whatever counts
+//                                   what the steps between them take, whatever counts
 
 #include "cyclic_exchange.h"
 #include "merge.h"
@@ -58,6 +57,11 @@ void exchangeBits(const char *name, int times)
     runExchange(name, times, View::Bits, 0xFFFF);
 }
 
+void exchangeOneBit(const char *name, int times)
+{
+    runExchange(name, times, View::Bits, 0x0100);
+}
+
 void mergeScattered(const char *name, int times)
 {
     Merge merge(Spread::Scattered, 1000);
@@ -86,6 +90,7 @@ const struct
     {"exchange-60-unchanged", exchangeUnchanged, 100},
     {"exchange-60-words", exchangeWords, 100},
     {"exchange-60-bits", exchangeBits, 20},
+    {"exchange-60-one-bit", exchangeOneBit, 100},
     {"merge-1000-scattered", mergeScattered, 10},
     {"get-data-100-scattered", getScattered, 20},
     {"set-data-word", setWord, 100},

@@ -126,7 +126,8 @@ def section(results, folder):
     image = lambda name, text: f"![{text}]({folder}/{name}.svg)"
     return "\n\n".join([
         BEGIN,
-        f"## Ratios\n\nTaken in one run on one core of this processor: {machine()}.",
+        f"## Ratios\n\nTaken in one run on this processor: {machine()}. What concerns 32-bit ARM was counted "
+        "under emulation by `script/bench --arm`.",
         table,
         "## Costs\n\nNanoseconds of processor time.\n\n### One exchange, by its words",
         image("words", "Cost of an exchange against its words"), costs_of_exchanges(results),
