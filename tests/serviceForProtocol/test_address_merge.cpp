@@ -166,6 +166,7 @@ void TestAddressMerge::recipeIsMerged_data()
     QTest::newRow("bits stay bits") << 60 << "1/M_bit:35*3 1/M_bit:38*2" << "1/M_bit:35*5" << "0";
     QTest::newRow("contacts stay apart") << 60 << "1/TX:7*1 1/TX:8*1" << "1/TX:7*1 1/TX:8*1" << "0 1";
     QTest::newRow("unknown name stays as it is") << 60 << "1/Q_bit:35*3" << "1/Q_bit:35*3" << "0";
+    QTest::newRow("limit of one") << 1 << "1/D_W:0*1 1/D_W:1*1" << "1/D_W:0*1 1/D_W:1*1" << "0 1";
     QTest::newRow("limit of none") << 0 << "1/D_W:0*1" << "" << "";
     // clang-format on
 }

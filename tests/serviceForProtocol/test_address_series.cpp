@@ -193,12 +193,12 @@ void TestAddressSeries::endlessSeriesEnds()
     QVector<int> numbers;
 
     QCOMPARE(intf_multiCopy(name, 9999, INT_MAX, 1, texts, numbers), 2);
-    QCOMPARE(static_cast<int>(numbers.size()), static_cast<int>(kMaxCopies));
-    QCOMPARE(static_cast<int>(texts.size()), static_cast<int>(kMaxCopies));
+    QCOMPARE(static_cast<int>(numbers.size()), 1000000);
+    QCOMPARE(static_cast<int>(texts.size()), 1000000);
     numbers.clear();
     texts.clear();
     QCOMPARE(intf_multiCopy(name, 9999, kMaxCopies, 1, texts, numbers), 2);
-    QCOMPARE(static_cast<int>(numbers.size()), static_cast<int>(kMaxCopies));
+    QCOMPARE(static_cast<int>(numbers.size()), 1000000);
 }
 
 QTEST_APPLESS_MAIN(TestAddressSeries)

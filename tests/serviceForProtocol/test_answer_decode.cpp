@@ -59,9 +59,9 @@ void TestAnswerDecode::valuesOfWidths_data()
     QTest::newRow("double words, low byte first")
         << 32 << 32 << readAnswer("7856341201000080") << 2 << latin("M5=78563412 M6=01000080");
     QTest::newRow("contacts: eight to a byte, from its lowest bit")
-        << 1 << 1 << readAnswer("0502") << 10
+        << 1 << 1 << readAnswer("8502") << 10
         << latin("M5=01000000 M6=00000000 M7=01000000 M8=00000000 M9=00000000 M10=00000000 "
-                 "M11=00000000 M12=00000000 M13=00000000 M14=01000000");
+                 "M11=00000000 M12=01000000 M13=00000000 M14=01000000");
     QTest::newRow("a contact") << 1 << 1 << readAnswer("01") << 1 << latin("M5=01000000");
 
     QTest::newRow("short answer: what is missing is 0") << 16 << 16

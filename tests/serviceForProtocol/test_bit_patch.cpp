@@ -126,6 +126,9 @@ void TestBitPatch::patchedBytes_data()
     QTest::newRow("bits of two bytes")
         << 8 << 11 << bits("01010000000101") << 2 << QByteArray("12A8")
         << requestBytes("01wSB08%MB00001021AAB", "\xDA\x04");
+    QTest::newRow("bits of eight bytes")
+        << 8 << 8 << (QByteArray(63, '\0') + '\x01') << 8 << QByteArray("FFFFFFFFFFFFFFFF")
+        << requestBytes("01wSB08%MB00001020000000000000080", "\xED\x06");
     QTest::newRow("bits of a 32-bit unit") << 32 << 41 << bits("01") << 1 << QByteArray("00000000")
                                            << requestBytes("01wSB08%MB000010200020000", "\x67\x05");
     QTest::newRow("a bit beyond the answer is left out")

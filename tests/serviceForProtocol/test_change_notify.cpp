@@ -21,6 +21,9 @@ private Q_SLOTS:
     void indexOutsideReportsNothing_data();
     void indexOutsideReportsNothing();
     void hostMayChangeTheName();
+    void nameIsRightWhateverTheHostDoes_data();
+    void nameIsRightWhateverTheHostDoes();
+    void everyBitOfADoubleWord();
     void namesFollowTheUnits();
     void noCallbackNoCall();
     void recordMayMoveDuringTheCall();
@@ -250,6 +253,59 @@ void TestChangeNotify::hostMayChangeTheName()
     change(2, true, 0, 1, 0, 0);
     QCOMPARE(callsText(), latin("7 2 M_W 3, 7 2 M_D 3, 7 2 M_D 2"));
     QCOMPARE(driver.dataArea.at(0).regPrefix, latin("M"));
+}
+
+static QStringList namesHeard;
+
+static int leaveName(int, int, QString &name, int)
+{
+    namesHeard.append(name);
+    return 0;
+}
+
+static int overwriteName(int, int, QString &name, int)
+{
+    namesHeard.append(name);
+    name[0] = QLatin1Char('?');
+    return 0;
+}
+
+static int emptyName(int, int, QString &name, int)
+{
+    namesHeard.append(name);
+    name.clear();
+    return 0;
+}
+
+void TestChangeNotify::nameIsRightWhateverTheHostDoes_data()
+{
+    QTest::addColumn<int>("host");
+
+    QTest::newRow("leaves it") << 0;
+    QTest::newRow("writes into it") << 1;
+    QTest::newRow("empties it") << 2;
+}
+
+void TestChangeNotify::nameIsRightWhateverTheHostDoes()
+{
+    QFETCH(int, host);
+
+    DriverFixture fixture;
+    const ValueChangeCallback hosts[] = {&leaveName, &overwriteName, &emptyName};
+    intf_setAddrValueChangeCallBack(hosts[host]);
+    namesHeard.clear();
+    watch(3, 0x7, 0x3);
+    change(2, true, 0, 3, 0, 0);
+    QCOMPARE(namesHeard.join(latin(" ")), latin("M_bit M_bit M_W M_D M_D"));
+}
+
+void TestChangeNotify::everyBitOfADoubleWord()
+{
+    DriverFixture fixture;
+    watch(0, 0, -1);
+    change(4, true, 0, -1, 0, 0);
+    QCOMPARE(sizeOf(DriverFixture::calls()), 32);
+    QCOMPARE(DriverFixture::calls().last(), latin("7 2 M_bit 31"));
 }
 
 // One notifier serves a whole answer, the fixture's host changes the name at each call, and letters

@@ -77,6 +77,9 @@ void TestConditionRead::entriesOfRegisters_data()
     QTest::newRow("any other flag does not")
         << QByteArray("D_W") << 2 << 1 << QByteArray("7#0#0#3#1")
         << latin("1 D_W 7 x1, 1 D_W 8 x1");
+    QTest::newRow("another negative flag does not either")
+        << QByteArray("D_W") << 2 << -2 << QByteArray("7#0#0#3#1")
+        << latin("1 D_W 7 x1, 1 D_W 8 x1");
     QTest::newRow("contacts: sixteen times as many")
         << QByteArray("TX") << 3 << 0 << QByteArray("7#0#0#3#60") << latin("1 TX 7 x48");
     QTest::newRow("unknown name: words, as the spare row says")

@@ -17,6 +17,7 @@ private Q_SLOTS:
     void lookUpInAnotherList();
     void cursorFindsWhatTheLookUpFinds_data();
     void cursorFindsWhatTheLookUpFinds();
+    void cursorPassesOtherRegistersBy();
     void cursorAppendsWhatIsMissing();
     void cursorFollowsAGrowingArea();
     void currentBytesOfRecord_data();
@@ -163,6 +164,23 @@ void TestDataArea::cursorFindsWhatTheLookUpFinds()
                  getIndexOfDataArea(stationNo, letter, unitAddr, driver.dataArea));
     }
     QCOMPARE(sizeOf(driver.dataArea), size);
+}
+
+// The record beside the last one has the next address, but it is another register's.
+void TestDataArea::cursorPassesOtherRegistersBy()
+{
+    DriverFixture fixture;
+    const QString data = registerLetter(latin("D_W"));
+    const QString relays = registerLetter(latin("M_W"));
+    QCOMPARE(getIndexOfDataArea(1, data, 0, driver.dataArea), 0);
+    QCOMPARE(getIndexOfDataArea(1, relays, 1, driver.dataArea), 1);
+    QCOMPARE(getIndexOfDataArea(1, data, 1, driver.dataArea), 2);
+    QCOMPARE(getIndexOfDataArea(2, data, 2, driver.dataArea), 3);
+    QCOMPARE(getIndexOfDataArea(1, data, 2, driver.dataArea), 4);
+    UnitCursor cursor(1, data, driver.dataArea);
+    QCOMPARE(cursor.indexOf(0), 0);
+    QCOMPARE(cursor.indexOf(1), 2);
+    QCOMPARE(cursor.indexOf(2), 4);
 }
 
 void TestDataArea::cursorAppendsWhatIsMissing()
