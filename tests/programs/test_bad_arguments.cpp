@@ -84,6 +84,16 @@ void addNumberRows()
     number("time-out that is no number", "--timeout", "nan");
     number("time-out beyond 64 bits", "--timeout", "99999999999999999999");
     number("negative interval", "--interval", "-1");
+    number("interval beyond 64 bits", "--interval", "99999999999999999999");
+    number("block of more words than a byte counts", "--block-words", "256");
+    number("negative attempts", "--retries", "-1");
+    number("attempts beyond 64 bits", "--retries", "99999999999999999999");
+    row("no rounds", {"monitor", "--count", "0", "D_W:1"}, kUsage, "from 1 to 1000000000");
+    row("rounds that are no number", {"monitor", "--count", "x\ny", "D_W:1"}, kUsage, "'x?y'");
+    row("endless rounds", {"monitor", "--count", longText('9'), "D_W:1"}, kUsage, "from 1 to");
+    row("an object of no bits", {"check", "--bits", "0", "D_W", "1"}, kUsage, "from 1 to");
+    row("an object of endless words", {"check", "--words", longText('1'), "D_W", "1"}, kUsage,
+        "from 1 to 2147483647");
     row("endless duration", {"monitor", "--for", "1e999", "D_W:1"}, kUsage, "number of seconds");
     row("duration that is none", {"monitor", "--for", "in\nf", "D_W:1"}, kUsage, "'in?f'");
     row("endless format", {"read", "--format", longText(), "D_W:1"}, kUsage, "json or csv");

@@ -240,8 +240,8 @@ void TestDataArea::numberOfUnit_data()
     QTest::addColumn<int>("bytes");
     QTest::addColumn<int>("number");
 
-    QTest::newRow("a byte") << QByteArray("F1") << 1 << 0xF1;
-    QTest::newRow("a word, low byte first") << QByteArray("34F2") << 2 << 0xF234;
+    QTest::newRow("a byte, and none of what stands behind") << QByteArray("F1020304") << 1 << 0xF1;
+    QTest::newRow("a word, low byte first") << QByteArray("34F20304") << 2 << 0xF234;
     QTest::newRow("a double word, low byte first") << QByteArray("78563412") << 4 << 0x12345678;
     QTest::newRow("a double word's highest bit") << QByteArray("00000080") << 4 << INT_MIN;
 }
@@ -258,7 +258,8 @@ void TestDataArea::numberOfUnit()
 
     unsigned char stored[4] = {0, 0, 0, 0};
     setUnitNumber(stored, bytes, number);
-    QCOMPARE(hexOf(stored, bytes), hex);
+    QCOMPARE(hexOf(stored, 4).left(2 * bytes), hex.left(2 * bytes));
+    QCOMPARE(hexOf(stored, 4).mid(2 * bytes), QByteArray(8 - 2 * bytes, '0'));
 }
 
 void TestDataArea::storingKeepsToTheArea_data()
