@@ -102,6 +102,7 @@ void TestWriteFrame::pairIsBuilt_data()
     QTest::newRow("M_bit, two bits across two words ask for one") << "M_bit" << 15 << 2 << request("01rSB08%MW0000001", "F3") << 17 << request("01wSB08%MW00000010000", "B8");
     QTest::newRow("M_bit, nine bits ask for two words") << "M_bit" << 16 << 9 << request("01rSB08%MW0000102", "F5") << 21 << request("01wSB08%MW000010200000000", "7A");
     QTest::newRow("M_bit, no bits") << "M_bit" << 5 << 0 << request("01rSB08%MW0000000", "F2") << 13 << request("01wSB08%MW0000000", "F7");
+    QTest::newRow("M_bit, fewer bits than none") << "M_bit" << 5 << -3 << request("01rSB08%MW0000001", "F3") << 17 << request("01wSB08%MW00000010000", "B8");
     QTest::newRow("P_bit") << "P_bit" << 32 << 16 << request("01rSB08%PW0000201", "F8") << 17 << request("01wSB08%PW00002010000", "BD");
     QTest::newRow("K_bit") << "K_bit" << 47 << 2 << request("01rSB08%KW0000201", "F3") << 17 << request("01wSB08%KW00002010000", "B8");
     QTest::newRow("L_bit") << "L_bit" << 33 << 8 << request("01rSB08%LW0000201", "F4") << 17 << request("01wSB08%LW00002010000", "B9");

@@ -122,7 +122,9 @@ void TestKeySplit::valuesFollowTheirPiece_data()
 
     QTest::newRow("words") << 10 << 4 << 0 << 2;
     QTest::newRow("bits") << 10 << 4 << -1 << 1;
+    QTest::newRow("a single bit is left") << 9 << 4 << -1 << 1;
     QTest::newRow("any other flag means words") << 10 << 4 << 1 << 2;
+    QTest::newRow("another negative flag, too") << 10 << 4 << -2 << 2;
     QTest::newRow("words of the whole area") << 512 << 60 << 0 << 2;
     QTest::newRow("bits of the whole area") << 1024 << 480 << -1 << 1;
     QTest::newRow("words beyond the area") << 1000 << 400 << 0 << 2;

@@ -59,6 +59,9 @@ void TestScheduler::framesOfJobs()
     QCOMPARE(frame.recvLen, recvLen);
     QCOMPARE(frame.unitCount, unitCount);
     QCOMPARE(sizeOf(driver.frames), 1);
+    if (waiting == kRecipeRead) {
+        QCOMPARE(bytesOf(driver.curVar.data, 1024), QByteArray(1024, '\0'));
+    }
 }
 
 void TestScheduler::stateOfJobs()
@@ -66,6 +69,7 @@ void TestScheduler::stateOfJobs()
     DriverFixture fixture;
     FRAME_PRO frame = FRAME_PRO();
     queueWrites(1, 1);
+    driver.readItemCount = 7;
     intf_getSendFrame(frame);
     QCOMPARE(driver.tryCount, 1);
     QCOMPARE(driver.readItemCount, 1);

@@ -37,6 +37,7 @@ class TestUnitIndex : public QObject
 private Q_SLOTS:
     void comparesTheWholeKey_data();
     void comparesTheWholeKey();
+    void unitIsToldByEveryField();
     void findsEveryUnit_data();
     void findsEveryUnit();
     void followsAGrowingArea();
@@ -72,6 +73,18 @@ void TestUnitIndex::comparesTheWholeKey()
          << makeUnit(1, "DX", 7) << makeUnit(1, "D", -7) << makeUnit(1, "", 7);
     UnitIndex index;
     QCOMPARE(findIn(index, area, stationNo, regPrefix.constData(), unitAddr), expected);
+}
+
+void TestUnitIndex::unitIsToldByEveryField()
+{
+    const _DATA_ unit = makeUnit(5, "M", 7);
+    QVERIFY(isUnit(unit, 5, QString::fromLatin1("M"), 7));
+    QVERIFY(!isUnit(unit, 4, QString::fromLatin1("M"), 7));
+    QVERIFY(!isUnit(unit, 6, QString::fromLatin1("M"), 7));
+    QVERIFY(!isUnit(unit, 5, QString::fromLatin1("L"), 7));
+    QVERIFY(!isUnit(unit, 5, QString::fromLatin1("N"), 7));
+    QVERIFY(!isUnit(unit, 5, QString::fromLatin1("M"), 6));
+    QVERIFY(!isUnit(unit, 5, QString::fromLatin1("M"), 8));
 }
 
 void TestUnitIndex::findsEveryUnit_data()
@@ -126,6 +139,11 @@ void TestUnitIndex::followsAnExchangedArea()
     QCOMPARE(findIn(index, words, 1, "D", 299), 299);
     QCOMPARE(findIn(index, relays, 1, "M", 17), 17);
     QCOMPARE(findIn(index, relays, 1, "D", 17), -1);
+
+    UnitIndex small;
+    QCOMPARE(findIn(small, makeArea(1, "D"), 1, "D", 0), 0);
+    QCOMPARE(findIn(small, makeArea(1, "M"), 1, "M", 0), 0);
+    QCOMPARE(findIn(small, makeArea(1, "M"), 1, "D", 0), -1);
 }
 
 QTEST_APPLESS_MAIN(TestUnitIndex)
