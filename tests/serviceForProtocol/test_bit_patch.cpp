@@ -46,6 +46,9 @@ void TestBitPatch::patchedWrite_data()
     QTest::newRow("bit 5 cleared")
         << QByteArray("D_bit") << 53 << bits("00") << 1 << QByteArray("1234")
         << requestBytes("01wSB08%DW00003011214", "BA");
+    QTest::newRow("a character behind the digits counts on from 9")
+        << QByteArray("D_bit") << 53 << bits("01") << 1 << QByteArray("12?4")
+        << requestBytes("01wSB08%DW000030112F4", "CF");
     QTest::newRow("a bit that is set already")
         << QByteArray("D_bit") << 2 << bits("01") << 1 << QByteArray("1234")
         << requestBytes("01wSB08%DW00000011234", "B9");
