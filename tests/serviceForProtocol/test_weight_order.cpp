@@ -31,6 +31,8 @@ void TestWeightOrder::ordersPositions_data()
     QTest::newRow("falling turns") << (Weights() << 3U << 2U << 1U) << (Positions() << 2 << 1 << 0);
     QTest::newRow("equal stays") << (Weights() << 2U << 1U << 2U << 1U)
                                  << (Positions() << 1 << 3 << 0 << 2);
+    QTest::newRow("a weight far below 0 sorts last")
+        << (Weights() << 0x80000000U << 5U) << (Positions() << 1 << 0);
     QTest::newRow("a weight below 0 sorts last")
         << (Weights() << static_cast<quint32>(-65530) << 9U) << (Positions() << 1 << 0);
 }

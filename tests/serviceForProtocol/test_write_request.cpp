@@ -25,6 +25,7 @@ private Q_SLOTS:
     void noPieceNoEntry_data();
     void noPieceNoEntry();
     void cacheOnly();
+    void noWordsAreAnEntry();
     void repeatedWrites();
     void fullList();
     void nullData();
@@ -288,6 +289,18 @@ void TestWriteRequest::cacheOnly()
     QCOMPARE(listText(driver.pendingWrites), QString());
     QCOMPARE(hexOf(currentBytes(unitAt(1, "D", 5)), 2), QByteArray("3412"));
     QCOMPARE(callsText(), latin("7 1 D_W 5"));
+
+    fixture.start("7#-1#0#3#60"); // any number but 0
+    write("D_W", 5, 1, QByteArray("\x34\x12"));
+    QCOMPARE(listText(driver.pendingWrites), QString());
+}
+
+void TestWriteRequest::noWordsAreAnEntry()
+{
+    DriverFixture fixture;
+    QCOMPARE(write("D_W", 5, 0, QByteArray()), 1);
+    QCOMPARE(listText(driver.pendingWrites), latin("1 D_W 5 x0"));
+    QVERIFY(driver.dataArea.isEmpty());
 }
 
 void TestWriteRequest::repeatedWrites()

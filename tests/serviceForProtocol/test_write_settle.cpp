@@ -194,6 +194,8 @@ void TestWriteSettle::bitsAreSettled_data()
         << 53 << 1 << 0x1 << true << 0x1 << 1 << QByteArray("2008") << QString();
     QTest::newRow("bit 15, second write")
         << 63 << 1 << INT_MIN << false << 0 << 0 << QByteArray("0008") << all;
+    QTest::newRow("bit 15's second write still waits")
+        << 53 << 1 << (INT_MIN | 0x400) << true << INT_MIN << 1 << QByteArray("2008") << QString();
     QTest::newRow("no bits") << 53 << 0 << 0x400 << true << 0x400 << 1 << QByteArray("0008")
                              << QString();
 }

@@ -14,6 +14,7 @@ private Q_SLOTS:
     void twoDigitsAreDecodedAlike();
     void hexDigitIsDecoded_data();
     void hexDigitIsDecoded();
+    void everyCharacterIsDecoded();
     void hexCharacterIsUpperCase_data();
     void hexCharacterIsUpperCase();
     void everyByteSurvivesBothDirections();
@@ -102,6 +103,22 @@ void TestBytes::hexDigitIsDecoded()
     QFETCH(int, expected);
 
     QCOMPARE(hexDigitValue(static_cast<unsigned char>(character)), expected);
+}
+
+// Below "0", and "@": 0. From "0" on the characters count upwards, and from "A" on anew from 10, of
+// which the low half is kept.
+void TestBytes::everyCharacterIsDecoded()
+{
+    for (int character = 0; character < 256; ++character) {
+        int expected = 0;
+        if (character > 0x40) {
+            expected = (character - 'A' + 10) % 16;
+        } else if (character >= '0' && character < 0x40) {
+            expected = character - '0';
+        }
+        QCOMPARE(hexDigitValue(static_cast<unsigned char>(character)), expected);
+        QCOMPARE(int(kHexDigitValues[character]), expected);
+    }
 }
 
 void TestBytes::hexCharacterIsUpperCase_data()
