@@ -108,8 +108,9 @@ void SchedulerModel::write(const Range &range, const Bytes &values, int tag)
     }
     if (!m_cacheOnly && isContact(range.name)) {
         for (int i = 0; i < range.count; ++i) {
-            const std::uint8_t value = values[static_cast<std::size_t>(i)];
-            m_writes.add({{range.station, range.name, range.start + i, 1}, tag, {value}});
+            const Range contact = {range.station, range.name, range.start + i, 1};
+            const Bytes value(1, values[static_cast<std::size_t>(i)]);
+            m_writes.add({contact, tag, value});
         }
     } else if (!m_cacheOnly) {
         Bytes area(kMostValueBytes);
