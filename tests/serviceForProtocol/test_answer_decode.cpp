@@ -12,6 +12,8 @@ class TestAnswerDecode : public QObject
 private Q_SLOTS:
     void valuesOfWidths_data();
     void valuesOfWidths();
+    void onlyTheAnswerIsDecoded_data();
+    void onlyTheAnswerIsDecoded();
     void changedUnitsAreReported_data();
     void changedUnitsAreReported();
     void sameAnswerTwiceIsReportedOnce();
@@ -89,6 +91,50 @@ void TestAnswerDecode::valuesOfWidths()
 
     DriverFixture fixture;
     decodeToDataArea(makeWidths(unitBits, wordBits), answer, unitCount, kDataPos,
+                     makeItem(1, "M_W", 5, unitCount));
+    QCOMPARE(valuesText(), values);
+}
+
+// What lies in memory before or behind an answer is none of it.
+void TestAnswerDecode::onlyTheAnswerIsDecoded_data()
+{
+    QTest::addColumn<int>("wordBits");
+    QTest::addColumn<QByteArray>("memory");
+    QTest::addColumn<int>("first"); // of the answer in memory
+    QTest::addColumn<int>("length");
+    QTest::addColumn<int>("dataPos");
+    QTest::addColumn<int>("unitCount");
+    QTest::addColumn<QString>("values");
+
+    QTest::newRow("a word half there")
+        << 16 << QByteArray("1234ABCD") << 0 << 6 << 0 << 2 << latin("M5=34120000 M6=00AB0000");
+    QTest::newRow("a word not there")
+        << 16 << QByteArray("FFFFFFFF") << 0 << 3 << 4 << 1 << latin("M5=00000000");
+    QTest::newRow("a word from before the answer")
+        << 16 << QByteArray("F123") << 1 << 3 << -1 << 1 << latin("M5=23010000");
+    QTest::newRow("a contact not there")
+        << 1 << QByteArray("FF") << 0 << 0 << 0 << 1 << latin("M5=00000000");
+    QTest::newRow("a ninth contact not there")
+        << 1 << QByteArray("00FF") << 0 << 2 << 0 << 9
+        << latin("M5=00000000 M6=00000000 M7=00000000 M8=00000000 M9=00000000 M10=00000000 "
+                 "M11=00000000 M12=00000000 M13=00000000");
+    QTest::newRow("a contact whose byte is half there")
+        << 1 << QByteArray("0F") << 0 << 1 << 0 << 1 << latin("M5=00000000");
+}
+
+void TestAnswerDecode::onlyTheAnswerIsDecoded()
+{
+    QFETCH(int, wordBits);
+    QFETCH(QByteArray, memory);
+    QFETCH(int, first);
+    QFETCH(int, length);
+    QFETCH(int, dataPos);
+    QFETCH(int, unitCount);
+    QFETCH(QString, values);
+
+    DriverFixture fixture;
+    const QByteArray answer = QByteArray::fromRawData(memory.constData() + first, length);
+    decodeToDataArea(makeWidths(wordBits, wordBits), answer, unitCount, dataPos,
                      makeItem(1, "M_W", 5, unitCount));
     QCOMPARE(valuesText(), values);
 }

@@ -21,6 +21,7 @@ private Q_SLOTS:
     void blockAsRequest();
     void requestKeepsItsTag();
     void withoutBufferNoValues();
+    void nothingBeforeTheBufferIsRead();
     void bytesOfBlock_data();
     void bytesOfBlock();
 };
@@ -219,6 +220,16 @@ void TestRecipe::withoutBufferNoValues()
     VARIABLE var = makeItem(9, "M_W", 9, 9, "\x11\x22");
     rcpAddrToVar(recipeItems("1 D_W 100 2 5").at(0), var, 1);
     QCOMPARE(itemText(var), latin("1 D_W 100 x2"));
+    QCOMPARE(bytesOf(var.data, 1024), QByteArray(1024, '\0'));
+}
+
+void TestRecipe::nothingBeforeTheBufferIsRead()
+{
+    DriverFixture fixture;
+    QByteArray memory(4096, '\x55');
+    driver.rcpBuffer = DriverFixture::bytes(memory) + 2048;
+    VARIABLE var = makeItem(9, "M_W", 9, 9);
+    rcpAddrToVar(recipeItems("1 D_W 100 2 -1").at(0), var, 1);
     QCOMPARE(bytesOf(var.data, 1024), QByteArray(1024, '\0'));
 }
 
