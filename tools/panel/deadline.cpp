@@ -1,7 +1,5 @@
 #include "panel/deadline.h"
 
-#include <algorithm>
-
 namespace panel {
 
 Deadline::Deadline(QObject *parent)

@@ -9,7 +9,7 @@ namespace panel {
 /**
  * A single-shot timer for what hardly ever happens: it is set and called off again with every
  * request. That costs no more than noting the time; the timer behind it runs on, and looks for
- * itself what is due when it strikes.
+ * itself what is due when it strikes. To be used on its own thread.
  */
 class Deadline : public QObject
 {
@@ -21,6 +21,7 @@ public:
     /** @param ms milliseconds from now, 0 or more; an earlier deadline is forgotten */
     void set(int ms);
 
+    /** passed() does not follow any more; without effect where no deadline is set. */
     void callOff() { m_set = false; }
 
 Q_SIGNALS:
