@@ -58,6 +58,7 @@ static int countBadAnswer()
 
 int intf_dealRcvFrame(QByteArray &reply, QString &errorText)
 {
+    const DriverEntry inside;
     errorText = QLatin1String("");
     if (driver.frames.isEmpty()) {
         return kAnswerUnexpected;

@@ -56,14 +56,17 @@ ChangeNotifier::Unit ChangeNotifier::unitAt(int index)
 
 void ChangeNotifier::call(const Unit &unit, ViewSuffix suffix, int address)
 {
-    if (driver.valueChangeCallback == nullptr) {
+    const ValueChangeCallback callback = driver.valueChangeCallback;
+    if (callback == nullptr) {
         return;
     }
+    const int deviceNo = driver.deviceNo;
     const QString &name = unit.names->names[suffix];
     if (m_hostsName.constData() != name.constData() || m_hostsName.size() != name.size()) {
         m_hostsName = name;
     }
-    driver.valueChangeCallback(driver.deviceNo, unit.stationNo, m_hostsName, address);
+    const DriverExit outside;
+    callback(deviceNo, unit.stationNo, m_hostsName, address);
 }
 
 void ChangeNotifier::callBits(const Unit &unit, int changed, int bitsPerUnit)
@@ -185,8 +188,10 @@ void notifyUnitChange(int bytes, int oldNumber, int newNumber, int index)
 
 void notifyHost(int deviceNo, int stationNo, const QString &name, int address)
 {
-    if (driver.valueChangeCallback != nullptr) {
+    const ValueChangeCallback callback = driver.valueChangeCallback;
+    if (callback != nullptr) {
         QString hostsName = name;
-        driver.valueChangeCallback(deviceNo, stationNo, hostsName, address);
+        const DriverExit outside;
+        callback(deviceNo, stationNo, hostsName, address);
     }
 }

@@ -7,6 +7,7 @@
 
 void intf_setAddrValueChangeCallBack(ValueChangeCallback callback)
 {
+    const DriverEntry inside;
     driver.valueChangeCallback = callback;
 }
 
@@ -46,6 +47,7 @@ int intf_initProperty(unsigned char *shm, int hostArg, unsigned char *rcpData, i
     if (status != nullptr) {
         *status = 0;
     }
+    const DriverEntry inside;
     takeProperties(props);
     driver.shmBase = shm;
     driver.hostArg2 = hostArg;

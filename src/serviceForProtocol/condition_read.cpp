@@ -48,6 +48,7 @@ void queueConditionRead(const RegisterWidths &widths, const KEY_ADDRESS &key, in
 
 int intf_addConditionRead(KEY_ADDRESS &key, int opKind)
 {
+    const DriverEntry inside;
     queueConditionRead(registerWidths(key.regName), key, opKind);
     return 1;
 }

@@ -37,6 +37,7 @@ void intf_getDriverPropertyPage(QString &out)
 
 void intf_SetDriverPropertyPage(const QString &page)
 {
+    const DriverEntry inside;
     driver.propertyPage = page;
 }
 

@@ -26,6 +26,7 @@ Protocol::Protocol() noexcept
     , initDone(0)
     , rcpIndex(0)
     , readItemCount(0)
+    , unstoredWrites(0)
 {
     curVar.regName = QLatin1String("");
     for (const QString &name : REG_LIST) {

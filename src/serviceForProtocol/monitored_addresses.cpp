@@ -17,6 +17,7 @@ static VARIABLE cyclicRead(const MergeKey &block)
 
 int intf_addrMerge(QList<KEY_ADDRESS> &keys)
 {
+    const DriverEntry inside;
     clearMonitorFlags();
     const QList<KEY_ADDRESS> &monitored = keys;
     for (const KEY_ADDRESS &key : monitored) {

@@ -65,6 +65,7 @@ static _RCP_VAR_PRO blockOf(const KEY_ADDRESS &key)
 
 int intf_setRcpAddress(QVector<_RCP_VAR_PRO> &items)
 {
+    const DriverEntry inside;
     keepItemsOfThisDevice(items);
     if (driver.rcpItems.isEmpty()) {
         return 0;

@@ -2,6 +2,31 @@
 
 #include "shared/protocol.h"
 
+namespace {
+
+/// The host's shared block, locked as the host locks it. A host that holds this lock may be waiting
+/// to enter the driver, so the driver is left before the lock is taken, until it is given back.
+class LockedBlock
+{
+public:
+    /// @param block, lock  as the host handed them over, neither of them null
+    LockedBlock(unsigned char *block, QMutex *lock)
+        : m_block(block)
+        , m_lock(lock)
+    {}
+
+    unsigned char &at(RecipeRequestByte byte) { return m_block[byte]; }
+
+private:
+    unsigned char *const m_block;
+    const DriverExit m_outside;
+    const QMutexLocker m_lock;
+
+    Q_DISABLE_COPY(LockedBlock)
+};
+
+} // namespace
+
 static bool isRecipePossible()
 {
     return driver.shmBase != nullptr && driver.shmMutex != nullptr && driver.rcpBuffer != nullptr;
@@ -11,9 +36,9 @@ RecipeRequests readRecipeRequests()
 {
     RecipeRequests requests = {false, false};
     if (isRecipePossible()) {
-        QMutexLocker lock(driver.shmMutex);
-        requests.write = driver.shmBase[kRecipeWriteByte] == 1;
-        requests.read = driver.shmBase[kRecipeReadByte] == 1;
+        LockedBlock block(driver.shmBase, driver.shmMutex);
+        requests.write = block.at(kRecipeWriteByte) == 1;
+        requests.read = block.at(kRecipeReadByte) == 1;
     }
     return requests;
 }
@@ -21,7 +46,7 @@ RecipeRequests readRecipeRequests()
 void clearRecipeRequest(RecipeRequestByte byte)
 {
     if (isRecipePossible()) {
-        QMutexLocker lock(driver.shmMutex);
-        driver.shmBase[byte] = 0;
+        LockedBlock block(driver.shmBase, driver.shmMutex);
+        block.at(byte) = 0;
     }
 }

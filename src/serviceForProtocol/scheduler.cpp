@@ -71,9 +71,17 @@ static void becomeIdle()
     driver.sendState = kJobIdle;
 }
 
+// A write that another thread has queued and is still telling the host about waits until its value
+// is stored: its answer would settle a value that is not there yet.
+static bool isWriteDue()
+{
+    return !driver.pendingWrites.isEmpty() && driver.tryCount < kWritesInARow &&
+           driver.unstoredWrites == 0;
+}
+
 static void pickPanelJob()
 {
-    if (!driver.pendingWrites.isEmpty() && driver.tryCount < kWritesInARow) {
+    if (isWriteDue()) {
         pickWrite();
     } else if (!driver.conditionReads.isEmpty() && driver.tryCount < kConditionReadsInARow) {
         pickConditionRead();
@@ -137,6 +145,7 @@ static void buildNextJob()
 
 int intf_getSendFrame(FRAME_PRO &out)
 {
+    const DriverEntry inside;
     if (driver.frames.isEmpty()) {
         buildNextJob();
     }

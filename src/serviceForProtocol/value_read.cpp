@@ -54,6 +54,7 @@ void readValues(const RegisterWidths &widths, int stationNo, const QString &lett
 int intf_getData(int stationNo, QString &regName, int startAddr, int count, unsigned char *buffer)
 {
     if (buffer != nullptr) {
+        const DriverEntry inside;
         readValues(registerWidths(regName), stationNo, registerLetter(regName), startAddr, count,
                    buffer);
     }

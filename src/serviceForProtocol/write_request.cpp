@@ -80,6 +80,21 @@ void queueWrite(const RegisterWidths &widths, int stationNo, const QString &regN
     queuePieces(widths, pieces, opKind);
 }
 
+namespace {
+
+/// Marks that a write is queued whose values are not stored yet, whatever ends it.
+class UnstoredWrite
+{
+public:
+    UnstoredWrite() { ++driver.unstoredWrites; }
+    ~UnstoredWrite() { --driver.unstoredWrites; }
+
+private:
+    Q_DISABLE_COPY(UnstoredWrite)
+};
+
+} // namespace
+
 int intf_setData(int stationNo, QString &regName, int startAddr, int count, unsigned char *data,
                  int opKind)
 {
@@ -90,6 +105,8 @@ int intf_setData(int stationNo, QString &regName, int startAddr, int count, unsi
     }
     unsigned char values[kValueAreaSize]; // the host may use its buffer from within the callback
     std::memcpy(values, data, static_cast<size_t>(count) * panelBytesPerUnit(widths));
+    const DriverEntry inside;
+    const UnstoredWrite unstored;
     if (driver.cacheOnlyWrites == 0) {
         queueWrite(widths, stationNo, regName, startAddr, count, values, opKind);
     }

@@ -8,6 +8,7 @@
 #include "ls_master_k_cnet/records.h"
 #include "ls_master_k_cnet/value_change_callback.h"
 #include "shared/data_record.h"
+#include "shared/state_lock.h"
 
 /// What the frame in flight is for (`Protocol::sendState`).
 enum JobState {
@@ -20,9 +21,9 @@ enum JobState {
     kJobRecipeRead = 6     ///< block `rcpIndex` of `rcpBlocks`
 };
 
-/// The whole state of the driver; `driver` is its only instance in a loaded library. Who may touch
-/// it when is said with the exported functions; beyond that only two locks exist, and no path holds
-/// both or calls the host while it holds one: `listMutex`, and the host's `*shmMutex`.
+/// The whole state of the driver; `driver` is its only instance in a loaded library. Whoever
+/// touches it holds `stateLock`, from the exported function on. Nobody waits for the host with it
+/// held: it is given back around each call of the host's and around the host's `*shmMutex`.
 class Protocol
 {
 public:
@@ -69,16 +70,57 @@ public:
     int initDone;            ///< 1 once the host has started communication
     QList<FRAME_PRO> frames; ///< built and not yet answered; the first is in flight
 
-    QMutex listMutex;     ///< guards `pendingWrites` where it is shortened or counted
+    QMutex listMutex;     ///< held where `pendingWrites` is shortened or counted
     int rcpIndex;         ///< next recipe block
     QString propertyPage; ///< text last set by the host
     int readItemCount;    ///< requests served by the frame in flight
+
+    StateLock stateLock; ///< held by the thread that is inside the driver
+    int unstoredWrites;  ///< panel writes that are queued and not yet stored in `dataArea`
 
 private:
     Q_DISABLE_COPY(Protocol)
 };
 
 extern Protocol driver;
+
+/// The calling thread is inside the driver for as long as this lives.
+class DriverEntry
+{
+public:
+    DriverEntry() { driver.stateLock.lock(); }
+    ~DriverEntry() { driver.stateLock.unlock(); }
+
+private:
+    Q_DISABLE_COPY(DriverEntry)
+};
+
+/// The calling thread is outside the driver for as long as this lives, because it waits for the
+/// host. Meanwhile another thread may do what the host may do in its callback, so whatever was
+/// looked up before is to be looked up again. Without effect in a routine that is called by itself.
+class DriverExit
+{
+public:
+    DriverExit()
+        : m_wasInside(driver.stateLock.isHeld())
+    {
+        if (m_wasInside) {
+            driver.stateLock.unlock();
+        }
+    }
+
+    ~DriverExit()
+    {
+        if (m_wasInside) {
+            driver.stateLock.lock();
+        }
+    }
+
+private:
+    const bool m_wasInside;
+
+    Q_DISABLE_COPY(DriverExit)
+};
 
 /// @return  true when `item` means exactly this range of this register
 inline bool isRequestFor(const VARIABLE &item, int stationNo, const QString &regName, int startAddr,
