@@ -4,34 +4,43 @@
 #include "shared/protocol.h"
 #include "shared/wrap.h"
 
-/// What the host must hear of one record. It is a copy: a callback may change the data area.
-struct ChangeNotifier::Unit
-{
-    int stationNo;
-    int unitAddr;
-    int monitorFlags;
-    int bitMonitorFlags;
-    const ViewNames *names;
-};
-
 /// A wider value that a unit may be a part of: the unit is its first part when monitor bit
 /// `firstBit` is set, its second when the next one is, and so on.
-struct ChangeNotifier::WiderView
+struct WiderView
 {
     ViewSuffix suffix;
     int firstBit;
     int lastBit;
 };
 
-static bool isInArea(int index)
+/// As what a unit of one width is reported: bit by bit, as itself, and as a part of wider values.
+struct ChangeNotifier::UnitViews
 {
-    return index >= 0 && index < driver.dataArea.size();
-}
+    int bits;
+    ViewSuffix unit;
+    int widerCount;
+    WiderView wider[2];
+};
+
+static const WiderView kNoView = {kPlainView, 0, 0};
+
+static const ChangeNotifier::UnitViews kByteViews = {
+    8,
+    kByteView,
+    2,
+    {{kWordView, kWatchPairLow, kWatchPairHigh}, {kDoubleView, kWatchQuadFirst, kWatchQuadLast}}};
+static const ChangeNotifier::UnitViews kWordViews = {
+    16, kWordView, 1, {{kDoubleView, kWatchPairLow, kWatchPairHigh}, kNoView}};
+static const ChangeNotifier::UnitViews kDoubleWordViews = {32, kPlainView, 0, {kNoView, kNoView}};
+static const ChangeNotifier::UnitViews kContactViews = {0, kPlainView, 0, {kNoView, kNoView}};
 
 // Which bits to report: those that differ, or all when there is nothing to compare.
 template <class Value>
-static int changedBits(const Value *oldValue, const Value *newValue)
+static int changedBits(const Value *oldValue, const Value *newValue, int skipBits)
 {
+    if (skipBits != 0) {
+        return 0;
+    }
     return oldValue != nullptr && newValue != nullptr ? *oldValue ^ *newValue : ~0;
 }
 
@@ -39,51 +48,50 @@ ChangeNotifier::ChangeNotifier()
     : m_names(nullptr)
 {}
 
-ChangeNotifier::Unit ChangeNotifier::unitAt(int index)
+void ChangeNotifier::useNamesOf(const QString &letter)
 {
-    const _DATA_ &record = driver.dataArea.at(index);
-    if (m_names == nullptr || m_names->letter.constData() != record.regPrefix.constData()) {
-        m_names = knownViewNames(record.regPrefix);
-        if (m_names == nullptr) {
-            m_ownNames = makeViewNames(record.regPrefix);
-            m_names = &m_ownNames;
-        }
-    }
-    const Unit unit = {record.stationNo, record.unitAddr, record.monitorFlags,
-                       record.bitMonitorFlags, m_names};
-    return unit;
-}
-
-void ChangeNotifier::call(const Unit &unit, ViewSuffix suffix, int address)
-{
-    const ValueChangeCallback callback = driver.valueChangeCallback;
-    if (callback == nullptr) {
+    if (m_names != nullptr && m_names->letter.constData() == letter.constData()) {
         return;
     }
-    const int deviceNo = driver.deviceNo;
-    const QString &name = unit.names->names[suffix];
-    if (m_hostsName.constData() != name.constData() || m_hostsName.size() != name.size()) {
-        m_hostsName = name;
+    m_names = knownViewNames(letter);
+    if (m_names == nullptr) {
+        m_ownNames = makeViewNames(letter);
+        m_names = &m_ownNames;
     }
-    const DriverExit outside;
-    callback(deviceNo, unit.stationNo, m_hostsName, address);
 }
 
-void ChangeNotifier::callBits(const Unit &unit, int changed, int bitsPerUnit)
+void ChangeNotifier::report(int index, const UnitViews &views, int changed)
+{
+    if (index < 0 || index >= driver.dataArea.size()) {
+        return;
+    }
+    // A copy of what the calls need: they may change the data area.
+    const _DATA_ &record = driver.dataArea.at(index);
+    const Unit unit = {driver.deviceNo, record.stationNo, record.unitAddr, record.monitorFlags};
+    const unsigned watchedBits = static_cast<unsigned>(record.bitMonitorFlags & changed);
+    if ((unit.monitorFlags == 0 && watchedBits == 0) ||
+        driver.valueChangeCallback.load(std::memory_order_relaxed) == nullptr) {
+        return;
+    }
+    useNamesOf(record.regPrefix);
+    const DriverExit outside;
+    callBits(unit, views.bits, watchedBits);
+    if (bitOf(unit.monitorFlags, kWatchUnit) != 0) {
+        call(unit, views.unit, unit.unitAddr);
+    }
+    for (int i = 0; i < views.widerCount; ++i) {
+        callWider(unit, views.wider[i]);
+    }
+}
+
+void ChangeNotifier::callBits(const Unit &unit, int bitsPerUnit, unsigned watchedBits)
 {
     const int firstBit = wrapMul(unit.unitAddr, bitsPerUnit);
-    unsigned watched = static_cast<unsigned>(unit.bitMonitorFlags & changed);
+    unsigned watched = watchedBits;
     for (int i = 0; watched != 0 && i < bitsPerUnit; ++i, watched >>= 1) {
         if ((watched & 1U) != 0) {
             call(unit, kBitView, wrapAdd(firstBit, i));
         }
-    }
-}
-
-void ChangeNotifier::callUnit(const Unit &unit, ViewSuffix suffix)
-{
-    if (bitOf(unit.monitorFlags, kWatchUnit) != 0) {
-        call(unit, suffix, unit.unitAddr);
     }
 }
 
@@ -97,66 +105,49 @@ void ChangeNotifier::callWider(const Unit &unit, const WiderView &view)
     }
 }
 
+void ChangeNotifier::call(const Unit &unit, ViewSuffix suffix, int address)
+{
+    const ValueChangeCallback callback = driver.valueChangeCallback.load(std::memory_order_relaxed);
+    if (callback == nullptr) {
+        return; // taken away by the call before
+    }
+    const QString &name = m_names->names[suffix];
+    if (m_hostsName.constData() != name.constData() || m_hostsName.size() != name.size()) {
+        m_hostsName = name;
+    }
+    callback(unit.deviceNo, unit.stationNo, m_hostsName, address);
+}
+
 void ChangeNotifier::word(const int *oldValue, const int *newValue, int index, int skipBits)
 {
-    static const WiderView kDoubleWord = {kDoubleView, kWatchPairLow, kWatchPairHigh};
-    if (!isInArea(index)) {
-        return;
-    }
-    const Unit unit = unitAt(index);
-    if (skipBits == 0) {
-        callBits(unit, changedBits(oldValue, newValue), 16);
-    }
-    callUnit(unit, kWordView);
-    callWider(unit, kDoubleWord);
+    report(index, kWordViews, changedBits(oldValue, newValue, skipBits));
 }
 
 void ChangeNotifier::byte(const unsigned char *oldValue, const unsigned char *newValue, int index,
                           int skipBits)
 {
-    static const WiderView kWord = {kWordView, kWatchPairLow, kWatchPairHigh};
-    static const WiderView kDoubleWord = {kDoubleView, kWatchQuadFirst, kWatchQuadLast};
-    if (!isInArea(index)) {
-        return;
-    }
-    const Unit unit = unitAt(index);
-    if (skipBits == 0) {
-        callBits(unit, changedBits(oldValue, newValue), 8);
-    }
-    callUnit(unit, kByteView);
-    callWider(unit, kWord);
-    callWider(unit, kDoubleWord);
+    report(index, kByteViews, changedBits(oldValue, newValue, skipBits));
 }
 
 void ChangeNotifier::doubleWord(const int *oldValue, const int *newValue, int index, int skipBits)
 {
-    if (!isInArea(index)) {
-        return;
-    }
-    const Unit unit = unitAt(index);
-    if (skipBits == 0) {
-        callBits(unit, changedBits(oldValue, newValue), 32);
-    }
-    callUnit(unit, kPlainView);
+    report(index, kDoubleWordViews, changedBits(oldValue, newValue, skipBits));
 }
 
 void ChangeNotifier::bit(int index)
 {
-    if (isInArea(index)) {
-        callUnit(unitAt(index), kPlainView);
-    }
+    report(index, kContactViews, 0);
 }
 
 void ChangeNotifier::unitChanged(int bytes, int oldNumber, int newNumber, int index)
 {
+    const int changed = oldNumber ^ newNumber;
     if (bytes == 1) {
-        const unsigned char oldByte = static_cast<unsigned char>(oldNumber);
-        const unsigned char newByte = static_cast<unsigned char>(newNumber);
-        byte(&oldByte, &newByte, index, 0);
+        report(index, kByteViews, changed);
     } else if (bytes == 2) {
-        word(&oldNumber, &newNumber, index, 0);
+        report(index, kWordViews, changed);
     } else {
-        doubleWord(&oldNumber, &newNumber, index, 0);
+        report(index, kDoubleWordViews, changed);
     }
 }
 
@@ -188,7 +179,7 @@ void notifyUnitChange(int bytes, int oldNumber, int newNumber, int index)
 
 void notifyHost(int deviceNo, int stationNo, const QString &name, int address)
 {
-    const ValueChangeCallback callback = driver.valueChangeCallback;
+    const ValueChangeCallback callback = driver.valueChangeCallback.load(std::memory_order_relaxed);
     if (callback != nullptr) {
         QString hostsName = name;
         const DriverExit outside;

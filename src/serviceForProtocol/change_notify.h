@@ -29,6 +29,8 @@ void _dwordDataChange(const int *oldValue, const int *newValue, int index, int s
 /// A unit that is one bit (a contact), under the bare register letter.
 void _bitDataChange(int index);
 
+struct WiderView;
+
 /// Tells the host of changed units, one after the other. It keeps the names from one unit to the
 /// next: the units of an answer mostly have the same.
 class ChangeNotifier
@@ -46,13 +48,22 @@ public:
     void doubleWord(const int *oldValue, const int *newValue, int index, int skipBits);
     void bit(int index);
 
-private:
-    struct Unit;
-    struct WiderView;
+    struct UnitViews;
 
-    Unit unitAt(int index);
-    void callBits(const Unit &unit, int changed, int bitsPerUnit);
-    void callUnit(const Unit &unit, ViewSuffix suffix);
+private:
+    /// What the host must hear of one record.
+    struct Unit
+    {
+        int deviceNo;
+        int stationNo;
+        int unitAddr;
+        int monitorFlags;
+    };
+
+    // @param changed  bits of the unit that are to be reported where they are watched
+    void report(int index, const UnitViews &views, int changed);
+    void useNamesOf(const QString &letter);
+    void callBits(const Unit &unit, int bitsPerUnit, unsigned watchedBits);
     void callWider(const Unit &unit, const WiderView &view);
     void call(const Unit &unit, ViewSuffix suffix, int address);
 

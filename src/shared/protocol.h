@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 #include <QtCore/QList>
 #include <QtCore/QMutex>
 #include <QtCore/QString>
@@ -29,7 +31,9 @@ class Protocol
 public:
     Protocol() noexcept;
 
-    ValueChangeCallback valueChangeCallback; ///< the host's; null: none
+    /// The host's; null: none. It is looked up for each call, and the calls of one unit are made
+    /// outside the driver.
+    std::atomic<ValueChangeCallback> valueChangeCallback;
 
     // Settings of the property text.
     int deviceNo;        ///< the driver's device number
