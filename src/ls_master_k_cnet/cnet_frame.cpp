@@ -14,7 +14,7 @@ unsigned short computate_check(const unsigned char *buf, unsigned short len)
 
 void handShakeFrame()
 {
-    driver.frames.append(FRAME_PRO());
+    driver.frames.appendBlank();
 }
 
 int check_rcv_data(const unsigned char *buf, const QList<VARIABLE> &, int len)

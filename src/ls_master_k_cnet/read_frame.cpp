@@ -41,8 +41,7 @@ int getReadFrame(const QList<VARIABLE> &list)
     if (index < 0) {
         return 0;
     }
-    driver.frames.append(FRAME_PRO());
-    FRAME_PRO &frame = driver.frames.last();
+    FRAME_PRO &frame = driver.frames.append(item);
     if (registerWidths(item.regName).wordBits == 1) {
         writeContactRead(frame, item, ADDRESS_R_COMMAND[index]);
     } else {
@@ -50,6 +49,5 @@ int getReadFrame(const QList<VARIABLE> &list)
     }
     frame.dataPos = kReadAnswerDataPos;
     frame.unitCount = item.count;
-    frame.var = item;
     return 1;
 }

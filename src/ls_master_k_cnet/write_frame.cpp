@@ -15,11 +15,9 @@ static_assert(static_cast<int>(kWaitsForWords) == static_cast<int>(kBlockRequest
 
 static FRAME_PRO &appendWriteFrame(const VARIABLE &item)
 {
-    FRAME_PRO frame = FRAME_PRO();
+    FRAME_PRO &frame = driver.frames.append(item);
     frame.recvLen = kWriteAnswerLength;
-    frame.var = item;
-    driver.frames.append(frame);
-    return driver.frames.last();
+    return frame;
 }
 
 // ENQ st(2) "wSB" "08" "%DW" address(5) words(2): what comes before the data of a block write.
@@ -80,8 +78,8 @@ static void appendReadModifyWrite(const VARIABLE &item)
 
     QList<VARIABLE> readHalf;
     readHalf.append(words);
-    getReadFrame(readHalf);           // every letter with bits has its words listed too
-    driver.frames.first().var = item; // tells the answer's decoder which bits to change
+    getReadFrame(readHalf);      // every letter with bits has its words listed too
+    driver.frames[0].var = item; // tells the answer's decoder which bits to change
 
     const QString &device = ADDRESS_W_COMMAND[getIndexFromReg(words.regName)];
     FRAME_PRO &frame = appendWriteFrame(item);

@@ -1,10 +1,12 @@
 #include "serviceForProtocol/answer_decode.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "serviceForProtocol/bit_patch.h"
 #include "serviceForProtocol/change_notify.h"
 #include "serviceForProtocol/data_area.h"
+#include "serviceForProtocol/known_block.h"
 #include "serviceForProtocol/recipe_deliver.h"
 #include "shared/bytes.h"
 #include "shared/limits.h"
@@ -46,23 +48,31 @@ namespace {
 class AnswerStore
 {
 public:
-    explicit AnswerStore(const VARIABLE &var)
+    /// @param ownBlock  the answer is of the only cyclic block with these units
+    AnswerStore(const VARIABLE &var, bool ownBlock)
         : m_firstAddr(var.startAddr)
+        , m_stampStep(ownBlock ? 0 : 1)
         , m_letter(registerLetter(var.regName))
         , m_cursor(var.stationNo, m_letter, driver.dataArea)
     {}
 
-    void storeUnits(const char *digits, int units, int bytes)
+    void startAt(int firstRecord) { m_cursor.startAt(m_firstAddr, firstRecord); }
+
+    /// @return  where the first unit is, or would be
+    int firstRecord() { return m_cursor.likelyIndexOf(m_firstAddr); }
+
+    /// @param known  digits of as many units whose values the data area holds; null: none
+    void storeUnits(const char *digits, const char *known, int units, int bytes)
     {
         switch (bytes) {
         case 1:
-            storeUnitsOf<1>(digits, units);
+            storeUnitsOf<1>(digits, known, units);
             break;
         case 2:
-            storeUnitsOf<2>(digits, units);
+            storeUnitsOf<2>(digits, known, units);
             break;
         default:
-            storeUnitsOf<4>(digits, units);
+            storeUnitsOf<4>(digits, known, units);
             break;
         }
     }
@@ -79,10 +89,16 @@ private:
 
     // The width is known to the compiler: this is the loop in which an answer spends its time.
     template <int Bytes>
-    void storeUnitsOf(const char *digits, int units)
+    void storeUnitsOf(const char *digits, const char *known, int units)
     {
+        enum { kDigits = 2 * Bytes };
         for (int i = 0; i < units; ++i) {
-            storeUnit<Bytes>(indexOf(i), numberAt(digits + 2 * Bytes * i, Bytes));
+            const int pos = kDigits * i;
+            if (known == nullptr || std::memcmp(digits + pos, known + pos, kDigits) != 0) {
+                const int index = indexOf(i);
+                fetchAhead(driver.dataArea, wrapAdd(index, kUnitsAhead));
+                storeUnit<Bytes>(index, numberAt(digits + pos, Bytes));
+            }
         }
     }
 
@@ -96,12 +112,11 @@ private:
             return;
         }
         setUnitNumber(record.readValue, Bytes, number);
+        driver.valuesStamp += m_stampStep;
         if (record.writePending != 1 || driver.pendingWrites.isEmpty()) {
             record.writePending = 0;
         }
-        if ((record.monitorFlags | record.bitMonitorFlags) != 0) {
-            m_notifier.unitChanged(Bytes, before, number, index);
-        }
+        m_notifier.unitChanged(record, Bytes, before ^ number);
     }
 
     void storeContact(int index, int on)
@@ -111,11 +126,13 @@ private:
             return;
         }
         record.readValue[0] = static_cast<unsigned char>(on);
+        driver.valuesStamp += m_stampStep;
         record.writePending = 0;
         m_notifier.bit(index);
     }
 
     const int m_firstAddr;
+    const unsigned m_stampStep;
     const QString m_letter;
     UnitCursor m_cursor;
     ChangeNotifier m_notifier;
@@ -136,12 +153,16 @@ void decodeToDataArea(const RegisterWidths &widths, const QByteArray &answer, in
     const bool isWhole = dataPos >= 0 && answer.size() - dataPos >= length;
     const QByteArray padded = isWhole ? QByteArray() : paddedDigits(answer, dataPos, length);
     const char *const digits = isWhole ? answer.constData() + dataPos : padded.constData();
-    AnswerStore store(var);
+    KeptAnswer kept(answer);
+    AnswerStore store(var, kept.standsAlone());
+    store.startAt(kept.firstRecord());
     if (isContact) {
         store.storeContacts(digits, units);
     } else {
-        store.storeUnits(digits, units, bytes);
+        const char *const last = isWhole ? kept.lastCharacters() : nullptr;
+        store.storeUnits(digits, last == nullptr ? nullptr : last + dataPos, units, bytes);
     }
+    kept.setFirstRecord(store.firstRecord());
 }
 
 void analyzeFrameOfVal(const QByteArray &answer, int unitCount, int dataPos, const VARIABLE &var)

@@ -3,8 +3,8 @@
 #include "ls_master_k_cnet/cnet_frame.h"
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
 #include "serviceForProtocol/answer_decode.h"
-#include "serviceForProtocol/error_info.h"
 #include "serviceForProtocol/job_finish.h"
+#include "serviceForProtocol/known_block.h"
 #include "serviceForProtocol/write_settle.h"
 #include "shared/protocol.h"
 
@@ -12,11 +12,7 @@ int dealReadFrameReturnSaveData(const QByteArray &reply)
 {
     if (!driver.frames.isEmpty()) {
         const FRAME_PRO &frame = driver.frames.at(0);
-        const int unitCount = frame.unitCount;
-        const int dataPos = frame.dataPos;
-        const VARIABLE var =
-            frame.var; // outlives the frame, whatever the host does in its callback
-        analyzeFrameOfVal(reply, unitCount, dataPos, var);
+        analyzeFrameOfVal(reply, frame.unitCount, frame.dataPos, frame.var);
     }
     return 0;
 }
@@ -24,8 +20,9 @@ int dealReadFrameReturnSaveData(const QByteArray &reply)
 static void settleIfWrite(int success)
 {
     if (driver.sendState == kJobWrite) {
-        const VARIABLE var = driver.frames.at(0).var;
-        _write_FailOrSuc(var.stationNo, var.regName, var.startAddr, var.count, success);
+        const VARIABLE &var = driver.frames.at(0).var;
+        const QString regName = var.regName; // the host is called, and may change the frame
+        _write_FailOrSuc(var.stationNo, regName, var.startAddr, var.count, success);
     }
 }
 
@@ -59,11 +56,14 @@ static int countBadAnswer()
 int intf_dealRcvFrame(QByteArray &reply, QString &errorText)
 {
     const DriverEntry inside;
-    errorText = QLatin1String("");
     if (driver.frames.isEmpty()) {
+        errorText = QLatin1String("");
         return kAnswerUnexpected;
     }
-    errorText = getErrorInfo(reply);
+    describeRequest(reply, errorText);
+    if (isLastAnswer(reply)) {
+        return finishStep();
+    }
     // A copy: the host may change its array from within the callback.
     const QByteArray answer = reply; // NOLINT(performance-unnecessary-copy-initialization)
     switch (check_rcv_data(reinterpret_cast<const unsigned char *>(answer.constData()),

@@ -48,11 +48,8 @@ ChangeNotifier::ChangeNotifier()
     : m_names(nullptr)
 {}
 
-void ChangeNotifier::useNamesOf(const QString &letter)
+void ChangeNotifier::findNamesOf(const QString &letter)
 {
-    if (m_names != nullptr && m_names->letter.constData() == letter.constData()) {
-        return;
-    }
     m_names = knownViewNames(letter);
     if (m_names == nullptr) {
         m_ownNames = makeViewNames(letter);
@@ -60,27 +57,36 @@ void ChangeNotifier::useNamesOf(const QString &letter)
     }
 }
 
-void ChangeNotifier::report(int index, const UnitViews &views, int changed)
+void ChangeNotifier::reportAt(int index, const UnitViews &views, int changed)
 {
-    if (index < 0 || index >= driver.dataArea.size()) {
-        return;
+    if (index >= 0 && index < driver.dataArea.size()) {
+        report(driver.dataArea.at(index), views, changed);
     }
+}
+
+void ChangeNotifier::report(const _DATA_ &record, const UnitViews &views, int changed)
+{
     // A copy of what the calls need: they may change the data area.
-    const _DATA_ &record = driver.dataArea.at(index);
     const Unit unit = {driver.deviceNo, record.stationNo, record.unitAddr, record.monitorFlags};
     const unsigned watchedBits = static_cast<unsigned>(record.bitMonitorFlags & changed);
     if ((unit.monitorFlags == 0 && watchedBits == 0) ||
         driver.valueChangeCallback.load(std::memory_order_relaxed) == nullptr) {
         return;
     }
-    useNamesOf(record.regPrefix);
+    if (m_names == nullptr || m_names->letter.constData() != record.regPrefix.constData()) {
+        findNamesOf(record.regPrefix);
+    }
     const DriverExit outside;
-    callBits(unit, views.bits, watchedBits);
+    if (watchedBits != 0) {
+        callBits(unit, views.bits, watchedBits);
+    }
     if (bitOf(unit.monitorFlags, kWatchUnit) != 0) {
         call(unit, views.unit, unit.unitAddr);
     }
-    for (int i = 0; i < views.widerCount; ++i) {
-        callWider(unit, views.wider[i]);
+    if (unit.monitorFlags > 1 << kWatchUnit) {
+        for (int i = 0; i < views.widerCount; ++i) {
+            callWider(unit, views.wider[i]);
+        }
     }
 }
 
@@ -120,34 +126,33 @@ void ChangeNotifier::call(const Unit &unit, ViewSuffix suffix, int address)
 
 void ChangeNotifier::word(const int *oldValue, const int *newValue, int index, int skipBits)
 {
-    report(index, kWordViews, changedBits(oldValue, newValue, skipBits));
+    reportAt(index, kWordViews, changedBits(oldValue, newValue, skipBits));
 }
 
 void ChangeNotifier::byte(const unsigned char *oldValue, const unsigned char *newValue, int index,
                           int skipBits)
 {
-    report(index, kByteViews, changedBits(oldValue, newValue, skipBits));
+    reportAt(index, kByteViews, changedBits(oldValue, newValue, skipBits));
 }
 
 void ChangeNotifier::doubleWord(const int *oldValue, const int *newValue, int index, int skipBits)
 {
-    report(index, kDoubleWordViews, changedBits(oldValue, newValue, skipBits));
+    reportAt(index, kDoubleWordViews, changedBits(oldValue, newValue, skipBits));
 }
 
 void ChangeNotifier::bit(int index)
 {
-    report(index, kContactViews, 0);
+    reportAt(index, kContactViews, 0);
 }
 
-void ChangeNotifier::unitChanged(int bytes, int oldNumber, int newNumber, int index)
+void ChangeNotifier::unitChanged(const _DATA_ &record, int bytes, int changed)
 {
-    const int changed = oldNumber ^ newNumber;
     if (bytes == 1) {
-        report(index, kByteViews, changed);
+        report(record, kByteViews, changed);
     } else if (bytes == 2) {
-        report(index, kWordViews, changed);
+        report(record, kWordViews, changed);
     } else {
-        report(index, kDoubleWordViews, changed);
+        report(record, kDoubleWordViews, changed);
     }
 }
 
@@ -174,7 +179,9 @@ void _bitDataChange(int index)
 
 void notifyUnitChange(int bytes, int oldNumber, int newNumber, int index)
 {
-    ChangeNotifier().unitChanged(bytes, oldNumber, newNumber, index);
+    if (index >= 0 && index < driver.dataArea.size()) {
+        ChangeNotifier().unitChanged(driver.dataArea.at(index), bytes, oldNumber ^ newNumber);
+    }
 }
 
 void notifyHost(int deviceNo, int stationNo, const QString &name, int address)

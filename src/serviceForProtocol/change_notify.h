@@ -38,8 +38,10 @@ class ChangeNotifier
 public:
     ChangeNotifier();
 
-    /// The routine of a unit of `bytes` (1, 2 or 4), with both values given and the bits included.
-    void unitChanged(int bytes, int oldNumber, int newNumber, int index);
+    /// Reports a unit of `bytes` (1, 2 or 4).
+    /// @param record   of `driver.dataArea`; not to be used afterwards
+    /// @param changed  its bits that have changed
+    void unitChanged(const _DATA_ &record, int bytes, int changed);
 
     /// The routines above, one each.
     void word(const int *oldValue, const int *newValue, int index, int skipBits);
@@ -61,8 +63,9 @@ private:
     };
 
     // @param changed  bits of the unit that are to be reported where they are watched
-    void report(int index, const UnitViews &views, int changed);
-    void useNamesOf(const QString &letter);
+    void report(const _DATA_ &record, const UnitViews &views, int changed);
+    void reportAt(int index, const UnitViews &views, int changed);
+    void findNamesOf(const QString &letter);
     void callBits(const Unit &unit, int bitsPerUnit, unsigned watchedBits);
     void callWider(const Unit &unit, const WiderView &view);
     void call(const Unit &unit, ViewSuffix suffix, int address);
@@ -74,7 +77,7 @@ private:
     Q_DISABLE_COPY(ChangeNotifier)
 };
 
-/// `ChangeNotifier::unitChanged` for a single unit.
+/// `ChangeNotifier::unitChanged` for a single unit; an index outside reports nothing.
 void notifyUnitChange(int bytes, int oldNumber, int newNumber, int index);
 
 /// Calls the host if it has installed a callback.

@@ -2,6 +2,7 @@
 
 #include <QtCore/QStringList>
 
+#include "serviceForProtocol/known_block.h"
 #include "shared/protocol.h"
 #include "shared/wrap.h"
 
@@ -27,6 +28,7 @@ static void takeProperties(const char *props)
 static void resetExchange()
 {
     driver.cyclicReads.clear();
+    forgetBlocks();
     driver.pendingWrites.clear();
     driver.conditionReads.clear();
     driver.dataArea.clear();

@@ -23,10 +23,9 @@ int getIndexOfDataArea(int stationNo, const QString &regPrefix, int unitAddr, QL
     return found;
 }
 
-int UnitCursor::search(int unitAddr)
+int UnitCursor::search(int unitAddr) const
 {
-    m_last = getIndexOfDataArea(m_stationNo, m_letter, unitAddr, m_area);
-    return m_last;
+    return getIndexOfDataArea(m_stationNo, m_letter, unitAddr, m_area);
 }
 
 const unsigned char *currentBytes(const _DATA_ &record)

@@ -4,6 +4,7 @@
 
 #include "shared/bytes.h"
 #include "shared/data_record.h"
+#include "shared/wrap.h"
 
 /// Look-up in the cache of PLC values. No lock: the host serialises its calls.
 
@@ -16,9 +17,9 @@
 int getIndexOfDataArea(int stationNo, const QString &regPrefix, int unitAddr, QList<_DATA_> &area);
 
 /// Finds the units of one register letter of one station in turn. The units of a block mostly lie
-/// in the area in the order of their addresses, so that the next one is beside the last; any other
-/// is searched for. What it finds is what `getIndexOfDataArea` finds: a key has one record at most.
-/// The area may grow between two calls.
+/// in the area in the order of their addresses, so that the place of the last one tells that of the
+/// next; where it does not, the unit is searched for. What it finds is what `getIndexOfDataArea`
+/// finds: a key has one record at most. The area may grow between two calls.
 class UnitCursor
 {
 public:
@@ -27,19 +28,32 @@ public:
         : m_stationNo(stationNo)
         , m_letter(letter)
         , m_area(area)
-        , m_last(-2)
+        , m_last(kNotFound)
+        , m_lastAddr(0)
     {}
+
+    /// @return  where a unit would be if the area were in the order of addresses
+    int likelyIndexOf(int unitAddr) const { return wrapAdd(m_last, wrapSub(unitAddr, m_lastAddr)); }
+
+    /// Where a unit was before.
+    void startAt(int unitAddr, int index)
+    {
+        m_last = index;
+        m_lastAddr = unitAddr;
+    }
 
     /// @return  as `getIndexOfDataArea`
     int indexOf(int unitAddr)
     {
-        if (isAt(m_last + 1, unitAddr)) {
-            return ++m_last;
-        }
-        return isAt(m_last, unitAddr) ? m_last : search(unitAddr);
+        const int likely = likelyIndexOf(unitAddr);
+        m_last = isAt(likely, unitAddr) ? likely : search(unitAddr);
+        m_lastAddr = unitAddr;
+        return m_last;
     }
 
 private:
+    enum { kNotFound = -1 };
+
     // The letters of one register share their text, so its place tells them without a comparison of
     // characters.
     bool isAt(int position, int unitAddr) const
@@ -52,15 +66,28 @@ private:
                record.regPrefix.constData() == m_letter.constData();
     }
 
-    int search(int unitAddr);
+    int search(int unitAddr) const;
 
     const int m_stationNo;
     const QString &m_letter;
     QList<_DATA_> &m_area;
-    int m_last; ///< index found last, -2 before the first
+    int m_last;     ///< index found last
+    int m_lastAddr; ///< unit that it is of
 
     Q_DISABLE_COPY(UnitCursor)
 };
+
+/// How far ahead of the unit in hand the next ones of a block are fetched.
+enum { kUnitsAhead = 8 };
+
+/// Asks the processor for a record that will be looked at soon: those of a large area lie outside
+/// its cache. Any index will do.
+inline void fetchAhead(const QList<_DATA_> &area, int index)
+{
+    if (index >= 0 && index < area.size()) {
+        __builtin_prefetch(&area.at(index));
+    }
+}
 
 /// @return  the bytes that count now: the panel's while its write is pending, else the PLC's
 const unsigned char *currentBytes(const _DATA_ &record);

@@ -26,6 +26,10 @@ Protocol::Protocol() noexcept
     , initDone(0)
     , rcpIndex(0)
     , readItemCount(0)
+    , nextCyclicRead(0)
+    , blockInFlight(-1)
+    , valuesStamp(0)
+    , answerSerial(0)
     , unstoredWrites(0)
 {
     curVar.regName = QLatin1String("");

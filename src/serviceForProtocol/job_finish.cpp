@@ -30,9 +30,8 @@ static void finishConditionRead()
 
 static void finishCyclicRead()
 {
-    if (driver.cyclicReads.size() >= 2) {
-        driver.cyclicReads.append(driver.cyclicReads.takeFirst());
-    }
+    const int reads = static_cast<int>(driver.cyclicReads.size());
+    driver.nextCyclicRead = driver.nextCyclicRead + 1 < reads ? driver.nextCyclicRead + 1 : 0;
 }
 
 static void finishRecipeBlock(RecipeRequestByte request)

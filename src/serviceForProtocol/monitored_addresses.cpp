@@ -1,6 +1,7 @@
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
 
 #include "serviceForProtocol/address_merge.h"
+#include "serviceForProtocol/known_block.h"
 #include "serviceForProtocol/monitor_flags.h"
 #include "shared/protocol.h"
 
@@ -25,6 +26,7 @@ int intf_addrMerge(QList<KEY_ADDRESS> &keys)
     }
     const QVector<MergeKey> blocks = mergedReads(keys);
     driver.cyclicReads.clear();
+    expectBlocks(blocks);
     for (const MergeKey &block : blocks) {
         driver.cyclicReads.append(cyclicRead(block));
     }

@@ -1,11 +1,15 @@
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
 
+#include <cstring>
+
 #include "ls_master_k_cnet/cnet_frame.h"
 #include "ls_master_k_cnet/read_frame.h"
 #include "ls_master_k_cnet/write_frame.h"
+#include "serviceForProtocol/known_block.h"
 #include "serviceForProtocol/recipe.h"
 #include "serviceForProtocol/recipe_request.h"
 #include "shared/protocol.h"
+#include "shared/request_copy.h"
 
 // Writes and condition reads share one counter since the last cyclic read, so that neither starves
 // the screen: at most ten writes in a row, and condition reads only while fewer than three of
@@ -59,10 +63,17 @@ static void pickConditionRead()
 
 static void pickCyclicRead()
 {
-    driver.curVar = driver.cyclicReads.at(0);
+    if (driver.sendState != kJobCyclicRead) {
+        std::memset(driver.curVar.data, 0, sizeof driver.curVar.data); // reads have no values
+    }
     driver.sendState = kJobCyclicRead;
     driver.tryCount = 0;
-    buildRead();
+    driver.readItemCount = 1;
+    if (!repeatRequest()) {
+        driver.curVar = driver.cyclicReads.at(driver.nextCyclicRead);
+        buildRead();
+        keepRequest();
+    }
 }
 
 static void becomeIdle()
@@ -85,7 +96,7 @@ static void pickPanelJob()
         pickWrite();
     } else if (!driver.conditionReads.isEmpty() && driver.tryCount < kConditionReadsInARow) {
         pickConditionRead();
-    } else if (!driver.cyclicReads.isEmpty()) {
+    } else if (driver.nextCyclicRead < driver.cyclicReads.size()) {
         pickCyclicRead();
     } else {
         becomeIdle();
@@ -134,6 +145,7 @@ static void pickRecipeJob(const RecipeRequests &requests)
 static void buildNextJob()
 {
     const RecipeRequests requests = readRecipeRequests();
+    driver.blockInFlight = -1;
     if (driver.needHandshake != 0) {
         buildHandshake();
     } else if (requests.write || requests.read) {
@@ -152,6 +164,6 @@ int intf_getSendFrame(FRAME_PRO &out)
     if (driver.frames.isEmpty()) {
         return 0;
     }
-    out = driver.frames.at(0);
+    copyFrame(out, driver.frames.at(0));
     return 1;
 }

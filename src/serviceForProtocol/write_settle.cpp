@@ -79,6 +79,7 @@ static void settleUnit(const SettleRule &rule, int stationNo, const QString &reg
     record.writePending = 0;
     if (success) {
         std::memcpy(record.readValue, record.writeValue, static_cast<size_t>(rule.bytes));
+        ++driver.valuesStamp;
         return;
     }
     const int written = unitNumber(record.writeValue, rule.bytes);
@@ -120,6 +121,7 @@ static void settleBit(int stationNo, const QString &letter, int address, int wor
         const int written = unitNumber(record.writeValue, bytes);
         const int confirmed = unitNumber(record.readValue, bytes);
         setUnitNumber(record.readValue, bytes, _setBitValue(confirmed, bit, bitOf(written, bit)));
+        ++driver.valuesStamp;
     }
     if (record.writePending == 0) {
         reportAllViews(bytes, index);

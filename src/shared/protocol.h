@@ -9,7 +9,9 @@
 
 #include "ls_master_k_cnet/records.h"
 #include "ls_master_k_cnet/value_change_callback.h"
+#include "shared/block_memory.h"
 #include "shared/data_record.h"
+#include "shared/frame_queue.h"
 #include "shared/state_lock.h"
 
 /// What the frame in flight is for (`Protocol::sendState`).
@@ -49,7 +51,7 @@ public:
     QMutex *shmMutex;         ///< its lock of the two request bytes
 
     // Jobs and cache.
-    QList<VARIABLE> cyclicReads;     ///< block reads, served in turn
+    QList<VARIABLE> cyclicReads;     ///< block reads, in the order of their addresses
     QList<VARIABLE> pendingWrites;   ///< panel writes, oldest first
     QList<VARIABLE> conditionReads;  ///< one-off reads, oldest first
     QList<_DATA_> dataArea;          ///< the cache, in order of first use; only ever grows
@@ -63,21 +65,29 @@ public:
     QList<VARIABLE> curReadList; ///< request handed to the read-frame builder
 
     // The exchange.
-    int sendState;           ///< a `JobState`; keeps its value until the next choice
-    int tryCount;            ///< writes and condition reads since the last cyclic read
-    int needHandshake;       ///< not 0: the next frame is the handshake
-    int failCount;           ///< bad answers to the frame in flight
-    int maxBlockBits;        ///< bits of one piece of a bit write: 8 * `maxBlockWords`
-    int maxBlockWordsCopy;   ///< words of one piece of a write or condition read
-    int lastFailed;          ///< 1: the current job was given up
-    int curFrameIndex;       ///< index in `frames` of the frame being answered: always 0
-    int initDone;            ///< 1 once the host has started communication
-    QList<FRAME_PRO> frames; ///< built and not yet answered; the first is in flight
+    int sendState;         ///< a `JobState`; keeps its value until the next choice
+    int tryCount;          ///< writes and condition reads since the last cyclic read
+    int needHandshake;     ///< not 0: the next frame is the handshake
+    int failCount;         ///< bad answers to the frame in flight
+    int maxBlockBits;      ///< bits of one piece of a bit write: 8 * `maxBlockWords`
+    int maxBlockWordsCopy; ///< words of one piece of a write or condition read
+    int lastFailed;        ///< 1: the current job was given up
+    int curFrameIndex;     ///< index in `frames` of the frame being answered: always 0
+    int initDone;          ///< 1 once the host has started communication
+    FrameQueue frames;     ///< built and not yet answered; the first is in flight
 
     QMutex listMutex;     ///< held where `pendingWrites` is shortened or counted
     int rcpIndex;         ///< next recipe block
     QString propertyPage; ///< text last set by the host
     int readItemCount;    ///< requests served by the frame in flight
+
+    // What is known of the cyclic reads beyond the text of the request.
+    int nextCyclicRead; ///< index in `cyclicReads` of the block that is due
+    int blockInFlight;  ///< index of the block whose read is in flight, or -1
+    BlockMemories blockMemories;
+    quint64 valuesStamp;  ///< moves on when a confirmed value changes otherwise than by the answers
+                          ///< to a block that stands alone
+    quint64 answerSerial; ///< moves on with each answer and each new set of blocks
 
     StateLock stateLock; ///< held by the thread that is inside the driver
     int unstoredWrites;  ///< panel writes that are queued and not yet stored in `dataArea`

@@ -65,13 +65,14 @@ void patch(Input &input)
     write.sendLen = input.between(2, kSendBufSize);
     write.dataPos = input.byte();
     driver.frames.clear();
-    driver.frames.append(FRAME_PRO());
+    driver.frames.appendBlank();
     if (input.below(8) != 0) {
-        driver.frames.append(write);
+        driver.frames.append(write.var) = write;
     }
     const int units = input.number();
     patchBitsIntoWrite(widths, input.bytes(), units, input.byte(), item);
-    require(driver.frames.last().sendLen <= kSendBufSize, "a frame keeps its length");
+    require(driver.frames.at(driver.frames.size() - 1).sendLen <= kSendBufSize,
+            "a frame keeps its length");
     driver.frames.clear();
 }
 

@@ -88,7 +88,7 @@ void TestCnetFrame::handshakeHasNoBytes()
 void TestCnetFrame::handshakeGoesBehindOtherFrames()
 {
     DriverFixture fixture;
-    driver.frames.append(frameInFlight(9, 0));
+    queueFrame(frameInFlight(9, 0));
     handShakeFrame();
 
     QCOMPARE(static_cast<int>(driver.frames.size()), 2);
@@ -137,14 +137,14 @@ void TestCnetFrame::answerIsJudged()
     QFETCH(int, recvLen);
 
     DriverFixture fixture;
-    driver.frames.append(frameInFlight(recvLen, 1));
+    queueFrame(frameInFlight(recvLen, 1));
     QTEST(judge(answer), "expected");
 }
 
 void TestCnetFrame::writeAnswerIsTold()
 {
     DriverFixture fixture;
-    driver.frames.append(frameInFlight(9, 0));
+    queueFrame(frameInFlight(9, 0));
 
     // clang-format off
     QCOMPARE(judge(QByteArray("\x06" "01wSB\x03" "76")), 2);
@@ -157,7 +157,7 @@ void TestCnetFrame::writeAnswerIsTold()
 void TestCnetFrame::readingOfNegativeCountIsAReading()
 {
     DriverFixture fixture;
-    driver.frames.append(frameInFlight(17, -1));
+    queueFrame(frameInFlight(17, -1));
 
     // clang-format off
     QCOMPARE(judge(QByteArray("\x06" "01rSB0102ABCD\x03" "3E")), 1);
@@ -168,7 +168,7 @@ void TestCnetFrame::longAnswerIsJudgedWhole()
 {
     DriverFixture fixture;
     QByteArray answer = makeAnswer(QByteArray(64000, '\xFF'));
-    driver.frames.append(frameInFlight(static_cast<int>(answer.size()), 16000));
+    queueFrame(frameInFlight(static_cast<int>(answer.size()), 16000));
 
     QCOMPARE(answer.right(2), QByteArray("09"));
     QCOMPARE(judge(answer), 1);
@@ -179,8 +179,8 @@ void TestCnetFrame::longAnswerIsJudgedWhole()
 void TestCnetFrame::firstFrameCounts()
 {
     DriverFixture fixture;
-    driver.frames.append(frameInFlight(9, 0));
-    driver.frames.append(frameInFlight(17, 1));
+    queueFrame(frameInFlight(9, 0));
+    queueFrame(frameInFlight(17, 1));
 
     QCOMPARE(judge(makeAnswer("01rSB0102ABCD")), 0);
     QCOMPARE(judge(makeAnswer("01wSB")), 2);
@@ -209,7 +209,7 @@ void TestCnetFrame::impossibleLengthIsRejected()
     QFETCH(int, len);
 
     DriverFixture fixture;
-    driver.frames.append(frameInFlight(len, 1));
+    queueFrame(frameInFlight(len, 1));
     QCOMPARE(check_rcv_data(nullptr, QList<VARIABLE>(), len), 0);
 }
 

@@ -264,7 +264,7 @@ void TestWriteFrame::longBlockIsCutAtItsEnd()
 
     DriverFixture fixture;
     getWriteFrame(makeItem(1, qPrintable(name), 0, count, QByteArray(1024, '\x11')));
-    const FRAME_PRO &frame = driver.frames.last();
+    const FRAME_PRO &frame = driver.frames.at(driver.frames.size() - 1);
     QCOMPARE(frame.sendLen, sendLen);
     QCOMPARE(sentBytes(frame).left(22), head);
     QCOMPARE(frame.recvLen, 9);
@@ -299,7 +299,7 @@ void TestWriteFrame::oddNumbersStayWithinTheFrame()
 
     DriverFixture fixture;
     getWriteFrame(makeItem(1, qPrintable(name), startAddr, count));
-    const FRAME_PRO &frame = driver.frames.last();
+    const FRAME_PRO &frame = driver.frames.at(driver.frames.size() - 1);
     QCOMPARE(frame.sendLen, sendLen);
     QCOMPARE(int(frame.sendBuf[0]), 0x05);
     QCOMPARE(int(frame.sendBuf[sendLen - 3]), 0x04);

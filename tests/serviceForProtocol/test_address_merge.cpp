@@ -241,7 +241,7 @@ void TestAddressMerge::otherJobsStay()
     DriverFixture fixture;
     driver.pendingWrites.append(makeItem(1, "D_W", 0, 1));
     driver.conditionReads.append(makeItem(1, "D_W", 0, 1));
-    driver.frames.append(FRAME_PRO());
+    queueFrame(FRAME_PRO());
     driver.rcpBlockStarts.append(0);
     QList<KEY_ADDRESS> keys = keysOf(QString::fromLatin1("1/D_W:100*5"));
     intf_addrMerge(keys);

@@ -64,7 +64,7 @@ void TestAnswerHandling::goodReadAnswer()
     QVERIFY(driver.frames.isEmpty());
     QCOMPARE(driver.failCount, 0);
     QCOMPARE(driver.lastFailed, 0);
-    QCOMPARE(listText(driver.cyclicReads), latin("1 M_W 9 x2, 1 M_W 1 x2"));
+    QCOMPARE(listText(readsInTurn()), latin("1 M_W 9 x2, 1 M_W 1 x2"));
 }
 
 void TestAnswerHandling::goodWriteAnswer()
@@ -155,7 +155,7 @@ void TestAnswerHandling::decodingWithoutFrame()
     frame.unitCount = 1;
     frame.dataPos = 10;
     frame.var = makeItem(1, "D_W", 5, 1);
-    driver.frames.append(frame);
+    queueFrame(frame);
     QCOMPARE(dealReadFrameReturnSaveData(readAnswer("1234")), 0);
     QCOMPARE(hexOf(unitAt(1, "D", 5).readValue, 2), QByteArray("3412"));
     QCOMPARE(sizeOf(driver.frames), 1);

@@ -319,7 +319,7 @@ void TestChangeNotify::namesFollowTheUnits()
     }
     ChangeNotifier notifier;
     for (int i = 0; i < 8; ++i) {
-        notifier.unitChanged(2, 0, 1, i);
+        notifier.unitChanged(driver.dataArea.at(i), 2, 1);
     }
     QCOMPARE(callsText(), latin("7 1 D_W 0, 7 1 D_W 1, 7 1 Q_W 2, 7 1 D_W 3, 7 1 Q_W 4, "
                                 "7 1 R_W 5, 7 1 M_W 6, 7 1 TX_W 7"));

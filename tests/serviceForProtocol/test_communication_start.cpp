@@ -159,7 +159,7 @@ void TestCommunicationStart::jobsAndCacheAreEmptied()
     driver.pendingWrites.append(makeItem(1, "D_W", 1, 1));
     driver.conditionReads.append(makeItem(1, "D_W", 2, 1));
     driver.dataArea.append(_DATA_());
-    driver.frames.append(FRAME_PRO());
+    queueFrame(FRAME_PRO());
     startWith("1#0#0#3#60");
 
     QVERIFY(driver.cyclicReads.isEmpty());

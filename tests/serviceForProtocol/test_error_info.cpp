@@ -22,7 +22,7 @@ static void putInFlight(const VARIABLE &item)
 {
     FRAME_PRO frame = FRAME_PRO();
     frame.var = item;
-    driver.frames.append(frame);
+    queueFrame(frame);
 }
 
 void TestErrorInfo::description_data()

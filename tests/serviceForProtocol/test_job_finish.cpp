@@ -28,7 +28,7 @@ private Q_SLOTS:
 static QString listsText()
 {
     return listText(driver.pendingWrites) + latin(" | ") + listText(driver.conditionReads) +
-           latin(" | ") + listText(driver.cyclicReads);
+           latin(" | ") + listText(readsInTurn());
 }
 
 void TestJobFinish::onlyItsOwnListIsTouched_data()
@@ -121,7 +121,7 @@ void TestJobFinish::cyclicReadsRotate()
     queueReads(driver.cyclicReads, "M_W", 1, blocks);
     driver.sendState = kJobCyclicRead;
     dealListWhenFinish();
-    QCOMPARE(listText(driver.cyclicReads), after);
+    QCOMPARE(listText(readsInTurn()), after);
 }
 
 void TestJobFinish::conditionReadSignals_data()

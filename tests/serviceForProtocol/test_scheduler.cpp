@@ -104,7 +104,7 @@ void TestScheduler::wholeFrameIsCopied()
     made.spare = 7;
     made.var = makeItem(8, "D_W", 9, 10, QByteArray(1024, '\x22'));
     made.var.opKind = 11;
-    driver.frames.append(made);
+    queueFrame(made);
 
     FRAME_PRO out = FRAME_PRO();
     QCOMPARE(intf_getSendFrame(out), 1);

@@ -79,6 +79,13 @@ inline QString listText(const QList<VARIABLE> &list)
     return texts.join(QLatin1String(", "));
 }
 
+/// The cyclic reads as they will be served, the one that is due first.
+inline QList<VARIABLE> readsInTurn()
+{
+    return driver.cyclicReads.mid(driver.nextCyclicRead) +
+           driver.cyclicReads.mid(0, driver.nextCyclicRead);
+}
+
 /// ENQ, `text`, EOT and the two characters of a block check, which the caller spells out.
 inline QByteArray requestBytes(const QByteArray &text, const QByteArray &check)
 {

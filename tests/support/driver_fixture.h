@@ -112,6 +112,12 @@ inline KEY_ADDRESS makeKey(int stationNo, const char *regName, int startAddr, in
     return key;
 }
 
+/// Puts a frame that no builder made behind those in flight.
+inline void queueFrame(const FRAME_PRO &frame)
+{
+    driver.frames.append(frame.var) = frame;
+}
+
 /// The bytes of a frame that go on the wire.
 inline QByteArray sentBytes(const FRAME_PRO &frame)
 {

@@ -1,0 +1,194 @@
+#include "serviceForProtocol/known_block.h"
+
+#include <climits>
+#include <cstring>
+
+#include "ls_master_k_cnet/cnet_frame.h"
+#include "serviceForProtocol/block_overlap.h"
+#include "serviceForProtocol/data_area.h"
+#include "serviceForProtocol/error_info.h"
+#include "shared/protocol.h"
+#include "shared/register_row.h"
+#include "shared/request_copy.h"
+#include "shared/wrap.h"
+
+enum { kCacheLine = 64 };
+
+/// The longest answer that a request can ask for.
+enum { kLongestAnswer = kReadAnswerOverhead + 255 * kWordCharacters };
+
+static int answerLengthOf(const MergeKey &block)
+{
+    return registerWidths(block.regName).wordBits == 1
+               ? kContactAnswerLength
+               : wrapAdd(kReadAnswerOverhead, wrapMul(kWordCharacters, block.count));
+}
+
+void expectBlocks(const QVector<MergeKey> &blocks)
+{
+    forgetBlocks();
+    const QVector<bool> alone = blocksOnTheirOwn(blocks);
+    driver.blockMemories.blocks.resize(static_cast<int>(alone.size()));
+    int place = 0;
+    for (int i = 0; i < alone.size(); ++i) {
+        BlockMemory &memory = driver.blockMemories.blocks[i];
+        memory = BlockMemory();
+        memory.stationNo = blocks.at(i).stationNo;
+        memory.startAddr = blocks.at(i).startAddr;
+        memory.count = blocks.at(i).count;
+        memory.regName = blocks.at(i).regName;
+        memory.answerLength = answerLengthOf(blocks.at(i));
+        memory.standsAlone = alone.at(i) && memory.answerLength <= kLongestAnswer &&
+                             place <= INT_MAX - kLongestAnswer;
+        memory.answerPlace = place;
+        place += memory.standsAlone ? memory.answerLength : 0;
+    }
+    driver.blockMemories.answers.resize(place);
+}
+
+void forgetBlocks()
+{
+    driver.blockMemories = BlockMemories();
+    driver.nextCyclicRead = 0;
+    driver.blockInFlight = -1;
+    ++driver.answerSerial;
+}
+
+static bool isKnown(int block)
+{
+    return block >= 0 && block < driver.blockMemories.blocks.size();
+}
+
+// The reads go round the blocks, and with many of them each one lies outside the processor's cache:
+// what will be wanted of it is fetched while the block before is dealt with.
+static void fetchNextBlocks(int block)
+{
+    const int blocks = static_cast<int>(driver.blockMemories.blocks.size());
+    const BlockMemory *const memories = driver.blockMemories.blocks.constData();
+    if (block + 2 < blocks) {
+        __builtin_prefetch(memories + block + 2);
+        __builtin_prefetch(&memories[block + 2].description);
+    }
+    if (block + 1 < blocks && memories[block + 1].hasAnswer) {
+        const BlockMemory &next = memories[block + 1];
+        const char *const answer = driver.blockMemories.answers.constData() + next.answerPlace;
+        for (int i = 0; i < next.answerLength; i += kCacheLine) {
+            __builtin_prefetch(answer + i);
+        }
+        __builtin_prefetch(next.description.constData());
+        for (int i = 0; i < kUnitsAhead; ++i) {
+            fetchAhead(driver.dataArea, wrapAdd(next.firstRecord, i));
+        }
+    }
+}
+
+bool repeatRequest()
+{
+    const int block = driver.nextCyclicRead;
+    if (!isKnown(block) || driver.blockMemories.blocks.at(block).requestLength == 0) {
+        return false;
+    }
+    const BlockMemory &memory = driver.blockMemories.blocks.at(block);
+    VARIABLE &var = driver.curVar;
+    var.opKind = kJobCyclicRead;
+    var.stationNo = memory.stationNo;
+    shareText(var.regName, memory.regName);
+    var.startAddr = memory.startAddr;
+    var.count = memory.count;
+    FRAME_PRO &frame = driver.frames.appendRead(var);
+    std::memcpy(frame.sendBuf, memory.request, static_cast<size_t>(memory.requestLength));
+    frame.sendLen = memory.requestLength;
+    frame.recvLen = memory.answerLength;
+    frame.dataPos = kReadAnswerDataPos;
+    frame.unitCount = memory.count;
+    driver.blockInFlight = block;
+    fetchNextBlocks(block);
+    return true;
+}
+
+void keepRequest()
+{
+    const int block = driver.nextCyclicRead;
+    if (!isKnown(block) || driver.frames.isEmpty()) {
+        return;
+    }
+    const FRAME_PRO &frame = driver.frames.at(0);
+    BlockMemory &memory = driver.blockMemories.blocks[block];
+    if (frame.sendLen > BlockMemory::kLongestRequest || frame.recvLen != memory.answerLength) {
+        return;
+    }
+    std::memcpy(memory.request, frame.sendBuf, static_cast<size_t>(frame.sendLen));
+    memory.requestLength = frame.sendLen;
+    driver.blockInFlight = block;
+}
+
+static const BlockMemory *memoryInFlight()
+{
+    return isKnown(driver.blockInFlight) ? &driver.blockMemories.blocks.at(driver.blockInFlight)
+                                         : nullptr;
+}
+
+static bool isStillInArea(const BlockMemory &memory)
+{
+    return memory.hasAnswer && memory.valuesStamp == driver.valuesStamp;
+}
+
+static const char *lastAnswerOf(const BlockMemory &memory)
+{
+    return driver.blockMemories.answers.constData() + memory.answerPlace;
+}
+
+bool isLastAnswer(const QByteArray &answer)
+{
+    const BlockMemory *const memory = memoryInFlight();
+    return memory != nullptr && isStillInArea(*memory) && answer.size() == memory->answerLength &&
+           std::memcmp(answer.constData(), lastAnswerOf(*memory),
+                       static_cast<size_t>(memory->answerLength)) == 0;
+}
+
+void describeRequest(const QByteArray &answer, QString &text)
+{
+    const BlockMemory *const memory = memoryInFlight();
+    if (memory == nullptr || answer.size() != memory->answerLength) {
+        text = getErrorInfo(answer);
+        return;
+    }
+    if (memory->description.isNull()) {
+        driver.blockMemories.blocks[driver.blockInFlight].description = getErrorInfo(answer);
+    }
+    shareText(text, memory->description);
+}
+
+KeptAnswer::KeptAnswer(const QByteArray &answer)
+    : m_answer(answer)
+    , m_block(driver.blockInFlight)
+    , m_serial(++driver.answerSerial)
+    , m_stamp(driver.valuesStamp)
+{
+    if (!isKnown(m_block) ||
+        answer.size() != driver.blockMemories.blocks.at(m_block).answerLength) {
+        return;
+    }
+    BlockMemory &memory = driver.blockMemories.blocks[m_block];
+    m_standsAlone = memory.standsAlone;
+    m_firstRecord = memory.firstRecord;
+    if (isStillInArea(memory)) {
+        m_lastAnswers = driver.blockMemories.answers;
+        m_lastCharacters = lastAnswerOf(memory);
+    }
+    memory.hasAnswer = false;
+}
+
+KeptAnswer::~KeptAnswer()
+{
+    m_lastAnswers.clear(); // or they would have to be copied now
+    if (!m_standsAlone || driver.answerSerial != m_serial) {
+        return;
+    }
+    BlockMemory &memory = driver.blockMemories.blocks[m_block];
+    std::memcpy(driver.blockMemories.answers.data() + memory.answerPlace, m_answer.constData(),
+                static_cast<size_t>(memory.answerLength));
+    memory.hasAnswer = true;
+    memory.firstRecord = m_firstRecord;
+    memory.valuesStamp = m_stamp;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstring>
+
+#include "ls_master_k_cnet/records.h"
+
+/// Copying no more than has to travel: counting the users of a text up and down costs more than
+/// seeing that it is the same one, and most reads are for the register of the read before.
+
+/// `to` becomes `from`.
+inline void shareText(QString &to, const QString &from)
+{
+    if (from.isEmpty() || to.constData() != from.constData() || to.size() != from.size()) {
+        to = from;
+    }
+}
+
+/// Copies a request but for its value area.
+inline void copyRange(VARIABLE &to, const VARIABLE &from)
+{
+    to.opKind = from.opKind;
+    to.stationNo = from.stationNo;
+    shareText(to.regName, from.regName);
+    to.startAddr = from.startAddr;
+    to.count = from.count;
+}
+
+/// Copies a frame with the whole of its areas: a host may look at any byte of them.
+inline void copyFrame(FRAME_PRO &to, const FRAME_PRO &from)
+{
+    std::memcpy(to.sendBuf, from.sendBuf, sizeof to.sendBuf);
+    to.sendLen = from.sendLen;
+    to.recvLen = from.recvLen;
+    to.dataPos = from.dataPos;
+    to.unitCount = from.unitCount;
+    to.spare = from.spare;
+    copyRange(to.var, from.var);
+    std::memcpy(to.var.data, from.var.data, sizeof to.var.data);
+}
