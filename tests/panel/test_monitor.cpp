@@ -8,9 +8,9 @@ using namespace panel;
 
 namespace {
 
-VARIABLE block(const char *name, int start, int count, int station = 1)
+RequestRange block(const char *name, int start, int count, int station = 1)
 {
-    VARIABLE block{};
+    RequestRange block{};
     block.stationNo = station;
     block.regName = QLatin1String(name);
     block.startAddr = start;

@@ -12,9 +12,9 @@ using namespace panel;
 
 namespace {
 
-VARIABLE block(const char *name, int start, int count)
+RequestRange block(const char *name, int start, int count)
 {
-    VARIABLE block{};
+    RequestRange block{};
     block.stationNo = 1;
     block.regName = QLatin1String(name);
     block.startAddr = start;

@@ -31,7 +31,7 @@ Monitor sample(int words)
                         }
                         return values;
                     });
-    VARIABLE block{};
+    RequestRange block{};
     block.stationNo = 1;
     block.regName = QLatin1String("D_W");
     block.startAddr = 100;

@@ -9,6 +9,18 @@ namespace {
 
 const int kNoiseKept = 256;
 
+int bytesBeforeControl(const char *bytes, int count)
+{
+    int plain = count;
+    for (const char control : {kEtx, kAck, kNak}) {
+        if (const void *const found =
+                std::memchr(bytes, control, static_cast<std::size_t>(plain))) {
+            plain = static_cast<int>(static_cast<const char *>(found) - bytes);
+        }
+    }
+    return plain;
+}
+
 } // namespace
 
 void AnswerCollector::begin(int expectedLength)
@@ -19,6 +31,11 @@ void AnswerCollector::begin(int expectedLength)
 
 bool AnswerCollector::add(const QByteArray &bytes)
 {
+    if (m_answer.isEmpty() && !m_complete && isWholeAnswer(bytes)) {
+        m_answer = bytes;
+        m_complete = true;
+        return true;
+    }
     const char *next = bytes.cbegin();
     while (next != bytes.cend() && !m_complete) {
         const int plain = plainBytes(next, static_cast<int>(bytes.cend() - next));
@@ -35,6 +52,17 @@ bool AnswerCollector::add(const QByteArray &bytes)
     return m_complete;
 }
 
+// Most answers come in one piece, as they were expected.
+bool AnswerCollector::isWholeAnswer(const QByteArray &bytes) const
+{
+    const int etxAt = m_expectedLength - kBlockCheckLength - 1;
+    if (bytes.size() != m_expectedLength || etxAt < 1 || bytes.at(0) != kAck ||
+        bytes.at(etxAt) != kEtx) {
+        return false;
+    }
+    return bytesBeforeControl(bytes.constData() + 1, etxAt - 1) == etxAt - 1;
+}
+
 // Nearly all of an answer lies between its head and ETX and means nothing here.
 int AnswerCollector::plainBytes(const char *bytes, int count) const
 {
@@ -42,14 +70,7 @@ int AnswerCollector::plainBytes(const char *bytes, int count) const
         return 0;
     }
     const int room = longestAnswer() - static_cast<int>(m_answer.size());
-    int plain = std::max(0, std::min(count, room));
-    for (const char control : {kEtx, kAck, kNak}) {
-        if (const void *const found =
-                std::memchr(bytes, control, static_cast<std::size_t>(plain))) {
-            plain = static_cast<int>(static_cast<const char *>(found) - bytes);
-        }
-    }
-    return plain;
+    return bytesBeforeControl(bytes, std::max(0, std::min(count, room)));
 }
 
 // A refusal may be longer than the answer that was expected, as that to a write is.

@@ -45,6 +45,7 @@ public:
     int strayBytes() const { return m_strayBytes; }
 
 private:
+    bool isWholeAnswer(const QByteArray &bytes) const;
     int plainBytes(const char *bytes, int count) const;
     int longestAnswer() const;
     void addByte(char byte);

@@ -174,7 +174,8 @@ void Exchange::sendFrame()
 ExchangeReport Exchange::beginReport(Outcome outcome) const
 {
     ExchangeReport report;
-    report.request = m_frame.var;
+    report.request = {m_frame.var.opKind, m_frame.var.stationNo, m_frame.var.regName,
+                      m_frame.var.startAddr, m_frame.var.count};
     report.frame = m_request;
     report.answer = m_collector.hasBegun() ? m_collector.answer() : QByteArray();
     report.strayBytes = m_collector.strayBytes();
@@ -230,8 +231,7 @@ void Exchange::judgeAnswer(ExchangeReport &report, int &lateUnderway)
 
 int Exchange::deal(QByteArray answer)
 {
-    QString requestText;
-    return m_driver.dealRcvFrame(answer, requestText);
+    return m_driver.dealRcvFrame(answer, m_requestText);
 }
 
 bool Exchange::endsRound(const ExchangeReport &report)

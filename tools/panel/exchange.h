@@ -114,6 +114,7 @@ private:
     QElapsedTimer m_clock;
     FRAME_PRO m_frame{};
     QByteArray m_request;
+    QString m_requestText; ///< as the driver describes it
     qint64 m_sentNs = 0;
     AnswerCollector m_collector;
     LateAnswers m_late;

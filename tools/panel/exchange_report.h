@@ -1,6 +1,6 @@
 #pragma once
 
-#include <ls_master_k_cnet/records.h>
+#include "panel/request_range.h"
 
 #include <QByteArray>
 #include <QString>
@@ -26,7 +26,7 @@ enum DealResult {
 /** One request and what became of it. */
 struct ExchangeReport
 {
-    VARIABLE request{}; ///< what the frame served
+    RequestRange request;
     QByteArray frame;   ///< as sent
     QByteArray answer;  ///< as received, from ACK or NAK on; empty where neither came
     int strayBytes = 0; ///< bytes received that belong to no answer

@@ -15,7 +15,7 @@ QString placeKey(int station, const QString &name)
 }
 
 // The driver reads bits with the words that hold them, so its blocks bear the names of words.
-bool blockHolds(const VARIABLE &block, const Item &item, const Piece &piece)
+bool blockHolds(const RequestRange &block, const Item &item, const Piece &piece)
 {
     const int first = item.start + piece.offset;
     const int last = first + piece.count - 1;
@@ -122,7 +122,7 @@ void Monitor::markRead(int item, WatchedPiece &piece, qint64 nowMs, const QDateT
     }
 }
 
-void Monitor::readEnded(const VARIABLE &request, bool good, qint64 nowMs, const QDateTime &time)
+void Monitor::readEnded(const RequestRange &request, bool good, qint64 nowMs, const QDateTime &time)
 {
     for (int i = 0; i < m_items.size(); ++i) {
         for (WatchedPiece &piece : m_items[i].pieces) {

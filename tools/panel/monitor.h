@@ -1,8 +1,7 @@
 #pragma once
 
 #include "panel/item.h"
-
-#include <ls_master_k_cnet/records.h>
+#include "panel/request_range.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -71,7 +70,7 @@ public:
     void valueChanged(int station, const QString &name, int address, const QDateTime &time);
 
     /** A block read ended, well or given up. */
-    void readEnded(const VARIABLE &request, bool good, qint64 nowMs, const QDateTime &time);
+    void readEnded(const RequestRange &request, bool good, qint64 nowMs, const QDateTime &time);
 
     /** What changed since the last call, in the order of the items. */
     QVector<ValueChange> takeChanges();
