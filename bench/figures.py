@@ -52,7 +52,7 @@ class Results:
 
     def exchange_figures(self):
         rows = []
-        for words, change, limit in ((60, "unchanged", 0.5), (60, "words", 1), (60, "bits", None),
+        for words, change, limit in ((60, "unchanged", 0.2), (60, "words", 0.7), (60, "bits", None),
                                      (60, "one-bit", None), (16, "unchanged", None),
                                      (16, "words", None), (1, "unchanged", None), (1, "words", None)):
             case = f"exchange/{words}/{change}"
@@ -68,10 +68,10 @@ class Results:
                 least, most = (f"area/{count}/{stations}/{change}" for count in (units[0], units[-1]))
                 rows.append(Figure(f"exchange, {change if change == 'unchanged' else 'changed ' + change}, "
                                    f"{where}: 100 000 units / 100",
-                                   self.ratio(most, least), 1.2, "{:.3f}"))
+                                   self.ratio(most, least), 1.1, "{:.3f}"))
             least, most = (f"get-data/{count}/{stations}" for count in (units[0], units[-1]))
             rows.append(Figure(f"intf_getData, {where}: 100 000 units / 100",
-                               self.ratio(most, least), 1.2, "{:.3f}"))
+                               self.ratio(most, least), 1.1, "{:.3f}"))
         return rows
 
     def merge_figures(self):
@@ -100,8 +100,16 @@ class Results:
                            "{:.0f}"))
         return rows
 
+    def arm_figures(self):
+        if not self.arm:
+            return []
+        limits = {"exchange-60-unchanged": 6000, "exchange-60-words": 20000}
+        return [Figure(f"instructions of {case.replace('-', ' ')} on 32-bit ARM", count, limits.get(case),
+                       "{:.0f}")
+                for case, count in self.arm["instructions"].items()]
+
     def table(self):
-        return (self.exchange_figures() + self.growth_figures() + self.merge_figures()
+        return (self.exchange_figures() + self.arm_figures() + self.growth_figures() + self.merge_figures()
                 + self.poll_figures() + self.size_figures())
 
 

@@ -17,31 +17,36 @@ enum { kCacheLine = 64 };
 /// The longest answer that a request can ask for.
 enum { kLongestAnswer = kReadAnswerOverhead + 255 * kWordCharacters };
 
-static int answerLengthOf(const MergeKey &block)
+static BlockMemory newMemory(const MergeKey &block, bool isContact, bool isOnItsOwn, int place)
 {
-    return registerWidths(block.regName).wordBits == 1
-               ? kContactAnswerLength
-               : wrapAdd(kReadAnswerOverhead, wrapMul(kWordCharacters, block.count));
+    BlockMemory memory = BlockMemory();
+    memory.stationNo = block.stationNo;
+    memory.startAddr = block.startAddr;
+    memory.count = block.count;
+    memory.regName = block.regName;
+    memory.answerLength = isContact
+                              ? static_cast<int>(kContactAnswerLength)
+                              : wrapAdd(kReadAnswerOverhead, wrapMul(kWordCharacters, block.count));
+    memory.answerPlace = place;
+    memory.standsAlone =
+        isOnItsOwn && memory.answerLength <= kLongestAnswer && place <= INT_MAX - kLongestAnswer;
+    return memory;
 }
 
 void expectBlocks(const QVector<MergeKey> &blocks)
 {
     forgetBlocks();
-    const QVector<bool> alone = blocksOnTheirOwn(blocks);
-    driver.blockMemories.blocks.resize(static_cast<int>(alone.size()));
+    const QVector<bool> onItsOwn = blocksOnTheirOwn(blocks);
+    QVector<BlockMemory> &memories = driver.blockMemories.blocks;
+    memories.reserve(blocks.size());
+    bool isContact = false;
     int place = 0;
-    for (int i = 0; i < alone.size(); ++i) {
-        BlockMemory &memory = driver.blockMemories.blocks[i];
-        memory = BlockMemory();
-        memory.stationNo = blocks.at(i).stationNo;
-        memory.startAddr = blocks.at(i).startAddr;
-        memory.count = blocks.at(i).count;
-        memory.regName = blocks.at(i).regName;
-        memory.answerLength = answerLengthOf(blocks.at(i));
-        memory.standsAlone = alone.at(i) && memory.answerLength <= kLongestAnswer &&
-                             place <= INT_MAX - kLongestAnswer;
-        memory.answerPlace = place;
-        place += memory.standsAlone ? memory.answerLength : 0;
+    for (int i = 0; i < blocks.size(); ++i) {
+        if (i == 0 || blocks.at(i).regName != blocks.at(i - 1).regName) {
+            isContact = registerWidths(blocks.at(i).regName).wordBits == 1;
+        }
+        memories.append(newMemory(blocks.at(i), isContact, onItsOwn.at(i), place));
+        place += memories.at(i).standsAlone ? memories.at(i).answerLength : 0;
     }
     driver.blockMemories.answers.resize(place);
 }
