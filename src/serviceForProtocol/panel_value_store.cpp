@@ -54,13 +54,14 @@ static void storeNumber(const PanelWrite &write, int unitAddr, int bytes, int nu
     record.writePending = 1;
 }
 
-static void storeUnit(const PanelWrite &write, const UnitLayout &layout, int unitAddr, int number)
+// The unit takes the value that the host was told of, whatever the host wrote there meanwhile.
+static void storeUnit(const PanelWrite &write, const UnitLayout &layout, int unitAddr, int before,
+                      int after)
 {
-    const int before = currentNumber(write, unitAddr, layout.bytesPerUnit);
-    if (before != number) {
-        notifyChange(write, layout, unitAddr, before, number);
+    if (before != after) {
+        notifyChange(write, layout, unitAddr, before, after);
     }
-    storeNumber(write, unitAddr, layout.bytesPerUnit, number);
+    storeNumber(write, unitAddr, layout.bytesPerUnit, after);
 }
 
 // The high unit of a pair of words goes first; bytes go in ascending order.
@@ -72,7 +73,8 @@ static void storeUnits(const PanelWrite &write, const UnitLayout &layout, const 
     const int units = layout.values(write.count) * perValue;
     for (int i = 0; i < units; ++i) {
         const int unit = highFirst ? i ^ 1 : i;
-        storeUnit(write, layout, wrapAdd(write.startAddr, unit),
+        const int unitAddr = wrapAdd(write.startAddr, unit);
+        storeUnit(write, layout, unitAddr, currentNumber(write, unitAddr, bytes),
                   unitNumber(data + unit * bytes, bytes));
     }
 }
@@ -106,15 +108,8 @@ static void markBitPending(const PanelWrite &write, int unitAddr, int bit)
 static void storeBit(const PanelWrite &write, const UnitLayout &layout, int unitAddr, int bit,
                      int on)
 {
-    const int bytes = layout.bytesPerUnit;
-    const int before = currentNumber(write, unitAddr, bytes);
-    const int after = _setBitValue(before, bit, on);
-    if (before != after) {
-        notifyChange(write, layout, unitAddr, before, after);
-    }
-    // The host may have written another bit of the unit meanwhile: only this one is set.
-    const int now = currentNumber(write, unitAddr, bytes);
-    storeNumber(write, unitAddr, bytes, _setBitValue(now, bit, on));
+    const int before = currentNumber(write, unitAddr, layout.bytesPerUnit);
+    storeUnit(write, layout, unitAddr, before, _setBitValue(before, bit, on));
 }
 
 static void storeBits(const PanelWrite &write, const UnitLayout &layout, const unsigned char *data)

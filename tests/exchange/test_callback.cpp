@@ -20,6 +20,8 @@ private Q_SLOTS:
     void usesTheDriver_data();
     void usesTheDriver();
     void writesBackWhatItHears();
+    void writesWithinItsOwnWrite_data();
+    void writesWithinItsOwnWrite();
     void none();
 };
 
@@ -185,6 +187,46 @@ void TestCallback::writesBackWhatItHears()
     QCOMPARE(loop.differences(), QStringList());
     QCOMPARE(HostLoop::calls(), texts({"7 1 D_W 100", "7 1 D_W 101"}));
     QCOMPARE(deepest, 2);
+}
+
+void TestCallback::writesWithinItsOwnWrite_data()
+{
+    QTest::addColumn<QByteArray>("regName");
+    QTest::addColumn<int>("address");
+    QTest::addColumn<int>("innerAddress");
+    QTest::addColumn<int>("innerValue");
+    QTest::addColumn<Values>("words"); // in the panel and in the PLC, when both are answered
+    QTest::newRow("the same word") << QByteArray("M_W") << 2 << 2 << 5 << Values{1, 5};
+    QTest::newRow("another bit of the word")
+        << QByteArray("M_bit") << 35 << 36 << 1 << Values{0x08, 0x18};
+    QTest::newRow("the same bit") << QByteArray("M_bit") << 35 << 35 << 0 << Values{0x08, 0};
+}
+
+// The PLC gets both writes, in the order of the calls. The cache keeps the outer one, whose value
+// was formed before the callback, until it is read again.
+void TestCallback::writesWithinItsOwnWrite()
+{
+    QFETCH(QByteArray, regName);
+    QFETCH(int, address);
+    QFETCH(int, innerAddress);
+    QFETCH(int, innerValue);
+    HostLoop loop;
+    loop.addStation(1);
+    loop.monitor({key(1, "M_W", 2)});
+    QVERIFY(loop.settle());
+    int depth = 0;
+    HostLoop::setCallbackHandler([&](const QString &) {
+        if (depth++ == 0) {
+            loop.write(1, regName.constData(), innerAddress, {innerValue});
+        }
+    });
+    loop.write(1, regName.constData(), address, {1});
+    QVERIFY(depth > 0);
+    HostLoop::setCallbackHandler({});
+    QCOMPARE(loop.turns(2), (Values{1, 1}));
+    QTEST(loop.inPanel(1, "M_W", 2) + loop.inPlc(1, "M_W", 2), "words");
+    QVERIFY(loop.settle());
+    QCOMPARE(loop.differences(), QStringList());
 }
 
 void TestCallback::none()

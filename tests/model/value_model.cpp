@@ -57,12 +57,12 @@ void ValueModel::storeBit(const Place &place, int bit, bool on, const std::funct
 {
     Unit &changed = m_units[place];
     const unsigned mask = 1U << bit;
-    const auto withBit = [mask, on](unsigned word) { return on ? word | mask : word & ~mask; };
     const unsigned before = changed.current();
-    if (withBit(before) != before) {
+    const unsigned after = on ? before | mask : before & ~mask;
+    if (after != before) {
         tellWord(place, mask);
     }
-    changed.written = withBit(changed.current()); // the host may have written others within
+    changed.written = after; // what the host wrote within is lost
     changed.pending = true;
     if ((changed.once & mask) == 0) {
         changed.once |= mask;

@@ -24,7 +24,8 @@ private Q_SLOTS:
     void hostStillSeesTheOldValue();
     void sameValueTwiceIsReportedOnce();
     void hostMayEmptyTheAreaMeanwhile();
-    void hostMayWriteAnotherBitMeanwhile();
+    void whatTheHostWritesMeanwhileIsOverwritten_data();
+    void whatTheHostWritesMeanwhileIsOverwritten();
 };
 
 static const unsigned char *dataOf(const QByteArray &bytes)
@@ -337,15 +338,50 @@ static void writeBit50()
     write_saveDataToArea(1, latin("M_bit"), 50, 1, &bit);
 }
 
-void TestPanelValueStore::hostMayWriteAnotherBitMeanwhile()
+static void writeWord3()
 {
+    DriverFixture::hook() = nullptr;
+    const unsigned char word[2] = {0xF0, 0xF0};
+    write_saveDataToArea(1, latin("M_W"), 3, 1, word);
+}
+
+typedef void (*Hook)();
+Q_DECLARE_METATYPE(Hook)
+
+void TestPanelValueStore::whatTheHostWritesMeanwhileIsOverwritten_data()
+{
+    QTest::addColumn<QByteArray>("regName");
+    QTest::addColumn<int>("startAddr");
+    QTest::addColumn<Hook>("hook");
+    QTest::addColumn<QByteArray>("current");
+    QTest::addColumn<int>("marks");
+
+    QTest::newRow("another bit of the word")
+        << QByteArray("M_bit") << 49 << Hook(writeBit50) << QByteArray("0200") << 0x14;
+    QTest::newRow("the word of the bit")
+        << QByteArray("M_bit") << 49 << Hook(writeWord3) << QByteArray("0200") << 0x04;
+    QTest::newRow("a bit of the word")
+        << QByteArray("M_W") << 3 << Hook(writeBit50) << QByteArray("0101") << 0x10;
+    QTest::newRow("the same word")
+        << QByteArray("M_W") << 3 << Hook(writeWord3) << QByteArray("0101") << 0;
+}
+
+void TestPanelValueStore::whatTheHostWritesMeanwhileIsOverwritten()
+{
+    QFETCH(QByteArray, regName);
+    QFETCH(int, startAddr);
+    QFETCH(Hook, hook);
+    QFETCH(QByteArray, current);
+    QFETCH(int, marks);
+
     DriverFixture fixture;
-    DriverFixture::hook() = &writeBit50;
-    _setDataAreaMonitorFlag(1, latin("M_bit"), 49, 1);
-    const unsigned char bit = 1;
-    write_saveDataToArea(1, latin("M_bit"), 49, 1, &bit);
-    QCOMPARE(hexOf(currentBytes(unitAt(1, "M", 3)), 2), QByteArray("0600"));
-    QCOMPARE(unitAt(1, "M", 3).pendingBits, 0x14);
+    DriverFixture::hook() = hook;
+    _setDataAreaMonitorFlag(1, latin("M_W"), 3, 1);
+    const unsigned char ones[2] = {1, 1};
+    write_saveDataToArea(1, latin(regName.constData()), startAddr, 1, ones);
+    QVERIFY(callsText().startsWith(latin("7 1 M_W 3")));
+    QCOMPARE(hexOf(currentBytes(unitAt(1, "M", 3)), 2), current);
+    QCOMPARE(unitAt(1, "M", 3).pendingBits, marks);
 }
 
 QTEST_APPLESS_MAIN(TestPanelValueStore)

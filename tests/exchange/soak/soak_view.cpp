@@ -101,7 +101,7 @@ void PanelView::storeBit(const Range &range, int offset, bool on, Calls &calls)
     if (before != after) {
         report(range, offset, unit, before ^ after, calls);
     }
-    unit.written = withBit(unit.current(), bit, on); // the host may have written meanwhile
+    unit.written = after; // what the host wrote meanwhile is lost
     unit.pending = true;
     const quint32 first = 1U << static_cast<unsigned>(2 * bit);
     if ((unit.marks & first) == 0) {
