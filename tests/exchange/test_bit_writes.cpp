@@ -22,6 +22,8 @@ private Q_SLOTS:
     void twoWordsAreSpoilt_data();
     void twoWordsAreSpoilt();
     void longWriteTakesTheWrongValues();
+    void valuesBeyondOne_data();
+    void valuesBeyondOne();
     void modifiesWhatThePlcHolds();
     void halvesFail_data();
     void halvesFail();
@@ -234,6 +236,38 @@ void TestBitWrites::longWriteTakesTheWrongValues()
     loop.monitor({key(1, "M_W", 0, 2)});
     QVERIFY(loop.settle());
     QCOMPARE(loop.differences(), QStringList());
+}
+
+void TestBitWrites::valuesBeyondOne_data()
+{
+    QTest::addColumn<QByteArray>("regName");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<int>("shown"); // in the panel, from the write until the next reading
+    QTest::addColumn<int>("held");  // in the PLC
+    QTest::newRow("bit, 2") << QByteArray("M_bit") << 2 << 0 << 1;
+    QTest::newRow("bit, 255") << QByteArray("M_bit") << 255 << 0 << 1;
+    QTest::newRow("bit of a data register, 2") << QByteArray("D_bit") << 2 << 0 << 1;
+    QTest::newRow("contact, 2") << QByteArray("TX") << 2 << 2 << 1;
+}
+
+// Every value but 0 sets the bit in the PLC; in the cache 1 alone does, and a contact keeps its
+// byte.
+void TestBitWrites::valuesBeyondOne()
+{
+    QFETCH(QByteArray, regName);
+    QFETCH(int, value);
+    QFETCH(int, shown);
+    QFETCH(int, held);
+    HostLoop loop;
+    loop.addStation(1);
+    loop.write(1, regName.constData(), 35, {value});
+    QCOMPARE(loop.inPanel(1, regName.constData(), 35), Values{shown});
+    QVERIFY(loop.settle());
+    QCOMPARE(loop.inPlc(1, regName.constData(), 35), Values{held});
+    QCOMPARE(loop.inPanel(1, regName.constData(), 35), Values{shown});
+    loop.monitor({key(1, regName.constData(), 35)});
+    QVERIFY(loop.settle());
+    QCOMPARE(loop.inPanel(1, regName.constData(), 35), Values{held});
 }
 
 // The other bits of the word are those that the PLC holds when the first half is answered, not

@@ -14,6 +14,8 @@ class TestContacts : public QObject
 
 private Q_SLOTS:
     void oneOfAKeyIsRead();
+    void readingOfAKeyUndoesWrites();
+    void readingOnceUndoesFifteenMore();
     void writes();
     void eachSettlesAlone();
     void readingEndsTheWait();
@@ -30,6 +32,43 @@ void TestContacts::oneOfAKeyIsRead()
     QCOMPARE(loop.requests().first(), QLatin1String("01rSS0107%TX0004"));
     QCOMPARE(loop.inPanel(1, "TX", 4, 3), (Values{1, 0, 0}));
     QCOMPARE(loop.counts().givenUp, 0);
+}
+
+// The byte that the frame brings has one bit for each of the key, of which the PLC sets the first.
+void TestContacts::readingOfAKeyUndoesWrites()
+{
+    HostLoop loop;
+    loop.addStation(1);
+    loop.monitor({key(1, "TX", 4, 3)});
+    loop.write(1, "TX", 4, {1, 1, 1});
+    QCOMPARE(loop.turns(3), (Values{1, 1, 1}));
+    QCOMPARE(loop.inPanel(1, "TX", 4, 3), (Values{1, 1, 1}));
+    QCOMPARE(loop.inPlc(1, "TX", 4, 3), (Values{1, 1, 1}));
+    loop.forget();
+    QCOMPARE(loop.turns(1), Values{1});
+    QCOMPARE(loop.inPanel(1, "TX", 4, 3), (Values{1, 0, 0}));
+    QCOMPARE(HostLoop::calls(), texts({"7 1 TX 5", "7 1 TX 6"}));
+}
+
+// One contact counts as the sixteen of a word, and the frame still brings one. The second eight are
+// taken from what follows the data: the end of the answer and its block check.
+void TestContacts::readingOnceUndoesFifteenMore()
+{
+    HostLoop loop;
+    loop.addStation(1);
+    Values ones;
+    for (int i = 0; i < 18; ++i) {
+        ones += 1;
+    }
+    loop.write(1, "TX", 4, ones);
+    QVERIFY(loop.settle());
+    loop.readOnce(1, "TX", 4, 1);
+    QVERIFY(loop.settle());
+    QCOMPARE(loop.requests().last(), QLatin1String("01rSS0107%TX0004"));
+    QCOMPARE(loop.log().last().answer.right(5), QByteArray("01\x03"
+                                                           "A5"));
+    QCOMPARE(loop.inPanel(1, "TX", 4, 18),
+             (Values{1, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 1, 0, 0, 0, 0, 1, 1}));
 }
 
 void TestContacts::writes()

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void rotation();
     void stationsStayApart();
     void silentStation();
+    void silentStationIsLeftOut();
     void rampIsFollowed();
     void nothingMonitored();
     void otherAddresses();
@@ -283,6 +284,29 @@ void TestCyclicReads::silentStation()
     loop.unit(2).faults.add({plc::FaultKind::Silence});
     QCOMPARE(loop.turns(5), (Values{1, 8, 8, 2, 1}));
     QCOMPARE(loop.inPanel(2, "D_W", 0), (Values{22}));
+}
+
+// What a host does about a station that takes its share of the time and gives nothing: it goes on
+// without it, and asks now and then whether it is back.
+void TestCyclicReads::silentStationIsLeftOut()
+{
+    const Keys others{key(1, "D_W", 0), key(3, "D_W", 0)};
+    HostLoop loop;
+    loop.addStation(1);
+    loop.addStation(3);
+    QCOMPARE(loop.monitor(others), 2);
+    QCOMPARE(loop.turns(4), (Values{1, 1, 1, 1}));
+    loop.readOnce(2, "D_W", 0, 1);
+    QCOMPARE(loop.turns(4), (Values{8, 8, 2, 1}));
+    QCOMPARE(HostLoop::calls(), texts({"-1 -1 -1 -1"}));
+
+    loop.addStation(2);
+    loop.forget();
+    loop.readOnce(2, "D_W", 0, 1);
+    QCOMPARE(loop.turns(1), Values{1});
+    QCOMPARE(HostLoop::calls(), texts({"-1 -1 -1 0"}));
+    QCOMPARE(loop.monitor(others + Keys{key(2, "D_W", 0)}), 3);
+    QCOMPARE(loop.turns(3), (Values{1, 1, 1}));
 }
 
 void TestCyclicReads::rampIsFollowed()

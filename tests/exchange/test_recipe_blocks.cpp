@@ -1,3 +1,4 @@
+#include "exchange/memory_changes.h"
 #include "exchange/recipe_loop.h"
 
 #include <QtTest>
@@ -13,6 +14,8 @@ private Q_SLOTS:
     void itemsOutOfOrderInTheBuffer();
     void blocks_data();
     void blocks();
+    void itemsOfBits_data();
+    void itemsOfBits();
     void otherDevices();
     void requestWithoutARecipe();
     void otherByteValuesAreNoRequest();
@@ -73,6 +76,45 @@ void TestRecipeBlocks::blocks()
         QCOMPARE(loop.recipeWords(item.bufOffset, item.count),
                  loop.inPlc(item.stationNo, reg.constData(), item.startAddr, item.count));
     }
+}
+
+void TestRecipeBlocks::itemsOfBits_data()
+{
+    QTest::addColumn<Items>("items");
+    QTest::addColumn<QStringList>("requests");
+    QTest::addColumn<QStringList>("changes"); // of D 2 = 0x1234 and M 2 = 0x1234
+    QTest::addColumn<Values>("cached");       // of D 35 and M 35, by the number of the bit
+    QTest::newRow("a data register's bit: zeros over its word")
+        << Items{recipeItem(1, "D_bit", 35, 1, 0)}
+        << texts({"01rSB08%DW0000201", "01wSB08%DW00002010000"}) << texts({"D_W 2=0"})
+        << Values{0x1234, 0};
+    QTest::newRow("several bits: zeros over their word")
+        << Items{recipeItem(1, "M_bit", 35, 3, 0)}
+        << texts({"01rSB08%MW0000201", "01wSB08%MW00002010000"}) << texts({"M_W 2=0"})
+        << Values{0, 0x1234};
+    QTest::newRow("a bit takes the low byte of its word")
+        << Items{recipeItem(1, "M_bit", 32, 1, 0)} << texts({"01wSS0109%MX00002001"})
+        << texts({"M_W 2=4661"}) << Values{0, 0};
+    QTest::newRow("a contact takes 0")
+        << Items{recipeItem(1, "TX", 5, 1, 0)} << texts({"01wSS0109%TX00000500"}) << texts({})
+        << Values{0, 0};
+}
+
+void TestRecipeBlocks::itemsOfBits()
+{
+    QFETCH(Items, items);
+    HostLoop loop;
+    loop.addStation(1);
+    loop.setPlc(1, "D_W", 2, {0x1234});
+    loop.setPlc(1, "M_W", 2, {0x1234});
+    const plc::Memory before = loop.memory(1);
+    loop.setRecipe(items);
+    loop.setRecipeWords(0, {1, 1, 1});
+    loop.request(Recipe::Write);
+    QVERIFY(loop.settle());
+    QTEST(loop.requests(), "requests");
+    QTEST(memoryChanges(before, loop.memory(1)), "changes");
+    QTEST(loop.inPanel(1, "D_W", 35) + loop.inPanel(1, "M_W", 35), "cached");
 }
 
 void TestRecipeBlocks::otherDevices()

@@ -58,6 +58,7 @@ void TestAddressCheck::addressIsChecked_data()
     QTest::newRow("word behind the highest") << "M_bit" << "256.0" << 77 << false << 1 << 2 << 4096;
     QTest::newRow("negative word") << "M_bit" << "-1.0" << 77 << false << 1 << 2 << -16;
     QTest::newRow("negative bit lowers the address") << "M_bit" << "3.-1" << 77 << false << 1 << 0 << 47;
+    QTest::newRow("word beyond 28 bits wraps round") << "M_bit" << "268435456.5" << 77 << false << 1 << 0 << 5;
     QTest::newRow("bit 16") << "M_bit" << "255.16" << 77 << false << 1 << 4 << 77;
     QTest::newRow("word alone for a bit") << "M_bit" << "0" << 77 << false << 1 << 4 << 77;
     QTest::newRow("bit register as words") << "M_bit" << "0.0" << 77 << true << 1 << 1 << 77;

@@ -72,6 +72,7 @@ void TestAddressSeries::seriesIsMade_data()
     QTest::newRow("contacts, interval of a word") << "TX" << 1 << 2 << -1 << 1 << "1 2" << "1 2";
     QTest::newRow("contacts, interval of a double word") << "CX" << 1 << 2 << -2 << 1 << "1 2" << "1 2";
     QTest::newRow("negative start is written unsigned") << "D_W" << -2 << 3 << 1 << 1 << "-2 -1 0" << "4294967294 4294967295 0";
+    QTest::newRow("negative start of bits") << "M_bit" << -17 << 2 << 16 << 1 << "-17 -1" << "-1.-1 0.-1";
     QTest::newRow("top of the start") << "D_W" << INT_MAX << 2 << INT_MAX << 2 << "9999 9999" << "9999 9999";
     // clang-format on
 }
