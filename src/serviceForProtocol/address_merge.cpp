@@ -155,9 +155,6 @@ static QVector<MergeKey> joinedBlocks(const QVector<MergeKey> &keys, int decisio
 
 QVector<MergeKey> mergedReads(const QList<KEY_ADDRESS> &keys)
 {
-    if (driver.maxBlockWords < 1) {
-        return QVector<MergeKey>();
-    }
     QVector<MergeKey> sorted = smallKeys(keys);
     convertReadKeys(sorted);
     sortByWeight(sorted);
@@ -166,9 +163,6 @@ QVector<MergeKey> mergedReads(const QList<KEY_ADDRESS> &keys)
 
 static QVector<MergeKey> mergedRecipe(const QList<KEY_ADDRESS> &keys)
 {
-    if (driver.maxBlockWords < 1) {
-        return QVector<MergeKey>();
-    }
     QVector<MergeKey> items = smallKeys(keys);
     convertRecipeKeys(items);
     return joinedBlocks(items, 0, &driver.rcpBlockStarts);

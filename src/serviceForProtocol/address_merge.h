@@ -15,8 +15,8 @@ enum MergeMode {
 };
 
 /// Turns the keys into blocks, in place. A block keeps every field of its first key but the count,
-/// and holds no more than `driver.maxBlockWords`, except that one long key stays one block. With
-/// that limit below 1 there are no blocks.
+/// and holds no more than `driver.maxBlockWords`, except that one long key stays one block: with
+/// that limit below 1, each key that has units.
 ///
 /// @param mode  a `MergeMode`; `kMergeRecipe` also appends to `driver.rcpBlockStarts` the index of
 ///              each block's first key

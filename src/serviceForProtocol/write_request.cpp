@@ -1,11 +1,15 @@
 #include "serviceForProtocol/write_request.h"
 
+#include <algorithm>
 #include <cstring>
+
+#include <QtCore/QVarLengthArray>
 
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
 #include "serviceForProtocol/job_queue.h"
 #include "serviceForProtocol/key_split.h"
 #include "serviceForProtocol/panel_value_store.h"
+#include "shared/limits.h"
 #include "shared/protocol.h"
 #include "shared/wrap.h"
 
@@ -43,7 +47,7 @@ static void queuePieces(const RegisterWidths &widths, const QList<KEY_ADDRESS> &
     }
 }
 
-// A contact goes into a frame of its own.
+// A contact goes into a frame of its own, whatever the words of a block.
 static void queueContacts(const RegisterWidths &widths, const KEY_ADDRESS &key, int opKind)
 {
     const int contacts = wireCount(widths, key.count);
@@ -59,10 +63,6 @@ static void queueContacts(const RegisterWidths &widths, const KEY_ADDRESS &key, 
 void queueWrite(const RegisterWidths &widths, int stationNo, const QString &regName, int startAddr,
                 int count, const unsigned char *data, int opKind)
 {
-    const int limit = widths.unitBits == 1 ? driver.maxBlockBits : driver.maxBlockWordsCopy;
-    if (limit < 1) {
-        return;
-    }
     KEY_ADDRESS key = KEY_ADDRESS();
     key.stationNo = stationNo;
     key.regName = regName;
@@ -75,6 +75,7 @@ void queueWrite(const RegisterWidths &widths, int stationNo, const QString &regN
     }
     // The key counts two bytes a unit even for a bit register, so the later pieces of a long bit
     // write take their values from twice as far on.
+    const int limit = widths.unitBits == 1 ? driver.maxBlockBits : driver.maxBlockWordsCopy;
     QList<KEY_ADDRESS> pieces;
     groupingKey(key, limit, pieces, 1);
     queuePieces(widths, pieces, opKind);
@@ -95,21 +96,32 @@ private:
 
 } // namespace
 
+// A request has a value area of its own; the cache holds whatever a register has.
+static int mostUnits(const RegisterWidths &widths, bool cacheOnly)
+{
+    if (!cacheOnly) {
+        return kValueAreaSize / static_cast<int>(panelBytesPerUnit(widths));
+    }
+    return widths.bitName ? kMaxBits : kMaxUnits;
+}
+
 int intf_setData(int stationNo, QString &regName, int startAddr, int count, unsigned char *data,
                  int opKind)
 {
+    const DriverEntry inside;
     const RegisterWidths widths = registerWidths(regName);
-    if (data == nullptr || count < 0 ||
-        static_cast<unsigned>(count) > kValueAreaSize / panelBytesPerUnit(widths)) {
+    const bool cacheOnly = driver.cacheOnlyWrites != 0;
+    if (data == nullptr || count < 0 || count > mostUnits(widths, cacheOnly)) {
         return 1;
     }
-    unsigned char values[kValueAreaSize]; // the host may use its buffer from within the callback
-    std::memcpy(values, data, static_cast<size_t>(count) * panelBytesPerUnit(widths));
-    const DriverEntry inside;
+    // A copy: the host may use its buffer from within the callback.
+    const int bytes = count * static_cast<int>(panelBytesPerUnit(widths));
+    QVarLengthArray<unsigned char, kValueAreaSize> values(bytes);
+    std::copy(data, data + bytes, values.data());
     const UnstoredWrite unstored;
-    if (driver.cacheOnlyWrites == 0) {
-        queueWrite(widths, stationNo, regName, startAddr, count, values, opKind);
+    if (!cacheOnly) {
+        queueWrite(widths, stationNo, regName, startAddr, count, values.data(), opKind);
     }
-    write_saveDataToArea(stationNo, regName, startAddr, count, values);
+    write_saveDataToArea(stationNo, regName, startAddr, count, values.data());
     return 1;
 }

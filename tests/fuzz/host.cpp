@@ -6,6 +6,7 @@
 #include <QList>
 #include <QVector>
 
+#include <climits>
 #include <cstring>
 #include <memory>
 
@@ -242,7 +243,8 @@ private:
         const int address = m_input.number();
         const int units = count();
         const bool isBit = registerUnitIsBit(regName);
-        const int taken = units < 0 || units > (isBit ? 1024 : 512) ? 0 : units;
+        const int most = driver.cacheOnlyWrites != 0 ? INT_MAX : isBit ? 1024 : 512;
+        const int taken = units < 0 || units > most ? 0 : units;
         const QByteArray given = m_input.bytes(8);
         std::unique_ptr<unsigned char[]> outer = std::move(m_values);
         const size_t outerBytes = m_valueBytes;

@@ -42,9 +42,12 @@ int JobList::countOf(const Range &range) const
 std::vector<Range> cut(const Range &range, int most)
 {
     std::vector<Range> pieces;
+    if (most < 1) {
+        return pieces;
+    }
     Range piece = range;
     int left = range.count;
-    while (most > 0 && left > most) {
+    while (left > most) {
         piece.count = most;
         pieces.push_back(piece);
         piece.start += most;

@@ -102,7 +102,7 @@ Operation startOperation(Chance &chance, const Mix &mix)
     operation.text = std::to_string(oneOf<3>(chance, {7, 7, 0})) + "#" +
                      oneOf<8>(chance, {"0", "0", "0", "0", "0", "", "x", "1"}) + "#0#" +
                      oneOf<7>(chance, {"3", "1", "2", "0", "5", "", "-1"}) + "#" +
-                     oneOf<8>(chance, {"60", "1", "2", "3", "8", "16", "120", "250"}) +
+                     oneOf<10>(chance, {"60", "1", "2", "3", "8", "16", "120", "250", "0", "-1"}) +
                      oneOf<4>(chance, {"", "", "#9", "#"});
     if (below(chance, 6) == 0) {
         operation.text = oneOf<3>(chance, {"1#1#1#1", "#", "9"});

@@ -103,7 +103,7 @@ int SchedulerModel::setRecipe(const std::vector<RecipeItem> &items)
 void SchedulerModel::write(const Range &range, const Bytes &values, int tag)
 {
     const int size = unitSize(range.name);
-    if (range.count < 0 || range.count * size > kMostValueBytes) {
+    if (range.count < 0 || (!m_cacheOnly && range.count * size > kMostValueBytes)) {
         return;
     }
     if (!m_cacheOnly && isContact(range.name)) {
@@ -113,7 +113,7 @@ void SchedulerModel::write(const Range &range, const Bytes &values, int tag)
             m_writes.add({contact, tag, value});
         }
     } else if (!m_cacheOnly) {
-        Bytes area(kMostValueBytes);
+        Bytes area(2 * kMostValueBytes); // the second half is what lies beyond: zeros
         std::copy_n(values.begin(), range.count * size, area.begin());
         const int most = isWordRegister(range.name) ? m_words : kBitsPerBlockWord * m_words;
         const std::vector<Range> pieces = cut(range, most);

@@ -80,9 +80,20 @@ void SchedulerModelTest::rules_data()
     row("a write that ends still stands first while its end is told",
         "monitor 1/M_bit:0*1; write 1/M_bit:0*1 value 1 tag 0; write 1/D_W:0*1 value 1 tag 1; "
         "within write 1/D_W:0*1 value 2 tag 2; send; answer 0");
-    row("a bit written from within the callback of another one's write is not lost",
+    row("a bit written from within the callback of another one's write is sent, and lost here",
         "monitor 1/M_W:0*1; within write 1/M_bit:1*1 value 1 tag 0; write 1/M_bit:0*1 value 5 tag "
-        "0; look 1/M_W:0*1");
+        "0; look 1/M_W:0*1; send; answer 0; send; answer 0; look 1/M_W:0*1");
+    row("a word written from within its own callback is sent last, and lost here",
+        "monitor 1/D_W:0*1; within write 1/D_W:0*1 value 2 tag 0; write 1/D_W:0*1 value 1 tag 0; "
+        "look 1/D_W:0*1; send; answer 0; send; answer 0; look 1/D_W:0*1");
+    row("without words in a block keys and items stay apart, and contacts alone are written",
+        "start 7#0#0#3#0; monitor 1/D_W:0*9 1/D_W:3*1 1/TX:4*1; recipe 7@0=1/D_W:0*70 7@70=1/D_W:"
+        "70*1; write 1/D_W:0*1 value 1 tag 0; write 1/M_bit:0*1 value 1 tag 0; write 1/TX:0*2 "
+        "value 1 tag 0; once 1/D_W:0*1 bits 0 tag 0; send; answer 0; send; answer 0; send; answer "
+        "3; send; answer 4; send; answer 5; ask write 1; send; answer 0; send; answer 0");
+    row("writes that stay in the cache may be longer than a request",
+        "start 7#1#0#3#60; monitor 1/D_W:599*1; write 1/D_W:0*600 value 5 tag 0; write "
+        "1/M_bit:0*1025 value 5 tag 0; look 1/D_W:0*512; look 1/D_W:512*88; look 1/M_bit:1020*5");
     row("a bit written again from within its own write's callback stays pending",
         "monitor 1/M_bit:1*1; send; answer 2; within write 1/M_bit:1*1 value 0 tag 0; "
         "write 1/M_bit:1*1 value 0 tag 0; send; answer 0");

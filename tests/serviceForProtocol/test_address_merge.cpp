@@ -22,7 +22,6 @@ private Q_SLOTS:
     void otherJobsStay();
     void monitorMarksAreReplaced();
     void emptySetClearsTheMarks();
-    void badLimitMarksButReadsNothing();
 };
 
 // "1/D_W:100*5", station/register:address*count.
@@ -100,8 +99,12 @@ void TestAddressMerge::readsAreMerged_data()
     QTest::newRow("contacts side by side") << 60 << "1/TX:8*1 1/TX:7*1" << "1/TX:7*1 1/TX:8*1";
     QTest::newRow("contacts of two counts") << 60 << "1/CX:7*1 1/CX:7*3" << "1/CX:7*3";
     QTest::newRow("no units") << 60 << "1/D_W:5*0" << "1/D_W:5*0";
-    QTest::newRow("limit of none") << 0 << "1/D_W:0*1 1/D_W:1*1" << "";
-    QTest::newRow("limit below none") << -60 << "1/D_W:0*1 1/TX:7*1" << "";
+    QTest::newRow("limit of none") << 0 << "1/D_W:0*1 1/D_W:1*5" << "1/D_W:0*1 1/D_W:1*5";
+    QTest::newRow("limit of none, one key twice") << 0 << "1/M_bit:3*1 1/M_bit:5*1" << "1/M_W:0*1 1/M_W:0*1";
+    QTest::newRow("limit of none, no units") << 0 << "1/D_W:5*0 1/D_W:5*0" << "1/D_W:5*0";
+    QTest::newRow("limit below none") << -60 << "1/TX:7*1 1/D_W:0*1" << "1/D_W:0*1 1/TX:7*1";
+    QTest::newRow("limit below none, no units") << -60 << "1/D_W:5*0 1/D_W:5*0" << "1/D_W:5*0 1/D_W:5*0";
+    QTest::newRow("lowest limit") << INT_MIN << "1/D_W:0*1 1/D_W:1*1" << "1/D_W:0*1 1/D_W:1*1";
     // clang-format on
 }
 
@@ -167,7 +170,8 @@ void TestAddressMerge::recipeIsMerged_data()
     QTest::newRow("contacts stay apart") << 60 << "1/TX:7*1 1/TX:8*1" << "1/TX:7*1 1/TX:8*1" << "0 1";
     QTest::newRow("unknown name stays as it is") << 60 << "1/Q_bit:35*3" << "1/Q_bit:35*3" << "0";
     QTest::newRow("limit of one") << 1 << "1/D_W:0*1 1/D_W:1*1" << "1/D_W:0*1 1/D_W:1*1" << "0 1";
-    QTest::newRow("limit of none") << 0 << "1/D_W:0*1" << "" << "";
+    QTest::newRow("limit of none") << 0 << "1/D_W:0*9 1/D_W:9*1" << "1/D_W:0*9 1/D_W:9*1" << "0 1";
+    QTest::newRow("limit below none") << -1 << "1/D_W:0*1 1/D_W:1*1" << "1/D_W:0*1 1/D_W:1*1" << "0 1";
     // clang-format on
 }
 
@@ -302,18 +306,6 @@ void TestAddressMerge::emptySetClearsTheMarks()
     QCOMPARE(record.pendingBits, 0x55);
     QCOMPARE(int(record.readValue[0]), 0x11);
     QCOMPARE(int(record.writeValue[3]), 0x22);
-}
-
-void TestAddressMerge::badLimitMarksButReadsNothing()
-{
-    DriverFixture fixture("7#0#0#3#0");
-    driver.cyclicReads.append(makeItem(1, "D_W", 0, 1));
-    QList<KEY_ADDRESS> keys = keysOf(QString::fromLatin1("1/D_W:7*1"));
-
-    QCOMPARE(intf_addrMerge(keys), 0);
-    QVERIFY(driver.cyclicReads.isEmpty());
-    QCOMPARE(static_cast<int>(driver.dataArea.size()), 1);
-    QCOMPARE(driver.dataArea.at(0).monitorFlags, 1);
 }
 
 QTEST_APPLESS_MAIN(TestAddressMerge)

@@ -81,9 +81,10 @@ void TestRecipe::blocksOfItems_data()
     QTest::newRow("an unknown register is kept as it is and comes before its station")
         << QByteArray("1 D_W 5 1 0; 1 Q_W 5 3 1") << 60 << QByteArray("1 Q_W 5 3 1; 1 D_W 5 1 0")
         << QByteArray("1 Q_W 5 3 1; 1 D_W 5 1 0") << QByteArray("0 1");
-    QTest::newRow("no words in a block: no block")
-        << QByteArray("1 D_W 10 2 50") << 0 << QByteArray("1 D_W 10 2 50") << QByteArray()
-        << QByteArray();
+    QTest::newRow("no words in a block: a block for each item")
+        << QByteArray("1 D_W 10 2 50; 1 D_W 12 1 52") << 0
+        << QByteArray("1 D_W 10 2 50; 1 D_W 12 1 52") << QByteArray("1 D_W 10 2 50; 1 D_W 12 1 52")
+        << QByteArray("0 1");
 }
 
 void TestRecipe::blocksOfItems()

@@ -25,11 +25,15 @@ private Q_SLOTS:
     void noPieceNoEntry_data();
     void noPieceNoEntry();
     void cacheOnly();
+    void cacheOnlyTakesAnyLength_data();
+    void cacheOnlyTakesAnyLength();
     void noWordsAreAnEntry();
     void repeatedWrites();
     void fullList();
     void nullData();
     void hostMayChangeTheName();
+    void hostMayChangeItsValues_data();
+    void hostMayChangeItsValues();
 };
 
 // Each entry as "start xcount=bytes": its first bytes in hexadecimal.
@@ -260,9 +264,9 @@ void TestWriteRequest::noPieceNoEntry_data()
 
     QTest::newRow("words, no limit") << QByteArray("D_W") << QByteArray("7#0#0#3#0") << 0;
     QTest::newRow("bits, no limit") << QByteArray("M_bit") << QByteArray("7#0#0#3#0") << 0;
-    QTest::newRow("contacts, no limit") << QByteArray("TX") << QByteArray("7#0#0#3#0") << 0;
+    QTest::newRow("contacts are not cut") << QByteArray("TX") << QByteArray("7#0#0#3#0") << 1;
     QTest::newRow("words, negative") << QByteArray("D_W") << QByteArray("7#0#0#3#-1") << 0;
-    QTest::newRow("contacts, negative") << QByteArray("TX") << QByteArray("7#0#0#3#-1") << 0;
+    QTest::newRow("contacts, negative") << QByteArray("TX") << QByteArray("7#0#0#3#-1") << 1;
     QTest::newRow("words, most negative")
         << QByteArray("D_W") << QByteArray("7#0#0#3#-2147483648") << 0;
     QTest::newRow("words, one") << QByteArray("D_W") << QByteArray("7#0#0#3#1") << 1;
@@ -336,6 +340,82 @@ void TestWriteRequest::nullData()
     QCOMPARE(intf_setData(1, name, 0, 1, nullptr, 0), 1);
     QVERIFY(driver.pendingWrites.isEmpty());
     QVERIFY(driver.dataArea.isEmpty());
+}
+
+// Larger than a request: the cache is not bound by the area that a request has for its values.
+void TestWriteRequest::cacheOnlyTakesAnyLength_data()
+{
+    QTest::addColumn<QByteArray>("regName");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("bytes"); // that the host hands over
+    QTest::addColumn<int>("units"); // that are stored
+
+    QTest::newRow("600 words") << QByteArray("D_W") << 600 << 1200 << 600;
+    QTest::newRow("1025 bits") << QByteArray("M_bit") << 1025 << 1025 << 65;
+    QTest::newRow("1025 contacts") << QByteArray("TX") << 1025 << 1025 << 1025;
+    QTest::newRow("as many words as have a number")
+        << QByteArray("D_W") << 100000 << 200000 << 100000;
+    QTest::newRow("one more: nothing") << QByteArray("D_W") << 100001 << 0 << 0;
+    QTest::newRow("more bits than words") << QByteArray("M_bit") << 100001 << 100001 << 6251;
+    QTest::newRow("one contact more than that: nothing") << QByteArray("TX") << 100001 << 0 << 0;
+    QTest::newRow("one more bit: nothing") << QByteArray("M_bit") << 1600001 << 0 << 0;
+    QTest::newRow("most words") << QByteArray("D_W") << INT_MAX << 0 << 0;
+    QTest::newRow("negative") << QByteArray("D_W") << -1 << 0 << 0;
+    QTest::newRow("most negative") << QByteArray("D_W") << INT_MIN << 0 << 0;
+}
+
+void TestWriteRequest::cacheOnlyTakesAnyLength()
+{
+    QFETCH(QByteArray, regName);
+    QFETCH(int, count);
+    QFETCH(int, bytes);
+    QFETCH(int, units);
+
+    DriverFixture fixture("7#1#0#3#60");
+    QCOMPARE(write(regName.constData(), 0, count, QByteArray(bytes, '\x01')), 1);
+    QVERIFY(driver.pendingWrites.isEmpty());
+    QCOMPARE(sizeOf(driver.dataArea), units);
+    if (units > 0) {
+        QCOMPARE(static_cast<int>(currentBytes(driver.dataArea.last())[0]) & 1, 1);
+    }
+}
+
+static QByteArray &hostsValues()
+{
+    static QByteArray values;
+    return values;
+}
+
+static void changeHostsValues()
+{
+    hostsValues().fill('\x55');
+}
+
+void TestWriteRequest::hostMayChangeItsValues_data()
+{
+    QTest::addColumn<QByteArray>("props");
+    QTest::addColumn<int>("words");
+
+    QTest::newRow("a request") << QByteArray("7#0#0#3#60") << 512;
+    QTest::newRow("longer than a request") << QByteArray("7#1#0#3#60") << 600;
+}
+
+void TestWriteRequest::hostMayChangeItsValues()
+{
+    QFETCH(QByteArray, props);
+    QFETCH(int, words);
+
+    DriverFixture fixture(props.constData());
+    DriverFixture::hook() = &changeHostsValues;
+    unitAt(1, "D", 0).monitorFlags = 1;
+    hostsValues() = QByteArray(2 * words, '\x11');
+    QString name = latin("D_W");
+    intf_setData(1, name, 0, words, DriverFixture::bytes(hostsValues()), 0);
+    QCOMPARE(callsText(), latin("7 1 D_W 0"));
+    QCOMPARE(sizeOf(driver.dataArea), words);
+    for (int i = 0; i < words; ++i) {
+        QCOMPARE(hexOf(currentBytes(driver.dataArea.at(i)), 2), QByteArray("1111"));
+    }
 }
 
 static QString &hostsName()

@@ -190,7 +190,7 @@ void Bench::expectWrite(const Job &job)
 {
     const Range &range = job.range;
     const int most = range.reg->isBit() ? range.count : range.reg->isWord() ? m_plan.blockWords : 1;
-    for (int done = 0; !m_plan.cacheOnly && done < range.count; done += most) {
+    for (int done = 0; m_plan.isSent(*range.reg) && done < range.count; done += most) {
         Job piece;
         piece.range = {range.station, range.reg, range.address + done,
                        std::min(most, range.count - done)};
@@ -203,7 +203,7 @@ void Bench::expectWrite(const Job &job)
 
 void Bench::expectReading(const Range &range)
 {
-    for (int done = 0; done < range.count; done += m_plan.blockWords) {
+    for (int done = 0; m_plan.blockWords > 0 && done < range.count; done += m_plan.blockWords) {
         m_jobs.addReading({range.station, range.reg, range.address + done,
                            std::min(m_plan.blockWords, range.count - done)});
     }
@@ -238,7 +238,7 @@ void Bench::show(const Keys &screen)
     std::vector<Range> blocks;
     for (const VARIABLE &block : driver.cyclicReads) {
         blocks.push_back(rangeOf(block.stationNo, block.regName, block.startAddr, block.count));
-        require(block.count <= m_plan.blockWords, "a block has more words than it may have");
+        require(block.count <= m_plan.longestBlock(), "a block has more words than it may have");
     }
     require(count == static_cast<int>(blocks.size()), "another number of blocks than told");
     m_jobs.setCyclic(blocks);

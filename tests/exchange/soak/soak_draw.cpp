@@ -104,7 +104,7 @@ Keys drawScreen(Random &random, const Plan &plan)
         // A frame reads one contact, so a screen asks for them one by one. The words of a key, and
         // those that hold its bits, fit one block.
         const int most = kind == plc::PointKind::Contact ? 1
-                         : kind == plc::PointKind::Word  ? std::min(plan.blockWords, 30)
+                         : kind == plc::PointKind::Word  ? std::min(plan.longestBlock(), 30)
                                                          : 2 * kBitsPerWord;
         const Range range = drawRange(random, plan, drawRegister(random, kind), most);
         keys +=
@@ -131,7 +131,8 @@ QVector<_RCP_VAR_PRO> drawRecipe(Random &random, const Plan &plan)
         int address = window.word;
         while (address < window.word + window.words && items.size() < plan.recipeItems) {
             const int left = window.word + window.words - address;
-            const int count = random.between(1, std::min({left, plan.blockWords, kLongestItem}));
+            const int count =
+                random.between(1, std::min({left, plan.longestBlock(), kLongestItem}));
             items += recipeItem(station, reg.name.toLatin1().constData(), address, count, offset);
             offset += count;
             address += count + (random.chance(50) ? 0 : random.between(1, 3));

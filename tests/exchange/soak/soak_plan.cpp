@@ -97,6 +97,16 @@ QByteArray Plan::properties() const
            QByteArray::number(maxRetries) + '#' + QByteArray::number(blockWords);
 }
 
+bool Plan::isSent(const Register &written) const
+{
+    return !cacheOnly && (blockWords > 0 || written.isContact());
+}
+
+int Plan::longestBlock() const
+{
+    return blockWords > 0 ? blockWords : 60;
+}
+
 QString Plan::text() const
 {
     return QString::fromLatin1("seed %1 phase %2: %3 stations, properties %4, %5 keys, %6 recipe "
@@ -122,7 +132,7 @@ Plan choosePlan(quint64 seed, int phase, int exchanges)
     plan.exchanges = exchanges;
     plan.cacheOnly = random.chance(3);
     plan.maxRetries = random.pick(std::vector<int>{3, 3, 3, 0, 1, 2, 5});
-    plan.blockWords = random.pick(std::vector<int>{60, 60, 58, 30, 8, 4});
+    plan.blockWords = random.pick(std::vector<int>{60, 60, 58, 30, 8, 4, 0});
     plan.smallestValues = random.pick(std::vector<int>{0, 50, 100});
     plan.screenKeys = random.pick(std::vector<int>{0, 1, 2, 3, 5, 20, 60});
     plan.recipeItems = random.pick(std::vector<int>{0, 1, 4, 12});

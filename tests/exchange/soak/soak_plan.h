@@ -66,7 +66,7 @@ struct Plan
     int device = 7;
     bool cacheOnly = false;
     int maxRetries = 3;
-    int blockWords = 60;
+    int blockWords = 60; ///< 0: nothing is merged, and of the writes only contacts are sent
     int quietMs = 1000;
 
     std::vector<StationPlan> stations;
@@ -83,6 +83,9 @@ struct Plan
     const Window &window(char deviceLetter) const;
     Window &window(char deviceLetter);
     QByteArray properties() const;
+    bool isSent(const Register &written) const;
+    /** Words of the longest block that a key or an item may make. */
+    int longestBlock() const;
     /** One line for the eye. */
     QString text() const;
 

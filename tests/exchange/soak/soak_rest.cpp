@@ -125,7 +125,7 @@ std::optional<Excuse> Rest::excuseFor(const Range &place) const
     if (!m_bench.view().isPending(place)) {
         return std::nullopt;
     }
-    if (m_bench.plan().cacheOnly) {
+    if (!m_bench.plan().isSent(*place.reg)) {
         return Excuse::NeverSent;
     }
     if (m_bench.jobs().wasDisplaced(place, 0)) {

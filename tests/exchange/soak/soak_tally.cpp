@@ -46,7 +46,7 @@ const std::array<const char *, static_cast<std::size_t>(Excuse::Count)> kExcuseN
     "word put back as it was read before its bits were written",
     "write of 59 or 60 words, longer than a PLC's frame",
     "recipe transfer begun where another one was",
-    "at rest: panel's value shown, cache-only writes",
+    "at rest: panel's value shown, writes that are not sent",
     "at rest: panel's value shown, write displaced",
     "at rest: panel's value shown, second mark of a bit left",
     "at rest: block refused by a PLC that has not all of it",

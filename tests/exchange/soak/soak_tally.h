@@ -77,7 +77,7 @@ enum class Excuse {
     WordPutBack,          ///< the PLC changed the word between its reading and its writing
     FrameTooLong,         ///< 59 or 60 words in one write: more than a PLC's frame holds
     TransferJoined,       ///< a recipe request began at the block where the other one was
-    NeverSent,            ///< at rest a place shows the panel's value: writes stay in the cache
+    NeverSent,            ///< at rest a place shows the panel's value: its writes stay in the cache
     DisplacedStays,       ///< the same: its write was displaced, so no end of it came
     MarkStays,            ///< the same: a second mark of a bit is left, its two writes became one
     BlockRefused,         ///< at rest a block is not there: the PLC has not all of its words
