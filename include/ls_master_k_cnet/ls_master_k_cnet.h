@@ -67,7 +67,9 @@ LS_MASTER_K_CNET_EXPORT int intf_getRegDiscription(const QString &regName, QList
 /// Checks an address that is typed for an object of the panel.
 ///
 /// @param regName     register name
-/// @param addrText    address as typed: "100", or "12.5" for a "_bit" register
+/// @param addrText    address as typed: "100", or "12.5" for a "_bit" register. Of that only the
+///                    number is checked, which "3.-1" and "268435456.5" pass: take no signs and no
+///                    more digits than the register's format has
 /// @param addr        receives the number: the address itself, or word * 16 + bit; after a failure
 ///                    not to be used. For an unknown register the value that it came with is
 ///                    checked: 2 when that is below 0, or when `addr` + `wordCount` is above 1
@@ -91,7 +93,8 @@ LS_MASTER_K_CNET_EXPORT int intf_checkAddr(const QString &regName, const QString
 /// Makes the addresses of copies of an object.
 ///
 /// @param regName    register name
-/// @param startAddr  number of the first address
+/// @param startAddr  number of the first address; one below 0 is not refused, and gives texts that
+///                   are no addresses
 /// @param count      how many; at most 1 000 000 are made
 /// @param interval   from one to the next in the register's units; -1 a word, -2 a double word
 ///                   (one unit in a bit register); anything else below 1 counts as 1
@@ -113,9 +116,9 @@ LS_MASTER_K_CNET_EXPORT void intf_setAddrValueChangeCallBack(ValueChangeCallback
 /// @param shm      the host's shared block, at least 60117 bytes; byte 60115 set to 1 asks for a
 ///                 recipe write, byte 60116 for a recipe read; null: no recipes. The driver sets
 ///                 the byte to 0 when the transfer is over. Ask only with a recipe that has blocks:
-///                 with none the byte stays, and the last job is sent again and again. Ask for one
-///                 direction at a time: a request raised during the other's transfer begins in
-///                 its middle.
+///                 with none the byte stays, and the last job is sent again and again, or nothing
+///                 at all when there was none. Ask for one direction at a time: a request raised
+///                 during the other's transfer begins in its middle.
 /// @param hostArg  kept, not interpreted
 /// @param rcpData  the recipe buffer, 16-bit words, low byte first, as large as the recipe items
 ///                 need; null: no recipes
@@ -123,7 +126,8 @@ LS_MASTER_K_CNET_EXPORT void intf_setAddrValueChangeCallBack(ValueChangeCallback
 /// @param props    Latin-1, five numbers separated by "#": device number; cache-only writes (0 or
 ///                 1); a spare one; bad answers after which a frame is given up (3 is usual: sent
 ///                 three times at most); words of a block (a MASTER-K gives at most 60 at a time
-///                 and takes at most 58). A text that is no number counts as 0; with fewer than
+///                 and takes at most 58; below 1 nothing is merged, and words and bits are not
+///                 written). A text that is no number counts as 0; with fewer than
 ///                 five fields the earlier settings stay. Null counts as an empty text.
 /// @param shmLock  the host's mutex, not recursive, that guards the two bytes; null: no recipes.
 ///                 Whoever calls the exchange functions must not hold it.
@@ -138,31 +142,41 @@ LS_MASTER_K_CNET_EXPORT int intf_initProperty(unsigned char *shm, int hostArg,
 /// as few cyclic block reads as the words of a block allow. Call it while the exchange is idle.
 ///
 /// @param keys  the addresses, each checked before; the list is not changed. At most 100 000 words
-///              (or contacts), or the bits of as many words, are marked for one key.
+///              (or contacts), or the bits of as many words, are marked for one key. A key is not
+///              divided, so none may be longer than a PLC's answer. Contacts one by one: of a key
+///              of several only the first is read, and the others are taken for off. One register
+///              that is not listed stops all cyclic reading once its block is next.
 /// @return      number of block reads that serve them, 0 for an empty list
+///
+/// A station that does not answer gets the same share of the exchange as the others. To leave it
+/// out, merge again without its keys; a one-off reading now and then tells when it is back.
 LS_MASTER_K_CNET_EXPORT int intf_addrMerge(QList<KEY_ADDRESS> &keys);
 
 /// Replaces the recipe: keeps the items of this device, sorts them, and merges those that touch or
 /// overlap into block transfers. Call it while no transfer runs.
 ///
-/// @param items  word registers only, with addresses checked before; a transfer of bit registers or
-///               contacts moves other data than meant. Items that are to share a block need
-///               `bufOffset`s in the order of their addresses, without gaps: a block takes its
-///               values from the buffer in one piece. The list is not changed.
+/// @param items  word registers only, with addresses checked before. Writing a bit of a data
+///               register, or several bits, puts zeros over the PLC's word, and contacts become 0;
+///               a register that is not listed holds up everything while a request byte is 1. An
+///               item is not divided: of more than 58 words a PLC refuses it when written. Items
+///               that are to share a block need `bufOffset`s in the order of their addresses,
+///               without gaps: a block takes its values from the buffer in one piece. The list is
+///               not changed.
 /// @return       number of items kept; 0 when none belongs to this device
 LS_MASTER_K_CNET_EXPORT int intf_setRcpAddress(QVector<_RCP_VAR_PRO> &items);
 
 // --- The exchange loop. Exchange thread, in turn. ---
 
 /// @param out  receives the next frame to send; untouched when there is none
-/// @return     1: send `out.sendBuf`, collect `out.recvLen` bytes, hand them to
-///             `intf_dealRcvFrame`; 0: nothing to send now, ask again soon: writes may wait all the
-///             same, since the answer is 0 once after ten writes in a row
+/// @return     1: send the `out.sendLen` bytes of `out.sendBuf`, collect `out.recvLen` bytes, hand
+///             them to `intf_dealRcvFrame`; 0: nothing to send now, ask again soon: writes may wait
+///             all the same, since the answer is 0 once after ten writes in a row
 LS_MASTER_K_CNET_EXPORT int intf_getSendFrame(FRAME_PRO &out);
 
 /// Checks and uses the answer to the frame that was handed out last.
 ///
-/// @param reply      the bytes that came in; empty after a time-out
+/// @param reply      the bytes that came in, an empty array after a time-out. Bytes 6 to 9 of a
+///                   refusal (NAK) are its error code, which the driver does not read
 /// @param errorText  receives the description of the request that the answer belongs to, or an
 ///                   empty text. "1#D_W100(2)(7)" is station 1, register D_W, address 100, two
 ///                   words, an answer of 7 bytes.
@@ -173,7 +187,8 @@ LS_MASTER_K_CNET_EXPORT int intf_dealRcvFrame(QByteArray &reply, QString &errorT
 // --- Values. Panel thread; also from within the callback. ---
 
 /// Copies the values that the driver knows, with the panel's own writes that are still on their
-/// way; never talks to the PLC. What was never read is 0.
+/// way; never talks to the PLC. What was never read is 0; a first reading of 0 makes no callback,
+/// so that a value has been read shows by the good answer to the block that holds it.
 ///
 /// @param stationNo  PLC station
 /// @param regName    register name, checked before; an unknown one is taken for a data-register bit
@@ -195,15 +210,20 @@ LS_MASTER_K_CNET_EXPORT int intf_getData(int stationNo, QString &regName, int st
 /// @param startAddr  first address
 /// @param count      words of a word register; bits or contacts of a bit register. Several bits in
 ///                   one call are written right only when they are up to 8 bits within one word, or
-///                   the 16 bits of one; write others one by one.
-/// @param data       two bytes a word, low byte first; one byte, 0 or 1, a bit or contact.
-///                   More than 1024 bytes, or a negative count: nothing is written.
+///                   the 16 bits of one; write others one by one. More than 8 bits for each word
+///                   of a block are cut, and the later pieces take other values, mostly zeros.
+/// @param data       two bytes a word, low byte first; one byte, 0 or 1, a bit or contact (any
+///                   other value is a 1 for the PLC and something else in the cache). More than
+///                   1024 bytes, or a negative count: nothing is written. Writes that
+///                   stay in the cache may have up to 100 000 words or contacts, or the bits of as
+///                   many words.
 /// @param opKind     the host's own tag
 /// @return           1
 ///
 /// The callback for the panel's own write comes from within this call and before the new value is
 /// stored: `intf_getData` still gives the old value there, so a screen reads it once this call has
-/// returned.
+/// returned. A write to the same word from within it reaches the PLC last, and the cache keeps the
+/// value of the outer call until the word is read again: write once this call has returned.
 ///
 /// At most 513 writes wait; a further one replaces the last, which is never sent: its place shows
 /// the panel's value until the PLC's changes. A write to a place whose write still waits (and is
@@ -214,12 +234,13 @@ LS_MASTER_K_CNET_EXPORT int intf_setData(int stationNo, QString &regName, int st
 /// Asks for one reading of an address outside the cyclic reads. The callback reports changed values
 /// as usual. The end of the reading is reported for the one queued last only, as (-1, -1, "-1", 0),
 /// or with -1 at the end when it failed. A reading that fails drops all that wait, without a report
-/// when it was not the last one: a host that waits needs a time-out of its own.
+/// when it was not the last one: a host that waits needs a time-out of its own. What is asked for
+/// from within the report of a failure is dropped too.
 ///
 /// @param key     station, register, start address, count and `bitFlag` are used. Word registers
-///                only: "_bit" registers queue nothing and never report an end, contacts read other
-///                units than meant; read those with `intf_addrMerge`. An unknown register has no
-///                frame and holds up every reading behind it.
+///                only: "_bit" registers queue nothing and never report an end, and a contact
+///                overwrites the 15 behind it in the cache; read those with `intf_addrMerge`. An
+///                unknown register has no frame and holds up every reading behind it.
 /// @param opKind  the host's own tag
 /// @return        1
 ///

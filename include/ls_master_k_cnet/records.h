@@ -35,7 +35,8 @@ struct KEY_ADDRESS
     QString regName;  ///< register name
     QString addrText; ///< address as text; may be empty; not read by the driver
     int startAddr;    ///< first address, in the numeric form of `VARIABLE::startAddr`
-    int bitFlag; ///< -1: a bit register, one value byte a unit; anything else: two bytes a unit
+    int bitFlag; ///< -1: bits or contacts, one value byte a unit; anything else: two bytes a unit.
+                 ///< It chooses the pieces of a one-off reading; nothing else looks at it
     int count;   ///< number of units
     unsigned char data[kValueAreaSize]; ///< value bytes
 };
@@ -45,7 +46,8 @@ struct KEY_ADDRESS
 struct FRAME_PRO
 {
     unsigned char sendBuf[kSendBufSize]; ///< the frame's bytes, `sendLen` of them to transmit
-    int sendLen;   ///< bytes to transmit, 0-1024; 0 for the handshake, which sends nothing
+    int sendLen;   ///< bytes to transmit, 0-1024; 0 for a handshake: send nothing and hand back an
+                   ///< empty array. The Cnet link needs none, so the driver makes none
     int recvLen;   ///< exact length in bytes of a good answer
     int dataPos;   ///< index in the answer of its first data character; 0 when it carries no data
     int unitCount; ///< units that the answer carries; 0 for an answer that only acknowledges
