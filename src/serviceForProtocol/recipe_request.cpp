@@ -5,7 +5,7 @@
 namespace {
 
 /// The host's shared block, locked as the host locks it. A host that holds this lock may be waiting
-/// to enter the driver, so the driver is left before the lock is taken, until it is given back.
+/// to enter the driver, so nobody waits for it from inside.
 class LockedBlock
 {
 public:
@@ -13,14 +13,18 @@ public:
     LockedBlock(unsigned char *block, QMutex *lock)
         : m_block(block)
         , m_lock(lock)
-    {}
+    {
+        m_lock->lock();
+    }
+
+    ~LockedBlock() { m_lock->unlock(); }
 
     unsigned char &at(RecipeRequestByte byte) { return m_block[byte]; }
 
 private:
     unsigned char *const m_block;
-    const DriverExit m_outside;
-    const QMutexLocker m_lock;
+    QMutex *const m_lock;
+    const DriverExit m_outside; // before the lock is taken, and until it is given back
 
     Q_DISABLE_COPY(LockedBlock)
 };
