@@ -1,9 +1,8 @@
-#include <QtCore/QSemaphore>
-#include <QtCore/QThread>
 #include <QtTest/QtTest>
 
 #include "serviceForProtocol/recipe_request.h"
 #include "support/driver_fixture.h"
+#include "support/other_thread.h"
 
 class TestRecipeRequest : public QObject
 {
@@ -105,75 +104,33 @@ void TestRecipeRequest::withoutHostObjects()
     clearRecipeRequest(kRecipeReadByte);
 }
 
-namespace {
-
-/// The exchange thread: uses the request bytes once.
-class ExchangeThread : public QThread
-{
-public:
-    explicit ExchangeThread(bool clears)
-        : m_clears(clears)
-        , m_requests()
-    {}
-
-    RecipeRequests requests() const { return m_requests; }
-
-    QSemaphore started;
-
-protected:
-    void run() override
-    {
-        started.release();
-        if (m_clears) {
-            clearRecipeRequest(kRecipeWriteByte);
-        } else {
-            m_requests = readRecipeRequests();
-        }
-    }
-
-private:
-    bool m_clears;
-    RecipeRequests m_requests;
-};
-
-} // namespace
-
-// Gives the other thread every chance to overtake; one that keeps to the lock cannot.
-static void letOthersRun()
-{
-    for (int i = 0; i < 10000; ++i) {
-        QThread::yieldCurrentThread();
-    }
-}
-
 void TestRecipeRequest::readingWaitsForTheHost()
 {
     DriverFixture fixture;
-    ExchangeThread exchange(false);
+    RecipeRequests requests = {false, false};
+    OtherThread exchange;
     fixture.shmLock.lock();
-    exchange.start();
-    exchange.started.acquire();
+    exchange.begin([&requests] { requests = readRecipeRequests(); });
     letOthersRun();
     driver.shmBase[60115] = 1;
     driver.shmBase[60116] = 1;
     fixture.shmLock.unlock();
-    exchange.wait();
-    QVERIFY(exchange.requests().write);
-    QVERIFY(exchange.requests().read);
+    exchange.await();
+    QVERIFY(requests.write);
+    QVERIFY(requests.read);
 }
 
 void TestRecipeRequest::clearingWaitsForTheHost()
 {
     DriverFixture fixture;
-    ExchangeThread exchange(true);
+    OtherThread exchange;
     fixture.shmLock.lock();
     driver.shmBase[60115] = 1;
-    exchange.start();
-    exchange.started.acquire();
+    exchange.begin([] { clearRecipeRequest(kRecipeWriteByte); });
     letOthersRun();
     const int whileLocked = driver.shmBase[60115];
     fixture.shmLock.unlock();
-    exchange.wait();
+    exchange.await();
     QCOMPARE(whileLocked, 1);
     QCOMPARE(static_cast<int>(driver.shmBase[60115]), 0);
 }
