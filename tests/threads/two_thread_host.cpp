@@ -1,205 +1,138 @@
-// A host with an exchange thread and a panel thread that keeps to the driver's rules: no two calls
-// at a time, but for the functions that any thread may call at any time. Ends with 0 when all that
-// the panel wrote has reached the PLC; the thread sanitizer ends it when two threads met in the
-// driver.
+// A host with an exchange thread and one or two panel threads, which call the driver whenever it
+// suits them. It ends with 0 when all that the panel wrote is in the PLC and the panel shows what
+// the PLC holds; the thread sanitizer ends it when two threads met inside the driver.
+//
+//   two_thread_host                one round of each kind
+//   two_thread_host --seconds 600  rounds until then
 
-#include "ls_master_k_cnet/ls_master_k_cnet.h"
-#include "plc/line.h"
+#include "threads/host.h"
 
-#include <QMutex>
-
-#include <array>
-#include <atomic>
+#include <chrono>
 #include <cstdio>
-#include <mutex>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
 #include <thread>
-#include <vector>
+
+using namespace threads;
 
 namespace {
 
-constexpr int kStation = 1;
-constexpr int kTurns = 4000;     ///< of the panel
-constexpr int kLostAnswer = 17;  ///< every so many answers one does not come
-constexpr int kIdleTurns = 3000; ///< of the exchange, after the panel has ended
-constexpr int kWords = 64;       ///< that the panel writes, from kFirstWord on
-constexpr int kFirstWord = 200;
-constexpr int kRecipeWord = 500;
-constexpr int kRecipeWords = 8;
-constexpr std::size_t kSharedBytes = 60117;
-constexpr std::size_t kWriteRequest = 60115;
-constexpr std::size_t kReadRequest = 60116;
+constexpr int kTurns = 3000; // of a panel thread in a round
 
-// What both threads know; the driver is called with its lock held only. Texts that were given to
-// it, or came from it, are made and dropped with the lock held too: Qt counts their users safely,
-// but since Qt itself is not instrumented, the sanitizer does not see that it does.
-struct Host
+struct Kind
 {
-    std::mutex driver;
-    QMutex recipeLock; ///< the driver takes it by itself
-    std::vector<unsigned char> shared = std::vector<unsigned char>(kSharedBytes, 0);
-    std::vector<unsigned char> recipe = std::vector<unsigned char>(2 * kRecipeWords, 0);
-    std::atomic<int> exchanges{0};
-    std::atomic<bool> panelEnded{false};
+    const char *name;
+    HostLock lock;
+    int panels;
+    bool isRude; ///< one more thread starts anew at any moment
 };
 
-std::atomic<int> s_changes{0};
+constexpr std::array<Kind, 5> kKinds = {{{"one panel thread", HostLock::None, 1, false},
+                                         {"two panel threads", HostLock::None, 2, false},
+                                         {"restarts at any moment", HostLock::None, 1, true},
+                                         {"a panel with a lock", HostLock::Panel, 1, false},
+                                         {"a lock around every call", HostLock::All, 2, false}}};
 
-int noteChange(int /*deviceNo*/, int stationNo, QString &name, int address)
+int shown(const Written &place)
 {
-    // From within either thread's call, and so with the lock held already.
-    std::array<unsigned char, kValueAreaSize> data{};
-    QString reg = QString::fromLatin1("D_W");
-    if (stationNo == kStation && name == reg) {
-        intf_getData(stationNo, reg, address, 1, data.data());
-    }
-    ++s_changes;
-    return 0;
+    std::array<unsigned char, 2> data{};
+    intf_getData(kStation, *place.regName, place.point.address, 1, data.data());
+    return data[0] | data[1] << 8;
 }
 
-KEY_ADDRESS key(const char *reg, int start, int count)
-{
-    KEY_ADDRESS key = KEY_ADDRESS();
-    key.stationNo = kStation;
-    key.regName = QString::fromLatin1(reg);
-    key.startAddr = start;
-    key.count = count;
-    return key;
-}
-
-void start(Host &host)
-{
-    int status = -1;
-    intf_setAddrValueChangeCallBack(&noteChange);
-    intf_initProperty(host.shared.data(), 0, host.recipe.data(), &status, "0#0#0#3#60",
-                      &host.recipeLock);
-    QList<KEY_ADDRESS> keys;
-    keys.append(key("D_W", kFirstWord, kWords));
-    keys.append(key("M_W", 0, 10));
-    intf_addrMerge(keys);
-    _RCP_VAR_PRO item = _RCP_VAR_PRO();
-    item.stationNo = kStation;
-    item.regName = QString::fromLatin1("D_W");
-    item.startAddr = kRecipeWord;
-    item.count = kRecipeWords;
-    QVector<_RCP_VAR_PRO> items;
-    items.append(item);
-    intf_setRcpAddress(items);
-}
-
-// The line and the PLC belong to this thread.
-void exchange(Host &host, plc::Line &line)
-{
-    FRAME_PRO frame = FRAME_PRO();
-    for (int turn = 0, idle = 0; idle < kIdleTurns; ++turn) {
-        QByteArray answer;
-        bool hasFrame = false;
-        {
-            const std::lock_guard<std::mutex> lock(host.driver);
-            hasFrame = intf_getSendFrame(frame) != 0;
-        }
-        if (hasFrame) {
-            const QByteArray request(reinterpret_cast<const char *>(frame.sendBuf), frame.sendLen);
-            answer = plc::joined(line.receive(request));
-            if (turn % kLostAnswer == 0) {
-                answer.clear();
-            }
-            const std::lock_guard<std::mutex> lock(host.driver);
-            QString text;
-            intf_dealRcvFrame(answer, text);
-            ++host.exchanges;
-        } else {
-            std::this_thread::yield();
-        }
-        idle = host.panelEnded ? idle + 1 : 0;
-    }
-    const std::lock_guard<std::mutex> lock(host.driver);
-    frame = FRAME_PRO();
-}
-
-// Called while the other thread may be anywhere in the driver.
-void useEditor(int turn)
-{
-    QString text;
-    QList<QString> names;
-    int number = 0;
-    const QString reg = QString::fromLatin1(turn % 2 == 0 ? "D_W" : "M_bit");
-    intf_getDriverParameter(text);
-    intf_getDriverPropertyPage(text);
-    intf_getProtocolType(&number);
-    intf_getVersion();
-    intf_getRegListByType(turn % 2, names);
-    intf_getRegDiscription(reg, names);
-    const QString address = QString::fromLatin1(turn % 2 == 0 ? "100" : "3.5");
-    intf_checkAddrValidity(reg, address, number, 1, turn % 2 == 0 ? 1 : 0);
-    intf_checkAddr(reg, address, number, turn % 2 == 0 ? 0 : -1, 1, 1);
-    QString series = reg;
-    QVector<QString> texts;
-    QVector<int> numbers;
-    intf_multiCopy(series, number, 20, 1, texts, numbers);
-}
-
-void askForRecipe(Host &host, std::size_t request)
-{
-    host.recipeLock.lock();
-    host.shared[request] = 1;
-    host.recipeLock.unlock();
-}
-
-void usePanel(Host &host)
-{
-    std::array<unsigned char, kValueAreaSize> data{};
-    for (int turn = 0; turn < kTurns; ++turn) {
-        // Neither runs away from the other.
-        while (host.exchanges < turn / 2) {
-            useEditor(turn);
-        }
-        useEditor(turn);
-        const std::lock_guard<std::mutex> lock(host.driver);
-        QString reg = QString::fromLatin1("D_W");
-        data[0] = static_cast<unsigned char>(turn & 0xFF);
-        data[1] = static_cast<unsigned char>(turn >> 8);
-        intf_setData(kStation, reg, kFirstWord + turn % kWords, 1, data.data(), 1);
-        intf_getData(kStation, reg, kFirstWord, kWords, data.data());
-        if (turn % 7 == 0) {
-            KEY_ADDRESS once = key("D_W", turn, 5);
-            intf_addConditionRead(once, 2);
-        }
-        if (turn % 100 == 0) {
-            host.recipe[0] = static_cast<unsigned char>(turn / 100);
-            askForRecipe(host, turn % 200 == 0 ? kWriteRequest : kReadRequest);
-        }
-    }
-    host.panelEnded = true;
-}
-
-int checkPlc(plc::Bus &bus)
+/** Says where panel, PLC and what was written last differ. @return how many do */
+int compare(plc::Bus &bus, const std::vector<Written> &places)
 {
     int wrong = 0;
-    for (int turn = kTurns - kWords; turn < kTurns; ++turn) {
-        const auto held = bus.find(kStation)->station.memory().value(
-            {'D', plc::PointKind::Word, kFirstWord + turn % kWords});
-        wrong += held && *held == turn ? 0 : 1;
+    for (const Written &place : places) {
+        const int held = bus.find(kStation)->station.memory().value(place.point).value_or(0xFFFF);
+        if (held != place.value || shown(place) != place.value) {
+            ++wrong;
+            std::printf("%s %d: written %d, PLC %d, panel %d\n",
+                        place.regName->toLatin1().constData(), place.point.address, place.value,
+                        held, shown(place));
+        }
     }
     return wrong;
 }
 
-} // namespace
-
-int main()
+void addOthers(const Host &host, plc::Bus &bus, std::vector<Written> &places)
 {
-    Host host;
+    plc::Memory &memory = bus.find(kStation)->station.memory();
+    const auto add = [&places](int address, int value) {
+        places.push_back({&names().words, {'D', plc::PointKind::Word, address}, value & 0xFFFF});
+    };
+    for (int i = 0; i < kThreads; ++i) {
+        add(kEchoWord + i, host.echoes[static_cast<std::size_t>(i)]);
+    }
+    for (int i = 0; i < kLiveWords; ++i) {
+        add(i, memory.word('D', i).value_or(0));
+    }
+}
+
+/** @return how many values are wrong at its end */
+int run(const Kind &kind)
+{
+    Host host(kind.lock);
     plc::Bus bus;
     bus.add(kStation);
-    plc::Line line(bus);
     start(host);
-    std::thread exchangeThread([&] { exchange(host, line); });
-    std::thread panelThread([&] { usePanel(host); });
-    panelThread.join();
+    std::thread exchangeThread([&] { exchange(host, bus); });
+    std::array<std::vector<Written>, 2> written;
+    std::vector<std::thread> panels;
+    for (int i = 0; i < kind.panels; ++i) {
+        panels.emplace_back(
+            [&, i] { written.at(static_cast<std::size_t>(i)) = usePanel(host, i, kTurns); });
+    }
+    std::atomic<bool> isEnough{false};
+    std::thread rude([&] {
+        beThread(1);
+        for (int turn = 0; kind.isRude && !isEnough; ++turn) {
+            startAgain(host, turn);
+        }
+    });
+    for (std::thread &panel : panels) {
+        panel.join();
+    }
+    isEnough = true;
+    rude.join();
+    host.panelEnded = true;
     exchangeThread.join();
+
+    int wrong = 0;
+    if (!kind.isRude) { // whose writes may be gone
+        std::vector<Written> places = written[0];
+        places.insert(places.end(), written[1].begin(), written[1].end());
+        addOthers(host, bus, places);
+        wrong = compare(bus, places);
+    }
     intf_setAddrValueChangeCallBack(nullptr);
     intf_initProperty(nullptr, 0, nullptr, nullptr, "", nullptr);
-    const int wrong = checkPlc(bus);
-    std::printf("%d turns of the panel, %d changes, %d words not in the PLC\n", kTurns,
-                s_changes.load(), wrong);
-    return wrong == 0 && s_changes > 0 ? 0 : 1;
+    std::printf("%s: %d exchanges, %d changes, %d callbacks beside another, %d wrong values\n",
+                kind.name, host.exchanges.load(), host.changes.load(), host.meetings.load(), wrong);
+    return wrong + (host.changes > 0 ? 0 : 1);
+}
+
+} // namespace
+
+int main(int count, char **arguments)
+{
+    const bool isTimed = count == 3 && std::strcmp(arguments[1], "--seconds") == 0;
+    if (count != 1 && !isTimed) {
+        std::fputs("two_thread_host: only --seconds N is an option\n", stderr);
+        return 2;
+    }
+    const auto end = std::chrono::steady_clock::now() +
+                     std::chrono::seconds(isTimed ? std::atoi(arguments[2]) : 0);
+    int wrong = 0;
+    int rounds = 0;
+    do {
+        for (const Kind &kind : kKinds) {
+            wrong += run(kind);
+        }
+        ++rounds;
+    } while (wrong == 0 && std::chrono::steady_clock::now() < end);
+    std::printf("%d rounds of each kind, %d wrong\n", rounds, wrong);
+    return wrong == 0 ? 0 : 1;
 }
