@@ -30,7 +30,7 @@ Protocol::Protocol() noexcept
     , blockInFlight(-1)
     , valuesStamp(0)
     , answerSerial(0)
-    , unstoredWrites(0)
+    , unstoredWrites(nullptr)
 {
     curVar.regName = QLatin1String("");
     for (const QString &name : REG_LIST) {

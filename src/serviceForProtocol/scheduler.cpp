@@ -8,6 +8,7 @@
 #include "serviceForProtocol/known_block.h"
 #include "serviceForProtocol/recipe.h"
 #include "serviceForProtocol/recipe_request.h"
+#include "serviceForProtocol/write_request.h"
 #include "shared/protocol.h"
 #include "shared/request_copy.h"
 
@@ -82,12 +83,12 @@ static void becomeIdle()
     driver.sendState = kJobIdle;
 }
 
-// A write that another thread has queued and is still telling the host about waits until its value
-// is stored: its answer would settle a value that is not there yet.
+// A write that another thread has queued and is still telling the host about holds up the queue
+// until its value is stored: its answer would settle a value that is not there yet.
 static bool isWriteDue()
 {
     return !driver.pendingWrites.isEmpty() && driver.tryCount < kWritesInARow &&
-           driver.unstoredWrites == 0;
+           !isUnstored(driver.pendingWrites.at(0));
 }
 
 static void pickPanelJob()

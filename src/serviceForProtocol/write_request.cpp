@@ -81,20 +81,60 @@ void queueWrite(const RegisterWidths &widths, int stationNo, const QString &regN
     queuePieces(widths, pieces, opKind);
 }
 
-namespace {
-
-/// Marks that a write is queued whose values are not stored yet, whatever ends it.
+/// A panel write that is queued while its values are not stored yet, whatever ends it. It stands in
+/// the list of all of them, which end in any order: each thread has its own.
 class UnstoredWrite
 {
 public:
-    UnstoredWrite() { ++driver.unstoredWrites; }
-    ~UnstoredWrite() { --driver.unstoredWrites; }
+    UnstoredWrite(int stationNo, const QString &regName, int startAddr, int count)
+        : m_stationNo(stationNo)
+        , m_regName(regName)
+        , m_startAddr(startAddr)
+        , m_count(count)
+        , m_next(driver.unstoredWrites)
+    {
+        driver.unstoredWrites = this;
+    }
+
+    ~UnstoredWrite()
+    {
+        UnstoredWrite **place = &driver.unstoredWrites;
+        while (*place != this) {
+            place = &(*place)->m_next;
+        }
+        *place = m_next;
+    }
+
+    /// @return  true when `item` is a piece of this write, or an earlier write of the same place
+    bool covers(const VARIABLE &item) const
+    {
+        return static_cast<unsigned>(item.startAddr) - static_cast<unsigned>(m_startAddr) <
+                   static_cast<unsigned>(m_count) &&
+               item.stationNo == m_stationNo && item.regName == m_regName;
+    }
+
+    const UnstoredWrite *next() const { return m_next; }
 
 private:
+    const int m_stationNo;
+    const QString m_regName;
+    const int m_startAddr;
+    const int m_count;
+    UnstoredWrite *m_next;
+
     Q_DISABLE_COPY(UnstoredWrite)
 };
 
-} // namespace
+bool isUnstored(const VARIABLE &item)
+{
+    for (const UnstoredWrite *write = driver.unstoredWrites; write != nullptr;
+         write = write->next()) {
+        if (write->covers(item)) {
+            return true;
+        }
+    }
+    return false;
+}
 
 // A request has a value area of its own; the cache holds whatever a register has.
 static int mostUnits(const RegisterWidths &widths, bool cacheOnly)
@@ -118,7 +158,7 @@ int intf_setData(int stationNo, QString &regName, int startAddr, int count, unsi
     const int bytes = count * static_cast<int>(panelBytesPerUnit(widths));
     QVarLengthArray<unsigned char, kValueAreaSize> values(bytes);
     std::copy(data, data + bytes, values.data());
-    const UnstoredWrite unstored;
+    const UnstoredWrite unstored(stationNo, regName, startAddr, count);
     if (!cacheOnly) {
         queueWrite(widths, stationNo, regName, startAddr, count, values.data(), opKind);
     }

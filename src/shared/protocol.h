@@ -25,6 +25,8 @@ enum JobState {
     kJobRecipeRead = 6     ///< block `rcpIndex` of `rcpBlocks`
 };
 
+class UnstoredWrite;
+
 /// The whole state of the driver; `driver` is its only instance in a loaded library. Whoever
 /// touches it holds `stateLock`, from the exported function on. Nobody waits for the host with it
 /// held: it is given back around each call of the host's and around the host's `*shmMutex`.
@@ -90,7 +92,9 @@ public:
     quint64 answerSerial; ///< moves on with each answer and each new set of blocks
 
     StateLock stateLock; ///< held by the thread that is inside the driver
-    int unstoredWrites;  ///< panel writes that are queued and not yet stored in `dataArea`
+
+    /// Panel writes that are queued and not yet stored in `dataArea`; null: none.
+    UnstoredWrite *unstoredWrites;
 
 private:
     Q_DISABLE_COPY(Protocol)

@@ -15,7 +15,9 @@ private Q_SLOTS:
     void panelDuringAnAnswer();
     void screenChangesDuringAnAnswer();
     void aWriteIsNotSentBeforeItIsStored();
-    void anEarlierWriteIsSettledMeanwhile();
+    void itHoldsUpWhatIsBehindIt();
+    void anEarlierWriteIsSentMeanwhile();
+    void writesThatAreToldAtOnce();
     void readingsGoOnMeanwhile();
     void hostLocksInItsCallback();
     void hostAsksUnderTheLockOfTheRequestBytes();
@@ -192,22 +194,93 @@ void TestTwoThreads::aWriteIsNotSentBeforeItIsStored()
     QCOMPARE(shown(10), 0);
 }
 
-void TestTwoThreads::anEarlierWriteIsSettledMeanwhile()
+// Pieces of a long write, and a write of another thread: none overtakes.
+void TestTwoThreads::itHoldsUpWhatIsBehindIt()
+{
+    Host host("7#0#0#3#2");
+    monitorWords(10, 1);
+    driver.cyclicReads.clear();
+    host.plan.work = [&host] {
+        write(20, 5);
+        host.plan.seen = takeTurn();
+    };
+    QString name = latin("D_W");
+    unsigned char values[6] = {1, 0, 2, 0, 3, 0};
+    intf_setData(1, name, 10, 3, values, 0);
+    QCOMPARE(host.plan.seen, latin("idle"));
+    QCOMPARE(takeTurns(4), latin("W D_W 10, W D_W 12, W D_W 20, idle"));
+}
+
+void TestTwoThreads::anEarlierWriteIsSentMeanwhile()
 {
     Host host;
     write(20, 5);
+    write(30, 6);
     QCOMPARE(nextJob(), latin("W D_W 20"));
     monitorWords(10, 1);
     driver.cyclicReads.clear();
     host.plan.work = [&host] {
         const int result = answerWith(writeAnswer());
-        host.plan.seen = QString::fromLatin1("%1 %2").arg(result).arg(takeTurn());
+        host.plan.seen = QString::number(result) + latin(" ") + takeTurns(2);
     };
     write(10, 9);
-    QCOMPARE(host.plan.seen, latin("1 idle"));
+    QCOMPARE(host.plan.seen, latin("1 W D_W 30, idle"));
     QCOMPARE(wordText(20), latin("5/5/0"));
+    QCOMPARE(wordText(30), latin("6/6/0"));
     QCOMPARE(takeTurns(2), latin("W D_W 10, idle"));
     QCOMPARE(wordText(10), latin("9/9/0"));
+}
+
+namespace {
+
+/// Two panel threads whose writes are told to the host at once, and the exchange.
+struct Tellings
+{
+    OtherThread secondPanel;
+    OtherThread exchange;
+    QSemaphore isSecondTold;
+    QSemaphore isFirstStored;
+    QString seen;
+};
+
+} // namespace
+
+static Tellings *&tellings()
+{
+    static Tellings *both = nullptr;
+    return both;
+}
+
+static int tellBoth(int, int, QString &, int address)
+{
+    Tellings &both = *tellings();
+    if (address == 10) {
+        both.secondPanel.begin([] { write(11, 8); });
+        both.isSecondTold.acquire();
+    } else {
+        both.isSecondTold.release();
+        both.isFirstStored.acquire();
+        both.exchange.call([&both] { both.seen = takeTurns(2); });
+    }
+    return 0;
+}
+
+// The one that began first ends first: its place alone is stored then.
+void TestTwoThreads::writesThatAreToldAtOnce()
+{
+    Host host;
+    Tellings both;
+    tellings() = &both;
+    monitorWords(10, 2);
+    driver.cyclicReads.clear();
+    intf_setAddrValueChangeCallBack(&tellBoth);
+    write(10, 9);
+    both.isFirstStored.release();
+    both.secondPanel.await();
+    QCOMPARE(both.seen, latin("W D_W 10, idle"));
+    QCOMPARE(takeTurns(2), latin("W D_W 11, idle"));
+    QCOMPARE(wordText(10), latin("9/9/0"));
+    QCOMPARE(wordText(11), latin("8/8/0"));
 }
 
 // What the exchange reads while a write is told is compared with what the panel showed until then.
