@@ -55,10 +55,14 @@ void forgetEverything()
 
 } // namespace
 
-DriverSide::DriverSide()
+DriverSide::DriverSide(HostThreads threads)
     : m_block(kBlockBytes)
     , m_recipe(kRecipeBytes)
 {
+    if (threads == HostThreads::Several) {
+        m_panel = std::make_unique<OtherThread>();
+        m_reactor = std::make_unique<OtherThread>();
+    }
     forgetEverything();
     listening() = this;
     intf_setAddrValueChangeCallBack(hear);
@@ -89,7 +93,7 @@ void DriverSide::actWithin()
     }
     const Operation operation = *m_within;
     m_within.reset();
-    const Observation seen = act(operation, std::string());
+    const Observation seen = actOn(m_reactor.get(), operation, std::string());
     m_heard.push_back(noticeWithin(seen));
 }
 
@@ -100,7 +104,7 @@ Observation DriverSide::apply(const Operation &operation, const std::string &ans
     if (operation.within) {
         m_within = operation;
     } else {
-        seen = act(operation, answer);
+        seen = actOn(mayBeWithin(operation) ? m_panel.get() : nullptr, operation, answer);
     }
     seen.notices = m_heard;
     if (m_lock.tryLock()) {
@@ -108,6 +112,18 @@ Observation DriverSide::apply(const Operation &operation, const std::string &ans
     } else {
         seen.text += " and keeps the host's lock";
     }
+    return seen;
+}
+
+// Whoever is waited for does the same as the waiting thread would.
+Observation DriverSide::actOn(OtherThread *thread, const Operation &operation,
+                              const std::string &answer)
+{
+    if (thread == nullptr) {
+        return act(operation, answer);
+    }
+    Observation seen;
+    thread->call([&] { seen = act(operation, answer); });
     return seen;
 }
 

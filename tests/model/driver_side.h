@@ -2,14 +2,22 @@
 
 #include <QtCore/QMutex>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "model/observation.h"
 #include "model/operation.h"
+#include "support/other_thread.h"
 
 namespace model {
+
+/** From which threads the host calls. */
+enum class HostThreads {
+    One,
+    Several ///< a panel's own, and one for what is done within a callback
+};
 
 /** The real driver and what its host shares with it. One at a time; a new one starts from nothing.
  */
@@ -18,7 +26,7 @@ class DriverSide
 public:
     enum { kBlockBytes = 60117, kRequestPlace = 60115 };
 
-    DriverSide();
+    explicit DriverSide(HostThreads threads);
     ~DriverSide();
     DriverSide(const DriverSide &) = delete;
     DriverSide &operator=(const DriverSide &) = delete;
@@ -32,6 +40,7 @@ public:
 private:
     static int hear(int deviceNo, int stationNo, QString &name, int address);
     void actWithin();
+    Observation actOn(OtherThread *thread, const Operation &operation, const std::string &answer);
     Observation act(const Operation &operation, const std::string &answer);
     void start(const Operation &operation);
     static std::string monitor(const Operation &operation);
@@ -47,6 +56,10 @@ private:
     QMutex m_lock;
     std::vector<Notice> m_heard;
     std::optional<Operation> m_within; ///< waits for the next callback
+
+    // Null: the thread that exchanges does their work.
+    std::unique_ptr<OtherThread> m_panel;
+    std::unique_ptr<OtherThread> m_reactor;
 };
 
 } // namespace model

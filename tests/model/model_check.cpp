@@ -5,9 +5,9 @@
 
 namespace model {
 
-std::string disagreementOf(const Sequence &sequence, unsigned long *steps)
+std::string disagreementOf(const Sequence &sequence, HostThreads threads, unsigned long *steps)
 {
-    const auto first = run(sequence, steps);
+    const auto first = run(sequence, threads, steps);
     if (!first) {
         return std::string();
     }
@@ -16,8 +16,8 @@ std::string disagreementOf(const Sequence &sequence, unsigned long *steps)
         sequence.begin() + static_cast<std::ptrdiff_t>(
                                first->step < sequence.size() ? first->step + 1 : sequence.size()));
     const Sequence shortest =
-        shrink(reached, [](const Sequence &other) { return run(other).has_value(); });
-    const auto last = run(shortest);
+        shrink(reached, [=](const Sequence &other) { return run(other, threads).has_value(); });
+    const auto last = run(shortest, threads);
     std::string text = "at " + (last ? last : first)->what + "\nshortest of " +
                        std::to_string(sequence.size()) + " operations, as a row:\n  \"" +
                        textOf(shortest) + "\"\nstep by step:\n";

@@ -12,14 +12,20 @@ namespace {
 
 constexpr int kMostShown = 10;
 
-int replay(const std::string &text)
+/** Every other seed has a host with several threads. */
+model::HostThreads threadsOf(unsigned seed)
+{
+    return seed % 2 == 0 ? model::HostThreads::One : model::HostThreads::Several;
+}
+
+int replay(const std::string &text, model::HostThreads threads)
 {
     const auto sequence = model::sequenceOf(text);
     if (!sequence) {
         std::fputs("model_run: this is no sequence\n", stderr);
         return 2;
     }
-    const std::string what = model::disagreementOf(*sequence);
+    const std::string what = model::disagreementOf(*sequence, threads);
     std::puts(what.empty() ? "driver and model agree" : what.c_str());
     return what.empty() ? 0 : 1;
 }
@@ -34,7 +40,8 @@ int runMany(unsigned sequences, unsigned seed, int steps, const std::string &onl
         if (!only.empty() && only != mix.name) {
             continue;
         }
-        const auto what = model::disagreementOf(model::randomSequence(mix, seed + i, steps), &done);
+        const auto what = model::disagreementOf(model::randomSequence(mix, seed + i, steps),
+                                                threadsOf(seed + i), &done);
         if (!what.empty()) {
             ++found;
             std::printf("%s, seed %u: %s\n", mix.name, seed + i, what.c_str());
@@ -63,12 +70,16 @@ int main(int argc, char **argv)
     const QCommandLineOption steps(text("steps"), text("Operations of one, at least."), text("N"),
                                    text("100"));
     const QCommandLineOption mix(text("mix"), text("Only this mix of operations."), text("NAME"));
+    const QCommandLineOption several(text("threads"),
+                                     text("--replay with several threads, as odd seeds run."));
     const QCommandLineOption again(text("replay"), text("One sequence, as it was printed."),
                                    text("TEXT"));
-    parser.addOptions({sequences, seed, steps, mix, again});
+    parser.addOptions({sequences, seed, steps, mix, several, again});
     parser.process(application);
     if (parser.isSet(again)) {
-        return replay(parser.value(again).toStdString());
+        return replay(parser.value(again).toStdString(), parser.isSet(several)
+                                                             ? model::HostThreads::Several
+                                                             : model::HostThreads::One);
     }
     bool right[3] = {};
     const unsigned count = parser.value(sequences).toUInt(&right[0]);

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "model/answer_text.h"
-#include "model/driver_side.h"
 #include "model/model_side.h"
 
 namespace model {
@@ -33,6 +32,10 @@ Operation plain(Act act, int value = 0)
 class SideBySide
 {
 public:
+    explicit SideBySide(HostThreads threads)
+        : m_driver(threads)
+    {}
+
     /** @return  what differs after the step; "" for nothing */
     std::string step(const Operation &operation)
     {
@@ -120,9 +123,9 @@ private:
 
 } // namespace
 
-std::optional<Disagreement> run(const Sequence &sequence, unsigned long *steps)
+std::optional<Disagreement> run(const Sequence &sequence, HostThreads threads, unsigned long *steps)
 {
-    SideBySide both;
+    SideBySide both(threads);
     std::string what;
     std::size_t place = 0;
     Operation start = plain(Act::Start);

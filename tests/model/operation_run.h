@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "model/driver_side.h"
 #include "model/operation.h"
 
 namespace model {
@@ -21,9 +22,11 @@ struct Disagreement
  * reads are taken away and everything that still waits is served, and the panel looks at every
  * range that occurred.
  *
- * @param steps  when given, grows by the number of operations that ran, those of the end included
- * @return       nothing when both agreed all along
+ * @param threads  from which the host calls the driver
+ * @param steps    when given, grows by the number of operations that ran, those of the end included
+ * @return         nothing when both agreed all along
  */
-std::optional<Disagreement> run(const Sequence &sequence, unsigned long *steps = nullptr);
+std::optional<Disagreement> run(const Sequence &sequence, HostThreads threads,
+                                unsigned long *steps = nullptr);
 
 } // namespace model

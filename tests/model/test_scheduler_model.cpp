@@ -125,8 +125,10 @@ void SchedulerModelTest::rules()
     QFETCH(QString, steps);
     const auto sequence = model::sequenceOf(steps.toStdString());
     QVERIFY(sequence.has_value());
-    const std::string what = model::disagreementOf(*sequence);
-    QVERIFY2(what.empty(), what.c_str());
+    for (const auto threads : {model::HostThreads::One, model::HostThreads::Several}) {
+        const std::string what = model::disagreementOf(*sequence, threads);
+        QVERIFY2(what.empty(), what.c_str());
+    }
 }
 
 void SchedulerModelTest::randomOperations_data()
@@ -148,8 +150,10 @@ void SchedulerModelTest::randomOperations()
 {
     QFETCH(int, mix);
     QFETCH(int, seed);
-    const std::string what = model::disagreementOf(model::randomSequence(
-        model::mixes()[static_cast<std::size_t>(mix)], static_cast<std::uint32_t>(seed), kSteps));
+    const std::string what = model::disagreementOf(
+        model::randomSequence(model::mixes()[static_cast<std::size_t>(mix)],
+                              static_cast<std::uint32_t>(seed), kSteps),
+        seed % 2 == 0 ? model::HostThreads::One : model::HostThreads::Several);
     QVERIFY2(what.empty(), what.c_str());
 }
 
