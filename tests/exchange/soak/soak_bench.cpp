@@ -74,6 +74,9 @@ Bench::Bench(const Plan &plan, Tally &tally)
     m_host.keepTurns(0);
     m_host.timing.quietMs = plan.quietMs;
     m_expected.setHandler([this] { followReactions(); });
+    for (int depth = 0; plan.severalThreads && depth <= kDeepest; ++depth) {
+        m_panels.push_back(std::make_unique<OtherThread>());
+    }
     benchNow() = this;
     intf_setAddrValueChangeCallBack(&hear);
     for (const StationPlan &station : plan.stations) {
@@ -170,7 +173,17 @@ void Bench::compareSizes() const
          static_cast<std::size_t>(m_view.size()));
 }
 
+// Whoever tells the driver waits for the end, so that everything stays in its order.
 void Bench::tellDriver(const Job &job) const
+{
+    if (m_panels.empty()) {
+        callDriver(job);
+    } else {
+        m_panels[static_cast<std::size_t>(m_depth)]->call([&job] { callDriver(job); });
+    }
+}
+
+void Bench::callDriver(const Job &job)
 {
     const Range &range = job.range;
     if (job.values.empty()) {

@@ -6,9 +6,11 @@
 #include "exchange/soak/soak_plant.h"
 #include "exchange/soak/soak_tally.h"
 #include "exchange/soak/soak_view.h"
+#include "support/other_thread.h"
 
 #include <deque>
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace exchange::soak {
@@ -77,6 +79,7 @@ private:
     void react();
     void followReactions();
     void tellDriver(const Job &job) const;
+    static void callDriver(const Job &job);
     void expectWrite(const Job &job);
     void expectReading(const Range &range);
 
@@ -92,9 +95,10 @@ private:
     Calls m_expected;
     Calls m_heard;
     std::function<std::optional<Job>()> m_reaction;
-    std::vector<Reaction> m_reactions; ///< since listen()
-    std::size_t m_followed = 0;        ///< how many of them were done here
-    int m_depth = 0;                   ///< reactions within reactions
+    std::vector<Reaction> m_reactions;                  ///< since listen()
+    std::size_t m_followed = 0;                         ///< how many of them were done here
+    int m_depth = 0;                                    ///< reactions within reactions
+    std::vector<std::unique_ptr<OtherThread>> m_panels; ///< for each depth; none: this thread
     bool m_traced = false;
     std::deque<QString> m_trace;
 };

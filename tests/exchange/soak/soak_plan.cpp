@@ -110,11 +110,12 @@ int Plan::longestBlock() const
 QString Plan::text() const
 {
     return QString::fromLatin1("seed %1 phase %2: %3 stations, properties %4, %5 keys, %6 recipe "
-                               "items, up to %7 faults at %8 %")
+                               "items, up to %7 faults at %8 %%9")
         .arg(QString::number(seed), QString::number(phase),
              QString::number(static_cast<int>(stations.size())), QString::fromLatin1(properties()),
              QString::number(screenKeys), QString::number(recipeItems), QString::number(faultKinds),
-             QString::number(faultPercent));
+             QString::number(faultPercent),
+             QLatin1String(severalThreads ? ", several threads" : ""));
 }
 
 Random phaseRandom(quint64 seed, int phase)
@@ -141,6 +142,7 @@ Plan choosePlan(quint64 seed, int phase, int exchanges)
     chooseStations(random, plan);
     chooseFaults(random, plan);
     chooseWeights(random, plan);
+    plan.severalThreads = random.chance(30);
     return plan;
 }
 

@@ -79,6 +79,7 @@ struct Plan
     int operationPercent = 0; ///< how likely something happens between two exchanges
     int reactionPercent = 0;  ///< how likely the panel writes or reads within a call of the driver
     std::array<int, kOperations> weights{};
+    bool severalThreads = false; ///< the panel writes and asks on threads of its own
 
     const Window &window(char deviceLetter) const;
     Window &window(char deviceLetter);
