@@ -33,6 +33,7 @@ void useEditor(int turn)
     const QString &reg = turn % 2 == 0 ? names().words : names().relayBits;
     intf_getDriverParameter(text);
     intf_getDriverPropertyPage(text);
+    intf_SetDriverPropertyPage(names().words);
     intf_getProtocolType(&number);
     intf_getVersion();
     intf_getRegListByType(turn % 2, list);
