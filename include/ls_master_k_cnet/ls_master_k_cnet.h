@@ -14,17 +14,26 @@ class QMutex;
 /// The functions that a host calls, in the order in which it needs them. A host that loads the
 /// library at run time looks each one up by its plain name; `decltype(&intf_getData)` is its type.
 ///
-/// Threads. The driver keeps one state for the whole process and starts no thread. It locks next to
-/// nothing, so the host makes sure that no two calls run at the same time; a host with one thread
-/// does that by itself. "Exchange thread" below is the host's thread that talks to the PLC, "panel
-/// thread" the one that draws and writes values. From within the value-change callback any function
-/// may be called except `intf_initProperty`, `intf_addrMerge`, `intf_setRcpAddress` and the two
-/// exchange functions.
+/// Threads. The driver keeps one state for the whole process and starts no thread. It has a lock of
+/// its own, so a host needs none around its calls:
+/// - the two exchange functions belong to one thread, one call at a time;
+/// - `intf_initProperty`, `intf_addrMerge` and `intf_setRcpAddress` are called while the exchange
+///   is idle: nothing is in flight and no exchange function runs. At another moment they harm no
+///   memory, but jobs may be lost or served twice;
+/// - all other functions may be called by any thread at any time, while any other call runs.
+///
+/// The callback comes on the thread whose call made the value change, so on several threads, even
+/// at once. The driver holds no lock meanwhile: a host may hold a lock of its own while it calls,
+/// and take the same one in its callback. From within the callback any function may be called
+/// except the three above and the two exchange functions.
+///
+/// Two threads that write the same word at once do what a write from within the callback of another
+/// does: the PLC ends with the one queued last, or with the bits of both, and the cache may keep
+/// either until the word is read again.
 ///
 /// No function throws, and none logs anything.
 
-// --- What the driver is. Any thread, at any time; only `intf_SetDriverPropertyPage` in turn with
-// the other calls. ---
+// --- What the driver is. Any thread, at any time. ---
 
 /// @param type  receives 0, the protocol type; null is allowed
 LS_MASTER_K_CNET_EXPORT void intf_getProtocolType(int *type);
@@ -105,9 +114,10 @@ LS_MASTER_K_CNET_EXPORT int intf_checkAddr(const QString &regName, const QString
 LS_MASTER_K_CNET_EXPORT int intf_multiCopy(QString &regName, int startAddr, int count, int interval,
                                            QVector<QString> &outText, QVector<int> &outAddr);
 
-// --- Start of communication. While no other call runs. ---
+// --- Start of communication. While the exchange is idle; only the callback at any time. ---
 
-/// @param callback  the host's function, or null for none
+/// @param callback  the host's function, or null for none. The one before may still run, or begin
+///                  once more, while another thread is in a call
 LS_MASTER_K_CNET_EXPORT void intf_setAddrValueChangeCallBack(ValueChangeCallback callback);
 
 /// Starts (or restarts) communication: takes the host's settings and empties every job list and the
@@ -130,10 +140,12 @@ LS_MASTER_K_CNET_EXPORT void intf_setAddrValueChangeCallBack(ValueChangeCallback
 ///                 written). A text that is no number counts as 0; with fewer than
 ///                 five fields the earlier settings stay. Null counts as an empty text.
 /// @param shmLock  the host's mutex, not recursive, that guards the two bytes; null: no recipes.
-///                 Whoever calls the exchange functions must not hold it.
+///                 Whoever calls the exchange functions must not hold it; with the other
+///                 functions it may be held.
 /// @return         1
 ///
-/// The three host objects must live until the next call of this function or until unloading.
+/// The three host objects must live until the next call of this function or until unloading, and
+/// until an exchange function that runs meanwhile has returned.
 LS_MASTER_K_CNET_EXPORT int intf_initProperty(unsigned char *shm, int hostArg,
                                               unsigned char *rcpData, int *status,
                                               const char *props, QMutex *shmLock);
@@ -165,7 +177,7 @@ LS_MASTER_K_CNET_EXPORT int intf_addrMerge(QList<KEY_ADDRESS> &keys);
 /// @return       number of items kept; 0 when none belongs to this device
 LS_MASTER_K_CNET_EXPORT int intf_setRcpAddress(QVector<_RCP_VAR_PRO> &items);
 
-// --- The exchange loop. Exchange thread, in turn. ---
+// --- The exchange loop. One thread, one call at a time. ---
 
 /// @param out  receives the next frame to send; untouched when there is none
 /// @return     1: send the `out.sendLen` bytes of `out.sendBuf`, collect `out.recvLen` bytes, hand
@@ -184,7 +196,7 @@ LS_MASTER_K_CNET_EXPORT int intf_getSendFrame(FRAME_PRO &out);
 ///                   `intf_getSendFrame` hands the same frame out again
 LS_MASTER_K_CNET_EXPORT int intf_dealRcvFrame(QByteArray &reply, QString &errorText);
 
-// --- Values. Panel thread; also from within the callback. ---
+// --- Values. Any thread, at any time, also from within the callback. ---
 
 /// Copies the values that the driver knows, with the panel's own writes that are still on their
 /// way; never talks to the PLC. What was never read is 0; a first reading of 0 makes no callback,
@@ -222,8 +234,9 @@ LS_MASTER_K_CNET_EXPORT int intf_getData(int stationNo, QString &regName, int st
 ///
 /// The callback for the panel's own write comes from within this call and before the new value is
 /// stored: `intf_getData` still gives the old value there, so a screen reads it once this call has
-/// returned. A write to the same word from within it reaches the PLC last, and the cache keeps the
-/// value of the outer call until the word is read again: write once this call has returned.
+/// returned. Nor is the write sent before that, though the exchange goes on. A write to the same
+/// word from within the callback reaches the PLC last, and the cache keeps the value of the outer
+/// call until the word is read again: write once this call has returned.
 ///
 /// At most 513 writes wait; a further one replaces the last, which is never sent: its place shows
 /// the panel's value until the PLC's changes. A write to a place whose write still waits (and is

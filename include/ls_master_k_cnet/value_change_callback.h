@@ -15,8 +15,8 @@ class QString;
 ///                   "RWI"; 0 (read) or -1 (failed) for the end of a condition read
 /// @return           ignored
 ///
-/// It runs on the thread whose call made the value change, with no lock held, and may call back
-/// into the driver.
+/// It runs on the thread whose call made the value change, so on several threads of the host, even
+/// at once. The driver holds no lock meanwhile, other threads may call it, and so may the callback.
 ///
 /// A unit starts as 0, so a first reading of 0 is no change. What the host writes, within the
 /// callback for a write of its own, to the same word reaches the PLC last, but the cache keeps the

@@ -6,9 +6,9 @@
 #include "shared/view_names.h"
 
 /// Calls of the host: one for each monitored view of a unit that changed, its bits first, then the
-/// unit, then the wider values that it is a part of. They run on the calling thread with no lock
-/// held. The host may call back into the driver, so whoever calls one of these looks its records up
-/// again afterwards.
+/// unit, then the wider values that it is a part of. They run on the calling thread, which
+/// leaves the driver for them. The host may call back into the driver, and other threads enter it,
+/// so whoever calls one of these looks its records up again afterwards.
 ///
 /// @param oldValue  bytes of the unit before, as a number; null, here or in `newValue`: every
 ///                  monitored bit is reported without a comparison

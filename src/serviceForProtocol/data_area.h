@@ -6,7 +6,7 @@
 #include "shared/data_record.h"
 #include "shared/wrap.h"
 
-/// Look-up in the cache of PLC values. No lock: the host serialises its calls.
+/// Look-up in the cache of PLC values. With the driver's lock held.
 
 /// Finds the record of a unit, and appends an empty one when there is none yet.
 ///

@@ -8,8 +8,8 @@
 /// Finds a unit in a data area without walking it, so that an answer costs the same however much a
 /// panel monitors. The area is the truth: what the index finds is compared with the record. It
 /// expects an area that grows at its end and may be emptied; one whose last known record is another
-/// one, or gone, is indexed anew. 6 to 16 bytes a unit. No lock; finding a unit that is known
-/// changes nothing.
+/// one, or gone, is indexed anew. 6 to 16 bytes a unit. With the driver's lock held;
+/// finding a unit that is known changes nothing.
 class UnitIndex
 {
 public:
