@@ -295,8 +295,9 @@ void TestWriteRequest::cacheOnly()
     QCOMPARE(callsText(), latin("7 1 D_W 5"));
 
     fixture.start("7#-1#0#3#60"); // any number but 0
-    write("D_W", 5, 1, QByteArray("\x34\x12"));
+    write("D_W", 5, 600, QByteArray(1200, '\x34'));
     QCOMPARE(listText(driver.pendingWrites), QString());
+    QCOMPARE(sizeOf(driver.dataArea), 600);
 }
 
 void TestWriteRequest::noWordsAreAnEntry()
