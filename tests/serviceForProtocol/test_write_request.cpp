@@ -80,8 +80,8 @@ void TestWriteRequest::bytesOfOneUnit()
     QFETCH(int, unitBits);
     QFETCH(int, bytes);
 
-    QCOMPARE(panelBytesPerUnit(makeWidths(unitBits, 16)), bytes);
-    QCOMPARE(panelBytesPerUnit(makeWidths(unitBits, 8, true)), bytes);
+    QCOMPARE(static_cast<int>(panelBytesPerUnit(makeWidths(unitBits, 16))), bytes);
+    QCOMPARE(static_cast<int>(panelBytesPerUnit(makeWidths(unitBits, 8, true))), bytes);
 }
 
 void TestWriteRequest::entriesOfWidths_data()
