@@ -2,8 +2,10 @@
 add_library(project_options INTERFACE)
 
 target_compile_options(project_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
-  $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op>
+  -Wall -Wextra -pedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
+  $<$<CXX_COMPILER_ID:GNU>:-Wlogical-op>
+  # Panels' compilers may be older, and end at a warning that they do not know.
+  $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_GREATER_EQUAL:${CMAKE_CXX_COMPILER_VERSION},6>>:-Wduplicated-cond>
   # QString by value in a C-named function is the interface's own choice.
   $<$<CXX_COMPILER_ID:Clang>:-Wno-return-type-c-linkage>
   $<$<BOOL:${WARNINGS_AS_ERRORS}>:-Werror>)

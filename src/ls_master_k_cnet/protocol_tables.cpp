@@ -1,5 +1,7 @@
 #include "shared/protocol_tables.h"
 
+#include "ls_master_k_cnet/boundary.h"
+
 // `driver` copies REG_LIST while it is constructed, in another file. The priority makes the tables
 // exist by then whatever the order in which the linker took the files.
 #define BUILT_FIRST __attribute__((init_priority(101)))
@@ -14,7 +16,7 @@ static inline QString text(const char *latin1) noexcept
 BUILT_FIRST const QString PROCOTOL_DEFALT_COM_PAR = text("38400,8,NONE,1");
 BUILT_FIRST const QString PROCOTOL_DEFALT_IP_PAR = text("192.168.0.100,8000");
 BUILT_FIRST const QString PROCOTOL_NAME = text("ls_master_k_cnet");
-BUILT_FIRST const QString PROCOTOL_VERSION = text("2.0.0.0");
+BUILT_FIRST const QString PROCOTOL_VERSION = text(boundary.interfaceVersion);
 BUILT_FIRST const QString PROCOTOL_PAR_HMI_SET_MODE = text("0_0");
 
 BUILT_FIRST const QString REG_LIST[kRegisterCount] = {

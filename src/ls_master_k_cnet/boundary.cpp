@@ -1,0 +1,12 @@
+#include "ls_master_k_cnet/boundary.h"
+
+#include <QtCore/QtGlobal>
+
+#include "ls_master_k_cnet/records.h"
+
+// Compilers and linkers drop what no code reads; PROCOTOL_VERSION is made from the first member.
+__attribute__((section("ls_master_k_cnet"))) const Boundary boundary = {
+    "2.0.0.0",
+    QT_VERSION,
+    {sizeof(VARIABLE), sizeof(KEY_ADDRESS), sizeof(FRAME_PRO), sizeof(_RCP_VAR_PRO)},
+};
