@@ -43,36 +43,38 @@ static QByteArray paddedDigits(const QByteArray &answer, int dataPos, int length
 
 namespace {
 
+enum { kNowhere = -1 };
+
 /// Stores the units of one answer in the data area and tells the host of each that changed. It
 /// looks a record up again after every call of the host: the area may have grown meanwhile.
 class AnswerStore
 {
 public:
-    /// @param ownBlock  the answer is of the only cyclic block with these units
-    AnswerStore(const VARIABLE &var, bool ownBlock)
+    /// @param kept  of this answer; must outlive the store
+    AnswerStore(const VARIABLE &var, const KeptAnswer &kept)
         : m_firstAddr(var.startAddr)
-        , m_stampStep(ownBlock ? 0 : 1)
+        , m_kept(kept)
         , m_letter(registerLetter(var.regName))
         , m_cursor(var.stationNo, m_letter, driver.dataArea)
-    {}
-
-    void startAt(int firstRecord) { m_cursor.startAt(m_firstAddr, firstRecord); }
+    {
+        m_cursor.startAt(m_firstAddr, kept.firstRecord());
+    }
 
     /// @return  where the first unit is, or would be
-    int firstRecord() { return m_cursor.likelyIndexOf(m_firstAddr); }
+    int firstRecord() const { return m_cursor.likelyIndexOf(m_firstAddr); }
 
-    /// @param known  digits of as many units whose values the data area holds; null: none
-    void storeUnits(const char *digits, const char *known, int units, int bytes)
+    /// @param knownPos  where the units begin in the last answer; kNowhere: it is not comparable
+    void storeUnits(const char *digits, int knownPos, int units, int bytes)
     {
         switch (bytes) {
         case 1:
-            storeUnitsOf<1>(digits, known, units);
+            storeUnitsOf<1>(digits, knownPos, units);
             break;
         case 2:
-            storeUnitsOf<2>(digits, known, units);
+            storeUnitsOf<2>(digits, knownPos, units);
             break;
         default:
-            storeUnitsOf<4>(digits, known, units);
+            storeUnitsOf<4>(digits, knownPos, units);
             break;
         }
     }
@@ -87,18 +89,35 @@ public:
 private:
     int indexOf(int unit) { return m_cursor.indexOf(wrapAdd(m_firstAddr, unit)); }
 
+    const char *knownDigits(int knownPos) const
+    {
+        const char *const last = m_kept.lastCharacters();
+        return last == nullptr || knownPos == kNowhere ? nullptr : last + knownPos;
+    }
+
     // The width is known to the compiler: this is the loop in which an answer spends its time.
     template <int Bytes>
-    void storeUnitsOf(const char *digits, const char *known, int units)
+    void storeUnitsOf(const char *digits, int knownPos, int units)
     {
         enum { kDigits = 2 * Bytes };
+        const char *known = knownDigits(knownPos);
         for (int i = 0; i < units; ++i) {
             const int pos = kDigits * i;
             if (known == nullptr || std::memcmp(digits + pos, known + pos, kDigits) != 0) {
                 const int index = indexOf(i);
                 fetchAhead(driver.dataArea, wrapAdd(index, kUnitsAhead));
                 storeUnit<Bytes>(index, numberAt(digits + pos, Bytes));
+                known = knownDigits(knownPos); // the host was called
             }
+        }
+    }
+
+    // Whatever is known of the blocks with this unit, but for the one that is being stored, does
+    // not hold any more.
+    void moveStamp()
+    {
+        if (!m_kept.ownsUnits()) {
+            ++driver.valuesStamp;
         }
     }
 
@@ -112,7 +131,7 @@ private:
             return;
         }
         setUnitNumber(record.readValue, Bytes, number);
-        driver.valuesStamp += m_stampStep;
+        moveStamp();
         if (record.writePending != 1 || driver.pendingWrites.isEmpty()) {
             record.writePending = 0;
         }
@@ -126,13 +145,13 @@ private:
             return;
         }
         record.readValue[0] = static_cast<unsigned char>(on);
-        driver.valuesStamp += m_stampStep;
+        moveStamp();
         record.writePending = 0;
         m_notifier.bit(index);
     }
 
     const int m_firstAddr;
-    const unsigned m_stampStep;
+    const KeptAnswer &m_kept;
     const QString m_letter;
     UnitCursor m_cursor;
     ChangeNotifier m_notifier;
@@ -154,15 +173,13 @@ void decodeToDataArea(const RegisterWidths &widths, const QByteArray &answer, in
     const QByteArray padded = isWhole ? QByteArray() : paddedDigits(answer, dataPos, length);
     const char *const digits = isWhole ? answer.constData() + dataPos : padded.constData();
     KeptAnswer kept(answer);
-    AnswerStore store(var, kept.standsAlone());
-    store.startAt(kept.firstRecord());
+    AnswerStore store(var, kept);
     if (isContact) {
         store.storeContacts(digits, units);
     } else {
-        const char *const last = isWhole ? kept.lastCharacters() : nullptr;
-        store.storeUnits(digits, last == nullptr ? nullptr : last + dataPos, units, bytes);
+        store.storeUnits(digits, isWhole ? dataPos : kNowhere, units, bytes);
     }
-    kept.setFirstRecord(store.firstRecord());
+    kept.keep(store.firstRecord());
 }
 
 void analyzeFrameOfVal(const QByteArray &answer, int unitCount, int dataPos, const VARIABLE &var)

@@ -12,8 +12,8 @@
 /// @param answer     the whole answer; what lies beyond its end counts as 0
 /// @param unitCount  units that the frame asked for
 /// @param dataPos    index of the first data character
-/// @param var        the request that the frame served; no part of `driver`, since the host is
-///                   called while it is in use
+/// @param var        the request that the frame served; may be the frame's own, since what is
+///                   needed of it is taken before the host is called
 void analyzeFrameOfVal(const QByteArray &answer, int unitCount, int dataPos, const VARIABLE &var);
 
 /// Stores the units of an answer in the data area, for a register of the given widths.

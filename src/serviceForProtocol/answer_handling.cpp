@@ -64,6 +64,7 @@ int intf_dealRcvFrame(QByteArray &reply, QString &errorText)
     if (isLastAnswer(reply)) {
         return finishStep();
     }
+    ++driver.answerSerial;
     // A copy: the host may change its array from within the callback.
     const QByteArray answer = reply; // NOLINT(performance-unnecessary-copy-initialization)
     switch (check_rcv_data(reinterpret_cast<const unsigned char *>(answer.constData()),

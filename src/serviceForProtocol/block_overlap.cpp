@@ -68,6 +68,9 @@ QVector<bool> blocksOnTheirOwn(const QVector<MergeKey> &blocks)
         if (!isPlain(span)) {
             alone[span.block] = false;
         }
+        if (span.end <= span.start) {
+            continue; // it covers nothing
+        }
         if (farthest == nullptr || !farthest->isOfSameRegister(span)) {
             farthest = &span;
             continue;

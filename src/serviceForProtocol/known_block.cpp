@@ -7,15 +7,15 @@
 #include "serviceForProtocol/block_overlap.h"
 #include "serviceForProtocol/data_area.h"
 #include "serviceForProtocol/error_info.h"
-#include "shared/protocol.h"
 #include "shared/register_row.h"
 #include "shared/request_copy.h"
 #include "shared/wrap.h"
 
 enum { kCacheLine = 64 };
 
-/// The longest answer that a request can ask for.
-enum { kLongestAnswer = kReadAnswerOverhead + 255 * kWordCharacters };
+/// The most words that the two digits of a request can ask for, and the answer with them. A block
+/// of more is read all the same, and never known.
+enum { kMostWords = 255, kLongestAnswer = kReadAnswerOverhead + kMostWords * kWordCharacters };
 
 static BlockMemory newMemory(const MergeKey &block, bool isContact, bool isOnItsOwn, int place)
 {
@@ -29,7 +29,7 @@ static BlockMemory newMemory(const MergeKey &block, bool isContact, bool isOnIts
                               : wrapAdd(kReadAnswerOverhead, wrapMul(kWordCharacters, block.count));
     memory.answerPlace = place;
     memory.standsAlone =
-        isOnItsOwn && memory.answerLength <= kLongestAnswer && place <= INT_MAX - kLongestAnswer;
+        isOnItsOwn && memory.count <= kMostWords && place <= INT_MAX - kLongestAnswer;
     return memory;
 }
 
@@ -167,7 +167,7 @@ void describeRequest(const QByteArray &answer, QString &text)
 KeptAnswer::KeptAnswer(const QByteArray &answer)
     : m_answer(answer)
     , m_block(driver.blockInFlight)
-    , m_serial(++driver.answerSerial)
+    , m_serial(driver.answerSerial)
     , m_stamp(driver.valuesStamp)
 {
     if (!isKnown(m_block) ||
@@ -184,16 +184,16 @@ KeptAnswer::KeptAnswer(const QByteArray &answer)
     memory.hasAnswer = false;
 }
 
-KeptAnswer::~KeptAnswer()
+void KeptAnswer::keep(int firstRecord)
 {
     m_lastAnswers.clear(); // or they would have to be copied now
-    if (!m_standsAlone || driver.answerSerial != m_serial) {
+    if (!ownsUnits()) {
         return;
     }
     BlockMemory &memory = driver.blockMemories.blocks[m_block];
     std::memcpy(driver.blockMemories.answers.data() + memory.answerPlace, m_answer.constData(),
                 static_cast<size_t>(memory.answerLength));
     memory.hasAnswer = true;
-    memory.firstRecord = m_firstRecord;
+    memory.firstRecord = firstRecord;
     memory.valuesStamp = m_stamp;
 }

@@ -3,8 +3,8 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QVector>
 
-#include "shared/block_memory.h"
 #include "shared/merge_key.h"
+#include "shared/protocol.h"
 
 /// The short way of a cyclic block that was polled before: its request is the same, and an answer
 /// of the same characters, while nothing else has changed its units, changes nothing. Whatever is
@@ -30,31 +30,36 @@ bool isLastAnswer(const QByteArray &answer);
 /// Gives the description of the request in flight with this answer, as `getErrorInfo` does.
 void describeRequest(const QByteArray &answer, QString &text);
 
-/// Keeps the good answer to the block in flight once its values are stored, which is when this
-/// ends. It lives while they are being stored: the host is called meanwhile, and when it takes
-/// that for an occasion to change the blocks or to answer them, nothing is kept.
+/// Keeps the good answer to the block in flight. It lives while the values are being stored: the
+/// host is called meanwhile, and when it takes that for an occasion to change the blocks or to hand
+/// over another answer, nothing is known any more and nothing is kept. Neither is an answer that
+/// was not stored to its end.
 class KeptAnswer
 {
 public:
     /// @param answer  must outlive this
     explicit KeptAnswer(const QByteArray &answer);
-    ~KeptAnswer();
 
-    /// @return  the characters of the last answer, as many as this one has, when the data area
-    ///          still holds what they say; else null
-    const char *lastCharacters() const { return m_lastCharacters; }
+    /// @return  the characters of the last answer, as many as this one has, while the data area
+    ///          holds what they say; else null
+    const char *lastCharacters() const { return isUndisturbed() ? m_lastCharacters : nullptr; }
 
-    /// The index in the data area of the block's first unit: where it was, and where it is now.
+    /// @return  true while only this block's answers bring values for its units cyclically
+    bool ownsUnits() const { return m_standsAlone && isUndisturbed(); }
+
+    /// @return  the index in the data area that the block's first unit had
     int firstRecord() const { return m_firstRecord; }
-    void setFirstRecord(int index) { m_firstRecord = index; }
 
-    /// @return  true when only this block's answers bring values for its units cyclically
-    bool standsAlone() const { return m_standsAlone; }
+    /// All values are stored.
+    /// @param firstRecord  the index in the data area of the block's first unit
+    void keep(int firstRecord);
 
 private:
+    bool isUndisturbed() const { return driver.answerSerial == m_serial; }
+
     const QByteArray &m_answer;
     const int m_block;
-    const quint64 m_serial;
+    const unsigned m_serial;
     const quint64 m_stamp;
     bool m_standsAlone = false;
     int m_firstRecord = -1;

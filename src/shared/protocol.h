@@ -20,7 +20,7 @@ enum JobState {
     kJobHandshake = 1,     ///< the empty opening frame
     kJobWrite = 2,         ///< head of `pendingWrites`
     kJobConditionRead = 3, ///< head of `conditionReads`
-    kJobCyclicRead = 4,    ///< head of `cyclicReads`; also the `opKind` of its entries
+    kJobCyclicRead = 4,    ///< one of `cyclicReads` in turn; also the `opKind` of its entries
     kJobRecipeWrite = 5,   ///< block `rcpIndex` of `rcpBlocks`
     kJobRecipeRead = 6     ///< block `rcpIndex` of `rcpBlocks`
 };
@@ -87,9 +87,10 @@ public:
     int nextCyclicRead; ///< index in `cyclicReads` of the block that is due
     int blockInFlight;  ///< index of the block whose read is in flight, or -1
     BlockMemories blockMemories;
-    quint64 valuesStamp;  ///< moves on when a confirmed value changes otherwise than by the answers
-                          ///< to a block that stands alone
-    quint64 answerSerial; ///< moves on with each answer and each new set of blocks
+    quint64 valuesStamp; ///< moves on when a confirmed value changes otherwise than by the answers
+                         ///< to a block that stands alone
+    unsigned answerSerial; ///< moves on with each answer that is not the last one again, and with
+                           ///< each new set of blocks
 
     StateLock stateLock; ///< held by the thread that is inside the driver
 
