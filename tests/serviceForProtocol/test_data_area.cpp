@@ -20,6 +20,8 @@ private Q_SLOTS:
     void cursorPassesOtherRegistersBy();
     void cursorAppendsWhatIsMissing();
     void cursorFollowsAGrowingArea();
+    void cursorGuessesFromWhereAUnitWas_data();
+    void cursorGuessesFromWhereAUnitWas();
     void currentBytesOfRecord_data();
     void currentBytesOfRecord();
     void numberOfUnit_data();
@@ -210,6 +212,49 @@ void TestDataArea::cursorFollowsAGrowingArea()
     }
     QCOMPARE(cursor.indexOf(3), 1003);
     QCOMPARE(cursor.indexOf(50), 1);
+}
+
+void TestDataArea::cursorGuessesFromWhereAUnitWas_data()
+{
+    QTest::addColumn<int>("unitAddr"); // where the cursor starts
+    QTest::addColumn<int>("index");
+    QTest::addColumn<int>("asked");
+    QTest::addColumn<int>("likely");
+    QTest::addColumn<int>("found"); // the area holds 10 to 19, then 5 of another station, then 20
+
+    QTest::newRow("where it was") << 10 << 0 << 10 << 0 << 0;
+    QTest::newRow("behind it") << 10 << 0 << 17 << 7 << 7;
+    QTest::newRow("before it") << 17 << 7 << 11 << 1 << 1;
+    QTest::newRow("it was elsewhere") << 10 << 3 << 10 << 3 << 0;
+    QTest::newRow("others lie between") << 19 << 9 << 20 << 10 << 15;
+    QTest::newRow("the other station's, whose addresses run on") << 19 << 9 << 21 << 11 << 16;
+    QTest::newRow("behind the area") << 10 << 16 << 10 << 16 << 0;
+    QTest::newRow("before the area") << 10 << -1 << 10 << -1 << 0;
+    QTest::newRow("far beyond") << 10 << INT_MAX << 10 << INT_MAX << 0;
+    QTest::newRow("a distance that wraps round") << INT_MIN << 1 << INT_MAX << 0 << 16;
+    QTest::newRow("an index that wraps round") << 10 << INT_MAX << 12 << INT_MIN + 1 << 2;
+}
+
+void TestDataArea::cursorGuessesFromWhereAUnitWas()
+{
+    QFETCH(int, unitAddr);
+    QFETCH(int, index);
+    QFETCH(int, asked);
+    QFETCH(int, likely);
+    QFETCH(int, found);
+
+    DriverFixture fixture;
+    const QString letter = registerLetter(latin("D_W"));
+    for (int i = 0; i < 16; ++i) {
+        const bool isOther = i >= 10 && i < 15;
+        getIndexOfDataArea(isOther ? 2 : 1, letter, i < 15 ? 10 + i : 20, driver.dataArea);
+    }
+    UnitCursor cursor(1, letter, driver.dataArea);
+    cursor.startAt(unitAddr, index);
+    QCOMPARE(cursor.likelyIndexOf(asked), likely);
+    QCOMPARE(cursor.indexOf(asked), found);
+    QCOMPARE(cursor.likelyIndexOf(asked), found);
+    QCOMPARE(cursor.indexOf(12), 2);
 }
 
 void TestDataArea::currentBytesOfRecord_data()
