@@ -9,8 +9,8 @@
 #include "serviceForProtocol/known_block.h"
 #include "serviceForProtocol/recipe_deliver.h"
 #include "shared/bytes.h"
-#include "shared/limits.h"
 #include "shared/protocol.h"
+#include "shared/unit_limits.h"
 #include "shared/wrap.h"
 
 // A word comes high byte first; a byte stands alone; a 32-bit unit comes low byte first.

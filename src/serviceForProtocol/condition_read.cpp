@@ -4,8 +4,8 @@
 
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
 #include "serviceForProtocol/job_queue.h"
-#include "shared/limits.h"
 #include "shared/protocol.h"
+#include "shared/unit_limits.h"
 #include "shared/wrap.h"
 
 // Words that the frame asks for. The quotient is taken first, so a register of 32-bit words asks

@@ -5,8 +5,8 @@
 
 #include "serviceForProtocol/change_notify.h"
 #include "shared/bytes.h"
-#include "shared/limits.h"
 #include "shared/protocol.h"
+#include "shared/unit_limits.h"
 
 // The items of the block: from its first one to the first of the next block.
 static QVector<_RCP_VAR_PRO> itemsOfBlock(int block)

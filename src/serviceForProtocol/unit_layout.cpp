@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "shared/limits.h"
+#include "shared/unit_limits.h"
 
 static UnitLayout wideLayout(int wordBits)
 {

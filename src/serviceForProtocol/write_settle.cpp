@@ -6,8 +6,8 @@
 #include "serviceForProtocol/change_notify.h"
 #include "serviceForProtocol/data_area.h"
 #include "shared/bytes.h"
-#include "shared/limits.h"
 #include "shared/protocol.h"
+#include "shared/unit_limits.h"
 #include "shared/wrap.h"
 
 namespace {
