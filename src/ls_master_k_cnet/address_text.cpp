@@ -2,7 +2,7 @@
 
 #include <QtCore/QStringList>
 
-#include "shared/register_row.h"
+#include "ls_master_k_cnet/register_row.h"
 #include "shared/wrap.h"
 
 int getIndexFromReg(const QString &regName)

@@ -1,4 +1,4 @@
-#include "shared/protocol_tables.h"
+#include "ls_master_k_cnet/protocol_tables.h"
 
 #include "ls_master_k_cnet/boundary.h"
 

@@ -3,9 +3,9 @@
 #include "ls_master_k_cnet/address_text.h"
 #include "ls_master_k_cnet/cnet_frame.h"
 #include "ls_master_k_cnet/frame_writer.h"
+#include "ls_master_k_cnet/protocol_tables.h"
+#include "ls_master_k_cnet/register_row.h"
 #include "shared/protocol.h"
-#include "shared/protocol_tables.h"
-#include "shared/register_row.h"
 #include "shared/wrap.h"
 
 // ENQ st(2) "rSS" "01" "07" "%TX" address(4) EOT BCC(2): 20 bytes.

@@ -3,11 +3,11 @@
 #include "ls_master_k_cnet/address_text.h"
 #include "ls_master_k_cnet/cnet_frame.h"
 #include "ls_master_k_cnet/frame_writer.h"
+#include "ls_master_k_cnet/protocol_tables.h"
 #include "ls_master_k_cnet/read_frame.h"
+#include "ls_master_k_cnet/register_row.h"
 #include "shared/bytes.h"
 #include "shared/protocol.h"
-#include "shared/protocol_tables.h"
-#include "shared/register_row.h"
 #include "shared/wrap.h"
 
 static_assert(static_cast<int>(kWaitsForWords) == static_cast<int>(kBlockRequestDataPos),

@@ -4,8 +4,8 @@
 #include <QtCore/QVector>
 
 #include "ls_master_k_cnet/records.h"
+#include "ls_master_k_cnet/register_row.h"
 #include "shared/merge_key.h"
-#include "shared/register_row.h"
 
 /// Merging of addresses into block reads and block transfers. Called while the exchange is idle.
 

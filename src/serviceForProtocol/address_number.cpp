@@ -1,8 +1,8 @@
 #include "serviceForProtocol/address_number.h"
 
 #include "ls_master_k_cnet/address_text.h"
+#include "ls_master_k_cnet/register_row.h"
 #include "shared/protocol.h"
-#include "shared/register_row.h"
 
 int getIndexFromRegName(const QString &regName)
 {

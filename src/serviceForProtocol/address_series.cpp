@@ -2,9 +2,9 @@
 
 #include "ls_master_k_cnet/address_text.h"
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
+#include "ls_master_k_cnet/protocol_tables.h"
+#include "ls_master_k_cnet/register_row.h"
 #include "serviceForProtocol/address_number.h"
-#include "shared/protocol_tables.h"
-#include "shared/register_row.h"
 
 int seriesStep(int interval, int unitBits, int wordBits)
 {

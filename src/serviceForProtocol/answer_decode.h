@@ -3,7 +3,7 @@
 #include <QtCore/QByteArray>
 
 #include "ls_master_k_cnet/records.h"
-#include "shared/register_row.h"
+#include "ls_master_k_cnet/register_row.h"
 
 /// Takes the values out of an accepted read answer. What they are for follows from the job that is
 /// running: cached values with change notification, the words of a bit write, or recipe words.

@@ -3,7 +3,7 @@
 #include <QtCore/QByteArray>
 
 #include "ls_master_k_cnet/records.h"
-#include "shared/register_row.h"
+#include "ls_master_k_cnet/register_row.h"
 
 /// The middle of a read-modify-write: sets the bits of `var` in the words of the answer and writes
 /// these words, with a new block check, into the write that waits as item 1 of `driver.frames`.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <climits>
 
-#include "shared/register_row.h"
+#include "ls_master_k_cnet/register_row.h"
 
 namespace {
 

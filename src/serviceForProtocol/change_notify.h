@@ -2,8 +2,8 @@
 
 #include <QtCore/QString>
 
+#include "ls_master_k_cnet/view_names.h"
 #include "shared/data_record.h"
-#include "shared/view_names.h"
 
 /// Calls of the host: one for each monitored view of a unit that changed, its bits first, then the
 /// unit, then the wider values that it is a part of. They run on the calling thread, which

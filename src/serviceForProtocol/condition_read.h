@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ls_master_k_cnet/records.h"
-#include "shared/register_row.h"
+#include "ls_master_k_cnet/register_row.h"
 
 /// Puts the pieces of a one-off read on the condition-read list, for a register of the given
 /// widths, and remembers the last one as the read that the host waits for. Panel thread.

@@ -3,9 +3,9 @@
 #include <QtCore/QStringList>
 
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
+#include "ls_master_k_cnet/protocol_tables.h"
+#include "ls_master_k_cnet/register_row.h"
 #include "shared/protocol.h"
-#include "shared/protocol_tables.h"
-#include "shared/register_row.h"
 
 // Protocol type of this driver, told in two places.
 enum { kProtocolType = 0 };

@@ -1,6 +1,6 @@
 #include "shared/protocol.h"
 
-#include "shared/protocol_tables.h"
+#include "ls_master_k_cnet/protocol_tables.h"
 
 Protocol::Protocol() noexcept
     : valueChangeCallback(nullptr)

@@ -1,10 +1,10 @@
 #include "serviceForProtocol/error_info.h"
 
 #include "ls_master_k_cnet/address_text.h"
+#include "ls_master_k_cnet/protocol_tables.h"
+#include "ls_master_k_cnet/register_row.h"
 #include "serviceForProtocol/address_number.h"
 #include "shared/protocol.h"
-#include "shared/protocol_tables.h"
-#include "shared/register_row.h"
 
 QString addressText(int address, const QString &regName, const QString &format)
 {

@@ -4,10 +4,10 @@
 #include <cstring>
 
 #include "ls_master_k_cnet/cnet_frame.h"
+#include "ls_master_k_cnet/register_row.h"
 #include "serviceForProtocol/block_overlap.h"
 #include "serviceForProtocol/data_area.h"
 #include "serviceForProtocol/error_info.h"
-#include "shared/register_row.h"
 #include "shared/request_copy.h"
 #include "shared/wrap.h"
 

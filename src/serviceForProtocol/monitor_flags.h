@@ -2,7 +2,7 @@
 
 #include <QtCore/QString>
 
-#include "shared/register_row.h"
+#include "ls_master_k_cnet/register_row.h"
 
 /// Which units of the data area the panel watches, and as what. Called while the exchange is idle.
 

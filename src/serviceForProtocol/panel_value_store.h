@@ -2,7 +2,7 @@
 
 #include <QtCore/QString>
 
-#include "shared/register_row.h"
+#include "ls_master_k_cnet/register_row.h"
 
 /// The panel's written values in the data area: the panel sees its own write at once, before the
 /// PLC has confirmed anything. Panel thread.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ls_master_k_cnet/records.h"
-#include "shared/register_row.h"
+#include "ls_master_k_cnet/register_row.h"
 
 /// Recipe blocks as requests. Exchange thread.
 

@@ -2,7 +2,7 @@
 
 #include <QtCore/QByteArray>
 
-#include "shared/register_row.h"
+#include "ls_master_k_cnet/register_row.h"
 
 /// Carries the answer of recipe block `driver.rcpIndex` to the host's recipe buffer: each item of
 /// the block to its own place, and the host is called with (0, -1, "RWI", word index) for each

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shared/register_row.h"
+#include "ls_master_k_cnet/register_row.h"
 
 /// How the values of a register lie in the units of the data area. One description serves marking,
 /// reading and writing. Pure; any thread.

@@ -2,7 +2,7 @@
 
 #include <QtCore/QString>
 
-#include "shared/register_row.h"
+#include "ls_master_k_cnet/register_row.h"
 
 /// `intf_getData` for a register of the given widths: copies current values to `buffer`, at most
 /// 1024 bytes, and creates the units that are missing. Panel thread.

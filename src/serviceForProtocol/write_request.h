@@ -3,7 +3,7 @@
 #include <QtCore/QString>
 
 #include "ls_master_k_cnet/records.h"
-#include "shared/register_row.h"
+#include "ls_master_k_cnet/register_row.h"
 
 /// Puts the pieces of a panel write on the write list, for a register of the given widths. Panel
 /// thread.

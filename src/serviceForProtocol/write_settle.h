@@ -2,7 +2,7 @@
 
 #include <QtCore/QString>
 
-#include "shared/register_row.h"
+#include "ls_master_k_cnet/register_row.h"
 
 /// Settles the cached values of a write that has ended: on success the written value becomes the
 /// confirmed one, on failure the panel falls back to the value last read and the host is told.

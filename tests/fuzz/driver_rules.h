@@ -2,8 +2,8 @@
 
 #include "fuzz/input.h"
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
+#include "ls_master_k_cnet/protocol_tables.h"
 #include "shared/protocol.h"
-#include "shared/protocol_tables.h"
 
 #include <QMutex>
 

@@ -1,7 +1,7 @@
 #include <QtCore/QStringList>
 #include <QtTest/QtTest>
 
-#include "shared/protocol_tables.h"
+#include "ls_master_k_cnet/protocol_tables.h"
 
 class TestProtocolTables : public QObject
 {

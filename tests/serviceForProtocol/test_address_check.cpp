@@ -2,8 +2,8 @@
 
 #include <QtTest/QtTest>
 
+#include "ls_master_k_cnet/protocol_tables.h"
 #include "serviceForProtocol/address_check.h"
-#include "shared/protocol_tables.h"
 #include "support/driver_fixture.h"
 
 class TestAddressCheck : public QObject

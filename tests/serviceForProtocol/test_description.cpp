@@ -1,8 +1,8 @@
 #include <QtCore/QStringList>
 #include <QtTest/QtTest>
 
+#include "ls_master_k_cnet/protocol_tables.h"
 #include "serviceForProtocol/description.h"
-#include "shared/protocol_tables.h"
 #include "support/driver_fixture.h"
 
 class TestDescription : public QObject

@@ -2,8 +2,8 @@
 
 #include <QtTest/QtTest>
 
+#include "ls_master_k_cnet/protocol_tables.h"
 #include "serviceForProtocol/unit_layout.h"
-#include "shared/protocol_tables.h"
 #include "support/area_helpers.h"
 
 class TestUnitLayout : public QObject

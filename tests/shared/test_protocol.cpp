@@ -3,8 +3,8 @@
 
 #include <QtTest/QtTest>
 
+#include "ls_master_k_cnet/protocol_tables.h"
 #include "shared/protocol.h"
-#include "shared/protocol_tables.h"
 
 // A driver object built on storage full of ones: a member that the constructor leaves out shows.
 class ProtocolOnDirtyStorage

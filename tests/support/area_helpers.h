@@ -6,9 +6,9 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include "ls_master_k_cnet/register_row.h"
 #include "serviceForProtocol/data_area.h"
 #include "shared/protocol.h"
-#include "shared/register_row.h"
 #include "support/driver_fixture.h"
 
 /// What the tests of the cache and of the jobs share: records made and shown in one line.

@@ -1,6 +1,6 @@
-#include "shared/register_row.h"
+#include "ls_master_k_cnet/register_row.h"
 
-#include "shared/protocol_tables.h"
+#include "ls_master_k_cnet/protocol_tables.h"
 
 namespace {
 

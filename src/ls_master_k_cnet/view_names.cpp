@@ -1,7 +1,7 @@
-#include "shared/view_names.h"
+#include "ls_master_k_cnet/view_names.h"
 
-#include "shared/protocol_tables.h"
-#include "shared/register_row.h"
+#include "ls_master_k_cnet/protocol_tables.h"
+#include "ls_master_k_cnet/register_row.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include <QtTest/QtTest>
 
-#include "shared/protocol_tables.h"
-#include "shared/register_row.h"
-#include "shared/view_names.h"
+#include "ls_master_k_cnet/protocol_tables.h"
+#include "ls_master_k_cnet/register_row.h"
+#include "ls_master_k_cnet/view_names.h"
 
 class TestViewNames : public QObject
 {
