@@ -7,11 +7,6 @@ namespace bench {
 
 namespace {
 
-// The last two bytes of the driver's part of the block ask for a recipe.
-const int kWriteRequestAt = 60115;
-const int kReadRequestAt = 60116;
-const int kBlockSize = 60117;
-
 qint64 s_callbacks = 0;
 
 int countCallback(int /*deviceNo*/, int /*stationNo*/, QString & /*name*/, int /*address*/)
@@ -28,7 +23,7 @@ unsigned char *bytes(QByteArray &array)
 } // namespace
 
 Host::Host()
-    : m_block(kBlockSize, '\0')
+    : m_block(kSharedBlockSize, '\0')
     , m_recipe(2 * kRecipeWords, '\0')
 {
     int status = 0;
@@ -52,12 +47,12 @@ qint64 Host::callbacks()
 
 unsigned char &Host::recipeWriteRequest()
 {
-    return bytes(m_block)[kWriteRequestAt];
+    return bytes(m_block)[kRecipeWriteByte];
 }
 
 unsigned char &Host::recipeReadRequest()
 {
-    return bytes(m_block)[kReadRequestAt];
+    return bytes(m_block)[kRecipeReadByte];
 }
 
 void Host::refuse(const QByteArray &bytes) const

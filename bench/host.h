@@ -44,7 +44,7 @@ public:
     /** Hands an answer over; one that the driver does not take ends the program. */
     void answer(QByteArray &bytes)
     {
-        if (intf_dealRcvFrame(bytes, m_requestText) != 1) {
+        if (intf_dealRcvFrame(bytes, m_requestText) != kAnswerGood) {
             refuse(bytes);
         }
     }

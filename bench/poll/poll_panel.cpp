@@ -48,7 +48,7 @@ int main(int argc, char **argv)
     bench::PollClock clock(arguments.polls);
     QObject::connect(&session.exchange(), &panel::Exchange::ended, &session,
                      [&](const panel::ExchangeReport &report) {
-                         if (report.result != panel::kAnswerTaken) {
+                         if (report.result != kAnswerGood) {
                              session.finish(1);
                          } else if (!clock.pollEnded()) {
                              session.finish(0);

@@ -56,7 +56,7 @@ static bool addKey(QList<KEY_ADDRESS> &keys, const char *reg, const char *addres
     const int fault = intf_checkAddrValidity(key.regName, QString::fromLatin1(address),
                                              key.startAddr, count, isBit ? 0 : 1);
     keys.append(key);
-    return fault == 0;
+    return fault == kAddressValid;
 }
 
 // The answer, up to ETX and two check characters, or what of it came in time. FRAME_PRO::recvLen is
@@ -92,10 +92,10 @@ static bool exchangeOnce(QTcpSocket &line)
     QByteArray answer = collectAnswer(line);
     QString request;
     const int result = intf_dealRcvFrame(answer, request);
-    if (result != 1) { // 8: the driver hands the same frame out again; 2: it has given it up
+    if (result != kAnswerGood) { // kAnswerResend: the driver hands the same frame out again
         std::fprintf(stderr, "no good answer to %s\n", qPrintable(request));
     }
-    return result != 2 && line.state() == QTcpSocket::ConnectedState;
+    return result != kAnswerGivenUp && line.state() == QTcpSocket::ConnectedState;
 }
 
 int main(int argc, char *argv[])

@@ -5,6 +5,7 @@
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
+#include "ls_master_k_cnet/codes.h"
 #include "ls_master_k_cnet/export.h"
 #include "ls_master_k_cnet/records.h"
 #include "ls_master_k_cnet/value_change_callback.h"
@@ -31,7 +32,7 @@ class QMutex;
 /// does: the PLC ends with the one queued last, or with the bits of both, and the cache may keep
 /// either until the word is read again.
 ///
-/// No function throws, and none logs anything.
+/// No function throws, and none logs anything. Results and other numbers have names in `codes.h`.
 
 // --- What the driver is. Any thread, at any time. ---
 

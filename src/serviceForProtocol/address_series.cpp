@@ -23,23 +23,23 @@ int multiCp(const QString &regName, const QString &format, int startAddr, int co
     const int index = getIndexFromRegName(regName);
     const RegisterWidths widths = registerWidths(regName);
     const int step = seriesStep(interval, widths.unitBits, index < 0 ? 0 : widths.wordBits);
-    int result = 1;
+    int result = kSeriesComplete;
     for (int i = 0; i < count; ++i) {
         const qint64 addr = startAddr + static_cast<qint64>(i) * step;
         if (i == kMaxCopies) {
-            return 2;
+            return kSeriesClamped;
         }
         if (addr > maxAddr) {
             outAddr.append(maxAddr);
             outText.append(maxText);
-            result = 2;
+            result = kSeriesClamped;
             continue;
         }
         const int number = static_cast<int>(addr);
         const QString text =
             wordBit ? addr_int2str(number, regName) : plainAddressText(number, format);
         if (text.isEmpty()) {
-            return 2;
+            return kSeriesClamped;
         }
         outAddr.append(number);
         outText.append(text);
@@ -52,7 +52,7 @@ int intf_multiCopy(QString &regName, int startAddr, int count, int interval,
 {
     const int index = registerIndex(regName);
     if (index < 0) {
-        return 0;
+        return kSeriesUnknownName;
     }
     const QString *const row = ADDRESS_RANGE_PRO[index];
     int maxAddr = 0;

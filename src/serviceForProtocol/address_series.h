@@ -3,15 +3,12 @@
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
-/// Intervals that are no numbers of units.
-enum { kIntervalWord = -1, kIntervalDoubleWord = -2 };
-
 /// Copies that one call makes at most; a screen never has as many objects.
 enum { kMaxCopies = 1000000 };
 
 /// Step in register units of a series.
 ///
-/// @param interval  units, or one of the intervals above
+/// @param interval  units, or a `SeriesInterval`
 /// @param unitBits  unit width of the register
 /// @param wordBits  word width of the register, 0 for a register that is not listed
 /// @return          1 or more
@@ -24,7 +21,8 @@ int seriesStep(int interval, int unitBits, int wordBits);
 /// @param count    number of addresses; below 1 makes none
 /// @param interval  see `seriesStep`
 /// @param maxAddr  highest address, as a number and as a text
-/// @return         1: every address was made; 2: at least one was clamped, or the series stopped
-///                 early because an address has no text
+/// @return         `kSeriesComplete`; `kSeriesClamped` also when the series stopped early because
+/// an
+///                 address has no text
 int multiCp(const QString &regName, const QString &format, int startAddr, int count, int interval,
             QVector<QString> &outText, QVector<int> &outAddr, int maxAddr, const QString &maxText);

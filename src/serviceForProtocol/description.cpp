@@ -57,24 +57,24 @@ int intf_getRegListByType(int type, QList<QString> &out)
     return type == 0 || type == 1 ? 1 : 0;
 }
 
-static const char *widthCode(int unitBits)
+static RegisterWidthCode widthCode(int unitBits)
 {
     switch (unitBits) {
     case 1:
-        return "0";
+        return kWidthBit;
     case 32:
-        return "2";
+        return kWidthDoubleWord;
     default:
-        return "1";
+        return kWidthWord;
     }
 }
 
-static const char *accessCode(const QString &access)
+static RegisterAccessCode accessCode(const QString &access)
 {
     if (access == QLatin1String("R")) {
-        return "0";
+        return kAccessRead;
     }
-    return access == QLatin1String("W") ? "2" : "1";
+    return access == QLatin1String("W") ? kAccessWrite : kAccessReadWrite;
 }
 
 void appendRowDescription(const QString *row, QList<QString> &out)
@@ -82,8 +82,8 @@ void appendRowDescription(const QString *row, QList<QString> &out)
     out.append(row[kFormatColumn]);
     out.append(row[kLowestColumn]);
     out.append(row[kHighestColumn]);
-    out.append(QString::fromLatin1(widthCode(row[kUnitWidthColumn].toInt())));
-    out.append(QString::fromLatin1(accessCode(row[kAccessColumn])));
+    out.append(QString::number(widthCode(row[kUnitWidthColumn].toInt())));
+    out.append(QString::number(accessCode(row[kAccessColumn])));
 }
 
 int intf_getRegDiscription(const QString &regName, QList<QString> &out)

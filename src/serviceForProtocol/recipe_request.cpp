@@ -41,8 +41,8 @@ RecipeRequests readRecipeRequests()
     RecipeRequests requests = {false, false};
     if (isRecipePossible()) {
         LockedBlock block(driver.shmBase, driver.shmMutex);
-        requests.write = block.at(kRecipeWriteByte) == 1;
-        requests.read = block.at(kRecipeReadByte) == 1;
+        requests.write = block.at(kRecipeWriteByte) == kRecipeRequested;
+        requests.read = block.at(kRecipeReadByte) == kRecipeRequested;
     }
     return requests;
 }

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "ls_master_k_cnet/codes.h"
+
 /// The two bytes of the host's shared block by which it asks for recipe transfers. Each access
 /// holds the host's mutex, and nothing else happens meanwhile. Without a block, a mutex or a recipe
 /// buffer there are no requests.
-
-/// Offsets of the request bytes in the shared block.
-enum RecipeRequestByte { kRecipeWriteByte = 60115, kRecipeReadByte = 60116 };
 
 struct RecipeRequests
 {
@@ -13,7 +12,7 @@ struct RecipeRequests
     bool read;  ///< the host wants the PLC's values in its recipe
 };
 
-/// @return  what the host asks for now; a byte of 1 is a request, any other value is none
+/// @return  what the host asks for now; only a byte of `kRecipeRequested` is a request
 RecipeRequests readRecipeRequests();
 
 /// Tells the host that a transfer is over.

@@ -7,11 +7,6 @@ namespace exchange {
 
 namespace {
 
-// What intf_dealRcvFrame returns.
-constexpr int kGood = 1;
-constexpr int kGivenUp = 2;
-constexpr int kResend = 8;
-
 // The driver's mark of its cyclic reads in VARIABLE::opKind.
 constexpr int kCyclicRead = 4;
 
@@ -106,13 +101,13 @@ int HostLoop::receive()
 void HostLoop::judge(int result)
 {
     switch (result) {
-    case kGood:
+    case kAnswerGood:
         ++m_counts.answers;
         return;
-    case kResend:
+    case kAnswerResend:
         ++m_counts.resends;
         break;
-    case kGivenUp:
+    case kAnswerGivenUp:
         ++m_counts.givenUp;
         break;
     default:

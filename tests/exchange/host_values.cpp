@@ -9,10 +9,6 @@ namespace exchange {
 
 namespace {
 
-// The request bytes in the block that is shared with the driver.
-constexpr int kWriteByte = 60115;
-constexpr int kReadByte = 60116;
-
 bool isWordName(const QString &regName)
 {
     return regName.endsWith(QLatin1String("_W"));
@@ -20,7 +16,7 @@ bool isWordName(const QString &regName)
 
 int byteOf(Recipe direction)
 {
-    return direction == Recipe::Write ? kWriteByte : kReadByte;
+    return direction == Recipe::Write ? kRecipeWriteByte : kRecipeReadByte;
 }
 
 /** Words low byte first, as the driver and the recipe buffer have them. */

@@ -169,10 +169,10 @@ void TestRecipeBlocks::otherByteValuesAreNoRequest()
 {
     RecipeLoop loop;
     for (const int value : {0, 2, 255}) {
-        driver.shmBase[60115] = static_cast<unsigned char>(value);
-        driver.shmBase[60116] = static_cast<unsigned char>(value);
+        driver.shmBase[kRecipeWriteByte] = static_cast<unsigned char>(value);
+        driver.shmBase[kRecipeReadByte] = static_cast<unsigned char>(value);
         QVERIFY(!loop.turn());
-        QCOMPARE(static_cast<int>(driver.shmBase[60115]), value);
+        QCOMPARE(static_cast<int>(driver.shmBase[kRecipeWriteByte]), value);
     }
 }
 

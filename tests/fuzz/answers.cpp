@@ -235,10 +235,10 @@ public:
         requireResult(frame, given, result);
         require(frame.sendLen == 0 || !description.isEmpty(), "a request is described");
         requireBoundedLists();
-        if (result == 1 && frame.unitCount != 0) {
+        if (result == kAnswerGood && frame.unitCount != 0) {
             m_patchedByAnything = !hexadecimal;
         }
-        if (result == 1 && hexadecimal && m_readsOnly &&
+        if (result == kAnswerGood && hexadecimal && m_readsOnly &&
             frame.var.regName.endsWith(QLatin1String("_W"))) {
             requireValues(frame, given);
         }
@@ -248,13 +248,14 @@ private:
     void requireResult(const FRAME_PRO &frame, const QByteArray &given, int result)
     {
         if (isGoodAnswer(frame, given)) {
-            require(result == 1, "a good answer is taken");
+            require(result == kAnswerGood, "a good answer is taken");
             m_failures = 0;
             return;
         }
         ++m_failures;
         const bool last = m_failures >= driver.maxRetries;
-        require(result == (last ? 2 : 8), "a bad answer is given up at the last retry");
+        require(result == (last ? kAnswerGivenUp : kAnswerResend),
+                "a bad answer is given up at the last retry");
         if (last) {
             m_failures = 0;
             return;
@@ -293,7 +294,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         }
         QByteArray unexpected = input.bytes(3);
         QString description;
-        require(intf_dealRcvFrame(unexpected, description) == 0, "no frame, no answer");
+        require(intf_dealRcvFrame(unexpected, description) == kAnswerUnexpected,
+                "no frame, no answer");
         require(description.isEmpty(), "no frame, no description");
         begin(job, input);
     }

@@ -12,9 +12,6 @@
 
 namespace fuzz {
 
-constexpr int kBlockSize = 60117; ///< bytes that a host shares at least
-constexpr int kRecipeWriteByte = 60115;
-constexpr int kRecipeReadByte = 60116;
 constexpr int kRecipeWords = 2048;
 constexpr int kMostWaiting = 513; ///< writes, and condition reads, that may wait
 
@@ -27,7 +24,7 @@ constexpr char kNak = 0x15;
 /** What a host shares with the driver. Allocated to the byte, so that a step beyond shows. */
 struct HostMemory
 {
-    std::unique_ptr<unsigned char[]> shm{new unsigned char[kBlockSize]()};
+    std::unique_ptr<unsigned char[]> shm{new unsigned char[kSharedBlockSize]()};
     std::unique_ptr<unsigned char[]> recipe{new unsigned char[2 * kRecipeWords]()};
     QMutex lock;
 };

@@ -322,9 +322,9 @@ private:
         int address = m_input.number();
         const int code =
             intf_checkAddr(regName, text, address, m_input.number(), count(), m_input.byte());
-        require(code >= 0 && code <= 6, "a documented code");
+        require(code >= kAddressValid && code <= kAddressReadOnly, "a documented code");
         const int other = intf_checkAddrValidity(regName, text, address, count(), m_input.byte());
-        require(other >= 0 && other <= 4, "a documented code");
+        require(other >= kAddressValid && other <= kAddressMalformed, "a documented code");
     }
 
     void copySeries()
@@ -447,7 +447,9 @@ private:
         const bool wasOut = !driver.frames.isEmpty();
         QString description;
         const int result = intf_dealRcvFrame(m_reply, description);
-        require(wasOut ? result == 1 || result == 2 || result == 8 : result == 0,
+        require(wasOut
+                    ? result == kAnswerGood || result == kAnswerGivenUp || result == kAnswerResend
+                    : result == kAnswerUnexpected,
                 "a documented result");
         return result;
     }

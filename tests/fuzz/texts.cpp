@@ -42,10 +42,11 @@ void requireRoundTrip(QString name, int address, int dataType)
 {
     QVector<QString> texts;
     QVector<int> numbers;
-    require(intf_multiCopy(name, address, 1, 1, texts, numbers) == 1, "a valid address is copied");
+    require(intf_multiCopy(name, address, 1, 1, texts, numbers) == kSeriesComplete,
+            "a valid address is copied");
     require(texts.size() == 1 && numbers.value(0) == address, "a copy keeps the address");
     int again = -7;
-    require(intf_checkAddr(name, texts.value(0), again, dataType, 1, 0) == 0,
+    require(intf_checkAddr(name, texts.value(0), again, dataType, 1, 0) == kAddressValid,
             "an address that was made is valid");
     require(again == address, "an address that was made has its number");
 }
@@ -60,13 +61,14 @@ void checkAddress(Input &input)
     const int access = input.number();
     int address = before;
     const int code = intf_checkAddr(name, text, address, kind, count, access);
-    require(code >= 0 && code <= 4, "a documented code");
-    require(isListed(name) == (code != 3) || code == 2, "an unknown name is never valid");
+    require(code >= kAddressValid && code <= kAddressMalformed, "a documented code");
+    require(isListed(name) == (code != kAddressUnknownName) || code == kAddressOutOfRange,
+            "an unknown name is never valid");
     int number = before;
     const int plain = intf_checkAddrValidity(name, text, number, count, kind == -1 ? 0 : 1);
     require(plain == code, "both checks say the same where access does not matter");
-    require(plain != 0 || number == address, "both checks give the same number");
-    if (code == 0 && address >= 0 && count >= 1) {
+    require(plain != kAddressValid || number == address, "both checks give the same number");
+    if (code == kAddressValid && address >= 0 && count >= 1) {
         requireRoundTrip(name, address, kind);
     }
 }
@@ -88,10 +90,12 @@ void makeSeries(Input &input)
     QVector<int> numbers;
     const int result = intf_multiCopy(name, start, count, interval, texts, numbers);
     require(texts.size() == numbers.size(), "each number has its text");
-    require(result == (isListed(name) ? result : 0), "no series of an unknown register");
-    require(result >= 0 && result <= 2, "a documented result");
+    require(result == (isListed(name) ? result : static_cast<int>(kSeriesUnknownName)),
+            "no series of an unknown register");
+    require(result >= kSeriesUnknownName && result <= kSeriesClamped, "a documented result");
     require(numbers.size() <= std::max(0, std::min<int>(count, kMaxCopies)), "no copy too many");
-    require(result != 1 || numbers.size() == std::max(count, 0), "all made means all");
+    require(result != kSeriesComplete || numbers.size() == std::max(count, 0),
+            "all made means all");
     for (int i = 1; i < numbers.size(); ++i) {
         require(numbers.at(i) >= numbers.at(i - 1), "a series ascends");
     }
@@ -159,7 +163,8 @@ void work(Input &input)
     QByteArray silence;
     QString description;
     const int result = intf_dealRcvFrame(silence, description);
-    require(result == 0 || result == 2 || result == 8, "silence is no good answer");
+    require(result == kAnswerUnexpected || result == kAnswerGivenUp || result == kAnswerResend,
+            "silence is no good answer");
     requireBoundedLists();
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "ls_master_k_cnet/codes.h"
 #include "model/observation.h"
 #include "model/operation.h"
 #include "support/other_thread.h"
@@ -24,7 +25,7 @@ enum class HostThreads {
 class DriverSide
 {
 public:
-    enum { kBlockBytes = 60117, kRequestPlace = 60115 };
+    enum { kBlockBytes = kSharedBlockSize, kRequestPlace = kRecipeWriteByte };
 
     explicit DriverSide(HostThreads threads);
     ~DriverSide();

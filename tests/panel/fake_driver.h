@@ -54,11 +54,11 @@ struct FakeDriver
         self.dealt.append(reply);
         const bool good = !self.frames.isEmpty() && reply.startsWith('\x06') &&
                           reply.size() == self.frames.first().recvLen;
-        int result = good ? 1 : 8;
+        int result = good ? kAnswerGood : kAnswerResend;
         if (!self.results.isEmpty()) {
             result = self.results.takeFirst();
         }
-        if (result != 8 && !self.frames.isEmpty()) {
+        if (result != kAnswerResend && !self.frames.isEmpty()) {
             self.frames.removeFirst();
         }
         return result;

@@ -140,10 +140,10 @@ void TestExchange::handsOver()
     QFETCH(bool, inTime);
     queue();
     m_link->answers = {chunks};
-    driver().results = {kGivenUp};
+    driver().results = {kAnswerGivenUp};
     QFETCH(int, outcome);
     if (static_cast<Outcome>(outcome) == Outcome::Answered) {
-        driver().results = {kAnswerTaken};
+        driver().results = {kAnswerGood};
     }
     begin(inTime ? kLongMs : kShortMs);
     QTRY_COMPARE(m_reports.size(), 1);
@@ -253,7 +253,7 @@ void TestExchange::wakes()
 void TestExchange::transmitsNoHandshake()
 {
     driver().frames.append(FakeDriver::frame(QByteArray(), 0));
-    driver().results = {kGivenUp};
+    driver().results = {kAnswerGivenUp};
     m_link->answers = {{kAnswer}};
     queue();
     begin(kLongMs);
@@ -282,7 +282,7 @@ void TestExchange::distrustsTheFirstAnswerAfterAnotherQuestion()
 {
     queue();
     queue(kOtherRequest);
-    driver().results = {kGivenUp, kSendAgain, kAnswerTaken};
+    driver().results = {kAnswerGivenUp, kAnswerResend, kAnswerGood};
     m_link->answers = {{}, {kAnswer}, {kOtherAnswer}};
     begin(kShortMs);
     QTRY_COMPARE(m_reports.size(), 3);
@@ -376,7 +376,7 @@ void TestExchange::countsRounds()
     queue(kOtherRequest, writes);
     queue();
     queue();
-    driver().results = {kAnswerTaken, kAnswerTaken, kSendAgain, kGivenUp, kAnswerTaken};
+    driver().results = {kAnswerGood, kAnswerGood, kAnswerResend, kAnswerGivenUp, kAnswerGood};
     m_link->answers = {{kAnswer}, {kAnswer}, {kRefusal}, {kRefusal}, {kAnswer}};
     begin(kLongMs);
     m_exchange->setRoundLength(2);
@@ -419,7 +419,7 @@ void TestExchange::boundsWhatTheDriverClaims()
     frame.sendLen = 100000;
     frame.recvLen = -5;
     driver().frames.append(frame);
-    driver().results = {kGivenUp};
+    driver().results = {kAnswerGivenUp};
     m_link->answers = {{kAnswer}};
     begin(kLongMs);
     QTRY_COMPARE(m_reports.size(), 1);

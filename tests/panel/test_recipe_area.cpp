@@ -27,8 +27,10 @@ void TestRecipeArea::requests_data()
 {
     QTest::addColumn<int>("direction");
     QTest::addColumn<int>("place"); // in the shared block
-    QTest::newRow("write") << static_cast<int>(RecipeDirection::Write) << 60115;
-    QTest::newRow("read") << static_cast<int>(RecipeDirection::Read) << 60116;
+    QTest::newRow("write") << static_cast<int>(RecipeDirection::Write)
+                           << static_cast<int>(kRecipeWriteByte);
+    QTest::newRow("read") << static_cast<int>(RecipeDirection::Read)
+                          << static_cast<int>(kRecipeReadByte);
 }
 
 void TestRecipeArea::requests()
@@ -42,7 +44,7 @@ void TestRecipeArea::requests()
     area.request(asked);
     QVERIFY(area.isRequested(asked));
     QCOMPARE(static_cast<int>(session.sharedBlock()[place]), 1);
-    QCOMPARE(session.sharedBlock()[60115] + session.sharedBlock()[60116], 1);
+    QCOMPARE(session.sharedBlock()[kRecipeWriteByte] + session.sharedBlock()[kRecipeReadByte], 1);
     // The driver withdraws it with a 0.
     session.sharedBlock()[place] = 0;
     QVERIFY(!area.isRequested(asked));

@@ -22,11 +22,11 @@ ExchangeReport report(Outcome outcome, int result, double tookMs = 1, qint64 sen
     return report;
 }
 
-const auto answered = [] { return report(Outcome::Answered, kAnswerTaken); };
-const auto silent = [] { return report(Outcome::TimedOut, kSendAgain); };
-const auto silentGivenUp = [] { return report(Outcome::TimedOut, kGivenUp); };
-const auto refused = [] { return report(Outcome::Refused, kGivenUp); };
-const auto bad = [] { return report(Outcome::Bad, kGivenUp); };
+const auto answered = [] { return report(Outcome::Answered, kAnswerGood); };
+const auto silent = [] { return report(Outcome::TimedOut, kAnswerResend); };
+const auto silentGivenUp = [] { return report(Outcome::TimedOut, kAnswerGivenUp); };
+const auto refused = [] { return report(Outcome::Refused, kAnswerGivenUp); };
+const auto bad = [] { return report(Outcome::Bad, kAnswerGivenUp); };
 
 ExchangeReport truncated()
 {
@@ -62,13 +62,13 @@ void TestStationCounters::counts_data()
         QTest::newRow(name) << static_cast<int>(outcome) << result << QString::fromLatin1(counters)
                             << QString::fromLatin1(state);
     };
-    row("answered", Outcome::Answered, kAnswerTaken, "1 1 0 0 0 0", "answers");
-    row("silent, sent again", Outcome::TimedOut, kSendAgain, "1 0 1 0 1 0", "waiting");
-    row("silent, given up", Outcome::TimedOut, kGivenUp, "1 0 0 0 1 0", "silent");
-    row("bad, sent again", Outcome::Bad, kSendAgain, "1 0 1 1 0 0", "waiting");
-    row("bad, given up", Outcome::Bad, kGivenUp, "1 0 0 1 0 0", "disturbed");
-    row("refused, sent again", Outcome::Refused, kSendAgain, "1 0 1 0 0 1", "waiting");
-    row("refused, given up", Outcome::Refused, kGivenUp, "1 0 0 0 0 1", "refuses");
+    row("answered", Outcome::Answered, kAnswerGood, "1 1 0 0 0 0", "answers");
+    row("silent, sent again", Outcome::TimedOut, kAnswerResend, "1 0 1 0 1 0", "waiting");
+    row("silent, given up", Outcome::TimedOut, kAnswerGivenUp, "1 0 0 0 1 0", "silent");
+    row("bad, sent again", Outcome::Bad, kAnswerResend, "1 0 1 1 0 0", "waiting");
+    row("bad, given up", Outcome::Bad, kAnswerGivenUp, "1 0 0 1 0 0", "disturbed");
+    row("refused, sent again", Outcome::Refused, kAnswerResend, "1 0 1 0 0 1", "waiting");
+    row("refused, given up", Outcome::Refused, kAnswerGivenUp, "1 0 0 0 0 1", "refuses");
 }
 
 void TestStationCounters::counts()
@@ -92,11 +92,11 @@ void TestStationCounters::counts()
 void TestStationCounters::measuresTime()
 {
     StationBook book;
-    book.note(report(Outcome::Answered, kAnswerTaken, 10), 0);
-    book.note(report(Outcome::TimedOut, kSendAgain, 500), 0); // no answer, no response time
-    book.note(report(Outcome::Bad, kSendAgain, 400), 0);
-    book.note(report(Outcome::Answered, kAnswerTaken, 30), 0);
-    book.note(report(Outcome::Refused, kGivenUp, 20), 0);
+    book.note(report(Outcome::Answered, kAnswerGood, 10), 0);
+    book.note(report(Outcome::TimedOut, kAnswerResend, 500), 0); // no answer, no response time
+    book.note(report(Outcome::Bad, kAnswerResend, 400), 0);
+    book.note(report(Outcome::Answered, kAnswerGood, 30), 0);
+    book.note(report(Outcome::Refused, kAnswerGivenUp, 20), 0);
     const StationCounters counters = book.all().value(2);
     QCOMPARE(counters.meanMs, 20.0);
     QCOMPARE(counters.worstMs, 30.0);
@@ -176,9 +176,9 @@ void TestStationCounters::saysOnce()
 void TestStationCounters::tellsHowLongItWasAway()
 {
     StationBook book;
-    book.note(report(Outcome::TimedOut, kSendAgain, 500, 1000), 1500);
-    book.note(report(Outcome::TimedOut, kGivenUp, 500, 1500), 2000);
-    const QStringList messages = book.note(report(Outcome::Answered, kAnswerTaken, 5, 4000), 4500);
+    book.note(report(Outcome::TimedOut, kAnswerResend, 500, 1000), 1500);
+    book.note(report(Outcome::TimedOut, kAnswerGivenUp, 500, 1500), 2000);
+    const QStringList messages = book.note(report(Outcome::Answered, kAnswerGood, 5, 4000), 4500);
     QCOMPARE(messages, QStringList{QLatin1String("station 2 is back after 3.5 s and 2 attempts")});
 }
 

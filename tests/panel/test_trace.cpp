@@ -42,16 +42,16 @@ void TestTrace::answers_data()
         QTest::newRow(name) << static_cast<int>(outcome) << result << answer
                             << QString::fromLatin1(note) << stray << text;
     };
-    row("taken", Outcome::Answered, kAnswerTaken, done, "", 0, bytes);
-    row("noise about it", Outcome::Answered, kAnswerTaken, done, "", 3,
+    row("taken", Outcome::Answered, kAnswerGood, done, "", 0, bytes);
+    row("noise about it", Outcome::Answered, kAnswerGood, done, "", 3,
         bytes + QLatin1String("; 3 stray bytes"));
-    row("not accepted", Outcome::Bad, kSendAgain, done, "", 0,
+    row("not accepted", Outcome::Bad, kAnswerResend, done, "", 0,
         bytes + QLatin1String("; not accepted, sent again"));
-    row("not used", Outcome::Bad, kGivenUp, done, "another station or command", 0,
+    row("not used", Outcome::Bad, kAnswerGivenUp, done, "another station or command", 0,
         bytes + QLatin1String("; not used: another station or command, given up"));
-    row("silence", Outcome::TimedOut, kSendAgain, QByteArray(), "", 0,
+    row("silence", Outcome::TimedOut, kAnswerResend, QByteArray(), "", 0,
         QLatin1String("no answer; sent again"));
-    row("cut off", Outcome::TimedOut, kGivenUp, "\x06", "", 0,
+    row("cut off", Outcome::TimedOut, kAnswerGivenUp, "\x06", "", 0,
         QLatin1String("answer incomplete, 1 bytes [06]; given up"));
 }
 

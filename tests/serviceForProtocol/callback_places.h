@@ -164,7 +164,7 @@ static void readRecipe()
 {
     QVector<_RCP_VAR_PRO> items = recipeItems("1 D_W 4 2 10; 1 D_W 6 1 20");
     intf_setRcpAddress(items);
-    driver.shmBase[60116] = 1;
+    driver.shmBase[kRecipeReadByte] = kRecipeRequested;
     takeTurn();
 }
 

@@ -137,9 +137,9 @@ void TestAnswerHandling::onlyPanelWritesAreSettled()
     unitAt(1, "D", 1).writePending = 1;
     QVector<_RCP_VAR_PRO> items = recipeItems("1 D_W 1 1 1");
     intf_setRcpAddress(items);
-    driver.shmBase[60115] = 1;
+    driver.shmBase[kRecipeWriteByte] = kRecipeRequested;
     QCOMPARE(takeTurn(), latin("w D_W 1"));
-    driver.shmBase[60115] = 1;
+    driver.shmBase[kRecipeWriteByte] = kRecipeRequested;
     send();
     QCOMPARE(answerWith(QByteArray()), 2);
     QCOMPARE(static_cast<int>(unitAt(1, "D", 1).writePending), 1);

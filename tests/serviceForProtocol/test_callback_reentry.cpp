@@ -91,7 +91,7 @@ static QByteArray outcome(DriverFixture &fixture)
         }
     }
     return text + fixture.recipe.toHex() + QByteArray::number(driver.rcpIndex) +
-           hexOf(driver.shmBase + 60115, 2) + QByteArray::number(sizeOf(driver.frames));
+           hexOf(driver.shmBase + kRecipeWriteByte, 2) + QByteArray::number(sizeOf(driver.frames));
 }
 
 static void addPlaces()

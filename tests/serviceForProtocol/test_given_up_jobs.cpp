@@ -173,8 +173,8 @@ void TestGivenUpJobs::recipeGivenUp_data()
     QTest::addColumn<int>("byte");
     QTest::addColumn<QByteArray>("bytesAfter");
 
-    QTest::newRow("write") << 60115 << QByteArray("0000");
-    QTest::newRow("read") << 60116 << QByteArray("0000");
+    QTest::newRow("write") << static_cast<int>(kRecipeWriteByte) << QByteArray("0000");
+    QTest::newRow("read") << static_cast<int>(kRecipeReadByte) << QByteArray("0000");
 }
 
 void TestGivenUpJobs::recipeGivenUp()
@@ -185,7 +185,7 @@ void TestGivenUpJobs::recipeGivenUp()
     DriverFixture fixture("7#0#0#2#60");
     QVector<_RCP_VAR_PRO> items = recipeItems("1 D_W 1 1 1; 1 D_W 3 1 3; 1 D_W 5 1 5");
     intf_setRcpAddress(items);
-    driver.shmBase[byte] = 1;
+    driver.shmBase[byte] = kRecipeRequested;
     takeTurn();
     QCOMPARE(driver.rcpIndex, 1);
     send();
@@ -195,7 +195,7 @@ void TestGivenUpJobs::recipeGivenUp()
     send();
     QCOMPARE(answerWith(QByteArray()), 2);
     QCOMPARE(driver.rcpIndex, 0);
-    QCOMPARE(hexOf(driver.shmBase + 60115, 2), bytesAfter);
+    QCOMPARE(hexOf(driver.shmBase + kRecipeWriteByte, 2), bytesAfter);
     QCOMPARE(takeTurn(), latin("idle"));
 }
 

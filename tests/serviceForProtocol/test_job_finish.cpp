@@ -215,14 +215,14 @@ void TestJobFinish::recipeBlock()
     DriverFixture fixture;
     QVector<_RCP_VAR_PRO> items = recipeItems("1 D_W 1 1 0; 1 D_W 3 1 1; 1 D_W 5 1 2");
     intf_setRcpAddress(items);
-    driver.shmBase[60115] = 1;
-    driver.shmBase[60116] = 1;
+    driver.shmBase[kRecipeWriteByte] = kRecipeRequested;
+    driver.shmBase[kRecipeReadByte] = kRecipeRequested;
     driver.sendState = sendState;
     driver.lastFailed = lastFailed;
     driver.rcpIndex = rcpIndex;
     dealListWhenFinish();
     QCOMPARE(driver.rcpIndex, indexAfter);
-    QCOMPARE(hexOf(driver.shmBase + 60115, 2), bytesAfter);
+    QCOMPARE(hexOf(driver.shmBase + kRecipeWriteByte, 2), bytesAfter);
 }
 
 void TestJobFinish::locksAreFree()

@@ -120,8 +120,8 @@ void TestJobOrder::noRecipeRequest()
     } else if (lacks == "buffer") {
         driver.rcpBuffer = nullptr;
     } else {
-        driver.shmBase[60115] = 2;
-        driver.shmBase[60116] = 0xFF;
+        driver.shmBase[kRecipeWriteByte] = 2;
+        driver.shmBase[kRecipeReadByte] = 0xFF;
     }
     QCOMPARE(takeTurns(2), latin("R M_W 1, R M_W 1"));
 }
@@ -132,7 +132,7 @@ void TestJobOrder::recipeBlocksInTurn()
     setRecipe();
     setWaiting(kRecipeWrite | kRecipeRead | kWrite | kCyclicRead);
     QCOMPARE(takeTurns(7), latin("w T_W 1, w T_W 3, r T_W 1, r T_W 3, W D_W 1, R M_W 1, R M_W 1"));
-    QCOMPARE(hexOf(driver.shmBase + 60115, 2), QByteArray("0000"));
+    QCOMPARE(hexOf(driver.shmBase + kRecipeWriteByte, 2), QByteArray("0000"));
     QCOMPARE(driver.rcpIndex, 0);
 }
 

@@ -65,9 +65,9 @@ void TestRecipeRequest::clearing()
     QFETCH(int, byte);
 
     DriverFixture fixture;
-    std::memset(fixture.shm.data(), 1, DriverFixture::kBlockSize);
+    std::memset(fixture.shm.data(), 1, kSharedBlockSize);
     clearRecipeRequest(static_cast<RecipeRequestByte>(byte));
-    QByteArray expected(DriverFixture::kBlockSize, '\x01');
+    QByteArray expected(kSharedBlockSize, '\x01');
     expected[byte] = '\0';
     QVERIFY(fixture.shm == expected);
     QVERIFY(fixture.shmLock.tryLock());
@@ -93,7 +93,7 @@ void TestRecipeRequest::withoutHostObjects()
     QFETCH(bool, buffer);
 
     DriverFixture fixture;
-    std::memset(fixture.shm.data(), 1, DriverFixture::kBlockSize);
+    std::memset(fixture.shm.data(), 1, kSharedBlockSize);
     driver.shmBase = block ? driver.shmBase : nullptr;
     driver.shmMutex = mutex ? driver.shmMutex : nullptr;
     driver.rcpBuffer = buffer ? driver.rcpBuffer : nullptr;

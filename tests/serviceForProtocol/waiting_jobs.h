@@ -22,8 +22,8 @@ inline void setRecipe()
 inline void setWaiting(int waiting)
 {
     driver.needHandshake = waiting & kHandshake;
-    driver.shmBase[60115] = (waiting & kRecipeWrite) != 0 ? 1 : 0;
-    driver.shmBase[60116] = (waiting & kRecipeRead) != 0 ? 1 : 0;
+    driver.shmBase[kRecipeWriteByte] = (waiting & kRecipeWrite) != 0 ? 1 : 0;
+    driver.shmBase[kRecipeReadByte] = (waiting & kRecipeRead) != 0 ? 1 : 0;
     if ((waiting & kWrite) != 0) {
         queueWrites(1, 1);
     }

@@ -17,11 +17,11 @@
 class DriverFixture
 {
 public:
-    enum { kBlockSize = 60117, kRecipeWords = 4096 };
+    enum { kRecipeWords = 4096 };
 
     /// @param props  property text: device, cache-only, spare, retries, block words
     explicit DriverFixture(const char *props = "7#0#0#3#60")
-        : shm(kBlockSize, '\0')
+        : shm(kSharedBlockSize, '\0')
         , recipe(2 * kRecipeWords, '\0')
     {
         driver.rcpItems.clear();

@@ -33,7 +33,7 @@ inline QString takeTurn()
     QByteArray answer = goodAnswer(frame);
     QString errorText;
     const int result = intf_dealRcvFrame(answer, errorText);
-    return result == 1 ? job : job + QString::fromLatin1(" answered with %1").arg(result);
+    return result == kAnswerGood ? job : job + QString::fromLatin1(" answered with %1").arg(result);
 }
 
 inline QString takeTurns(int turns)

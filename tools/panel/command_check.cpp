@@ -76,7 +76,7 @@ QString field(const char *title, const QString &value)
 QString answerText(const Question &question, const RegisterCatalog &registers, int code, int number)
 {
     const RegisterInfo *reg = registers.find(question.registerName);
-    const int shown = reg == nullptr ? kAddressUnknownRegister : code;
+    const int shown = reg == nullptr ? kAddressUnknownName : code;
     QString text =
         QString::fromLatin1("%1 %2: %3\n")
             .arg(quotable(question.registerName), quotable(question.address),

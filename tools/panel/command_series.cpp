@@ -9,10 +9,6 @@ namespace panel {
 
 namespace {
 
-// What intf_multiCopy takes and gives.
-const int kStepWord = -1;
-const int kStepDoubleWord = -2;
-const int kSeriesClamped = 2;
 const int kLongestSeries = 1000000;
 const int kLongestStep = 1000000;
 
@@ -30,9 +26,9 @@ bool readStep(const QCommandLineParser &parser, int &step, QString &error)
 {
     const QString text = parser.value(QLatin1String("step"));
     if (text == QLatin1String("word")) {
-        step = kStepWord;
+        step = kIntervalWord;
     } else if (text == QLatin1String("dword")) {
-        step = kStepDoubleWord;
+        step = kIntervalDoubleWord;
     } else if (!readNumberOption(parser, QLatin1String("step"), 1, kLongestStep, step, error)) {
         error += QLatin1String(", word or dword");
         return false;

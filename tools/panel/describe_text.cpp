@@ -19,9 +19,9 @@ enum ParameterPlace {
 QString widthText(const RegisterInfo &reg)
 {
     switch (reg.widthCode) {
-    case 0:
+    case kWidthBit:
         return reg.isContact() ? QLatin1String("contact") : QLatin1String("bit");
-    case 2:
+    case kWidthDoubleWord:
         return QLatin1String("double word");
     default:
         return QLatin1String("word");
@@ -31,9 +31,9 @@ QString widthText(const RegisterInfo &reg)
 QString accessText(int code)
 {
     switch (code) {
-    case 0:
+    case kAccessRead:
         return QLatin1String("read");
-    case 2:
+    case kAccessWrite:
         return QLatin1String("write");
     default:
         return QLatin1String("read, write");

@@ -8,8 +8,6 @@ namespace panel {
 
 namespace {
 
-// The driver looks at the bytes 60115 and 60116, the last of its part of the block.
-const int kSharedBlockSize = 60117;
 const int kRecipeBytes = 2 * DriverSession::kRecipeWords;
 
 // What one call may copy into a value area: that many words, or bits at a byte each.

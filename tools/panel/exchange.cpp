@@ -221,7 +221,7 @@ void Exchange::judgeAnswer(ExchangeReport &report, int &lateUnderway)
         return;
     }
     report.result = deal(report.answer);
-    if (report.result == kAnswerTaken) {
+    if (report.result == kAnswerGood) {
         return;
     }
     const auto code = refusalCode(report.answer);
@@ -254,7 +254,7 @@ void Exchange::schedule(const ExchangeReport &report, int lateUnderway, int inte
         emptyLine(std::max(intervalMs, m_lateHoldMs), lateUnderway);
     } else if (report.outcome == Outcome::Bad || report.outcome == Outcome::TimedOut) {
         emptyLine(intervalMs, 0);
-    } else if (report.result == kNothingInFlight) {
+    } else if (report.result == kAnswerUnexpected) {
         pause(kIdlePauseMs);
     } else if (intervalMs > 0) {
         pause(intervalMs);

@@ -2,6 +2,8 @@
 
 #include "panel/request_range.h"
 
+#include <ls_master_k_cnet/codes.h>
+
 #include <QByteArray>
 #include <QString>
 
@@ -15,14 +17,6 @@ enum class Outcome {
     TimedOut, ///< no complete answer in time
 };
 
-/** What intf_dealRcvFrame makes of an answer. */
-enum DealResult {
-    kNothingInFlight = 0,
-    kAnswerTaken = 1,
-    kGivenUp = 2,
-    kSendAgain = 8,
-};
-
 /** One request and what became of it. */
 struct ExchangeReport
 {
@@ -33,9 +27,9 @@ struct ExchangeReport
     qint64 sentMs = 0;  ///< when it was sent, on the exchange's clock
     double tookMs = 0;  ///< until the answer was complete or the time was up
     Outcome outcome = Outcome::Answered;
-    int result = kNothingInFlight; ///< a DealResult
-    int refusal = 0;               ///< error code, of Outcome::Refused
-    QString note;                  ///< why an answer was not used, where the host decided that
+    int result = kAnswerUnexpected; ///< an AnswerResult
+    int refusal = 0;                ///< error code, of Outcome::Refused
+    QString note;                   ///< why an answer was not used, where the host decided that
 
     /** What was asked for, for a message: "D_W:100*10", in the units of the block. */
     QString requestName() const
@@ -50,7 +44,7 @@ struct ExchangeReport
     bool isSilence() const { return outcome == Outcome::TimedOut && answer.isEmpty(); }
 
     /** True when the driver is done with the request, well or not. */
-    bool isFinal() const { return result == kAnswerTaken || result == kGivenUp; }
+    bool isFinal() const { return result == kAnswerGood || result == kAnswerGivenUp; }
 };
 
 } // namespace panel

@@ -24,7 +24,7 @@ QString addressCodeText(int code)
         return QLatin1String("a bit register used as words, or a word register used as bits");
     case kAddressOutOfRange:
         return QLatin1String("out of range");
-    case kAddressUnknownRegister:
+    case kAddressUnknownName:
         return QLatin1String("no such register");
     case kAddressMalformed:
         return QLatin1String("not in the register's format");

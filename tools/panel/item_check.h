@@ -7,17 +7,6 @@
 
 namespace panel {
 
-/** What the driver says of an address (`intf_checkAddr`). */
-enum AddressCode {
-    kAddressValid = 0,
-    kAddressWrongKind = 1,
-    kAddressOutOfRange = 2,
-    kAddressUnknownRegister = 3,
-    kAddressMalformed = 4,
-    kAddressWrongType = 5,
-    kAddressReadOnly = 6,
-};
-
 enum class Access { Read, Write };
 
 /** Why the driver refuses an address, in words: "out of range". */

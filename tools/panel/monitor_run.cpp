@@ -90,7 +90,7 @@ void MonitorSession::wire()
         &m_session.exchange(), &Exchange::ended, &m_session, [this](const ExchangeReport &report) {
             takeInChanges();
             if (report.request.opKind == kCyclicRead && report.isFinal()) {
-                m_monitor.readEnded(report.request, report.result == kAnswerTaken,
+                m_monitor.readEnded(report.request, report.result == kAnswerGood,
                                     m_session.exchange().nowMs(), QDateTime::currentDateTime());
             }
             showChanges();

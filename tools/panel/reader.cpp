@@ -72,7 +72,7 @@ void Reader::handleEnded(const ExchangeReport &report)
     if (!isMine || (!isBit && m_endSignal == EndSignal::None)) {
         return;
     }
-    const bool good = isBit ? report.result == kAnswerTaken : m_endSignal == EndSignal::Read;
+    const bool good = isBit ? report.result == kAnswerGood : m_endSignal == EndSignal::Read;
     // A station that was silent through all attempts is asked no more: a long list would take
     // minutes to say the same again and again.
     if (!good && report.isSilence()) {

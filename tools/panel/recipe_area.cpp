@@ -6,13 +6,9 @@ namespace panel {
 
 namespace {
 
-// Places of the two request bytes in the shared block.
-const int kWriteRequest = 60115;
-const int kReadRequest = 60116;
-
 int requestPlace(RecipeDirection direction)
 {
-    return direction == RecipeDirection::Write ? kWriteRequest : kReadRequest;
+    return direction == RecipeDirection::Write ? kRecipeWriteByte : kRecipeReadByte;
 }
 
 bool isWord(int index)
@@ -25,7 +21,7 @@ bool isWord(int index)
 void RecipeArea::request(RecipeDirection direction)
 {
     const QMutexLocker lock(&m_driver.sharedBlockLock());
-    m_driver.sharedBlock()[requestPlace(direction)] = 1;
+    m_driver.sharedBlock()[requestPlace(direction)] = kRecipeRequested;
 }
 
 bool RecipeArea::isRequested(RecipeDirection direction)
@@ -37,8 +33,8 @@ bool RecipeArea::isRequested(RecipeDirection direction)
 void RecipeArea::clearRequests()
 {
     const QMutexLocker lock(&m_driver.sharedBlockLock());
-    m_driver.sharedBlock()[kWriteRequest] = 0;
-    m_driver.sharedBlock()[kReadRequest] = 0;
+    m_driver.sharedBlock()[kRecipeWriteByte] = 0;
+    m_driver.sharedBlock()[kRecipeReadByte] = 0;
 }
 
 void RecipeArea::setWord(int index, quint16 value)

@@ -70,7 +70,7 @@ void RecipeTransfer::handleEnded(const ExchangeReport &report)
     if (!m_running || !report.isFinal()) {
         return;
     }
-    if (report.result == kAnswerTaken) {
+    if (report.result == kAnswerGood) {
         ++m_progress.blocks;
         m_progress.words += report.request.count;
         Q_EMIT advanced();

@@ -19,19 +19,19 @@ enum class AddressForm {
 /** One register type, as the driver describes it. */
 struct RegisterInfo
 {
-    QString name;        ///< "D_W", "M_bit", "TX"
-    QString pattern;     ///< address format: "DDDD", "DDD.dd"
-    QString lowestText;  ///< lowest address in that format
-    QString highestText; ///< highest address in that format
-    int widthCode = 1;   ///< 0 bit, 1 word, 2 double word
-    int accessCode = 1;  ///< 0 read, 1 read and write, 2 write
+    QString name;                      ///< "D_W", "M_bit", "TX"
+    QString pattern;                   ///< address format: "DDDD", "DDD.dd"
+    QString lowestText;                ///< lowest address in that format
+    QString highestText;               ///< highest address in that format
+    int widthCode = kWidthWord;        ///< a RegisterWidthCode
+    int accessCode = kAccessReadWrite; ///< a RegisterAccessCode
 
     AddressForm form = AddressForm::Plain;
     int radix = 10; ///< of a plain address
     int lowest = 0; ///< as a number; word * 16 + bit in the word.bit form
     int highest = 0;
 
-    bool isBit() const { return widthCode == 0; }
+    bool isBit() const { return widthCode == kWidthBit; }
     /** A bit that is no bit of a word: the contacts of timers and counters. */
     bool isContact() const { return isBit() && form == AddressForm::Plain; }
     /** The device letter that word and bit names of the same memory share: "M" of "M_bit". */

@@ -41,7 +41,7 @@ QStringList StationBook::note(const ExchangeReport &report, qint64 nowMs)
 void StationBook::count(StationCounters &counters, Watch &watch, const ExchangeReport &report)
 {
     ++counters.frames;
-    counters.retries += report.result == kSendAgain ? 1 : 0;
+    counters.retries += report.result == kAnswerResend ? 1 : 0;
     switch (report.outcome) {
     case Outcome::Answered:
         ++counters.answers;
@@ -68,7 +68,7 @@ void StationBook::noteSilence(StationCounters &counters, Watch &watch, const Exc
         watch.silentSinceMs = report.sentMs;
     }
     ++watch.silentAttempts;
-    if (report.result == kGivenUp && counters.state != StationState::Away) {
+    if (report.result == kAnswerGivenUp && counters.state != StationState::Away) {
         counters.state = StationState::Away;
         messages.append(QString::fromLatin1("station %1 does not answer (%2 attempts)")
                             .arg(report.request.stationNo)
@@ -99,7 +99,7 @@ void StationBook::noteAnswer(StationCounters &counters, Watch &watch, const Exch
         if (!watch.refused.isEmpty()) {
             watch.refused.remove(report.requestName());
         }
-    } else if (report.result == kGivenUp && report.outcome == Outcome::Refused) {
+    } else if (report.result == kAnswerGivenUp && report.outcome == Outcome::Refused) {
         counters.state = StationState::Refuses;
         counters.lastRefusal = refusalInWords(report.refusal);
         if (!watch.refused.contains(report.requestName())) {
@@ -108,7 +108,7 @@ void StationBook::noteAnswer(StationCounters &counters, Watch &watch, const Exch
                                 .arg(station)
                                 .arg(report.requestName(), counters.lastRefusal));
         }
-    } else if (report.result == kGivenUp) {
+    } else if (report.result == kAnswerGivenUp) {
         if (counters.state != StationState::Disturbed) {
             messages.append(
                 QString::fromLatin1("station %1 sends answers that cannot be used").arg(station));

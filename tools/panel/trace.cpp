@@ -28,9 +28,9 @@ QString verdict(const ExchangeReport &report)
     if (report.strayBytes > 0) {
         remarks.append(QString::fromLatin1("%1 stray bytes").arg(report.strayBytes));
     }
-    if (report.result == kSendAgain) {
+    if (report.result == kAnswerResend) {
         remarks.append(QLatin1String("sent again"));
-    } else if (report.result == kGivenUp) {
+    } else if (report.result == kAnswerGivenUp) {
         remarks.append(QLatin1String("given up"));
     }
     return remarks.isEmpty() ? QString() : QLatin1String("; ") + remarks.join(QLatin1String(", "));

@@ -77,7 +77,7 @@ void Writer::handleEnded(const ExchangeReport &report)
     if (m_tag == 0 || report.request.opKind != m_tag || !report.isFinal()) {
         return;
     }
-    const bool failed = report.result == kGivenUp;
+    const bool failed = report.result == kAnswerGivenUp;
     // The bit of a data register is changed within its word, which is read first. The write is
     // settled by its own frame, or when either of the two was given up.
     if (!failed && !isWriteRequest(report.frame)) {

@@ -11,12 +11,6 @@ namespace exchange::soak {
 
 namespace {
 
-// What intf_dealRcvFrame returns.
-constexpr int kUnexpected = 0;
-constexpr int kGood = 1;
-constexpr int kGivenUp = 2;
-constexpr int kResend = 8;
-
 bool isSound(const QByteArray &answer, int length)
 {
     return answer.size() == length && isPositive(answer) &&
@@ -39,7 +33,7 @@ void Exchanger::takeStray(QByteArray answer)
     }
     m_bench.listen();
     QString description;
-    require(intf_dealRcvFrame(answer, description) == kUnexpected && description.isEmpty(),
+    require(intf_dealRcvFrame(answer, description) == kAnswerUnexpected && description.isEmpty(),
             "an answer was taken while no frame was out");
     m_bench.compareCalls();
     m_bench.compareSizes();
@@ -65,7 +59,7 @@ std::optional<Ended> Exchanger::judge(int result)
             "a PLC's own answer is none");
     m_bad += good ? 0 : 1;
     const bool over = !good && m_bad >= std::max(1, m_bench.plan().maxRetries);
-    const int wanted = good ? kGood : over ? kGivenUp : kResend;
+    const int wanted = good ? kAnswerGood : over ? kAnswerGivenUp : kAnswerResend;
     require(result == wanted, [&] {
         return QString::fromLatin1("result %1 instead of %2 after %3 bad answers to %4")
             .arg(QString::number(result), QString::number(wanted), QString::number(m_bad),
