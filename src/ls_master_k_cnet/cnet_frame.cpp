@@ -20,16 +20,16 @@ void handShakeFrame()
 int check_rcv_data(const unsigned char *buf, const QList<VARIABLE> &, int len)
 {
     if (driver.frames.isEmpty() || len < kTrailerLength) {
-        return 0;
+        return kAnswerRejected;
     }
     const FRAME_PRO &frame = driver.frames.at(0);
     if (len != frame.recvLen || buf[0] != kAck || buf[len - kTrailerLength] != kEtx) {
-        return 0;
+        return kAnswerRejected;
     }
     const int checkPos = len - 2;
     const int check = computate_check(buf, static_cast<unsigned short>(checkPos));
     if (buf[checkPos] != hexCharacter(check >> 4) || buf[checkPos + 1] != hexCharacter(check)) {
-        return 0;
+        return kAnswerRejected;
     }
-    return frame.unitCount != 0 ? 1 : 2;
+    return frame.unitCount != 0 ? kAnswerHasData : kAnswerAcknowledges;
 }

@@ -39,11 +39,17 @@ unsigned short computate_check(const unsigned char *buf, unsigned short len);
 /// the frame only lets a handshake pass through the exchange like any job.
 void handShakeFrame();
 
+/// What `check_rcv_data` makes of an answer.
+enum AnswerVerdict {
+    kAnswerRejected = 0,
+    kAnswerHasData = 1,     ///< good, and carries values
+    kAnswerAcknowledges = 2 ///< good, and only acknowledges
+};
+
 /// Judges the answer to the first frame of `driver.frames`: its length, ACK, ETX and block check
 /// (upper case only). Station and command are not compared.
 ///
 /// @param buf  the answer, `len` bytes
 /// @param len  0 or more
-/// @return     0 rejected (also without a frame), 1 a good answer with data, 2 a good answer that
-///             only acknowledges
+/// @return     an `AnswerVerdict`; without a frame every answer is rejected
 int check_rcv_data(const unsigned char *buf, const QList<VARIABLE> &, int len);

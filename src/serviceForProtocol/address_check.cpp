@@ -19,6 +19,9 @@ struct AddressLimits
 // A bit object has no data type of its own.
 enum { kBitDataType = -1 };
 
+// The host counts words of 16 bits, whatever the words of the register.
+static const int kHostWordBits = 16;
+
 static bool isWriting(int accessMode)
 {
     return accessMode == 1 || accessMode == 2;
@@ -60,8 +63,8 @@ static AddressLimits limitsOf(const QString *row, const QString &regName)
 // The size of a bit object is compared bit by bit, that of a word object in the register's words.
 static bool isWithin(const AddressLimits &limits, int addr, int wordCount, int width)
 {
-    return addr >= limits.lowest &&
-           wordCount / (width * 0.0625) + addr <= static_cast<double>(limits.highest) + 1;
+    const double size = wordCount / (static_cast<double>(width) / kHostWordBits);
+    return addr >= limits.lowest && size + addr <= static_cast<double>(limits.highest) + 1;
 }
 
 static int checkPlace(const QString *row, const QString &regName, const QString &addrText,
@@ -70,7 +73,7 @@ static int checkPlace(const QString *row, const QString &regName, const QString 
     if (a2i(addrText, addr, row[kFormatColumn], regName) != 1) {
         return kAddressMalformed;
     }
-    const int width = dataType == kBitDataType ? 16 : row[kWordWidthColumn].toInt();
+    const int width = dataType == kBitDataType ? kHostWordBits : row[kWordWidthColumn].toInt();
     if (!isWithin(limitsOf(row, regName), addr, wordCount, width)) {
         return kAddressOutOfRange;
     }
@@ -83,7 +86,8 @@ static int checkPlace(const QString *row, const QString &regName, const QString 
 static int checkWithoutRow(int addr, int wordCount)
 {
     const AddressLimits none = {0, 0};
-    return isWithin(none, addr, wordCount, 16) ? kAddressUnknownName : kAddressOutOfRange;
+    return isWithin(none, addr, wordCount, kHostWordBits) ? kAddressUnknownName
+                                                          : kAddressOutOfRange;
 }
 
 int checkAddressInRow(const QString *row, const QString &regName, const QString &addrText,

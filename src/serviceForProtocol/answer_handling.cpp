@@ -69,10 +69,10 @@ int intf_dealRcvFrame(QByteArray &reply, QString &errorText)
     const QByteArray answer = reply; // NOLINT(performance-unnecessary-copy-initialization)
     switch (check_rcv_data(reinterpret_cast<const unsigned char *>(answer.constData()),
                            driver.curReadList, static_cast<int>(answer.size()))) {
-    case 1:
+    case kAnswerHasData:
         dealReadFrameReturnSaveData(answer);
         return finishStep();
-    case 2:
+    case kAnswerAcknowledges:
         settleIfWrite(1);
         return finishStep();
     default:
