@@ -9,8 +9,8 @@
 #include "serviceForProtocol/job_queue.h"
 #include "serviceForProtocol/key_split.h"
 #include "serviceForProtocol/panel_value_store.h"
-#include "shared/limits.h"
 #include "shared/protocol.h"
+#include "shared/unit_limits.h"
 #include "shared/wrap.h"
 
 unsigned panelBytesPerUnit(const RegisterWidths &widths)

@@ -432,7 +432,7 @@ void TestTwoThreads::restartWhileARequestIsLookedAt()
     monitorWords(100, 1);
     QString job;
     host.fixture.shmLock.lock();
-    driver.shmBase[60115] = 1;
+    driver.shmBase[kRecipeWriteByte] = 1;
     host.plan.other.begin([&job] { job = nextJob(); });
     letOthersRun();
     intf_initProperty(nullptr, 0, nullptr, nullptr, "7#0#0#3#60", nullptr);

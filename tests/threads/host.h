@@ -25,11 +25,6 @@ constexpr int kEchoWord = 600; ///< D; one for each thread, written from within 
 constexpr int kThreads = 3;    ///< the exchange and at most two of the panel
 constexpr int kExchangeThread = 2;
 
-// What the host shares with the driver.
-constexpr std::size_t kSharedBytes = 60117;
-constexpr std::size_t kWriteRequest = 60115;
-constexpr std::size_t kReadRequest = 60116;
-
 /**
  * Register names. They live as long as the program, so that no thread ever drops the last user of a
  * text: Qt counts these safely, but is not instrumented, so the sanitizer does not see that it
@@ -69,7 +64,7 @@ struct Host
     const HostLock hostLock;
     std::recursive_mutex own; ///< the host's lock: around calls, and in the callback
     QMutex requests;          ///< of the two request bytes; the driver takes it by itself
-    std::vector<unsigned char> shared = std::vector<unsigned char>(kSharedBytes, 0);
+    std::vector<unsigned char> shared = std::vector<unsigned char>(kSharedBlockSize, 0);
     std::vector<unsigned char> recipe = std::vector<unsigned char>(2 * kRecipeWords, 0);
     std::array<int, kThreads> echoes{}; ///< values in the echo words; each its thread's alone
     std::atomic<int> exchanges{0};

@@ -21,7 +21,7 @@ bool isWriteFrame(const FRAME_PRO &frame)
 bool isRecipeAskedFor(Host &host)
 {
     const QMutexLocker lock(&host.requests);
-    return host.shared[kWriteRequest] != 0 || host.shared[kReadRequest] != 0;
+    return host.shared[kRecipeWriteByte] != 0 || host.shared[kRecipeReadByte] != 0;
 }
 
 // Called while the other threads may be anywhere in the driver.
@@ -51,13 +51,13 @@ void useEditor(int turn)
 void askForRecipe(Host &host, bool writes, int value)
 {
     const QMutexLocker lock(&host.requests);
-    if (host.shared[kWriteRequest] != 0 || host.shared[kReadRequest] != 0) {
+    if (host.shared[kRecipeWriteByte] != 0 || host.shared[kRecipeReadByte] != 0) {
         return;
     }
     if (writes) {
         std::fill(host.recipe.begin(), host.recipe.end(), static_cast<unsigned char>(value));
     }
-    host.shared[writes ? kWriteRequest : kReadRequest] = 1;
+    host.shared[writes ? kRecipeWriteByte : kRecipeReadByte] = 1;
     std::array<unsigned char, 2 * kRecipeWords> data{};
     intf_getData(kStation, names().words, kRecipeWord, kRecipeWords, data.data());
 }
