@@ -2,7 +2,7 @@
 
 #include <QtCore/QStringList>
 
-#include "serviceForProtocol/known_block.h"
+#include "serviceForProtocol/cache/expected_blocks.h"
 #include "shared/protocol.h"
 #include "shared/wrap.h"
 

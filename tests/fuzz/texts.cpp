@@ -2,9 +2,9 @@
 // is a row of questions, each with its texts.
 #include "fuzz/driver_rules.h"
 #include "ls_master_k_cnet/address_text.h"
-#include "serviceForProtocol/address_number.h"
-#include "serviceForProtocol/address_series.h"
-#include "serviceForProtocol/error_info.h"
+#include "serviceForProtocol/address/address_number.h"
+#include "serviceForProtocol/address/address_series.h"
+#include "serviceForProtocol/exchange/error_info.h"
 
 #include <QList>
 #include <QVector>

@@ -1,16 +1,16 @@
 // Registers of every width. The register table has 16-bit words and contacts only, but the routines
 // take their widths from a row: a row of 8 or 32 bits must be as safe.
 #include "fuzz/driver_rules.h"
-#include "serviceForProtocol/address_merge.h"
-#include "serviceForProtocol/answer_decode.h"
-#include "serviceForProtocol/bit_patch.h"
-#include "serviceForProtocol/condition_read.h"
-#include "serviceForProtocol/monitor_flags.h"
-#include "serviceForProtocol/panel_value_store.h"
-#include "serviceForProtocol/recipe_deliver.h"
-#include "serviceForProtocol/value_read.h"
-#include "serviceForProtocol/write_request.h"
-#include "serviceForProtocol/write_settle.h"
+#include "serviceForProtocol/address/address_merge.h"
+#include "serviceForProtocol/cache/monitor_flags.h"
+#include "serviceForProtocol/cache/value_read.h"
+#include "serviceForProtocol/exchange/answer_decode.h"
+#include "serviceForProtocol/exchange/bit_patch.h"
+#include "serviceForProtocol/exchange/write_settle.h"
+#include "serviceForProtocol/recipe/recipe_deliver.h"
+#include "serviceForProtocol/request/condition_read.h"
+#include "serviceForProtocol/request/panel_value_store.h"
+#include "serviceForProtocol/request/write_request.h"
 
 #include <QList>
 #include <QVector>

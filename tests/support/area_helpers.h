@@ -7,7 +7,7 @@
 #include <QtCore/QStringList>
 
 #include "ls_master_k_cnet/register_row.h"
-#include "serviceForProtocol/data_area.h"
+#include "serviceForProtocol/cache/data_area.h"
 #include "shared/protocol.h"
 #include "support/driver_fixture.h"
 

@@ -2,7 +2,7 @@
 // "without-lock" past the driver's lock, which the thread sanitizer is to find.
 
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
-#include "serviceForProtocol/value_read.h"
+#include "serviceForProtocol/cache/value_read.h"
 
 #include <cstring>
 #include <thread>

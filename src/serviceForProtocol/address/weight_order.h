@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QtCore/QVector>
+
+#include "serviceForProtocol/address/address_number.h"
+
+/// Sorting by address. Called while the exchange is idle.
+
+/// @return  the positions 0 .. weights.size() - 1 in rising order of their weights; equal weights
+///          stay as they were
+QVector<int> orderByWeight(const QVector<quint32> &weights);
+
+/// Sorts records that have `stationNo`, `regName` and `startAddr` by `getRegAddressWeight`. Only
+/// the weights are compared and moved about; each record is copied once.
+template <typename List>
+void sortByWeight(List &records)
+{
+    const List unsorted = records;
+    QVector<quint32> weights;
+    weights.reserve(unsorted.size());
+    for (const auto &record : unsorted) {
+        weights.append(getRegAddressWeight(record.stationNo, record.regName, record.startAddr));
+    }
+    const QVector<int> order = orderByWeight(weights);
+    records.clear();
+    records.reserve(unsorted.size());
+    for (const int position : order) {
+        records.append(unsorted.at(position));
+    }
+}

@@ -1,0 +1,167 @@
+#include "serviceForProtocol/request/write_request.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include <QtCore/QVarLengthArray>
+
+#include "ls_master_k_cnet/ls_master_k_cnet.h"
+#include "serviceForProtocol/address/key_split.h"
+#include "serviceForProtocol/request/job_queue.h"
+#include "serviceForProtocol/request/panel_value_store.h"
+#include "shared/protocol.h"
+#include "shared/unit_limits.h"
+#include "shared/wrap.h"
+
+unsigned panelBytesPerUnit(const RegisterWidths &widths)
+{
+    return widths.unitBits == 1 ? 1U : 2U;
+}
+
+static VARIABLE writeOf(const KEY_ADDRESS &piece, int opKind)
+{
+    VARIABLE item = VARIABLE();
+    item.opKind = opKind;
+    item.stationNo = piece.stationNo;
+    item.regName = piece.regName;
+    item.startAddr = piece.startAddr;
+    item.count = piece.count;
+    return item;
+}
+
+// In 16-bit words, except for bit registers, which count bits.
+static int wireCount(const RegisterWidths &widths, int count)
+{
+    return widths.unitBits != 1 && widths.wordBits > 0 ? truncToInt(count * 16.0 / widths.wordBits)
+                                                       : count;
+}
+
+static void queuePieces(const RegisterWidths &widths, const QList<KEY_ADDRESS> &pieces, int opKind)
+{
+    for (const KEY_ADDRESS &piece : pieces) {
+        VARIABLE item = writeOf(piece, opKind);
+        std::memcpy(item.data, piece.data,
+                    static_cast<size_t>(piece.count) * panelBytesPerUnit(widths));
+        item.count = wireCount(widths, piece.count);
+        insertJob(driver.pendingWrites, item);
+    }
+}
+
+// A contact goes into a frame of its own, whatever the words of a block.
+static void queueContacts(const RegisterWidths &widths, const KEY_ADDRESS &key, int opKind)
+{
+    const int contacts = wireCount(widths, key.count);
+    for (int i = 0; i < contacts && i < kValueAreaSize; ++i) {
+        VARIABLE item = writeOf(key, opKind);
+        item.startAddr = wrapAdd(key.startAddr, i);
+        item.count = 1;
+        item.data[0] = key.data[i];
+        insertJob(driver.pendingWrites, item);
+    }
+}
+
+void queueWrite(const RegisterWidths &widths, int stationNo, const QString &regName, int startAddr,
+                int count, const unsigned char *data, int opKind)
+{
+    KEY_ADDRESS key = KEY_ADDRESS();
+    key.stationNo = stationNo;
+    key.regName = regName;
+    key.startAddr = startAddr;
+    key.count = count;
+    std::memcpy(key.data, data, static_cast<size_t>(count) * panelBytesPerUnit(widths));
+    if (widths.wordBits == 1) {
+        queueContacts(widths, key, opKind);
+        return;
+    }
+    // The key counts two bytes a unit even for a bit register, so the later pieces of a long bit
+    // write take their values from twice as far on.
+    const int limit = widths.unitBits == 1 ? driver.maxBlockBits : driver.maxBlockWordsCopy;
+    QList<KEY_ADDRESS> pieces;
+    groupingKey(key, limit, pieces, 1);
+    queuePieces(widths, pieces, opKind);
+}
+
+/// A panel write that is queued while its values are not stored yet, whatever ends it. It stands in
+/// the list of all of them, which end in any order: each thread has its own.
+class UnstoredWrite
+{
+public:
+    UnstoredWrite(int stationNo, const QString &regName, int startAddr, int count)
+        : m_stationNo(stationNo)
+        , m_regName(regName)
+        , m_startAddr(startAddr)
+        , m_count(count)
+        , m_next(driver.unstoredWrites)
+    {
+        driver.unstoredWrites = this;
+    }
+
+    ~UnstoredWrite()
+    {
+        UnstoredWrite **place = &driver.unstoredWrites;
+        while (*place != this) {
+            place = &(*place)->m_next;
+        }
+        *place = m_next;
+    }
+
+    /// @return  true when `item` is a piece of this write, or an earlier write of the same place
+    bool covers(const VARIABLE &item) const
+    {
+        return static_cast<unsigned>(item.startAddr) - static_cast<unsigned>(m_startAddr) <
+                   static_cast<unsigned>(m_count) &&
+               item.stationNo == m_stationNo && item.regName == m_regName;
+    }
+
+    const UnstoredWrite *next() const { return m_next; }
+
+private:
+    const int m_stationNo;
+    const QString m_regName;
+    const int m_startAddr;
+    const int m_count;
+    UnstoredWrite *m_next;
+
+    Q_DISABLE_COPY(UnstoredWrite)
+};
+
+bool isUnstored(const VARIABLE &item)
+{
+    for (const UnstoredWrite *write = driver.unstoredWrites; write != nullptr;
+         write = write->next()) {
+        if (write->covers(item)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// A request has a value area of its own; the cache holds whatever a register has.
+static int mostUnits(const RegisterWidths &widths, bool cacheOnly)
+{
+    if (!cacheOnly) {
+        return kValueAreaSize / static_cast<int>(panelBytesPerUnit(widths));
+    }
+    return widths.bitName ? kMaxBits : kMaxUnits;
+}
+
+int intf_setData(int stationNo, QString &regName, int startAddr, int count, unsigned char *data,
+                 int opKind)
+{
+    const DriverEntry inside;
+    const RegisterWidths widths = registerWidths(regName);
+    const bool cacheOnly = driver.cacheOnlyWrites != 0;
+    if (data == nullptr || count < 0 || count > mostUnits(widths, cacheOnly)) {
+        return 1;
+    }
+    // A copy: the host may use its buffer from within the callback.
+    const int bytes = count * static_cast<int>(panelBytesPerUnit(widths));
+    QVarLengthArray<unsigned char, kValueAreaSize> values(bytes);
+    std::copy(data, data + bytes, values.data());
+    const UnstoredWrite unstored(stationNo, regName, startAddr, count);
+    if (!cacheOnly) {
+        queueWrite(widths, stationNo, regName, startAddr, count, values.data(), opKind);
+    }
+    write_saveDataToArea(stationNo, regName, startAddr, count, values.data());
+    return 1;
+}
