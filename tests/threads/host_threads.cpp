@@ -10,13 +10,9 @@ namespace threads {
 namespace {
 
 constexpr int kLostAnswer = 17;   // every so many answers one does not come
-constexpr int kQuietFrames = 100; // readings in a row after which no write waits any more
+constexpr int kCyclicTag = 4;     // the driver's own, of its cyclic reads
+constexpr int kQuietFrames = 60;  // cyclic reads in a row: nothing else waits, all was read again
 constexpr int kRecipeEvery = 100; // turns of the panel
-
-bool isWriteFrame(const FRAME_PRO &frame)
-{
-    return frame.unitCount == 0 || frame.var.regName == names().dataBits; // or its reading half
-}
 
 bool isRecipeAskedFor(Host &host)
 {
@@ -122,7 +118,7 @@ void exchange(Host &host, plc::Bus &bus)
             const Calling calling(host, false);
             hasFrame = intf_getSendFrame(frame) != 0;
         }
-        quiet = isEnd && (!hasFrame || !isWriteFrame(frame)) ? quiet + 1 : 0;
+        quiet = isEnd && (!hasFrame || frame.var.opKind == kCyclicTag) ? quiet + 1 : 0;
         if (hasFrame) {
             const QByteArray request(reinterpret_cast<const char *>(frame.sendBuf), frame.sendLen);
             QByteArray answer = plc::joined(line.receive(request));
