@@ -18,8 +18,10 @@ std::string dataText(const Frame &frame, const Operation &operation)
     const int closing = 3; // ETX bcc(2)
     const int size = frame.answerSize - frame.dataPlace - closing;
     std::string text;
+    const int other = operation.value / kOtherWord - 1;
     for (int i = 0; static_cast<int>(text.size()) < size; ++i) {
-        text += hexText(wordOf(operation.value, i), size < 4 ? 2 : 4);
+        const unsigned word = wordOf(operation.value % kOtherWord, i);
+        text += hexText(i == other ? word ^ 1U : word, size < 4 ? 2 : 4);
     }
     if (operation.fault == Fault::Odd) {
         for (std::size_t i = 0; i < text.size(); ++i) {

@@ -234,6 +234,8 @@ Bytes DriverSide::look(const Operation &operation)
 std::string DriverSide::send(Bytes &values)
 {
     static FRAME_PRO frame;
+    std::fill(std::begin(frame.sendBuf), std::end(frame.sendBuf), kUntouched);
+    std::fill(std::begin(frame.var.data), std::end(frame.var.data), kUntouched);
     if (intf_getSendFrame(frame) == 0) {
         return textOf(nullptr);
     }
@@ -248,7 +250,10 @@ std::string DriverSide::send(Bytes &values)
     sent.range = {frame.var.stationNo, frame.var.regName.toStdString(), frame.var.startAddr,
                   frame.var.count};
     values.assign(std::begin(frame.var.data), std::end(frame.var.data));
-    return textOf(&sent);
+    const bool isBlankBehind =
+        std::all_of(std::begin(frame.sendBuf) + sent.bytes.size(), std::end(frame.sendBuf),
+                    [](unsigned char byte) { return byte == 0; });
+    return textOf(&sent) + (isBlankBehind ? "" : " and something behind it");
 }
 
 std::string DriverSide::takeAnswer(const std::string &answer)

@@ -102,6 +102,7 @@ std::string ModelSide::send(Bytes &values)
     const SentFrame sent{frame->text, frame->answerSize, frame->dataPlace, frame->units,
                          0,           frame->item.tag,   frame->item.range};
     values = frame->item.values;
+    values.resize(std::max(values.size(), kHostBuffer)); // blank behind them
     return textOf(&sent);
 }
 

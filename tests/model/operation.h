@@ -84,6 +84,9 @@ std::optional<Sequence> sequenceOf(const std::string &text);
 /** The i-th word that stands for a value: 0 for value 0, else few different ones. */
 unsigned wordOf(int value, int i);
 
+/** An answer's value of `n * kOtherWord` more has another n-th word, and nothing else. */
+constexpr int kOtherWord = 200;
+
 /** The bytes that a panel hands over: two a word, or one a bit, which is sometimes 2. */
 Bytes bytesOf(const Range &range, int value);
 

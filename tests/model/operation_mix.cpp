@@ -165,7 +165,10 @@ Operation answerOperation(Chance &chance, const Mix &mix)
 {
     Operation operation;
     operation.act = Act::Answer;
-    operation.value = below(chance, 3) == 0 ? below(chance, 200) : below(chance, 3);
+    operation.value = below(chance, 3) == 0 ? below(chance, kOtherWord) : below(chance, 3);
+    if (mix.calmPercent > 0 && below(chance, 100) < mix.calmPercent) {
+        operation.value = 1 + (below(chance, 4) == 0 ? kOtherWord * below(chance, 6) : 0);
+    }
     if (below(chance, 100) < mix.badPercent) {
         operation.fault = static_cast<Fault>(1 + below(chance, static_cast<int>(Fault::Noise)));
     }

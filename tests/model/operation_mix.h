@@ -45,6 +45,7 @@ struct Mix
     int addresses = 6;   ///< of how many a range starts at one: few make equal ranges
     bool narrow = false; ///< one station and one register of a kind: nearly all ranges meet
     bool varied = false; ///< retries, block size, cache-only writes and what the host shares change
+    int calmPercent = 0; ///< answers that mostly repeat what was said before
 };
 
 const std::vector<Mix> &mixes();
