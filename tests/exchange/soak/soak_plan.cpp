@@ -77,6 +77,11 @@ void chooseWeights(Random &random, Plan &plan)
     auto &restarts = plan.weights[static_cast<std::size_t>(Operation::Restart)];
     restarts = random.chance(15) ? restarts : 0;
     plan.operationPercent = random.pick(std::vector<int>{2, 10, 25, 50, 90});
+    if (random.chance(20)) { // a panel that watches: what changes, changes in the PLC
+        plan.operationPercent = 50;
+        auto &changes = plan.weights[static_cast<std::size_t>(Operation::PlcChange)];
+        changes = 100 * std::max(changes, kUsual[static_cast<std::size_t>(Operation::PlcChange)]);
+    }
 }
 
 } // namespace
