@@ -12,7 +12,7 @@ class OtherThread : public QThread
 public:
     OtherThread() { start(); }
 
-    ~OtherThread()
+    ~OtherThread() override
     {
         begin(std::function<void()>());
         wait();

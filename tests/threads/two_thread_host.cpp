@@ -11,7 +11,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <functional>
 #include <thread>
 
 using namespace threads;
@@ -81,6 +80,7 @@ int run(const Kind &kind)
     std::thread exchangeThread([&] { exchange(host, bus); });
     std::array<std::vector<Written>, 2> written;
     std::vector<std::thread> panels;
+    panels.reserve(written.size());
     for (int i = 0; i < kind.panels; ++i) {
         panels.emplace_back(
             [&, i] { written.at(static_cast<std::size_t>(i)) = usePanel(host, i, kTurns); });
@@ -124,7 +124,7 @@ int main(int count, char **arguments)
         return 2;
     }
     const auto end = std::chrono::steady_clock::now() +
-                     std::chrono::seconds(isTimed ? std::atoi(arguments[2]) : 0);
+                     std::chrono::seconds(isTimed ? std::strtol(arguments[2], nullptr, 10) : 0);
     int wrong = 0;
     int rounds = 0;
     do {
