@@ -9,9 +9,11 @@
 
 /// A host's history in words, done on the driver step by step, parted by "; ":
 ///
-///     start 60                   communication starts anew: words of a block; or: start 60
-///     cache-only watch D_W:10*5 2/TX:3*1    monitored ranges; a station before "/" items D_W:10*2
-///     recipe items, one behind the other in the buffer ask read                   or: ask write
+///     start 60                   communication starts anew: words of a block
+///     start 60 cache-only        panel writes stay in the cache
+///     watch D_W:10*5 2/TX:3*1    monitored ranges; a station before "/"
+///     items D_W:10*2             recipe items, one behind the other in the buffer
+///     ask read                   or: ask write, ask nothing
 ///     write D_W:10*2=5           the panel writes; values follow from the number
 ///     once D_W:10*2              the panel asks for one reading
 ///     look D_W:10*2
@@ -124,7 +126,8 @@ private:
             return what == "watch" ? watch(words.mid(1)) : items(words.mid(1));
         }
         if (what == "ask") {
-            driver.shmBase[argument == "write" ? 60115 : 60116] = 1;
+            driver.shmBase[60115] = argument == "write" ? 1 : 0;
+            driver.shmBase[60116] = argument == "read" ? 1 : 0;
             return QByteArray();
         }
         if (what == "write" || what == "once" || what == "look") {
@@ -260,7 +263,8 @@ private:
         return " answered " + QByteArray::number(result) + ' ' + m_errorText.toLatin1();
     }
 
-    // What the PLC has at an address depends on the address alone: blocks that overlap agree.
+    // What the PLC has at an address depends on the address alone: blocks that overlap agree. From
+    // one ten of values to the next the words move by one place.
     QByteArray digitsOf(int value) const
     {
         const int length = m_out.recvLen - 13;
@@ -270,9 +274,9 @@ private:
         QByteArray digits;
         for (int i = 0; sizeOf(digits) < length; ++i) {
             const int address = m_out.var.startAddr + i;
-            const int word = value / 10 * 256 + address % 64;
-            const bool isOther = address % 10 == value % 10;
-            digits += QByteArray::number(65536 + (isOther ? word ^ 0xA001 : word), 16).right(4);
+            const int other = address % 10 != value % 10 ? 0 : (address % 2 == 0 ? 0xA000 : 1);
+            const int word = (address + value / 10) % 64 ^ other;
+            digits += QByteArray::number(65536 + word, 16).right(4);
         }
         return digits.toUpper();
     }

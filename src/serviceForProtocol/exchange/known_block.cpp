@@ -119,7 +119,6 @@ KeptAnswer::KeptAnswer(const QByteArray &answer)
     : m_answer(answer)
     , m_block(driver.blockInFlight)
     , m_serial(driver.answerSerial)
-    , m_stamp(driver.valuesStamp)
 {
     if (!isKnown(m_block) ||
         answer.size() != driver.blockMemories.blocks.at(m_block).answerLength) {
@@ -146,5 +145,5 @@ void KeptAnswer::keep(int firstRecord)
                 static_cast<size_t>(memory.answerLength));
     memory.hasAnswer = true;
     memory.firstRecord = firstRecord;
-    memory.valuesStamp = m_stamp;
+    memory.valuesStamp = driver.valuesStamp;
 }

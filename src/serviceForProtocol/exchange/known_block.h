@@ -52,7 +52,6 @@ private:
     const QByteArray &m_answer;
     const int m_block;
     const unsigned m_serial;
-    const quint64 m_stamp;
     bool m_standsAlone = false;
     int m_firstRecord = -1;
     const char *m_lastCharacters = nullptr;

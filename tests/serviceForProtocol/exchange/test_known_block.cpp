@@ -136,6 +136,9 @@ void TestKnownBlock::lastAnswerOnceMore_data()
     row("start anew from within",
         words + "poll 1; within start 60 & " + words.left(14) + "; poll 2", false);
 
+    row("start anew from within, and blocks later",
+        words + "poll 1; within start 60; poll 2; " + words, false);
+
     row("longest block", "start 300; watch D_W:0*255; poll 1", true);
     row("block of more words than a request can name", "start 300; watch D_W:0*256; poll 1", false);
 }
@@ -151,9 +154,13 @@ void TestKnownBlock::lastAnswerOnceMore()
         const QByteArray answer = host.answerOf(1);
         QCOMPARE(driver.sendState, static_cast<int>(kJobCyclicRead));
         QCOMPARE(isLastAnswer(answer), known);
-        QVERIFY(!isLastAnswer(host.answerOf(1, "short")));
+        for (int i = 0; i < sizeOf(answer); ++i) {
+            QByteArray other = answer;
+            other[i] = static_cast<char>(other.at(i) ^ 1);
+            QVERIFY(!isLastAnswer(other));
+            QVERIFY(!isLastAnswer(answer.left(i)));
+        }
         QVERIFY(!isLastAnswer(answer + '0'));
-        QVERIFY(!isLastAnswer(QByteArray()));
     }
     compareWithForgetful(history + "; poll 1; poll 1; poll 1; poll 2; poll 1; poll 12");
 }
@@ -173,7 +180,9 @@ void TestKnownBlock::requestIsRepeated_data()
     QTest::newRow("contact") << QByteArray("once TX:5*1; poll 1; ");
     QTest::newRow("recipe write") << QByteArray("items D_W:0*200; ask write; poll 0; ");
     QTest::newRow("recipe read") << QByteArray("items D_W:0*200; ask read; poll 0; ");
-    QTest::newRow("repeated read") << QByteArray("ask read; poll 1; poll 1; ");
+    QTest::newRow("repeated read") << QByteArray("ask read; poll 1; poll 1; ask nothing; ");
+    QTest::newRow("repeated read, values written before it")
+        << QByteArray("write D_W:10*5=7; poll 0; poll 1; ask read; poll 1; ask nothing; ");
     QTest::newRow("look") << QByteArray("look D_W:10*5; ");
 }
 

@@ -118,7 +118,7 @@ private:
         case 3:
             return "items " + range(6) + ' ' + range(6);
         case 4:
-            return percent(50) ? "ask read" : "ask write";
+            return percent(50) ? "ask nothing" : (percent(50) ? "ask read" : "ask write");
         case 5:
         case 6:
         case 7:
