@@ -1,18 +1,12 @@
 """Lists the names of Qt that the driver's sources use; see script/qt-names."""
-import glob
 import re
-import subprocess
 import sys
 
 from clang import cindex
 
-LIST = "tests/abi/qt_names.txt"
-FLAGS = ["-x", "c++", "-std=c++11", "-fPIC", "-Iinclude", "-Isrc", "-DQT_NO_CAST_FROM_ASCII",
-         "-DQT_NO_CAST_TO_ASCII", "-DQT_NO_KEYWORDS"]
-FLAGS += subprocess.check_output(["pkg-config", "--cflags", "Qt5Core"], text=True).split()
-FLAGS += ["-I" + path for path in
-          subprocess.check_output(["clang++", "-print-resource-dir"], text=True).split()]
+from driver_sources import HEADERS, SOURCES, declarations
 
+LIST = "tests/abi/qt_names.txt"
 KINDS = cindex.CursorKind
 # A class is known by its members; a parameter or a field within Qt's own headers says nothing.
 OF_INTEREST = {KINDS.CXX_METHOD, KINDS.CONSTRUCTOR, KINDS.CONVERSION_FUNCTION, KINDS.FUNCTION_DECL,
@@ -35,16 +29,9 @@ def qualified(cursor):
     return "::".join(names)
 
 
-def names_of(path, own_files):
-    unit = cindex.Index.create().parse(path, FLAGS)
-    errors = [d for d in unit.diagnostics if d.severity >= cindex.Diagnostic.Error]
-    if errors:
-        sys.exit("%s: %s" % (path, errors[0].spelling))
+def names_of(path):
     found = set()
-    for declaration in unit.cursor.get_children():
-        file = declaration.location.file
-        if file is None or file.name not in own_files:
-            continue
+    for declaration in declarations(path, set(HEADERS) | {path}):
         for cursor in declaration.walk_preorder():
             used = cursor.referenced
             if used is not None and is_qt(used) and used.kind in OF_INTEREST:
@@ -58,12 +45,10 @@ def macros_of(path):
 
 
 def main():
-    own = sorted(glob.glob("src/**/*.cpp", recursive=True))
-    headers = glob.glob("src/**/*.h", recursive=True) + glob.glob("include/**/*.h", recursive=True)
     found = set()
-    for path in own:
-        found |= names_of(path, set(headers) | {path})
-    for path in own + headers:
+    for path in SOURCES:
+        found |= names_of(path)
+    for path in SOURCES + HEADERS:
         found |= macros_of(path)
     if "--list" in sys.argv:
         print("\n".join(sorted(found)))
