@@ -38,6 +38,9 @@ public:
     /// @return  true when some thread holds it; within the driver that is the calling one
     bool isHeld() const { return m_held.load(std::memory_order_relaxed) != 0; }
 
+    /// @return  how many threads wait for it
+    int waiting() const { return m_waiting.load(std::memory_order_relaxed); }
+
 private:
     bool take() { return m_held.exchange(1, std::memory_order_acquire) == 0; }
 

@@ -65,6 +65,13 @@ void TestStateLock::oneAtATime()
     QVERIFY(!guarded.lock.isHeld());
 }
 
+static void awaitWaiting(const StateLock &lock, int threads)
+{
+    while (lock.waiting() != threads) {
+        QThread::yieldCurrentThread();
+    }
+}
+
 void TestStateLock::waitsUntilItIsGivenBack()
 {
     StateLock lock;
@@ -77,12 +84,14 @@ void TestStateLock::waitsUntilItIsGivenBack()
         isIn = true;
         lock.unlock();
     });
+    awaitWaiting(lock, 1);
     QTest::qSleep(20); // many times as long as a waiter sleeps at once
     QVERIFY(!isIn);
     lock.unlock();
     other.await();
     QVERIFY(isIn);
     QVERIFY(!lock.isHeld());
+    QCOMPARE(lock.waiting(), 0); // whoever comes next takes it without further ado
 }
 
 void TestStateLock::everyWaiterGetsIn()
@@ -99,7 +108,7 @@ void TestStateLock::everyWaiterGetsIn()
             lock.unlock();
         });
     }
-    QTest::qSleep(5);
+    awaitWaiting(lock, kOthers);
     QCOMPARE(entries.load(), 0);
     lock.unlock();
     for (OtherThread &other : others) {

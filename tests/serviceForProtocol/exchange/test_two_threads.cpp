@@ -1,5 +1,6 @@
 #include <QtTest/QtTest>
 
+#include "serviceForProtocol/write_request.h"
 #include "support/exchange_helpers.h"
 #include "support/other_thread.h"
 #include "support/recipe_helpers.h"
@@ -15,6 +16,7 @@ private Q_SLOTS:
     void panelDuringAnAnswer();
     void screenChangesDuringAnAnswer();
     void aWriteIsNotSentBeforeItIsStored();
+    void itIsKnownByItsPlace();
     void itHoldsUpWhatIsBehindIt();
     void anEarlierWriteIsSentMeanwhile();
     void writesThatAreToldAtOnce();
@@ -192,6 +194,26 @@ void TestTwoThreads::aWriteIsNotSentBeforeItIsStored()
     QCOMPARE(wordText(10), latin("9/9/0"));
     QCOMPARE(takeTurn(), latin("R D_W 10")); // back to 0 in the PLC
     QCOMPARE(shown(10), 0);
+}
+
+void TestTwoThreads::itIsKnownByItsPlace()
+{
+    const VARIABLE items[] = {makeItem(1, "D_W", 9, 1),  makeItem(1, "D_W", 10, 1),
+                              makeItem(1, "D_W", 12, 1), makeItem(1, "D_W", 13, 1),
+                              makeItem(0, "D_W", 10, 1), makeItem(2, "D_W", 10, 1),
+                              makeItem(1, "M_W", 10, 1), makeItem(1, "D_bit", 10, 1)};
+    Host host;
+    monitorWords(10, 1);
+    host.plan.work = [&] {
+        for (const VARIABLE &item : items) {
+            host.plan.seen += latin(isUnstored(item) ? "1" : "0");
+        }
+    };
+    QString name = latin("D_W");
+    unsigned char values[6] = {1, 0, 2, 0, 3, 0};
+    intf_setData(1, name, 10, 3, values, 0);
+    QCOMPARE(host.plan.seen, latin("01100000"));
+    QVERIFY(!isUnstored(items[1]));
 }
 
 // Pieces of a long write, and a write of another thread: none overtakes.
