@@ -43,17 +43,18 @@ static QByteArray paddedDigits(const QByteArray &answer, int dataPos, int length
 
 namespace {
 
-enum { kNowhere = -1 };
-
 /// Stores the units of one answer in the data area and tells the host of each that changed. It
 /// looks a record up again after every call of the host: the area may have grown meanwhile.
 class AnswerStore
 {
 public:
-    /// @param kept  of this answer; must outlive the store
-    AnswerStore(const VARIABLE &var, const KeptAnswer &kept)
+    /// @param kept   of this answer; must outlive the store
+    /// @param known  the digits of the last answer that are worth a comparison; null: none
+    AnswerStore(const VARIABLE &var, const KeptAnswer &kept, const char *known)
         : m_firstAddr(var.startAddr)
         , m_kept(kept)
+        , m_ownsUnits(kept.standsAlone())
+        , m_known(known)
         , m_letter(registerLetter(var.regName))
         , m_cursor(var.stationNo, m_letter, driver.dataArea)
     {
@@ -63,18 +64,17 @@ public:
     /// @return  where the first unit is, or would be
     int firstRecord() const { return m_cursor.likelyIndexOf(m_firstAddr); }
 
-    /// @param knownPos  where the units begin in the last answer; kNowhere: it is not comparable
-    void storeUnits(const char *digits, int knownPos, int units, int bytes)
+    void storeUnits(const char *digits, int units, int bytes)
     {
         switch (bytes) {
         case 1:
-            storeUnitsOf<1>(digits, knownPos, units);
+            storeUnitsOf<1>(digits, units);
             break;
         case 2:
-            storeUnitsOf<2>(digits, knownPos, units);
+            storeUnitsOf<2>(digits, units);
             break;
         default:
-            storeUnitsOf<4>(digits, knownPos, units);
+            storeUnitsOf<4>(digits, units);
             break;
         }
     }
@@ -89,25 +89,17 @@ public:
 private:
     int indexOf(int unit) { return m_cursor.indexOf(wrapAdd(m_firstAddr, unit)); }
 
-    const char *knownDigits(int knownPos) const
-    {
-        const char *const last = m_kept.lastCharacters();
-        return last == nullptr || knownPos == kNowhere ? nullptr : last + knownPos;
-    }
-
     // The width is known to the compiler: this is the loop in which an answer spends its time.
     template <int Bytes>
-    void storeUnitsOf(const char *digits, int knownPos, int units)
+    void storeUnitsOf(const char *digits, int units)
     {
         enum { kDigits = 2 * Bytes };
-        const char *known = knownDigits(knownPos);
         for (int i = 0; i < units; ++i) {
             const int pos = kDigits * i;
-            if (known == nullptr || std::memcmp(digits + pos, known + pos, kDigits) != 0) {
+            if (m_known == nullptr || std::memcmp(digits + pos, m_known + pos, kDigits) != 0) {
                 const int index = indexOf(i);
                 fetchAhead(driver.dataArea, wrapAdd(index, kUnitsAhead));
                 storeUnit<Bytes>(index, numberAt(digits + pos, Bytes));
-                known = knownDigits(knownPos); // the host was called
             }
         }
     }
@@ -116,8 +108,16 @@ private:
     // not hold any more.
     void moveStamp()
     {
-        if (!m_kept.ownsUnits()) {
+        if (!m_ownsUnits) {
             ++driver.valuesStamp;
+        }
+    }
+
+    void hostWasCalled()
+    {
+        if (!m_kept.isUndisturbed()) {
+            m_ownsUnits = false;
+            m_known = nullptr;
         }
     }
 
@@ -136,6 +136,7 @@ private:
             record.writePending = 0;
         }
         m_notifier.unitChanged(record, Bytes, before ^ number);
+        hostWasCalled();
     }
 
     void storeContact(int index, int on)
@@ -148,10 +149,13 @@ private:
         moveStamp();
         record.writePending = 0;
         m_notifier.bit(index);
+        hostWasCalled();
     }
 
     const int m_firstAddr;
     const KeptAnswer &m_kept;
+    bool m_ownsUnits;
+    const char *m_known;
     const QString m_letter;
     UnitCursor m_cursor;
     ChangeNotifier m_notifier;
@@ -173,11 +177,12 @@ void decodeToDataArea(const RegisterWidths &widths, const QByteArray &answer, in
     const QByteArray padded = isWhole ? QByteArray() : paddedDigits(answer, dataPos, length);
     const char *const digits = isWhole ? answer.constData() + dataPos : padded.constData();
     KeptAnswer kept(answer);
-    AnswerStore store(var, kept);
+    const bool isComparable = isWhole && kept.lastCharacters() != nullptr;
+    AnswerStore store(var, kept, isComparable ? kept.lastCharacters() + dataPos : nullptr);
     if (isContact) {
         store.storeContacts(digits, units);
     } else {
-        store.storeUnits(digits, isWhole ? dataPos : kNowhere, units, bytes);
+        store.storeUnits(digits, units, bytes);
     }
     kept.keep(store.firstRecord());
 }

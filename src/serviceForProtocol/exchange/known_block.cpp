@@ -137,7 +137,7 @@ KeptAnswer::KeptAnswer(const QByteArray &answer)
 void KeptAnswer::keep(int firstRecord)
 {
     m_lastAnswers.clear(); // or they would have to be copied now
-    if (!ownsUnits()) {
+    if (!m_standsAlone || !isUndisturbed()) {
         return;
     }
     BlockMemory &memory = driver.blockMemories.blocks[m_block];

@@ -32,12 +32,15 @@ public:
     /// @param answer  must outlive this
     explicit KeptAnswer(const QByteArray &answer);
 
-    /// @return  the characters of the last answer, as many as this one has, while the data area
-    ///          holds what they say; else null
-    const char *lastCharacters() const { return isUndisturbed() ? m_lastCharacters : nullptr; }
+    /// @return  false for good once the host has done that; the next two then count no more
+    bool isUndisturbed() const { return driver.answerSerial == m_serial; }
 
-    /// @return  true while only this block's answers bring values for its units cyclically
-    bool ownsUnits() const { return m_standsAlone && isUndisturbed(); }
+    /// @return  the characters of the last answer, as many as this one has, when the data area
+    ///          still holds what they say; else null
+    const char *lastCharacters() const { return m_lastCharacters; }
+
+    /// @return  true when only this block's answers bring values for its units cyclically
+    bool standsAlone() const { return m_standsAlone; }
 
     /// @return  the index in the data area that the block's first unit had
     int firstRecord() const { return m_firstRecord; }
@@ -47,8 +50,6 @@ public:
     void keep(int firstRecord);
 
 private:
-    bool isUndisturbed() const { return driver.answerSerial == m_serial; }
-
     const QByteArray &m_answer;
     const int m_block;
     const unsigned m_serial;

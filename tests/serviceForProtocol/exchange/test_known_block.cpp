@@ -136,6 +136,8 @@ void TestKnownBlock::lastAnswerOnceMore_data()
     row("start anew from within",
         words + "poll 1; within start 60 & " + words.left(14) + "; poll 2", false);
 
+    row("contacts anew and answered from within",
+        contacts + "poll 0; within " + contacts.left(12) + " & answer 0 & poll 1; poll 7", false);
     row("start anew from within, and blocks later",
         words + "poll 1; within start 60; poll 2; " + words, false);
 
