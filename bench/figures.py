@@ -46,7 +46,7 @@ class Results:
         return self.costs[case] / self.costs[other]
 
     def poll_microseconds(self, client, cores, clock="processor"):
-        """Of one poll, in the client's best run; `cores` is "one" or "all"."""
+        """Of one poll, in the client's best run; `cores` is "one" or "each"."""
         runs = [run for run in self.polls if run["client"] == client and run["cores"] == cores]
         return min(1e6 * run[clock] / run["polls"] for run in runs)
 
@@ -81,7 +81,7 @@ class Results:
 
     def poll_figures(self):
         rows = []
-        for cores, text in (("one", "one core for both"), ("all", "a core each")):
+        for cores, text in (("one", "one core for both"), ("each", "a core each")):
             panel = self.poll_microseconds("panel", cores)
             for client, other, limit in (
                     ("libmodbus", "libmodbus", 1),

@@ -94,7 +94,7 @@ def polls(results):
     rows = []
     for client, text in clients.items():
         row = [text]
-        for cores in ("one", "all"):
+        for cores in ("one", "each"):
             poll = results.poll_microseconds(client, cores)
             wall = results.poll_microseconds(client, cores, "wall")
             row += [thousands(1e6 / wall), f"{poll:.1f}", f"{1000 * poll / 60:.0f}"]
