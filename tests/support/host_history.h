@@ -117,7 +117,7 @@ private:
             driver.blockMemories = BlockMemories();
         }
         const QList<QByteArray> words = step.split(' ');
-        const QByteArray what = words.at(0);
+        const QByteArray &what = words.at(0);
         const QByteArray argument = words.value(1);
         if (what == "start") {
             return start(argument, words.value(2) == "cache-only");
@@ -126,8 +126,8 @@ private:
             return what == "watch" ? watch(words.mid(1)) : items(words.mid(1));
         }
         if (what == "ask") {
-            driver.shmBase[60115] = argument == "write" ? 1 : 0;
-            driver.shmBase[60116] = argument == "read" ? 1 : 0;
+            driver.shmBase[kRecipeWriteByte] = argument == "write" ? 1 : 0;
+            driver.shmBase[kRecipeReadByte] = argument == "read" ? 1 : 0;
             return QByteArray();
         }
         if (what == "write" || what == "once" || what == "look") {
@@ -156,9 +156,8 @@ private:
         const int colon = static_cast<int>(text.indexOf(':'));
         const int star = static_cast<int>(text.indexOf('*'));
         const QByteArray name = text.mid(slash + 1, colon - slash - 1);
-        const Range range = {slash < 0 ? 1 : text.left(slash).toInt(), latin(name.constData()),
-                             text.mid(colon + 1, star - colon - 1).toInt(),
-                             text.mid(star + 1).toInt()};
+        Range range = {slash < 0 ? 1 : text.left(slash).toInt(), latin(name.constData()),
+                       text.mid(colon + 1, star - colon - 1).toInt(), text.mid(star + 1).toInt()};
         return range;
     }
 
