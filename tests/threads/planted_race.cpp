@@ -11,13 +11,14 @@ namespace {
 
 constexpr int kTimes = 2000;
 constexpr int kWords = 8;
+constexpr int kPlaces = 50; ///< at which a block of words begins
 
 void write(QString name)
 {
     unsigned char data[2 * kWords] = {};
     for (int i = 0; i < kTimes; ++i) {
         data[0] = static_cast<unsigned char>(i & 0xFF);
-        intf_setData(1, name, i % 50, kWords, data, 0);
+        intf_setData(1, name, i % kPlaces, kWords, data, 0);
     }
 }
 
@@ -28,9 +29,9 @@ void read(QString name, bool withLock)
     const QString letter = QString::fromLatin1("D");
     for (int i = 0; i < kTimes; ++i) {
         if (withLock) {
-            intf_getData(1, name, i % 50, kWords, data);
+            intf_getData(1, name, i % kPlaces, kWords, data);
         } else {
-            readValues(widths, 1, letter, i % 50, kWords, data);
+            readValues(widths, 1, letter, i % kPlaces, kWords, data);
         }
     }
 }
@@ -41,7 +42,11 @@ int main(int count, char **arguments)
 {
     const bool withLock = count == 2 && std::strcmp(arguments[1], "with-lock") == 0;
     intf_initProperty(nullptr, 0, nullptr, nullptr, "0#0#0#3#60", nullptr);
-    const QString name = QString::fromLatin1("D_W");
+    QString name = QString::fromLatin1("D_W");
+    // Every unit is there beforehand: the race is about its bytes, and does not end the program
+    // before it was reported.
+    unsigned char data[2 * (kPlaces + kWords)] = {};
+    intf_getData(1, name, 0, kPlaces + kWords, data);
     std::thread writer(write, name);
     std::thread reader(read, name, withLock);
     writer.join();
