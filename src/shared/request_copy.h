@@ -15,14 +15,22 @@ inline void shareText(QString &to, const QString &from)
     }
 }
 
-/// Copies a request but for its value area.
-inline void copyRange(VARIABLE &to, const VARIABLE &from)
+/// Copies what a request is about - station, register, first address, count - between any two
+/// records that have it: requests, keys, blocks.
+template <class To, class From>
+inline void copyPlace(To &to, const From &from)
 {
-    to.opKind = from.opKind;
     to.stationNo = from.stationNo;
     shareText(to.regName, from.regName);
     to.startAddr = from.startAddr;
     to.count = from.count;
+}
+
+/// Copies a request but for its value area.
+inline void copyRange(VARIABLE &to, const VARIABLE &from)
+{
+    to.opKind = from.opKind;
+    copyPlace(to, from);
 }
 
 /// Copies a frame with the whole of its areas: a host may look at any byte of them.

@@ -21,6 +21,22 @@ inline QString jobText()
              QString::number(driver.curVar.startAddr));
 }
 
+/// Asks for a frame and leaves it unanswered.
+inline void send()
+{
+    FRAME_PRO frame = FRAME_PRO();
+    intf_getSendFrame(frame);
+}
+
+/// The panel writes one unit.
+/// @param data  its bytes in hexadecimal
+inline int panelWrite(const char *regName, int startAddr, const char *data)
+{
+    QString name = latin(regName);
+    QByteArray bytes = QByteArray::fromHex(data);
+    return intf_setData(1, name, startAddr, 1, DriverFixture::bytes(bytes), 0);
+}
+
 /// Asks for a frame and answers it well.
 /// @return  the job, or "idle" when there is nothing to send
 inline QString takeTurn()

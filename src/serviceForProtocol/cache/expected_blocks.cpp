@@ -6,6 +6,7 @@
 #include "ls_master_k_cnet/register_row.h"
 #include "serviceForProtocol/address/block_overlap.h"
 #include "shared/protocol.h"
+#include "shared/request_copy.h"
 #include "shared/wrap.h"
 
 /// The most words that the two digits of a request can ask for, and the answer with them. A block
@@ -15,10 +16,7 @@ enum { kMostWords = 255, kLongestAnswer = kReadAnswerOverhead + kMostWords * kWo
 static BlockMemory newMemory(const MergeKey &block, bool isContact, bool isOnItsOwn, int place)
 {
     BlockMemory memory = BlockMemory();
-    memory.stationNo = block.stationNo;
-    memory.startAddr = block.startAddr;
-    memory.count = block.count;
-    memory.regName = block.regName;
+    copyPlace(memory, block);
     memory.answerLength = isContact
                               ? static_cast<int>(kContactAnswerLength)
                               : wrapAdd(kReadAnswerOverhead, wrapMul(kWordCharacters, block.count));

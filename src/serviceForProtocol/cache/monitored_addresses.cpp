@@ -4,15 +4,13 @@
 #include "serviceForProtocol/cache/expected_blocks.h"
 #include "serviceForProtocol/cache/monitor_flags.h"
 #include "shared/protocol.h"
+#include "shared/request_copy.h"
 
 static VARIABLE cyclicRead(const MergeKey &block)
 {
     VARIABLE item = VARIABLE();
     item.opKind = kJobCyclicRead;
-    item.stationNo = block.stationNo;
-    item.regName = block.regName;
-    item.startAddr = block.startAddr;
-    item.count = block.count;
+    copyPlace(item, block);
     return item;
 }
 

@@ -47,10 +47,7 @@ bool repeatRequest()
     const BlockMemory &memory = driver.blockMemories.blocks.at(block);
     VARIABLE &var = driver.curVar;
     var.opKind = kJobCyclicRead;
-    var.stationNo = memory.stationNo;
-    shareText(var.regName, memory.regName);
-    var.startAddr = memory.startAddr;
-    var.count = memory.count;
+    copyPlace(var, memory);
     FRAME_PRO &frame = driver.frames.appendRead(var);
     std::memcpy(frame.sendBuf, memory.request, static_cast<size_t>(memory.requestLength));
     frame.sendLen = memory.requestLength;

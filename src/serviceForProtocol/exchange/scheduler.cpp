@@ -8,7 +8,7 @@
 #include "serviceForProtocol/exchange/known_block.h"
 #include "serviceForProtocol/recipe/recipe.h"
 #include "serviceForProtocol/recipe/recipe_request.h"
-#include "serviceForProtocol/request/write_request.h"
+#include "serviceForProtocol/request/unstored_write.h"
 #include "shared/protocol.h"
 #include "shared/request_copy.h"
 

@@ -8,6 +8,7 @@
 #include "serviceForProtocol/address/address_number.h"
 #include "serviceForProtocol/address/weight_order.h"
 #include "shared/protocol.h"
+#include "shared/request_copy.h"
 
 int recipeBytes(const RegisterWidths &widths, int count)
 {
@@ -17,10 +18,7 @@ int recipeBytes(const RegisterWidths &widths, int count)
 
 void rcpAddrToVar(const _RCP_VAR_PRO &item, VARIABLE &var, int withData)
 {
-    var.stationNo = item.stationNo;
-    var.regName = item.regName;
-    var.startAddr = item.startAddr;
-    var.count = item.count;
+    copyPlace(var, item);
     std::memset(var.data, 0, sizeof var.data);
     if (withData == 0 || driver.rcpBuffer == nullptr || item.bufOffset < 0 ||
         getIndexFromRegName(item.regName) < 0) {
@@ -44,10 +42,7 @@ static void keepItemsOfThisDevice(const QVector<_RCP_VAR_PRO> &items)
 static KEY_ADDRESS keyOf(const _RCP_VAR_PRO &item)
 {
     KEY_ADDRESS key = KEY_ADDRESS();
-    key.stationNo = item.stationNo;
-    key.regName = item.regName;
-    key.startAddr = item.startAddr;
-    key.count = item.count;
+    copyPlace(key, item);
     key.keyB = item.bufOffset;
     return key;
 }
@@ -55,10 +50,7 @@ static KEY_ADDRESS keyOf(const _RCP_VAR_PRO &item)
 static _RCP_VAR_PRO blockOf(const KEY_ADDRESS &key)
 {
     _RCP_VAR_PRO block = _RCP_VAR_PRO();
-    block.stationNo = key.stationNo;
-    block.regName = key.regName;
-    block.startAddr = key.startAddr;
-    block.count = key.count;
+    copyPlace(block, key);
     block.bufOffset = key.keyB;
     return block;
 }

@@ -9,7 +9,9 @@
 #include "serviceForProtocol/address/key_split.h"
 #include "serviceForProtocol/request/job_queue.h"
 #include "serviceForProtocol/request/panel_value_store.h"
+#include "serviceForProtocol/request/unstored_write.h"
 #include "shared/protocol.h"
+#include "shared/request_copy.h"
 #include "shared/unit_limits.h"
 #include "shared/wrap.h"
 
@@ -22,10 +24,7 @@ static VARIABLE writeOf(const KEY_ADDRESS &piece, int opKind)
 {
     VARIABLE item = VARIABLE();
     item.opKind = opKind;
-    item.stationNo = piece.stationNo;
-    item.regName = piece.regName;
-    item.startAddr = piece.startAddr;
-    item.count = piece.count;
+    copyPlace(item, piece);
     return item;
 }
 
@@ -79,61 +78,6 @@ void queueWrite(const RegisterWidths &widths, int stationNo, const QString &regN
     QList<KEY_ADDRESS> pieces;
     groupingKey(key, limit, pieces, 1);
     queuePieces(widths, pieces, opKind);
-}
-
-/// A panel write that is queued while its values are not stored yet, whatever ends it. It stands in
-/// the list of all of them, which end in any order: each thread has its own.
-class UnstoredWrite
-{
-public:
-    UnstoredWrite(int stationNo, const QString &regName, int startAddr, int count)
-        : m_stationNo(stationNo)
-        , m_regName(regName)
-        , m_startAddr(startAddr)
-        , m_count(count)
-        , m_next(driver.unstoredWrites)
-    {
-        driver.unstoredWrites = this;
-    }
-
-    ~UnstoredWrite()
-    {
-        UnstoredWrite **place = &driver.unstoredWrites;
-        while (*place != this) {
-            place = &(*place)->m_next;
-        }
-        *place = m_next;
-    }
-
-    /// @return  true when `item` is a piece of this write, or an earlier write of the same place
-    bool covers(const VARIABLE &item) const
-    {
-        return static_cast<unsigned>(item.startAddr) - static_cast<unsigned>(m_startAddr) <
-                   static_cast<unsigned>(m_count) &&
-               item.stationNo == m_stationNo && item.regName == m_regName;
-    }
-
-    const UnstoredWrite *next() const { return m_next; }
-
-private:
-    const int m_stationNo;
-    const QString m_regName;
-    const int m_startAddr;
-    const int m_count;
-    UnstoredWrite *m_next;
-
-    Q_DISABLE_COPY(UnstoredWrite)
-};
-
-bool isUnstored(const VARIABLE &item)
-{
-    for (const UnstoredWrite *write = driver.unstoredWrites; write != nullptr;
-         write = write->next()) {
-        if (write->covers(item)) {
-            return true;
-        }
-    }
-    return false;
 }
 
 // A request has a value area of its own; the cache holds whatever a register has.

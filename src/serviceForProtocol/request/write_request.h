@@ -2,7 +2,6 @@
 
 #include <QtCore/QString>
 
-#include "ls_master_k_cnet/records.h"
 #include "ls_master_k_cnet/register_row.h"
 
 /// Puts the pieces of a panel write on the write list, for a register of the given widths. Panel
@@ -15,6 +14,3 @@ void queueWrite(const RegisterWidths &widths, int stationNo, const QString &regN
 
 /// @return  bytes that the panel hands over for one unit: 1 for a bit register, else 2
 unsigned panelBytesPerUnit(const RegisterWidths &widths);
-
-/// @return  true while a panel write of the place of `item` is told to the host, and so not stored
-bool isUnstored(const VARIABLE &item);

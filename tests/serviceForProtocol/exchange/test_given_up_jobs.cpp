@@ -25,19 +25,6 @@ private Q_SLOTS:
     void handshakeHasNoGoodAnswer();
 };
 
-static void send()
-{
-    FRAME_PRO frame = FRAME_PRO();
-    intf_getSendFrame(frame);
-}
-
-static int panelWrite(const char *regName, int startAddr, const char *data)
-{
-    QString name = latin(regName);
-    QByteArray bytes = QByteArray::fromHex(data);
-    return intf_setData(1, name, startAddr, 1, DriverFixture::bytes(bytes), 0);
-}
-
 void TestGivenUpJobs::retriesOfTheProperties_data()
 {
     QTest::addColumn<QByteArray>("props");

@@ -1,6 +1,6 @@
 #include <QtTest/QtTest>
 
-#include "serviceForProtocol/request/write_request.h"
+#include "serviceForProtocol/request/unstored_write.h"
 #include "support/exchange_helpers.h"
 #include "support/other_thread.h"
 #include "support/recipe_helpers.h"
