@@ -5,16 +5,16 @@
 
 #include "poll_clock.h"
 
-#include <panel/session.h>
+#include <panel/runs/command_session.h>
 
 #include <QCoreApplication>
 
 namespace {
 
-panel::LinkSettings linkTo(int port)
+cnet::LinkSettings linkTo(int port)
 {
-    panel::LinkSettings settings;
-    settings.link.kind = panel::LinkAddress::Kind::Tcp;
+    cnet::LinkSettings settings;
+    settings.link.kind = cnet::LinkAddress::Kind::Tcp;
     settings.link.host = QLatin1String("127.0.0.1");
     settings.link.port = static_cast<quint16>(port);
     settings.intervalMs = 0;
@@ -37,17 +37,17 @@ int main(int argc, char **argv)
     qputenv("QT_NO_GLIB", "1"); // as cnet-panel does
     const QCoreApplication application(argc, argv);
     const bench::PollArguments arguments = bench::pollArguments(argc, argv);
-    panel::DriverLibrary library;
+    cnet::DriverLibrary library;
     if (!library.load()) {
         std::fprintf(stderr, "%s\n", library.errorText().toLocal8Bit().constData());
         return 1;
     }
-    panel::Messages messages;
-    panel::Session session(library.functions(), linkTo(arguments.port), {1}, messages);
+    cnet::Messages messages;
+    cnet::Session session(library.functions(), linkTo(arguments.port), {1}, messages);
     session.exchange().setRoundLength(session.driver().monitor({polledWords()}));
     bench::PollClock clock(arguments.polls);
-    QObject::connect(&session.exchange(), &panel::Exchange::ended, &session,
-                     [&](const panel::ExchangeReport &report) {
+    QObject::connect(&session.exchange(), &cnet::Exchange::ended, &session,
+                     [&](const cnet::ExchangeReport &report) {
                          if (report.result != kAnswerGood) {
                              session.finish(1);
                          } else if (!clock.pollEnded()) {

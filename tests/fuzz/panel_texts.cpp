@@ -2,17 +2,17 @@
 // character of an input says what the rest is.
 #include "fuzz/input.h"
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
-#include "panel/address.h"
-#include "panel/answer_collector.h"
-#include "panel/assignment.h"
-#include "panel/frame_words.h"
-#include "panel/item.h"
-#include "panel/item_check.h"
-#include "panel/late_answers.h"
-#include "panel/link_address.h"
-#include "panel/recipe_file.h"
-#include "panel/recipe_layout.h"
-#include "panel/value_text.h"
+#include "host/address/address.h"
+#include "host/wire/answer_collector.h"
+#include "host/address/assignment.h"
+#include "host/wire/frame_words.h"
+#include "host/address/item.h"
+#include "host/driver/item_check.h"
+#include "host/wire/late_answers.h"
+#include "host/link/link_address.h"
+#include "host/recipe/recipe_file.h"
+#include "host/recipe/recipe_layout.h"
+#include "host/address/value_text.h"
 
 #include <QSet>
 
@@ -21,7 +21,7 @@
 namespace {
 
 using namespace fuzz;
-using namespace panel;
+using namespace cnet;
 
 const int kStation = 5; ///< of what names none
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "captured_output.h"
+#include "panel/captured_output.h"
 
-#include "panel/commands.h"
+#include "panel/commands/commands.h"
 
 #include <QtTest>
 
@@ -32,14 +32,14 @@ inline void checkCommandLine(const char *command)
     QFETCH(QString, said);
     const QLatin1Char divider('|');
     QStringList lines;
-    panel::Messages messages;
+    cnet::panel::Messages messages;
     messages.setSink([&](const QString &line) { lines.append(line); });
     QStringList arguments{QLatin1String("cnet-panel"), QLatin1String("--driver"),
                           QLatin1String(DRIVER_FILE), QLatin1String(command)};
     arguments +=
         QString::fromLatin1(QTest::currentDataTag()).split(QLatin1Char(' '), Qt::SkipEmptyParts);
     CapturedOutput captured;
-    const int exitCode = panel::runCommandLine(arguments, messages);
+    const int exitCode = cnet::panel::runCommandLine(arguments, messages);
     const QString printed = QString::fromLatin1(captured.end()).replace(QLatin1Char('\n'), divider);
     QTEST(exitCode, "exitCode");
     QVERIFY2(printed.left(output.size()) == output && printed.isEmpty() == output.isEmpty(),

@@ -1,0 +1,84 @@
+#include "host/address/value_text.h"
+
+#include <QRegularExpression>
+
+namespace cnet {
+
+namespace {
+
+const int kLowestSigned = -32768;
+const int kHighestUnsigned = 65535;
+const int kLongestQuote = 60;
+
+bool isHexadecimal(const QString &text)
+{
+    return text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
+}
+
+} // namespace
+
+std::optional<quint16> parseValue(const QString &text, bool isBit)
+{
+    // Qt's own conversion also takes signs, blanks and other prefixes within the text.
+    static const QRegularExpression hexadecimal(QLatin1String("\\A0[xX]0*([0-9A-Fa-f]{1,4})\\z"));
+    static const QRegularExpression decimal(QLatin1String("\\A-?0*([0-9]{1,5})\\z"));
+    const QString trimmed = text.trimmed();
+    if (isBit) {
+        const bool isOne = trimmed == QLatin1String("1");
+        return isOne || trimmed == QLatin1String("0") ? std::optional<quint16>(isOne ? 1 : 0)
+                                                      : std::nullopt;
+    }
+    const QRegularExpressionMatch hex = hexadecimal.match(trimmed);
+    if (hex.hasMatch()) {
+        return hex.captured(1).toUShort(nullptr, 16);
+    }
+    const QRegularExpressionMatch digits = decimal.match(trimmed);
+    if (!digits.hasMatch()) {
+        return std::nullopt;
+    }
+    const int size = digits.captured(1).toInt();
+    const int number = trimmed.startsWith(QLatin1Char('-')) ? -size : size;
+    if (number < kLowestSigned || number > kHighestUnsigned) {
+        return std::nullopt;
+    }
+    return static_cast<quint16>(number);
+}
+
+QString valueHint(bool isBit)
+{
+    return isBit ? QLatin1String("0 or 1") : QLatin1String("-32768 to 65535 or 0x0 to 0xFFFF");
+}
+
+QString valueTextLike(quint16 value, const QString &like)
+{
+    const auto before = parseValue(like, false);
+    if (before && *before == value) {
+        return like;
+    }
+    const QString trimmed = like.trimmed();
+    if (isHexadecimal(trimmed)) {
+        const QString digits = QString::number(value, 16).toUpper();
+        return QLatin1String("0x") + digits.rightJustified(4, QLatin1Char('0'));
+    }
+    return trimmed.startsWith(QLatin1Char('-')) ? QString::number(static_cast<qint16>(value))
+                                                : QString::number(value);
+}
+
+QString quotable(const QString &text)
+{
+    QString line = text.left(kLongestQuote);
+    for (QChar &letter : line) {
+        if (!letter.isPrint() || letter == QChar(QChar::ReplacementCharacter)) {
+            letter = QLatin1Char('?');
+        }
+    }
+    return text.size() > kLongestQuote ? line + QLatin1String("...") : line;
+}
+
+QString counted(int count, const char *noun)
+{
+    return QString::fromLatin1("%1 %2%3").arg(count).arg(QLatin1String(noun),
+                                                         QLatin1String(count == 1 ? "" : "s"));
+}
+
+} // namespace cnet

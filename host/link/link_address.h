@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace cnet {
+
+enum class Parity { None, Even, Odd };
+
+/** Settings of a serial line. */
+struct LineSettings
+{
+    int baud = 38400;
+    int dataBits = 8; ///< 7 or 8
+    Parity parity = Parity::None;
+    int stopBits = 1; ///< 1 or 2
+
+    /** Microseconds that one character takes, with its start bit. */
+    int characterMicroseconds() const;
+    /** "38400,8,NONE,1". */
+    QString text() const;
+};
+
+/** Where the PLC is found. */
+struct LinkAddress
+{
+    enum class Kind { Sim, Tcp, Serial };
+
+    Kind kind = Kind::Sim;
+    QString host;      ///< of Tcp
+    quint16 port = 0;  ///< of Tcp
+    QString device;    ///< of Serial
+    LineSettings line; ///< of Serial; for the other kinds what the time-out is computed from
+};
+
+/**
+ * Reads "sim", "tcp:HOST:PORT" or "serial:DEVICE[,BAUD,DATABITS,PARITY,STOPBITS]". Fields of the
+ * serial line may be left out from the right; they have the driver's defaults then.
+ *
+ * @param error receives one sentence, with what was expected, when the result is empty
+ */
+std::optional<LinkAddress> parseLinkAddress(const QString &text, QString &error);
+
+} // namespace cnet

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "host/driver/driver_session.h"
+
+namespace cnet {
+
+enum class RecipeDirection {
+    Write, ///< from the buffer to the PLC
+    Read,  ///< from the PLC into the buffer
+};
+
+/** The memory through which panel and driver hand a recipe to each other. */
+class RecipeArea
+{
+public:
+    /** @param driver must outlive this object */
+    explicit RecipeArea(DriverSession &driver)
+        : m_driver(driver)
+    {}
+
+    /** Asks the driver for a transfer; the driver withdraws the request when it is over. */
+    void request(RecipeDirection direction);
+
+    /** False once the transfer is over. */
+    bool isRequested(RecipeDirection direction);
+
+    /** Withdraws both requests. */
+    void clearRequests();
+
+    /** @param index of the word in the recipe buffer; beyond its end there is nothing, and 0 */
+    void setWord(int index, quint16 value);
+    quint16 word(int index);
+
+private:
+    DriverSession &m_driver;
+};
+
+} // namespace cnet

@@ -1,0 +1,200 @@
+#include "host/wire/frame_words.h"
+
+#include "host/wire/answer_collector.h"
+
+#include <QStringList>
+
+#include <numeric>
+
+namespace cnet {
+
+namespace {
+
+struct CodeName
+{
+    int code;
+    const char *name;
+};
+
+// The error codes of the MASTER-K manuals.
+const CodeName kCodeNames[] = {
+    {0x0003, "more than 16 blocks"},
+    {0x0004, "name longer than 16 characters"},
+    {0x0007, "data type of the name not supported"},
+    {0x0011, "malformed data or name"},
+    {0x1132, "no such device, or address outside the device"},
+    {0x1232, "more than 60 words in one request"},
+    {0x1234, "more characters in the frame than the request needs"},
+    {0x1332, "data types of one request differ"},
+    {0x1432, "data that are not hexadecimal"},
+};
+
+QString latin1(const QByteArray &text)
+{
+    return QString::fromLatin1(text);
+}
+
+// Fields of a frame's body from left to right; what lies beyond its end reads as empty or 0.
+class Fields
+{
+public:
+    explicit Fields(const QByteArray &body)
+        : m_body(body)
+    {}
+
+    QByteArray take(int count)
+    {
+        QByteArray field = m_body.left(count);
+        m_body.remove(0, count);
+        return field;
+    }
+
+    int takeNumber() { return take(2).toInt(nullptr, 16); }
+    bool atEnd() const { return m_body.isEmpty(); }
+    QByteArray rest() const { return m_body; }
+
+private:
+    QByteArray m_body;
+};
+
+// "10 bytes 0001 0002": data in groups of four characters, as a PLC word has.
+QString dataInWords(const QByteArray &data)
+{
+    QStringList groups;
+    for (int i = 0; i < data.size(); i += 4) {
+        groups.append(latin1(data.mid(i, 4)));
+    }
+    return groups.join(QLatin1Char(' '));
+}
+
+QString singleRequestInWords(Fields fields, bool writes)
+{
+    QStringList names;
+    for (int blocks = fields.takeNumber(); blocks > 0 && !fields.atEnd(); --blocks) {
+        QByteArray name = fields.take(fields.takeNumber());
+        QString text = latin1(name);
+        if (writes) {
+            const int digits = name.mid(2, 1).toUpper() == "X" ? 2 : 4;
+            text += QLatin1String(" = ") + latin1(fields.take(digits));
+        }
+        names.append(text);
+    }
+    return names.join(QLatin1String(", "));
+}
+
+QString blockRequestInWords(Fields fields, bool writes)
+{
+    const QString name = latin1(fields.take(fields.takeNumber()));
+    const int words = fields.takeNumber();
+    const QString text = QString::fromLatin1("%1 words from %2").arg(words).arg(name);
+    return writes ? text + QLatin1String(" = ") + dataInWords(fields.rest()) : text;
+}
+
+QString requestInWords(const QByteArray &command, const QByteArray &body)
+{
+    const bool writes = command.left(1).toLower() == "w";
+    const bool single = command.mid(1) == "SS";
+    if (!single && command.mid(1) != "SB") {
+        return QString::fromLatin1("command %1").arg(latin1(command));
+    }
+    return QString::fromLatin1("%1 %2").arg(QLatin1String(writes ? "write" : "read"),
+                                            single ? singleRequestInWords(Fields(body), writes)
+                                                   : blockRequestInWords(Fields(body), writes));
+}
+
+QString answerInWords(const QByteArray &command, const QByteArray &body)
+{
+    if (body.isEmpty()) {
+        return QLatin1String("done");
+    }
+    Fields fields(body);
+    QStringList blocks;
+    for (int count = fields.takeNumber(); count > 0 && !fields.atEnd(); --count) {
+        blocks.append(dataInWords(fields.take(2 * fields.takeNumber())));
+    }
+    return QString::fromLatin1("%1 answered: %2")
+        .arg(latin1(command), blocks.join(QLatin1String(", ")));
+}
+
+// The sum over the frame up to its tail character, against the two characters behind it.
+bool blockCheckHolds(const QByteArray &frame, int tail)
+{
+    const int sum =
+        std::accumulate(frame.cbegin(), frame.cbegin() + tail + 1, 0, [](int total, char byte) {
+            return total + static_cast<unsigned char>(byte);
+        });
+    const QByteArray expected = QByteArray::number(sum & 0xFF, 16).rightJustified(2, '0').toUpper();
+    return frame.mid(tail + 1, kBlockCheckLength) == expected;
+}
+
+bool isHeadCharacter(char byte)
+{
+    return byte == kEnq || byte == kAck || byte == kNak;
+}
+
+// Head, station (2), command and type (3), tail.
+const int kShortestFrame = 7;
+
+} // namespace
+
+QString frameInWords(const QByteArray &frame)
+{
+    if (frame.isEmpty()) {
+        return QLatin1String("nothing");
+    }
+    const char head = frame.at(0);
+    const int tail = static_cast<int>(frame.indexOf(head == kEnq ? kEot : kEtx));
+    if (!isHeadCharacter(head)) {
+        return QLatin1String("no frame");
+    }
+    if (tail < kShortestFrame - 1) {
+        return QLatin1String("a frame without its end");
+    }
+    const QByteArray command = frame.mid(3, 3);
+    const QByteArray body = frame.mid(6, tail - 6);
+    QString text = QString::fromLatin1("station %1, ").arg(frame.mid(1, 2).toInt(nullptr, 16));
+    if (head == kEnq) {
+        text += requestInWords(command, body);
+    } else if (head == kAck) {
+        text += answerInWords(command, body);
+    } else {
+        text += QString::fromLatin1("%1 refused: %2")
+                    .arg(latin1(command), refusalInWords(body.left(4).toInt(nullptr, 16)));
+    }
+    // A lower-case command asks for block checks; without one there is nothing to compare.
+    if (command.at(0) >= 'a' && command.at(0) <= 'z' && !blockCheckHolds(frame, tail)) {
+        text += QLatin1String(" (block check wrong)");
+    }
+    return text;
+}
+
+std::optional<int> refusalCode(const QByteArray &frame)
+{
+    const int codePosition = 6;
+    if (!frame.startsWith(kNak)) {
+        return std::nullopt;
+    }
+    bool ok = false;
+    const int code = frame.mid(codePosition, 4).toInt(&ok, 16);
+    return ok ? std::optional<int>(code) : std::nullopt;
+}
+
+QString refusalInWords(int code)
+{
+    const char *name = "an unknown error code";
+    for (const CodeName &entry : kCodeNames) {
+        if (entry.code == code) {
+            name = entry.name;
+        }
+    }
+    return QString::fromLatin1("%1, %2")
+        .arg(code, 4, 16, QLatin1Char('0'))
+        .arg(QLatin1String(name));
+}
+
+QString hexText(const QByteArray &bytes)
+{
+    return QString::fromLatin1(bytes.toHex(' ').toUpper());
+}
+
+} // namespace cnet

@@ -1,0 +1,79 @@
+#include "panel/commands/commands.h"
+#include "panel/system/exit_code.h"
+
+#include <QtTest>
+
+using namespace cnet;
+using namespace cnet::panel;
+
+class TestCommands : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void refuses_data();
+    void refuses();
+};
+
+// Every refusal is one line that says what was expected.
+void TestCommands::refuses_data()
+{
+    QTest::addColumn<QString>("arguments"); // divided by blanks
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("message");
+    const auto row = [](const char *arguments, int exitCode, const char *message) {
+        QTest::newRow(arguments) << QString::fromLatin1(arguments) << exitCode
+                                 << QString::fromLatin1(message);
+    };
+    row("", kUsage, "expected a command");
+    row("bogus", kUsage, "no command 'bogus'");
+    row("--link sim bogus", kUsage, "no command 'bogus'");
+    row("--wrong monitor D_W:1", kUsage, "Unknown option 'wrong'");
+    row("describe extra", kUsage, "describe takes no arguments");
+    row("describe --count 3", kUsage, "Unknown option 'count'");
+    row("monitor", kUsage, "expected at least one item");
+    row("monitor D_W:x", kUsage, "an address of D_W is a number from 0 to 9999");
+    row("monitor D_W:1 D_Q:1", kUsage, "no register 'D_Q'");
+    row("monitor --link x D_W:1", kUsage, "expected sim, tcp:HOST:PORT or serial:DEVICE");
+    row("monitor --format x D_W:1", kUsage, "expected text, json or csv");
+    row("monitor --count 0 D_W:1", kUsage, "expected a number from 1 to");
+    row("monitor --count x D_W:1", kUsage, "expected a number from 1 to");
+    row("monitor --for 0 D_W:1", kUsage, "expected a number of seconds above 0");
+    row("monitor --for -1 D_W:1", kUsage, "expected a number of seconds above 0");
+    row("monitor --for nan D_W:1", kUsage, "expected a number of seconds above 0");
+    row("monitor --for 1e99 D_W:1", kUsage, "expected a number of seconds above 0");
+    row("monitor --station 32 D_W:1", kUsage, "expected a number from 0 to 31");
+    row("monitor --station -1 D_W:1", kUsage, "expected a number from 0 to 31");
+    row("monitor --block-words 0 D_W:1", kUsage, "expected a number from 1 to 255");
+    row("monitor --block-words 256 D_W:1", kUsage, "expected a number from 1 to 255");
+    row("monitor --retries 0 D_W:1", kUsage, "expected a number from 1 to 1000");
+    row("monitor --timeout 0 D_W:1", kUsage, "expected a number from 1 to");
+    row("monitor --interval -1 D_W:1", kUsage, "expected a number from 0 to");
+    row("monitor --count", kUsage, "Missing value");
+    row("monitor --link serial:/nowhere/tty D_W:1", kNoLink, "cannot open serial /nowhere/tty");
+    row("--driver /nowhere/lib.so describe", kNoDriver, "cannot load the driver");
+    row("describe --driver /nowhere/lib.so", kNoDriver, "cannot load the driver");
+}
+
+void TestCommands::refuses()
+{
+    QFETCH(QString, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, message);
+    QStringList said;
+    Messages messages;
+    messages.setSink([&](const QString &line) { said.append(line); });
+    QStringList all{QLatin1String("cnet-panel")};
+    if (!arguments.contains(QLatin1String("--driver"))) {
+        all += {QLatin1String("--driver"), QLatin1String(DRIVER_FILE)};
+    }
+    all += arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    QCOMPARE(runCommandLine(all, messages), exitCode);
+    QCOMPARE(said.size(), 1);
+    QVERIFY2(said.first().startsWith(QLatin1String("cnet-panel: ")), qPrintable(said.first()));
+    QVERIFY2(said.first().contains(message), qPrintable(said.first()));
+    QVERIFY(!said.first().contains(QLatin1Char('\n')));
+}
+
+QTEST_GUILESS_MAIN(TestCommands)
+#include "test_commands.moc"

@@ -1,0 +1,152 @@
+#include "host/support/sim_panel.h"
+
+#include "panel/runs/monitor_writes.h"
+
+#include <QtTest>
+
+#include <unistd.h>
+
+#include <array>
+#include <memory>
+
+using namespace cnet;
+using namespace cnet::panel;
+
+class TestMonitorWrites : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void asks_data();
+    void asks();
+    void refuses_data();
+    void refuses();
+    void writesAndSaysHowItEnded_data();
+    void writesAndSaysHowItEnded();
+    void correctsALine();
+    void listensToTerminalsOnly();
+
+private:
+    DriverLibrary m_driver;
+    RegisterCatalog m_registers;
+    QStringList m_said;
+    Messages m_messages;
+    std::unique_ptr<SimPanel> m_panel;
+    std::unique_ptr<MonitorWrites> m_writes;
+};
+
+void TestMonitorWrites::initTestCase()
+{
+    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE)), qPrintable(m_driver.errorText()));
+    m_registers = RegisterCatalog(m_driver.functions());
+    m_messages.setSink([this](const QString &line) { m_said.append(line); });
+}
+
+void TestMonitorWrites::init()
+{
+    m_said.clear();
+    m_panel = std::make_unique<SimPanel>(m_driver.functions());
+    m_writes = std::make_unique<MonitorWrites>(m_panel->driver, m_panel->exchange, m_registers,
+                                               m_messages, 2, 60);
+    m_panel->open();
+}
+
+void TestMonitorWrites::cleanup()
+{
+    m_writes.reset();
+    m_panel.reset();
+}
+
+void TestMonitorWrites::asks_data()
+{
+    QTest::addColumn<QByteArray>("keys");
+    QTest::addColumn<QString>("line");
+    const QString closed = QLatin1String("w: write a value");
+    const auto row = [](const QByteArray &keys, const QString &line) {
+        QTest::newRow(keys.toPercentEncoding().constData()) << keys << line;
+    };
+    row("", closed);
+    row("x", closed);
+    row("w", QLatin1String("write ITEM=VALUE (Esc leaves): _"));
+    row("wD_W:1", QLatin1String("write ITEM=VALUE (Esc leaves): D_W:1_"));
+    row("Ww", QLatin1String("write ITEM=VALUE (Esc leaves): w_"));
+    row("wabc\x1b", closed);
+    row("w\r", closed);
+    row("w  \r", closed);
+    row("wabc\x1b\x1bw", QLatin1String("write ITEM=VALUE (Esc leaves): _"));
+}
+
+void TestMonitorWrites::asks()
+{
+    QFETCH(QByteArray, keys);
+    QFETCH(QString, line);
+    m_writes->type(keys);
+    QVERIFY2(m_writes->bottomLine().startsWith(line), qPrintable(m_writes->bottomLine()));
+}
+
+void TestMonitorWrites::refuses_data()
+{
+    QTest::addColumn<QString>("said");
+    const auto row = [](const char *text, const char *said) {
+        QTest::newRow(text) << QString::fromLatin1(said);
+    };
+    row("D_W:1", "expected ITEM=VALUE");
+    row("D_W:1=x", "'x' is no value of D_W");
+    row("D_W:10000=1", "an address of D_W is a number from 0 to 9999");
+    row("D_W:9999=1,2", "'2/D_W:9999*2': out of range");
+    row("X:1=1", "the driver has no register 'X'");
+}
+
+// What is refused never reaches the line, and stays to be corrected.
+void TestMonitorWrites::refuses()
+{
+    QFETCH(QString, said);
+    m_writes->type("w" + QByteArray(QTest::currentDataTag()) + "\r");
+    QCOMPARE(m_said.size(), 1);
+    QVERIFY2(m_said.first().contains(said), qPrintable(m_said.first()));
+    QVERIFY(m_writes->bottomLine().contains(QLatin1String(QTest::currentDataTag())));
+    QSignalSpy idle(&m_panel->exchange, &Exchange::idle);
+    QTRY_VERIFY(idle.size() >= 2);
+    QVERIFY(m_panel->frames.isEmpty());
+}
+
+void TestMonitorWrites::writesAndSaysHowItEnded_data()
+{
+    QTest::addColumn<QString>("said");
+    QTest::newRow("D_W:5=7") << "cnet-panel: 2/D_W:5=7: written";
+    QTest::newRow("1/D_W:5=7,8") << "cnet-panel: 1/D_W:5*2=7,8: written";
+    QTest::newRow(" TX:3=1 ") << "cnet-panel: 2/TX:3=1: written";
+    QTest::newRow("F_W:0=1") << "cnet-panel: 2/F_W:0=1: not written (refused: 1132, no such "
+                                "device, or address outside the device)";
+}
+
+void TestMonitorWrites::writesAndSaysHowItEnded()
+{
+    m_writes->type("w" + QByteArray(QTest::currentDataTag()) + "\r");
+    QVERIFY(m_writes->bottomLine().startsWith(QLatin1String("w: write")));
+    QTRY_COMPARE(m_said.size(), 1);
+    QTEST(m_said.first(), "said");
+}
+
+void TestMonitorWrites::correctsALine()
+{
+    m_writes->type("wD_W:5=70000\r\x7f\x7f\r");
+    QTRY_COMPARE(m_said.size(), 2);
+    QCOMPARE(m_said.last(), QLatin1String("cnet-panel: 2/D_W:5=700: written"));
+    QCOMPARE(m_panel->memory(2).word('D', 5).value_or(0), quint16(700));
+}
+
+void TestMonitorWrites::listensToTerminalsOnly()
+{
+    std::array<int, 2> ends{};
+    QCOMPARE(pipe(ends.data()), 0);
+    QVERIFY(!m_writes->listenTo(ends[0]));
+    close(ends[0]);
+    close(ends[1]);
+}
+
+QTEST_GUILESS_MAIN(TestMonitorWrites)
+#include "test_monitor_writes.moc"

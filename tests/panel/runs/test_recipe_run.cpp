@@ -1,0 +1,105 @@
+#include "host/support/test_registers.h"
+
+#include "panel/system/exit_code.h"
+#include "panel/runs/recipe_run.h"
+
+#include <QRegularExpression>
+#include <QtTest>
+
+using namespace cnet;
+using namespace cnet::panel;
+
+class TestRecipeRun : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init() { m_said.clear(); }
+    void writes();
+    void reads();
+    void fails();
+    void hasNothingToTransfer();
+    void noLink();
+
+private:
+    int run(const QVector<RecipeItem> &items, RecipeDirection direction);
+
+    DriverLibrary m_driver;
+    RegisterCatalog m_registers;
+    QStringList m_said;
+    Messages m_messages;
+    LinkSettings m_link;
+    QVector<QVector<quint16>> m_values;
+};
+
+void TestRecipeRun::initTestCase()
+{
+    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE)), qPrintable(m_driver.errorText()));
+    m_registers = RegisterCatalog(m_driver.functions());
+    m_link.link.line.baud = 4000000;
+}
+
+int TestRecipeRun::run(const QVector<RecipeItem> &items, RecipeDirection direction)
+{
+    m_values.clear();
+    m_messages.setSink([this](const QString &line) { m_said.append(line); });
+    return runRecipe(m_driver.functions(), m_link, m_registers, items, direction, m_messages,
+                     m_values);
+}
+
+void TestRecipeRun::writes()
+{
+    // 59 words do not fit one write, though 60 fit a read.
+    const QVector<RecipeItem> items{{testItem("D_W", 5000, 59), QVector<quint16>(59, 7), 2}};
+    QCOMPARE(run(items, RecipeDirection::Write), static_cast<int>(kFine));
+    const QRegularExpression end(
+        QLatin1String("\\Acnet-panel: recipe write: 2 blocks, 59 words, \\d+\\.\\d\\d s\\z"));
+    QVERIFY2(end.match(m_said.value(0)).hasMatch(), qPrintable(m_said.join(QLatin1Char('\n'))));
+}
+
+void TestRecipeRun::reads()
+{
+    const QVector<RecipeItem> items{{testItem("M_W", 200, 1), {}, 2},
+                                    {testItem("D_W", 5000, 60), {}, 3}};
+    QCOMPARE(run(items, RecipeDirection::Read), static_cast<int>(kFine));
+    QVERIFY(
+        m_said.value(0).startsWith(QLatin1String("cnet-panel: recipe read: 2 blocks, 61 words")));
+    QCOMPARE(m_values, (QVector<QVector<quint16>>{{0}, QVector<quint16>(60, 0)}));
+}
+
+void TestRecipeRun::fails()
+{
+    const QVector<RecipeItem> items{{testItem("D_W", 9999, 1), {1}, 2},
+                                    {testItem("M_W", 256, 1), {1}, 3}};
+    QCOMPARE(run(items, RecipeDirection::Write), static_cast<int>(kDeviceFailed));
+    QVERIFY2(m_said.last().startsWith(QLatin1String(
+                 "cnet-panel: recipe write failed at block 2 (1/M_W:256*1): refused")),
+             qPrintable(m_said.last()));
+    QVERIFY(m_said.last().endsWith(QLatin1String("1 of 2 words had been transferred")));
+    QVERIFY(m_values.isEmpty());
+}
+
+void TestRecipeRun::hasNothingToTransfer()
+{
+    QCOMPARE(run({}, RecipeDirection::Read), static_cast<int>(kUsage));
+    QCOMPARE(m_said, QStringList{QLatin1String("cnet-panel: the recipe has nothing to transfer")});
+}
+
+void TestRecipeRun::noLink()
+{
+    LinkSettings none;
+    none.link.kind = LinkAddress::Kind::Serial;
+    none.link.device = QLatin1String("/nowhere/tty");
+    std::swap(none, m_link);
+    const int exitCode = run({{testItem("D_W", 1, 1), {1}, 2}}, RecipeDirection::Write);
+    std::swap(none, m_link);
+    QCOMPARE(exitCode, static_cast<int>(kNoLink));
+    QCOMPARE(m_said.size(), 1);
+    // And the next transfer is not hurt by it.
+    QCOMPARE(run({{testItem("D_W", 1, 1), {1}, 2}}, RecipeDirection::Write),
+             static_cast<int>(kFine));
+}
+
+QTEST_GUILESS_MAIN(TestRecipeRun)
+#include "test_recipe_run.moc"

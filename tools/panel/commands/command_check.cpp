@@ -1,0 +1,116 @@
+#include "host/address/address.h"
+#include "panel/commands/commands.h"
+#include "panel/system/exit_code.h"
+#include "host/driver/item_check.h"
+#include "panel/commands/link_settings.h"
+#include "panel/system/standard_output.h"
+#include "host/address/value_text.h"
+
+#include <limits>
+
+namespace cnet::panel {
+
+namespace {
+
+void addOptions(QCommandLineParser &parser)
+{
+    parser.addOption({QLatin1String("words"),
+                      QLatin1String("Checks for an object of this many 16-bit words."),
+                      QLatin1String("N")});
+    parser.addOption({QLatin1String("bits"),
+                      QLatin1String("Checks for an object of this many bits or contacts."),
+                      QLatin1String("N")});
+    parser.addOption({QLatin1String("write"), QLatin1String("Checks for an object that writes.")});
+}
+
+// What is asked of the driver.
+struct Question
+{
+    QString registerName;
+    QString address;
+    bool asBits = false;
+    int count = 1;
+    Access access = Access::Read;
+};
+
+bool readQuestion(const Invocation &invocation, Question &question, QString &error)
+{
+    const QCommandLineParser &parser = invocation.parser;
+    const QString words = QLatin1String("words");
+    const QString bits = QLatin1String("bits");
+    if (invocation.arguments.size() != 2) {
+        error = QLatin1String("expected a register and an address, for example D_W 100");
+        return false;
+    }
+    if (parser.isSet(words) && parser.isSet(bits)) {
+        error = QLatin1String("expected --words or --bits, not both");
+        return false;
+    }
+    question.registerName = invocation.arguments.at(0);
+    question.address = invocation.arguments.at(1);
+    question.access = parser.isSet(QLatin1String("write")) ? Access::Write : Access::Read;
+    const RegisterInfo *reg = invocation.registers.find(question.registerName);
+    question.asBits =
+        parser.isSet(bits) || (!parser.isSet(words) && reg != nullptr && reg->isBit());
+    return readNumberOption(parser, question.asBits ? bits : words, 1,
+                            std::numeric_limits<int>::max(), question.count, error);
+}
+
+// The editor's plain check first, then the one that knows what the object does.
+int ask(const DriverFunctions &driver, const Question &question, int &number)
+{
+    const int code = driver.checkAddrValidity(question.registerName, question.address, number,
+                                              question.count, question.asBits ? 0 : 1);
+    return code == kAddressValid
+               ? checkAddress(driver, question.registerName, question.address, question.asBits,
+                              question.count, question.access, number)
+               : code;
+}
+
+QString field(const char *title, const QString &value)
+{
+    return QString::fromLatin1(title).leftJustified(10) + value + QLatin1Char('\n');
+}
+
+// The register by itself, where the driver answers for a name that it does not have.
+QString answerText(const Question &question, const RegisterCatalog &registers, int code, int number)
+{
+    const RegisterInfo *reg = registers.find(question.registerName);
+    const int shown = reg == nullptr ? kAddressUnknownName : code;
+    QString text =
+        QString::fromLatin1("%1 %2: %3\n")
+            .arg(quotable(question.registerName), quotable(question.address),
+                 shown == kAddressValid ? addressCodeText(shown)
+                                        : QLatin1String("not valid, ") + addressCodeText(shown));
+    if (shown == kAddressValid) {
+        text += field("number", QString::number(number));
+    }
+    if (reg == nullptr) {
+        return text + field("registers", registers.names().join(QLatin1Char(' ')));
+    }
+    return text + field("size", counted(question.count, question.asBits ? "bit" : "word")) +
+           field("limits", addressHint(*reg));
+}
+
+int run(const Invocation &invocation)
+{
+    QString error;
+    Question question;
+    if (!readQuestion(invocation, question, error)) {
+        invocation.messages.say(error);
+        return kUsage;
+    }
+    int number = 0;
+    const int code = ask(invocation.driver, question, number);
+    writeToStandardOutput(answerText(question, invocation.registers, code, number).toLocal8Bit());
+    return code == kAddressValid ? kFine : kUsage;
+}
+
+} // namespace
+
+const Command kCheckCommand = {"check", "REGISTER ADDRESS",
+                               "Says whether the driver takes an address for an object of the "
+                               "panel. Ends with 2 when it does not.",
+                               addOptions, run};
+
+} // namespace cnet::panel

@@ -1,0 +1,72 @@
+#include "panel/commands/command_items.h"
+#include "panel/system/exit_code.h"
+#include "panel/runs/monitor_run.h"
+#include "panel/commands/output_format.h"
+#include "panel/commands/link_settings.h"
+
+#include <cmath>
+
+namespace cnet::panel {
+
+namespace {
+
+// What a timer of the event loop can hold: 24 days.
+const double kLongestSeconds = 2000000;
+const int kHighestRounds = 1000000000;
+
+void addOptions(QCommandLineParser &parser)
+{
+    addLinkOptions(parser);
+    parser.addOption(
+        {QLatin1String("for"), QLatin1String("Ends after this time."), QLatin1String("SECONDS")});
+    parser.addOption({QLatin1String("count"),
+                      QLatin1String("Ends after this many rounds. A round is over when every block "
+                                    "was read or given up once."),
+                      QLatin1String("N")});
+    addFormatOption(parser, "text (default: a table on a terminal, otherwise a line for each "
+                            "change), json or csv.");
+}
+
+bool readDuration(const QCommandLineParser &parser, qint64 &durationMs, QString &error)
+{
+    const QString text = parser.value(QLatin1String("for"));
+    if (!parser.isSet(QLatin1String("for"))) {
+        return true;
+    }
+    bool ok = false;
+    const double seconds = text.toDouble(&ok);
+    if (!ok || !(seconds > 0 && seconds <= kLongestSeconds)) {
+        error = QString::fromLatin1("--for '%1': expected a number of seconds above 0").arg(text);
+        return false;
+    }
+    durationMs = std::llround(std::ceil(seconds * 1000));
+    return true;
+}
+
+int run(const Invocation &invocation)
+{
+    QString error;
+    MonitorRun monitorRun;
+    const QCommandLineParser &parser = invocation.parser;
+    const auto link = readLinkSettings(parser, error);
+    if (!link || !readFormatOption(parser, monitorRun.format, error) ||
+        !readDuration(parser, monitorRun.durationMs, error) ||
+        !readNumberOption(parser, QLatin1String("count"), 1, kHighestRounds, monitorRun.rounds,
+                          error) ||
+        !readItems(invocation, link->station, monitorRun.items, error)) {
+        invocation.messages.say(error);
+        return kUsage;
+    }
+    monitorRun.registers = &invocation.registers;
+    return runMonitor(invocation.driver, *link, monitorRun, invocation.messages);
+}
+
+} // namespace
+
+const Command kMonitorCommand = {
+    "monitor", "ITEM...",
+    "Shows values live. ITEM is [STATION/]REGISTER:ADDRESS[*COUNT], for "
+    "example D_W:100*10 2/M_bit:3.5 TX:7. On a terminal w writes a value.",
+    addOptions, run};
+
+} // namespace cnet::panel

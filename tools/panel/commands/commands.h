@@ -1,0 +1,49 @@
+#pragma once
+
+#include "host/driver/driver_library.h"
+#include "panel/system/messages.h"
+#include "host/address/register_catalog.h"
+
+#include <QCommandLineParser>
+#include <QString>
+#include <QStringList>
+
+namespace cnet::panel {
+
+/** What a command is given: its command line, parsed, and the loaded driver. */
+struct Invocation
+{
+    const QCommandLineParser &parser;
+    QStringList arguments; ///< positional ones behind the command's name
+    const DriverFunctions &driver;
+    const RegisterCatalog &registers;
+    Messages &messages;
+};
+
+/** One command of the program. */
+struct Command
+{
+    const char *name;
+    const char *arguments; ///< for the usage line
+    const char *summary;
+    void (*addOptions)(QCommandLineParser &parser);
+    int (*run)(const Invocation &invocation); ///< @return exit code
+};
+
+extern const Command kDescribeCommand;
+extern const Command kMonitorCommand;
+extern const Command kReadCommand;
+extern const Command kWriteCommand;
+extern const Command kRecipeCommand;
+extern const Command kCheckCommand;
+extern const Command kSeriesCommand;
+
+/**
+ * Finds the command on the command line and runs it.
+ *
+ * @param arguments with the program's name
+ * @return exit code
+ */
+int runCommandLine(const QStringList &arguments, Messages &messages);
+
+} // namespace cnet::panel

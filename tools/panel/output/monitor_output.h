@@ -1,0 +1,61 @@
+#pragma once
+
+#include "host/monitor/monitor.h"
+#include "host/exchange/station_counters.h"
+
+#include <QIODevice>
+#include <QMap>
+#include <QString>
+
+#include <memory>
+
+namespace cnet::panel {
+
+enum class OutputFormat { Text, Json, Csv };
+
+/** How things stand at one moment, beside the values. */
+struct MonitorStatus
+{
+    QString link;     ///< name of the link
+    QString linkLost; ///< why it is down; empty: it is open
+    int rounds = 0;
+    qint64 nowMs = 0; ///< on the monitor's clock
+    QDateTime time;
+    QMap<int, StationCounters> stations;
+};
+
+/** Shows what a monitor watches. */
+class MonitorOutput
+{
+public:
+    MonitorOutput() = default;
+    virtual ~MonitorOutput() = default;
+    MonitorOutput(const MonitorOutput &) = delete;
+    MonitorOutput &operator=(const MonitorOutput &) = delete;
+
+    /** Values were read for the first time or have changed. */
+    virtual void showChanges(const Monitor &monitor, const QVector<ValueChange> &changes) = 0;
+
+    /** Called a few times a second, for outputs that show ages and counters. */
+    virtual void refresh(const Monitor & /*monitor*/, const MonitorStatus & /*status*/) {}
+
+    /** The last word, before the program ends. */
+    virtual void end(const Monitor & /*monitor*/, const MonitorStatus & /*status*/) {}
+};
+
+/** A line of text for each change, and nothing else. */
+std::unique_ptr<MonitorOutput> makeTextOutput(QIODevice &device);
+
+/** A JSON object on a line for each change; at the end one for each item and each station. */
+std::unique_ptr<MonitorOutput> makeJsonOutput(QIODevice &device);
+
+/** A header and a row for each change. */
+std::unique_ptr<MonitorOutput> makeCsvOutput(QIODevice &device);
+
+/** A value as people read it: "4660 0x1234" of a word, "1" of a bit. */
+QString valueText(const RegisterInfo &reg, quint16 value);
+
+/** One station and its counters on a line: "station 1: answers, 120 frames, ...". */
+QString stationLine(int station, const StationCounters &counters);
+
+} // namespace cnet::panel

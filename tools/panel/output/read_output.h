@@ -1,0 +1,21 @@
+#pragma once
+
+#include "panel/output/monitor_output.h"
+#include "host/jobs/reader.h"
+
+#include <QByteArray>
+#include <QVector>
+
+namespace cnet::panel {
+
+/**
+ * What was read, for standard output: as text a line for each value, as CSV a header and a row for
+ * each value, as JSON an object for each item. A value that was not read is a dash, an empty field,
+ * or null.
+ */
+QByteArray readOutput(const QVector<ReadResult> &results, OutputFormat format);
+
+/** The values of an item on one line: "4660 0x1234, 5 0x0005"; a dash for what was not read. */
+QString valuesText(const ReadResult &result);
+
+} // namespace cnet::panel

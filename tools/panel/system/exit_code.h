@@ -1,0 +1,14 @@
+#pragma once
+
+namespace cnet::panel {
+
+/** What the program tells its caller. The values are documented in --help and must not move. */
+enum ExitCode {
+    kFine = 0,         ///< everything that was asked for was done
+    kDeviceFailed = 1, ///< a device refused or did not answer
+    kUsage = 2,        ///< a bad command line, register or address
+    kNoLink = 3,       ///< the link could not be opened
+    kNoDriver = 4,     ///< the driver could not be loaded
+};
+
+} // namespace cnet::panel

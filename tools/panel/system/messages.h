@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+namespace cnet::panel {
+
+/**
+ * What the program says beside its data: on standard error, or wherever a screen that occupies the
+ * terminal puts it.
+ */
+class Messages
+{
+public:
+    using Sink = std::function<void(const QString &line)>;
+
+    Messages();
+
+    /** An empty sink stands for standard error. */
+    void setSink(Sink sink);
+    const Sink &sink() const { return m_sink; }
+
+    /** One message to the user, on one line of bounded length; the program's name goes before it.
+     */
+    void say(const QString &text);
+
+    /** One line as it is. */
+    void line(const QString &text);
+
+private:
+    Sink m_sink;
+};
+
+/** One line to standard error, at once. */
+void writeToStandardError(const QString &line);
+
+} // namespace cnet::panel

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "panel/output/monitor_output.h"
+
+#include <QSize>
+#include <QStringList>
+
+#include <functional>
+
+namespace cnet::panel {
+
+/**
+ * A table on a terminal that updates in place. What the program says meanwhile scrolls by above it.
+ * The cursor is hidden while the screen lives and comes back with its end, whatever ends it in
+ * order.
+ */
+class Screen : public MonitorOutput
+{
+public:
+    /** @param device the terminal; @param size its columns and rows, asked for at every refresh */
+    Screen(QIODevice &device, std::function<QSize()> size);
+    ~Screen() override;
+
+    void showChanges(const Monitor & /*monitor*/, const QVector<ValueChange> & /*changes*/) override
+    {}
+    void refresh(const Monitor &monitor, const MonitorStatus &status) override;
+    void end(const Monitor &monitor, const MonitorStatus &status) override;
+
+    /** A line below the table, from the next refresh on; of a long one its end is shown. */
+    void setBottomLine(const QString &line) { m_bottomLine = line; }
+
+    /** Shows a line above the table. */
+    void say(const QString &line);
+
+private:
+    QByteArray backToTop() const;
+    void draw();
+
+    QIODevice &m_device;
+    std::function<QSize()> m_size;
+    QSize m_lastSize;
+    QStringList m_shown;
+    QStringList m_lines;
+    QString m_bottomLine; ///< empty: none
+};
+
+/** True when the file descriptor leads to a terminal that understands cursor movement. */
+bool isTerminal(int fileDescriptor);
+
+/** Columns and rows of the terminal; 80 x 24 where it does not tell. */
+QSize terminalSize(int fileDescriptor);
+
+} // namespace cnet::panel

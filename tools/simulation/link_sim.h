@@ -1,0 +1,51 @@
+#pragma once
+
+#include "host/link/link.h"
+
+#include <plc/line.h>
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <deque>
+
+namespace cnet {
+
+/**
+ * A simulated PLC inside the program, so that everything can be tried without a device. Its answers
+ * take the time of a serial line, and many of its values change: low data registers, current values
+ * and contacts of low timers and counters, and low auxiliary and I/O relays.
+ */
+class LinkSim : public Link
+{
+    Q_OBJECT
+
+public:
+    /**
+     * @param stations stations on the line
+     * @param baud speed of the line; 0: as fast as it goes
+     */
+    LinkSim(const QVector<int> &stations, int baud, QObject *parent = nullptr);
+
+    void open() override;
+    void close() override;
+    bool isOpen() const override { return m_open; }
+    void send(const QByteArray &bytes) override;
+    QString name() const override { return QLatin1String("simulated PLC"); }
+    int usualIntervalMs() const override { return 20; }
+
+    /** The stations, to set values and faults. */
+    plc::Bus &bus() { return m_bus; }
+
+private:
+    void deliver();
+
+    plc::Bus m_bus;
+    plc::Line m_line;
+    std::deque<plc::Chunk> m_underway;
+    QTimer m_due;
+    QElapsedTimer m_clock;
+    bool m_open = false;
+};
+
+} // namespace cnet
