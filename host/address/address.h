@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/address/register_catalog.h"
+#include "host/address/register_info.h"
 
 #include <QString>
 

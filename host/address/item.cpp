@@ -15,6 +15,24 @@ QString itemError(const QString &text, const QString &what)
     return QString::fromLatin1("'%1': %2").arg(text, what);
 }
 
+// What people try who know it from elsewhere.
+QString formError(const QString &text)
+{
+    static const QRegularExpression range(QLatin1String("\\A(.*:)([0-9]+)-([0-9]+)\\z"));
+    const QRegularExpressionMatch match = range.match(text);
+    const int count = match.captured(3).toInt() - match.captured(2).toInt() + 1;
+    QString error = QLatin1String("expected [STATION/]REGISTER:ADDRESS[*COUNT], for example "
+                                  "1/D_W:100*10");
+    if (match.hasMatch() && count > 0) {
+        error += QString::fromLatin1("; did you mean %1%2*%3?")
+                     .arg(match.captured(1), match.captured(2))
+                     .arg(count);
+    } else if (text.startsWith(QLatin1Char('@'))) {
+        error += QLatin1String("; a list of items in a file is given by $(cat FILE)");
+    }
+    return error;
+}
+
 QString rangeError(const RegisterInfo &reg)
 {
     return QString::fromLatin1("an address of %1 is %2").arg(reg.name, addressHint(reg));
@@ -41,8 +59,7 @@ std::optional<Item> parseItem(const QString &text, int defaultStation,
         QLatin1String("\\A(?:([0-9]+)/)?([^:/*\\s]+):([^:/*\\s]+)(?:\\*([0-9]+))?\\z"));
     const QRegularExpressionMatch match = form.match(text);
     if (!match.hasMatch()) {
-        error = itemError(text, QLatin1String("expected [STATION/]REGISTER:ADDRESS[*COUNT], "
-                                              "for example 1/D_W:100*10"));
+        error = itemError(text, formError(text));
         return std::nullopt;
     }
     Item item;
@@ -78,9 +95,9 @@ std::optional<Item> parseItem(const QString &text, int defaultStation,
     return item;
 }
 
-QVector<Piece> piecesOf(const Item &item, int blockWords)
+QVector<ItemBlock> blocksOf(const Item &item, int blockWords)
 {
-    QVector<Piece> pieces;
+    QVector<ItemBlock> pieces;
     for (int offset = 0; offset < item.count;) {
         int room = blockWords;
         if (item.reg.isContact()) {

@@ -27,7 +27,7 @@ struct Item
 };
 
 /** A part of an item that one block read serves. */
-struct Piece
+struct ItemBlock
 {
     int offset = 0; ///< of its first value in the item
     int count = 0;
@@ -51,6 +51,6 @@ std::optional<Item> parseItem(const QString &text, int defaultStation,
  *
  * @param blockWords words of a block read, at least 1
  */
-QVector<Piece> piecesOf(const Item &item, int blockWords);
+QVector<ItemBlock> blocksOf(const Item &item, int blockWords);
 
 } // namespace cnet

@@ -8,8 +8,6 @@ namespace cnet {
 
 namespace {
 
-const int kBitRegisters = 0;
-const int kWordRegisters = 1;
 const int kDescriptionTexts = 5;
 
 AddressForm formOf(const QString &pattern)
@@ -35,20 +33,6 @@ std::optional<int> limit(const RegisterInfo &info, const QString &text)
 }
 
 } // namespace
-
-RegisterCatalog::RegisterCatalog(const DriverFunctions &driver)
-{
-    QList<QString> names;
-    driver.getRegListByType(kWordRegisters, names);
-    driver.getRegListByType(kBitRegisters, names);
-    for (const QString &name : names) {
-        QList<QString> texts;
-        driver.getRegDiscription(name, texts);
-        if (const auto info = read(name, QStringList(texts))) {
-            m_registers.append(*info);
-        }
-    }
-}
 
 const RegisterInfo *RegisterCatalog::find(const QString &name) const
 {
@@ -77,8 +61,8 @@ std::optional<RegisterInfo> RegisterCatalog::read(const QString &name,
     info.pattern = description.at(0);
     info.lowestText = description.at(1);
     info.highestText = description.at(2);
-    info.widthCode = description.at(3).toInt();
-    info.accessCode = description.at(4).toInt();
+    info.width = static_cast<RegisterWidth>(description.at(3).toInt());
+    info.access = static_cast<RegisterAccess>(description.at(4).toInt());
     info.form = formOf(info.pattern);
     info.radix = radixOf(info.pattern);
     const auto lowest = limit(info, info.lowestText);

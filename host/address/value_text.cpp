@@ -1,6 +1,7 @@
 #include "host/address/value_text.h"
 
 #include <QRegularExpression>
+#include <QStringList>
 
 namespace cnet {
 
@@ -44,6 +45,28 @@ std::optional<quint16> parseValue(const QString &text, bool isBit)
     return static_cast<quint16>(number);
 }
 
+QString valueText(quint16 value, bool isBit)
+{
+    if (isBit) {
+        return QString::number(value);
+    }
+    const QString hex = QString::number(value, 16).toUpper().rightJustified(4, QLatin1Char('0'));
+    return QString::fromLatin1("%1 0x%2").arg(value).arg(hex);
+}
+
+QString valuesText(const QVector<quint16> &values, bool isBit)
+{
+    const int most = 8;
+    QStringList texts;
+    for (const quint16 value : values.mid(0, most)) {
+        texts.append(valueText(value, isBit));
+    }
+    const QString text = texts.join(QLatin1String(", "));
+    return values.size() <= most
+               ? text
+               : QString::fromLatin1("%1, ... (%2 in all)").arg(text).arg(values.size());
+}
+
 QString valueHint(bool isBit)
 {
     return isBit ? QLatin1String("0 or 1") : QLatin1String("-32768 to 65535 or 0x0 to 0xFFFF");
@@ -75,7 +98,7 @@ QString quotable(const QString &text)
     return text.size() > kLongestQuote ? line + QLatin1String("...") : line;
 }
 
-QString counted(int count, const char *noun)
+QString counted(qint64 count, const char *noun)
 {
     return QString::fromLatin1("%1 %2%3").arg(count).arg(QLatin1String(noun),
                                                          QLatin1String(count == 1 ? "" : "s"));

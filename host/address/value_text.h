@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVector>
 
 #include <optional>
 
@@ -13,6 +14,12 @@ namespace cnet {
  * @return nothing for anything else; a negative word comes as its two's complement
  */
 std::optional<quint16> parseValue(const QString &text, bool isBit);
+
+/** "4660 0x1234", or "1" for a bit or contact. */
+QString valueText(quint16 value, bool isBit);
+
+/** Several of them: "4660 0x1234, 5 0x0005". Of a long row the first ones, and how many there are. */
+QString valuesText(const QVector<quint16> &values, bool isBit);
 
 /** What parseValue() takes, for a message: "0 or 1". */
 QString valueHint(bool isBit);
@@ -32,6 +39,6 @@ QString valueTextLike(quint16 value, const QString &like);
 QString quotable(const QString &text);
 
 /** "1 word", "2 words". */
-QString counted(int count, const char *noun);
+QString counted(qint64 count, const char *noun);
 
 } // namespace cnet

@@ -5,6 +5,9 @@
 #include <QLibrary>
 #include <QString>
 #include <QStringList>
+#include <QTemporaryDir>
+
+#include <memory>
 
 namespace cnet {
 
@@ -32,12 +35,21 @@ struct DriverFunctions
 };
 
 /**
- * The driver, loaded at run time as an operator panel loads it: by file name, its functions by
- * their plain names. It stays loaded until the program ends.
+ * The driver, loaded at run time as an operator panel loads it: by file name, its functions by their
+ * plain names.
+ *
+ * A loaded library has one state, so whoever loads the same file a second time gets a copy of it under a
+ * name of its own, which is unloaded and removed with this object. The file itself stays loaded until
+ * the program ends. Not for several threads.
  */
 class DriverLibrary
 {
 public:
+    DriverLibrary() = default;
+    ~DriverLibrary();
+    DriverLibrary(const DriverLibrary &) = delete;
+    DriverLibrary &operator=(const DriverLibrary &) = delete;
+
     /**
      * Where the driver is looked for, in order: the directory `lib` beside the program's own, the
      * directory in which an installation has its libraries, the program's own, and the system's
@@ -49,29 +61,32 @@ public:
     static QStringList candidates(const QString &programDirectory);
 
     /**
-     * Loads the driver and looks up every function.
+     * Loads the driver and looks up every function. Once only.
      *
      * @param path file to load; empty: the candidates beside the running program
-     * @return false, with one sentence in errorText(), when there is no such library or it lacks a
-     * function
+     * @param error receives one sentence when the result is false: there is no such library, it lacks a
+     * function, or it could not be copied
      */
-    bool load(const QString &path = QString());
+    bool load(const QString &path, QString &error);
 
-    const QString &errorText() const { return m_errorText; }
-    QString fileName() const { return m_library.fileName(); }
+    /** The file that was asked for, or found. */
+    const QString &fileName() const { return m_fileName; }
 
     /** Valid after load() has succeeded. */
     const DriverFunctions &functions() const { return m_functions; }
 
 private:
-    bool resolveAll();
+    bool makeOwn(QString &error);
+    bool resolveAll(QString &error);
 
     template <typename Function>
-    bool resolve(const char *name, Function &function);
+    bool resolve(const char *name, Function &function, QString &error);
 
     QLibrary m_library;
     DriverFunctions m_functions;
-    QString m_errorText;
+    QString m_fileName;
+    QString m_taken; ///< the file that nobody else may load meanwhile
+    std::unique_ptr<QTemporaryDir> m_copy;
 };
 
 } // namespace cnet

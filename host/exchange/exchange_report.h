@@ -1,50 +1,49 @@
 #pragma once
 
-#include "host/exchange/request_range.h"
+#include "host/exchange/failure.h"
+#include "host/exchange/reply.h"
 
-#include <ls_master_k_cnet/codes.h>
-
-#include <QByteArray>
-#include <QString>
+#include <QMetaType>
 
 namespace cnet {
 
-/** How one request ended. */
-enum class Outcome {
-    Answered, ///< the driver took the answer
-    Refused,  ///< the station said no
-    Bad,      ///< an answer that could not be used
-    TimedOut, ///< no complete answer in time
+/** What a request was for. */
+enum class Purpose {
+    Cyclic, ///< a block of the monitored items
+    Read,   ///< a one-off read
+    Write,
+    Recipe, ///< a block of a recipe
+    Fence,  ///< the host's own: is the station there, and through with all before
 };
 
 /** One request and what became of it. */
 struct ExchangeReport
 {
-    RequestRange request;
-    QByteArray frame;   ///< as sent
-    QByteArray answer;  ///< as received, from ACK or NAK on; empty where neither came
-    int strayBytes = 0; ///< bytes received that belong to no answer
-    qint64 sentMs = 0;  ///< when it was sent, on the exchange's clock
-    double tookMs = 0;  ///< until the answer was complete or the time was up
-    Outcome outcome = Outcome::Answered;
-    int result = kAnswerUnexpected; ///< an AnswerResult
-    int refusal = 0;                ///< error code, of Outcome::Refused
-    QString note;                   ///< why an answer was not used, where the host decided that
+    Purpose purpose = Purpose::Cyclic;
+    Reply reply;
+    QString block;      ///< what was asked for: "D_W:100*10", in the units of the block
+    bool final = true;  ///< false: the same request is sent again
+    bool good = false;  ///< the driver took the answer
+    int refusal = 0;    ///< error code, of Outcome::Refused
 
-    /** What was asked for, for a message: "D_W:100*10", in the units of the block. */
-    QString requestName() const
-    {
-        return QString::fromLatin1("%1:%2*%3")
-            .arg(request.regName)
-            .arg(request.startAddr)
-            .arg(request.count);
-    }
+    int station() const { return reply.station; }
 
     /** True when nothing came that looks like an answer. */
-    bool isSilence() const { return outcome == Outcome::TimedOut && answer.isEmpty(); }
+    bool isSilence() const { return reply.outcome == Outcome::TimedOut; }
 
-    /** True when the driver is done with the request, well or not. */
-    bool isFinal() const { return result == kAnswerGood || result == kAnswerGivenUp; }
+    Failure failure() const
+    {
+        Failure failure;
+        failure.sent = reply.sent;
+        failure.code = refusal;
+        failure.kind = good                                  ? Failure::None
+                       : reply.outcome == Outcome::Refused   ? Failure::Refused
+                       : reply.outcome == Outcome::TimedOut  ? Failure::NoAnswer
+                                                             : Failure::BadAnswer;
+        return failure;
+    }
 };
 
 } // namespace cnet
+
+Q_DECLARE_METATYPE(cnet::ExchangeReport)

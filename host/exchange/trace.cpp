@@ -2,6 +2,8 @@
 
 #include "host/wire/frame_words.h"
 
+#include <QStringList>
+
 namespace cnet {
 
 namespace {
@@ -16,21 +18,22 @@ QString bytesText(const QByteArray &bytes)
     return QString::fromLatin1("%1 bytes [%2]").arg(bytes.size()).arg(hexText(bytes));
 }
 
-// What the exchange made of it, where the frame alone does not tell.
+// What was made of it, where the frame alone does not tell.
 QString verdict(const ExchangeReport &report)
 {
     QStringList remarks;
-    if (!report.note.isEmpty()) {
-        remarks.append(QLatin1String("not used: ") + report.note);
-    } else if (report.outcome == Outcome::Bad) {
+    const Outcome outcome = report.reply.outcome;
+    if (!report.reply.note.isEmpty() && outcome == Outcome::Bad) {
+        remarks.append(QLatin1String("not used: ") + report.reply.note);
+    } else if (outcome == Outcome::Bad && !report.reply.answer.isEmpty()) {
         remarks.append(QLatin1String("not accepted"));
     }
-    if (report.strayBytes > 0) {
-        remarks.append(QString::fromLatin1("%1 stray bytes").arg(report.strayBytes));
+    if (report.reply.strayBytes > 0) {
+        remarks.append(QString::fromLatin1("%1 stray bytes").arg(report.reply.strayBytes));
     }
-    if (report.result == kAnswerResend) {
+    if (!report.final) {
         remarks.append(QLatin1String("sent again"));
-    } else if (report.result == kAnswerGivenUp) {
+    } else if (outcome == Outcome::Bad || outcome == Outcome::TimedOut) {
         remarks.append(QLatin1String("given up"));
     }
     return remarks.isEmpty() ? QString() : QLatin1String("; ") + remarks.join(QLatin1String(", "));
@@ -46,16 +49,21 @@ QString traceRequest(const QTime &time, const QByteArray &frame)
 
 QString traceAnswer(const QTime &time, const ExchangeReport &report)
 {
-    const QString took = QString::number(report.tookMs, 'f', 1);
+    const QString took = QString::number(report.reply.tookMs, 'f', 1);
     const QString start = QString::fromLatin1("%1 <- %2 ms ").arg(timeText(time), took);
-    if (report.outcome == Outcome::TimedOut) {
-        const QString came = report.answer.isEmpty()
-                                 ? QLatin1String("no answer")
-                                 : QLatin1String("answer incomplete, ") + bytesText(report.answer);
-        return start + came + verdict(report);
+    const QByteArray &answer = report.reply.answer;
+    if (answer.isEmpty()) {
+        const bool silent = report.reply.outcome == Outcome::TimedOut;
+        return start + QLatin1String(silent ? "no answer" : "no usable answer") + verdict(report);
     }
-    return start + bytesText(report.answer) + QLatin1Char(' ') + frameInWords(report.answer) +
-           verdict(report);
+    return start + bytesText(answer) + QLatin1Char(' ') + frameInWords(answer) + verdict(report);
+}
+
+QString traceLate(const QTime &time, const QByteArray &answer, double lateMs)
+{
+    return QString::fromLatin1("%1 <- %2 ms %3 %4; too late, not used")
+        .arg(timeText(time), QString::number(lateMs, 'f', 1), bytesText(answer),
+             frameInWords(answer));
 }
 
 } // namespace cnet

@@ -13,4 +13,7 @@ QString traceRequest(const QTime &time, const QByteArray &frame);
 /** The line of a trace for what came back, with the time it took. */
 QString traceAnswer(const QTime &time, const ExchangeReport &report);
 
+/** The line for an answer that came after its time-out. */
+QString traceLate(const QTime &time, const QByteArray &answer, double lateMs);
+
 } // namespace cnet

@@ -42,9 +42,6 @@ public:
     /** For messages: "tcp 192.168.0.100:8000". */
     virtual QString name() const = 0;
 
-    /** The pause between two rounds of reading that suits this link, in milliseconds. */
-    virtual int usualIntervalMs() const { return 0; }
-
 Q_SIGNALS:
     void opened();
     /** It could not be opened, or it was open and is lost. The link is closed now. */
@@ -52,7 +49,7 @@ Q_SIGNALS:
     void received(const QByteArray &bytes);
 };
 
-/** @return the link to a serial device or a TCP port; nullptr for any other kind */
+/** The link to a serial device or a TCP port, not opened yet. */
 std::unique_ptr<Link> makeLink(const LinkAddress &address);
 
 } // namespace cnet

@@ -115,10 +115,8 @@ QString LineSettings::text() const
 std::optional<LinkAddress> parseLinkAddress(const QString &text, QString &error)
 {
     std::optional<LinkAddress> address;
-    QString detail = QLatin1String("expected sim, tcp:HOST:PORT or serial:DEVICE");
-    if (text == QLatin1String("sim")) {
-        address = LinkAddress();
-    } else if (text.startsWith(QLatin1String("tcp:"))) {
+    QString detail = QLatin1String("expected tcp:HOST:PORT or serial:DEVICE");
+    if (text.startsWith(QLatin1String("tcp:"))) {
         address = readTcp(text.mid(4), detail);
     } else if (text.startsWith(QLatin1String("serial:"))) {
         address = readSerial(text.mid(7), detail);

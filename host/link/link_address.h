@@ -25,17 +25,17 @@ struct LineSettings
 /** Where the PLC is found. */
 struct LinkAddress
 {
-    enum class Kind { Sim, Tcp, Serial };
+    enum class Kind { Tcp, Serial };
 
-    Kind kind = Kind::Sim;
+    Kind kind = Kind::Tcp;
     QString host;      ///< of Tcp
     quint16 port = 0;  ///< of Tcp
     QString device;    ///< of Serial
-    LineSettings line; ///< of Serial; for the other kinds what the time-out is computed from
+    LineSettings line; ///< of Serial; of the line behind a TCP port what the time-out is computed from
 };
 
 /**
- * Reads "sim", "tcp:HOST:PORT" or "serial:DEVICE[,BAUD,DATABITS,PARITY,STOPBITS]". Fields of the
+ * Reads "tcp:HOST:PORT" or "serial:DEVICE[,BAUD,DATABITS,PARITY,STOPBITS]". Fields of the
  * serial line may be left out from the right; they have the driver's defaults then.
  *
  * @param error receives one sentence, with what was expected, when the result is empty

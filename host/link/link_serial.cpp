@@ -25,7 +25,10 @@ void LinkSerial::open()
     // The name is looked up anew each time: a link to a device may lead elsewhere by now.
     m_port.setPortName(m_device);
     if (!m_port.open(QIODevice::ReadWrite)) {
-        Q_EMIT failed(m_port.errorString());
+        const bool taken = m_port.error() == QSerialPort::PermissionError &&
+                           m_port.errorString().contains(QLatin1String("lock"));
+        Q_EMIT failed(taken ? QLatin1String("the device is in use by another program")
+                            : m_port.errorString());
         return;
     }
     applySettings();

@@ -10,11 +10,9 @@ std::unique_ptr<Link> makeLink(const LinkAddress &address)
     case LinkAddress::Kind::Tcp:
         return std::make_unique<LinkTcp>(address.host, address.port);
     case LinkAddress::Kind::Serial:
-        return std::make_unique<LinkSerial>(address.device, address.line);
-    case LinkAddress::Kind::Sim:
         break;
     }
-    return nullptr;
+    return std::make_unique<LinkSerial>(address.device, address.line);
 }
 
 } // namespace cnet

@@ -2,13 +2,15 @@
 
 namespace cnet {
 
-Reconnector::Reconnector(Link &link, GrowingPause pause, QObject *parent)
+Reconnector::Reconnector(Link &link, Clock &clock, FirstOpen firstOpen, GrowingPause pause,
+                         QObject *parent)
     : QObject(parent)
     , m_link(link)
+    , m_firstOpen(firstOpen)
     , m_pause(pause)
+    , m_again(clock.makeAlarm())
 {
-    m_again.setSingleShot(true);
-    connect(&m_again, &QTimer::timeout, this, [this] {
+    connect(m_again.get(), &Alarm::fired, this, [this] {
         ++m_attempts;
         m_link.open();
     });
@@ -31,11 +33,11 @@ void Reconnector::handleOpened()
 
 void Reconnector::handleFailed(const QString &reason)
 {
-    if (!m_everOpen) {
+    if (!m_everOpen && m_firstOpen == FirstOpen::Once) {
         Q_EMIT firstOpenFailed(reason);
         return;
     }
-    m_again.start(m_pause.next());
+    m_again->set(m_pause.next());
     if (!m_lost) {
         m_lost = true;
         Q_EMIT lost(reason);

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "host/link/link.h"
+#include "host/time/clock.h"
 
-#include <QTimer>
-
-#include <algorithm>
+#include <memory>
 
 namespace cnet {
 
@@ -22,7 +21,7 @@ public:
     int next()
     {
         const int pause = m_nextMs;
-        m_nextMs = std::min(m_nextMs * 2, m_longestMs);
+        m_nextMs = m_nextMs > m_longestMs / 2 ? m_longestMs : m_nextMs * 2;
         return pause;
     }
 
@@ -34,23 +33,26 @@ private:
     int m_nextMs;
 };
 
-/**
- * Opens a link and keeps opening it again when it is lost. Only where it never was open does a
- * failure end the matter: then the address is probably wrong, and the user should know at once.
- */
+/** What becomes of a link that never was open. */
+enum class FirstOpen {
+    Once,  ///< its address is probably wrong: the user should know at once
+    Again, ///< it is tried again as a lost one is
+};
+
+/** Opens a link and keeps opening it again when it is lost. */
 class Reconnector : public QObject
 {
     Q_OBJECT
 
 public:
-    /** @param link must outlive this object */
-    explicit Reconnector(Link &link, GrowingPause pause = GrowingPause(100, 5000),
-                         QObject *parent = nullptr);
+    /** @param link,clock must outlive this object */
+    Reconnector(Link &link, Clock &clock, FirstOpen firstOpen = FirstOpen::Once,
+                GrowingPause pause = GrowingPause(100, 5000), QObject *parent = nullptr);
 
     void start() { m_link.open(); }
 
     /** No further attempt; the link stays as it is. */
-    void stop() { m_again.stop(); }
+    void stop() { m_again->cancel(); }
 
     /** Attempts since the link was lost. */
     int attempts() const { return m_attempts; }
@@ -68,8 +70,9 @@ private:
     void handleFailed(const QString &reason);
 
     Link &m_link;
+    FirstOpen m_firstOpen;
     GrowingPause m_pause;
-    QTimer m_again;
+    std::unique_ptr<Alarm> m_again;
     bool m_everOpen = false;
     bool m_lost = false;
     int m_attempts = 0;

@@ -1,7 +1,5 @@
 #include "host/monitor/monitor.h"
 
-#include "host/address/address.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -9,150 +7,235 @@ namespace cnet {
 
 namespace {
 
-QString placeKey(int station, const QString &name)
+bool sameAddresses(const Item &left, const Item &right)
 {
-    return QString::fromLatin1("%1/%2").arg(station).arg(name);
+    return left.station == right.station && left.start == right.start &&
+           left.count == right.count && left.reg.name == right.reg.name;
 }
 
-// The driver reads bits with the words that hold them, so its blocks bear the names of words.
-bool blockHolds(const RequestRange &block, const Item &item, const Piece &piece)
+bool sharesRegister(const Item &left, const Item &right)
 {
-    const int first = item.start + piece.offset;
-    const int last = first + piece.count - 1;
-    const int unit = item.reg.isBit() && !item.reg.isContact() ? kBitsPerWord : 1;
-    return block.stationNo == item.station &&
-           block.regName.section(QLatin1Char('_'), 0, 0) == item.reg.letter() &&
-           first / unit >= block.startAddr && last / unit < block.startAddr + block.count;
+    return left.station == right.station && left.reg.name == right.reg.name;
 }
 
 } // namespace
 
-qint64 WatchedItem::ageMs(qint64 nowMs) const
-{
-    qint64 oldest = nowMs;
-    for (const WatchedPiece &piece : pieces) {
-        if (piece.lastReadMs < 0) {
-            return kNeverRead;
-        }
-        oldest = std::min(oldest, piece.lastReadMs);
-    }
-    return nowMs - oldest;
-}
+Monitor::Monitor(int blockWords, QObject *parent)
+    : QObject(parent)
+    , m_blockWords(blockWords)
+{}
 
-bool WatchedItem::failed() const
+void Monitor::setItems(const QVector<Item> &items)
 {
-    return std::any_of(pieces.cbegin(), pieces.cend(),
-                       [](const WatchedPiece &piece) { return piece.failed; });
-}
-
-Monitor::Monitor(const QVector<Item> &items, int blockWords, Reader reader)
-    : m_reader(std::move(reader))
-{
+    const QVector<ItemState> before = std::exchange(m_items, {});
     for (const Item &item : items) {
-        WatchedItem watched;
-        watched.item = item;
-        watched.values.fill(0, item.count);
-        watched.known.fill(false, item.count);
-        for (const Piece &piece : piecesOf(item, blockWords)) {
-            watched.pieces.append(WatchedPiece{piece, -1, false});
-        }
-        m_itemsByPlace[placeKey(item.station, item.reg.name)].append(
-            static_cast<int>(m_items.size()));
-        m_items.append(watched);
-    }
-}
-
-QList<KEY_ADDRESS> Monitor::keys() const
-{
-    QList<KEY_ADDRESS> keys;
-    for (const WatchedItem &watched : m_items) {
-        for (const WatchedPiece &part : watched.pieces) {
-            KEY_ADDRESS key{};
-            key.stationNo = watched.item.station;
-            key.regName = watched.item.reg.name;
-            key.addrText = watched.item.addressText(part.piece.offset);
-            key.startAddr = watched.item.start + part.piece.offset;
-            key.bitFlag = watched.item.reg.isBit() ? -1 : 0;
-            key.count = part.piece.count;
-            keys.append(key);
-        }
-    }
-    return keys;
-}
-
-void Monitor::store(int item, int offset, quint16 value, const QDateTime &time)
-{
-    WatchedItem &watched = m_items[item];
-    if (watched.known.at(offset) && watched.values.at(offset) == value) {
-        return;
-    }
-    watched.values[offset] = value;
-    watched.known[offset] = true;
-    watched.lastChange = time;
-    m_changes[{item, offset}] = ValueChange{item, offset, value, time};
-}
-
-void Monitor::valueChanged(int station, const QString &name, int address, const QDateTime &time)
-{
-    for (const int index : m_itemsByPlace.value(placeKey(station, name))) {
-        const Item item = m_items.at(index).item;
-        const int offset = address - item.start;
-        if (offset >= 0 && offset < item.count) {
-            const QVector<quint16> value = m_reader(item.station, item.reg, address, 1);
-            store(index, offset, value.value(0), time);
-        }
-    }
-}
-
-// A value that was 0 all along is never reported as changed, so the first reading is told apart
-// here.
-void Monitor::markRead(int item, WatchedPiece &piece, qint64 nowMs, const QDateTime &time)
-{
-    const bool first = piece.lastReadMs < 0;
-    piece.lastReadMs = nowMs;
-    piece.failed = false;
-    if (!first) {
-        return;
-    }
-    const Item asked = m_items.at(item).item;
-    const QVector<quint16> values =
-        m_reader(asked.station, asked.reg, asked.start + piece.piece.offset, piece.piece.count);
-    for (int i = 0; i < piece.piece.count; ++i) {
-        store(item, piece.piece.offset + i, values.value(i), time);
-    }
-}
-
-void Monitor::readEnded(const RequestRange &request, bool good, qint64 nowMs, const QDateTime &time)
-{
-    for (int i = 0; i < m_items.size(); ++i) {
-        for (WatchedPiece &piece : m_items[i].pieces) {
-            if (!blockHolds(request, m_items.at(i).item, piece.piece)) {
-                continue;
+        const auto kept = std::find_if(before.cbegin(), before.cend(), [&](const ItemState &state) {
+            return sameAddresses(state.item, item);
+        });
+        ItemState state;
+        if (kept != before.cend()) {
+            state = *kept;
+            for (WatchedBlock &block : state.blocks) {
+                block.refused = false;
             }
-            if (good) {
-                markRead(i, piece, nowMs, time);
-            } else {
-                piece.failed = true;
+        } else {
+            state.values.resize(item.count);
+            for (const ItemBlock &block : blocksOf(item, m_blockWords)) {
+                state.blocks.append({block, -1, {}, false});
             }
         }
-    }
-}
-
-QVector<ValueChange> Monitor::takeChanges()
-{
-    QVector<ValueChange> changes;
-    for (const ValueChange &change : std::as_const(m_changes)) {
-        changes.append(change);
+        state.item = item;
+        m_items.append(state);
     }
     m_changes.clear();
-    return changes;
+    m_changedStates.clear();
+    Q_EMIT itemsChanged();
 }
 
-bool Monitor::allGood() const
+bool Monitor::isComplete() const
 {
-    return std::all_of(m_items.cbegin(), m_items.cend(), [](const WatchedItem &watched) {
-        return watched.everRead() && !watched.failed();
+    return std::none_of(m_items.cbegin(), m_items.cend(), [](const ItemState &state) {
+        return state.quality == Quality::NeverRead;
     });
+}
+
+bool Monitor::isGood() const
+{
+    return std::all_of(m_items.cbegin(), m_items.cend(), [](const ItemState &state) {
+        return state.quality == Quality::Good;
+    });
+}
+
+void Monitor::store(int item, int offset, quint16 value, const Surroundings &now)
+{
+    ItemState &state = m_items[item];
+    ItemValue &cell = state.values[offset];
+    if (cell.known && cell.value == value) {
+        return;
+    }
+    cell.value = value;
+    cell.known = true;
+    state.changedAtMs = now.wallMs;
+    m_changes.append({item, offset, value, now.wallMs});
+}
+
+void Monitor::blockRead(int item, int block, const QVector<quint16> &values,
+                        const Surroundings &now)
+{
+    ItemState &state = m_items[item];
+    WatchedBlock &watched = state.blocks[block];
+    watched.lastReadMs = now.nowMs;
+    watched.failure = Failure();
+    watched.refused = false;
+    state.readAtMs = now.wallMs;
+    for (int i = 0; i < values.size(); ++i) {
+        // The driver shows what is written at once; it is the PLC's only when the PLC says so.
+        if (!state.values.at(watched.block.offset + i).isWaiting()) {
+            store(item, watched.block.offset + i, values.at(i), now);
+        }
+    }
+    review(item, now);
+}
+
+void Monitor::blockFailed(int item, int block, const Failure &failure, const Surroundings &now)
+{
+    m_items[item].blocks[block].failure = failure;
+    review(item, now);
+}
+
+void Monitor::markRefused(int item, int block, int code, const Surroundings &now)
+{
+    WatchedBlock &watched = m_items[item].blocks[block];
+    watched.refused = true;
+    watched.failure = Failure();
+    watched.failure.kind = Failure::Refused;
+    watched.failure.code = code;
+    watched.failure.sent = true;
+    review(item, now);
+}
+
+void Monitor::forgetRefusals(int station)
+{
+    for (ItemState &state : m_items) {
+        for (WatchedBlock &block : state.blocks) {
+            block.refused = block.refused && state.item.station != station;
+        }
+    }
+}
+
+void Monitor::forCommon(const Item &written, const std::function<void(int, int, int)> &visit,
+                        const Surroundings &now)
+{
+    for (int i = 0; i < m_items.size(); ++i) {
+        const Item item = m_items.at(i).item;
+        const int first = std::max(item.start, written.start);
+        const int end = std::min(item.start + item.count, written.start + written.count);
+        if (first >= end || !sharesRegister(item, written)) {
+            continue;
+        }
+        for (int address = first; address < end; ++address) {
+            visit(i, address - item.start, address - written.start);
+        }
+        m_changedStates.append(i);
+        review(i, now);
+    }
+}
+
+void Monitor::writeBegun(const Item &written, const QVector<quint16> &values,
+                         const Surroundings &now)
+{
+    forCommon(
+        written,
+        [&](int item, int offset, int at) {
+            ItemValue &cell = m_items[item].values[offset];
+            ++cell.writes;
+            cell.written = values.value(at);
+        },
+        now);
+}
+
+void Monitor::writeEnded(const Item &written, const QVector<quint16> &values, bool confirmed,
+                         const Surroundings &now)
+{
+    forCommon(
+        written,
+        [&](int item, int offset, int at) {
+            ItemValue &cell = m_items[item].values[offset];
+            cell.writes = std::max(0, cell.writes - 1);
+            if (confirmed) {
+                store(item, offset, values.value(at), now);
+            }
+        },
+        now);
+}
+
+Quality Monitor::qualityOf(const ItemState &state, const Surroundings &now)
+{
+    const auto failed = [&](Failure::Kind kind) {
+        return std::any_of(
+            state.blocks.cbegin(), state.blocks.cend(),
+            [kind](const WatchedBlock &block) { return block.failure.kind == kind; });
+    };
+    if (!now.lineOpen) {
+        return Quality::LineDown;
+    }
+    if (failed(Failure::Refused)) {
+        return Quality::Refused;
+    }
+    if (failed(Failure::NoAnswer) || failed(Failure::BadAnswer)) {
+        return Quality::NoAnswer;
+    }
+    if (std::any_of(state.values.cbegin(), state.values.cend(),
+                    [](const ItemValue &cell) { return cell.isWaiting(); })) {
+        return Quality::Waiting;
+    }
+    const qint64 ageMs = state.ageMs(now.nowMs);
+    if (ageMs == ItemState::kNeverRead) {
+        return Quality::NeverRead;
+    }
+    return ageMs > now.dueMs ? Quality::Stale : Quality::Good;
+}
+
+void Monitor::review(int item, const Surroundings &now)
+{
+    ItemState &state = m_items[item];
+    const Quality quality = qualityOf(state, now);
+    if (quality != state.quality) {
+        state.quality = quality;
+        m_changedStates.append(item);
+    }
+}
+
+void Monitor::look(const Surroundings &now)
+{
+    for (int i = 0; i < m_items.size(); ++i) {
+        review(i, now);
+    }
+}
+
+// Whoever is told may set other items.
+void Monitor::tell()
+{
+    if (m_changes.isEmpty() && m_changedStates.isEmpty()) {
+        return;
+    }
+    QVector<ValueChange> changes = std::exchange(m_changes, {});
+    QVector<int> states = std::exchange(m_changedStates, {});
+    std::sort(states.begin(), states.end());
+    states.erase(std::unique(states.begin(), states.end()), states.end());
+    std::stable_sort(changes.begin(), changes.end(),
+                     [](const ValueChange &left, const ValueChange &right) {
+                         return left.item != right.item ? left.item < right.item
+                                                        : left.offset < right.offset;
+                     });
+    if (!changes.isEmpty()) {
+        Q_EMIT valuesChanged(changes);
+    }
+    for (const int item : std::as_const(states)) {
+        if (item < m_items.size()) {
+            Q_EMIT itemStateChanged(item);
+        }
+    }
 }
 
 } // namespace cnet

@@ -1,93 +1,82 @@
 #pragma once
 
-#include "host/address/item.h"
-#include "host/exchange/request_range.h"
+#include "host/monitor/item_state.h"
 
-#include <QDateTime>
-#include <QHash>
-#include <QList>
-#include <QMap>
-#include <QPair>
-#include <QVector>
+#include <QObject>
 
 #include <functional>
 
 namespace cnet {
 
-/** The part of an item that one block read serves, and how its reading fares. */
-struct WatchedPiece
-{
-    Piece piece;
-    qint64 lastReadMs = -1; ///< last good answer on the monitor's clock; negative: never
-    bool failed = false;    ///< its last read was given up
-};
-
-/** An item with what is known of it. */
-struct WatchedItem
-{
-    Item item;
-    QVector<quint16> values; ///< words; 0 or 1 for bits and contacts
-    QVector<bool> known;     ///< of each value: it was read at least once
-    QVector<WatchedPiece> pieces;
-    QDateTime lastChange; ///< of any of its values, the first reading included; null: never
-
-    /** Age of its oldest part in milliseconds; kNeverRead: not all of it was read yet. */
-    qint64 ageMs(qint64 nowMs) const;
-    bool failed() const;
-    /** Every part of it was read at least once. */
-    bool everRead() const { return ageMs(0) != kNeverRead; }
-
-    static constexpr qint64 kNeverRead = -1;
-};
-
-/** A value that was read for the first time or has changed since. */
-struct ValueChange
-{
-    int item = 0;
-    int offset = 0; ///< of the value in the item
-    quint16 value = 0;
-    QDateTime time;
-};
-
 /**
- * The values that the user watches. It learns of changes from the driver's callback and of good
- * readings from the exchange, and knows neither; times are handed in.
+ * Items that somebody watches. A session reads the items of all its monitors together and none knows of
+ * the others. Made by Session::monitor(), and gone when deleted.
  */
-class Monitor
+class Monitor : public QObject
 {
+    Q_OBJECT
+
 public:
-    /** Reads `count` cached values of the driver. */
-    using Reader =
-        std::function<QVector<quint16>(int station, const RegisterInfo &reg, int start, int count)>;
+    /** What the session tells a monitor about itself. */
+    struct Surroundings
+    {
+        qint64 nowMs = 0;  ///< on the session's clock
+        qint64 wallMs = 0; ///< the same for people; see wallTime()
+        bool lineOpen = true;
+        qint64 dueMs = 0; ///< age at which a value is stale
+    };
 
-    /** @param blockWords words of a block read */
-    Monitor(const QVector<Item> &items, int blockWords, Reader reader);
+    /** @param blockWords words of a block read, 1 or more */
+    explicit Monitor(int blockWords, QObject *parent = nullptr);
 
-    /** What intf_addrMerge needs to have all items read. */
-    QList<KEY_ADDRESS> keys() const;
+    /** Sets what is watched; the addresses were checked. Items that stay keep their values. */
+    void setItems(const QVector<Item> &items);
 
-    /** The driver says that a value changed. */
-    void valueChanged(int station, const QString &name, int address, const QDateTime &time);
+    const QVector<ItemState> &items() const { return m_items; }
 
-    /** A block read ended, well or given up. */
-    void readEnded(const RequestRange &request, bool good, qint64 nowMs, const QDateTime &time);
+    /** True when every item was read, or refused, or is on a station that does not answer. */
+    bool isComplete() const;
 
-    /** What changed since the last call, in the order of the items. */
-    QVector<ValueChange> takeChanges();
+    /** True when every item is good. */
+    bool isGood() const;
 
-    const QVector<WatchedItem> &items() const { return m_items; }
+    // For the session.
 
-    /** True when every item was read and none failed the last time. */
-    bool allGood() const;
+    /** A block was read well. @param values of its addresses */
+    void blockRead(int item, int block, const QVector<quint16> &values, const Surroundings &now);
+    void blockFailed(int item, int block, const Failure &failure, const Surroundings &now);
+    void markRefused(int item, int block, int code, const Surroundings &now);
+    /** A station's refusals are forgotten: it may be another PLC now. */
+    void forgetRefusals(int station);
+    /** Values are on their way to the PLC. */
+    void writeBegun(const Item &written, const QVector<quint16> &values, const Surroundings &now);
+    /** @param confirmed the PLC has them */
+    void writeEnded(const Item &written, const QVector<quint16> &values, bool confirmed,
+                    const Surroundings &now);
+    /** Time passed, or the line opened or closed: qualities may differ. */
+    void look(const Surroundings &now);
+    /** Tells of all changes since the last call. */
+    void tell();
+
+Q_SIGNALS:
+    /** Values were read for the first time or have changed, in the order of the items. */
+    void valuesChanged(const QVector<cnet::ValueChange> &changes);
+    /** The quality of an item changed, or which of its values wait. */
+    void itemStateChanged(int item);
+    /** setItems() was called; for the session. */
+    void itemsChanged();
 
 private:
-    void store(int item, int offset, quint16 value, const QDateTime &time);
-    void markRead(int item, WatchedPiece &piece, qint64 nowMs, const QDateTime &time);
+    static Quality qualityOf(const ItemState &state, const Surroundings &now);
+    void store(int item, int offset, quint16 value, const Surroundings &now);
+    void review(int item, const Surroundings &now);
+    void forCommon(const Item &written, const std::function<void(int, int, int)> &visit,
+                   const Surroundings &now);
 
-    QVector<WatchedItem> m_items;
-    QHash<QString, QVector<int>> m_itemsByPlace;  ///< by station and register name
-    QMap<QPair<int, int>, ValueChange> m_changes; ///< by item and offset
-    Reader m_reader;
+    int m_blockWords;
+    QVector<ItemState> m_items;
+    QVector<ValueChange> m_changes;
+    QVector<int> m_changedStates;
 };
 
 } // namespace cnet

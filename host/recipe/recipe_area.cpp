@@ -13,7 +13,7 @@ int requestPlace(RecipeDirection direction)
 
 bool isWord(int index)
 {
-    return index >= 0 && index < DriverSession::kRecipeWords;
+    return index >= 0 && index < DriverCore::kRecipeWords;
 }
 
 } // namespace

@@ -1,20 +1,16 @@
 #pragma once
 
-#include "host/driver/driver_session.h"
+#include "host/driver/driver_core.h"
+#include "host/recipe/recipe_direction.h"
 
 namespace cnet {
-
-enum class RecipeDirection {
-    Write, ///< from the buffer to the PLC
-    Read,  ///< from the PLC into the buffer
-};
 
 /** The memory through which panel and driver hand a recipe to each other. */
 class RecipeArea
 {
 public:
     /** @param driver must outlive this object */
-    explicit RecipeArea(DriverSession &driver)
+    explicit RecipeArea(DriverCore &driver)
         : m_driver(driver)
     {}
 
@@ -32,7 +28,7 @@ public:
     quint16 word(int index);
 
 private:
-    DriverSession &m_driver;
+    DriverCore &m_driver;
 };
 
 } // namespace cnet

@@ -1,6 +1,6 @@
 #include "host/recipe/recipe_file.h"
 
-#include "host/driver/driver_session.h"
+#include "host/driver/driver_core.h"
 #include "host/address/value_text.h"
 
 #include <QStringList>
@@ -101,11 +101,11 @@ bool RecipeFile::readLine(const QByteArray &line, int number, const Reading &rea
     }
     m_items.append(item);
     m_words += item.item.count;
-    if (m_words > DriverSession::kRecipeWords) {
+    if (m_words > DriverCore::kRecipeWords) {
         error = QString::fromLatin1("more words than the %1 that a recipe may have")
-                    .arg(DriverSession::kRecipeWords);
+                    .arg(DriverCore::kRecipeWords);
     }
-    return m_words <= DriverSession::kRecipeWords;
+    return m_words <= DriverCore::kRecipeWords;
 }
 
 bool RecipeFile::readHeader(const QString &line, RecipeUse use, QString &error)

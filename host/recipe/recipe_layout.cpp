@@ -17,14 +17,14 @@ public:
         : m_blockWords(blockWords)
     {}
 
-    QVector<Piece> cut(const Item &item)
+    QVector<ItemBlock> cut(const Item &item)
     {
         const bool touches =
             item.station == m_station && item.reg.name == m_registerName && item.start == m_end;
         if (!touches) {
             m_used = 0;
         }
-        QVector<Piece> pieces;
+        QVector<ItemBlock> pieces;
         for (int offset = 0; offset < item.count;) {
             m_used = m_used >= m_blockWords ? 0 : m_used;
             const int count = std::min(m_blockWords - m_used, item.count - offset);
@@ -67,7 +67,7 @@ RecipeLayout layOutRecipe(const QVector<RecipeItem> &items, const RegisterCatalo
     for (const int index : std::as_const(order)) {
         const Item &item = items.at(index).item;
         layout.firstWord[index] = layout.words;
-        for (const Piece &piece : cutter.cut(item)) {
+        for (const ItemBlock &piece : cutter.cut(item)) {
             _RCP_VAR_PRO part{};
             part.deviceNo = deviceNumber;
             part.stationNo = item.station;

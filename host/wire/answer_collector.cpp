@@ -1,5 +1,7 @@
 #include "host/wire/answer_collector.h"
 
+#include "host/wire/characters.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -21,70 +23,59 @@ int bytesBeforeControl(const char *bytes, int count)
     return plain;
 }
 
+// Most answers come in one piece, as they were expected.
+bool isExpectedAnswer(const QByteArray &bytes, int expectedLength)
+{
+    const int etxAt = expectedLength - kBlockCheckLength - 1;
+    return bytes.size() == expectedLength && etxAt >= 1 && bytes.at(0) == kAck &&
+           bytes.at(etxAt) == kEtx &&
+           bytesBeforeControl(bytes.constData() + 1, etxAt - 1) == etxAt - 1;
+}
+
 } // namespace
 
-void AnswerCollector::begin(int expectedLength)
+void AnswerCollector::clear()
 {
     *this = AnswerCollector();
-    m_expectedLength = std::max(1, expectedLength);
 }
 
-bool AnswerCollector::add(const QByteArray &bytes)
+int AnswerCollector::add(const QByteArray &bytes, int expectedLength)
 {
-    if (m_answer.isEmpty() && !m_complete && isWholeAnswer(bytes)) {
+    const int count = static_cast<int>(bytes.size());
+    if (m_answer.isEmpty() && !m_complete && isExpectedAnswer(bytes, expectedLength)) {
         m_answer = bytes;
         m_complete = true;
-        return true;
+        return count;
     }
-    const char *next = bytes.cbegin();
-    while (next != bytes.cend() && !m_complete) {
-        const int plain = plainBytes(next, static_cast<int>(bytes.cend() - next));
+    int taken = 0;
+    while (taken < count && !m_complete) {
+        const int plain = m_answer.isEmpty() || m_bytesMissing >= 0
+                              ? 0
+                              : bytesBeforeControl(bytes.constData() + taken, count - taken);
         if (plain > 0) {
-            m_answer.append(next, plain);
-            m_complete = m_answer.size() >= longestAnswer();
-            next += plain;
+            m_answer.append(bytes.constData() + taken, plain);
+            taken += plain;
         } else {
-            addByte(*next);
-            ++next;
+            addByte(bytes.at(taken));
+            ++taken;
+        }
+        if (m_answer.size() > kLongestFrame) {
+            dropAsNoise(m_answer);
+            m_answer.clear();
+            m_bytesMissing = -1;
+            m_complete = false;
         }
     }
-    m_strayBytes += static_cast<int>(bytes.cend() - next);
-    return m_complete;
-}
-
-// Most answers come in one piece, as they were expected.
-bool AnswerCollector::isWholeAnswer(const QByteArray &bytes) const
-{
-    const int etxAt = m_expectedLength - kBlockCheckLength - 1;
-    if (bytes.size() != m_expectedLength || etxAt < 1 || bytes.at(0) != kAck ||
-        bytes.at(etxAt) != kEtx) {
-        return false;
-    }
-    return bytesBeforeControl(bytes.constData() + 1, etxAt - 1) == etxAt - 1;
-}
-
-// Nearly all of an answer lies between its head and ETX and means nothing here.
-int AnswerCollector::plainBytes(const char *bytes, int count) const
-{
-    if (m_answer.isEmpty() || m_bytesMissing >= 0) {
-        return 0;
-    }
-    const int room = longestAnswer() - static_cast<int>(m_answer.size());
-    return bytesBeforeControl(bytes, std::max(0, std::min(count, room)));
-}
-
-// A refusal may be longer than the answer that was expected, as that to a write is.
-int AnswerCollector::longestAnswer() const
-{
-    return m_answer.at(0) == kNak ? std::max(m_expectedLength, kRefusalLength) : m_expectedLength;
+    return taken;
 }
 
 void AnswerCollector::addByte(char byte)
 {
     const bool isHead = byte == kAck || byte == kNak;
-    if (isHead && m_bytesMissing < 0) {
+    if (isHead) {
         dropAsNoise(m_answer);
         m_answer.clear();
+        m_bytesMissing = -1;
     } else if (m_answer.isEmpty()) {
         dropAsNoise(QByteArray(1, byte));
         return;
@@ -95,7 +86,7 @@ void AnswerCollector::addByte(char byte)
     } else if (byte == kEtx) {
         m_bytesMissing = kBlockCheckLength;
     }
-    m_complete = m_bytesMissing == 0 || (m_bytesMissing < 0 && m_answer.size() >= longestAnswer());
+    m_complete = m_bytesMissing == 0;
 }
 
 void AnswerCollector::dropAsNoise(const QByteArray &bytes)

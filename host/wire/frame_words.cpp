@@ -1,6 +1,6 @@
 #include "host/wire/frame_words.h"
 
-#include "host/wire/answer_collector.h"
+#include "host/wire/characters.h"
 
 #include <QStringList>
 
@@ -177,6 +177,13 @@ std::optional<int> refusalCode(const QByteArray &frame)
     bool ok = false;
     const int code = frame.mid(codePosition, 4).toInt(&ok, 16);
     return ok ? std::optional<int>(code) : std::nullopt;
+}
+
+bool isWriteRequest(const QByteArray &frame)
+{
+    const int commandPosition = 3; // ENQ st(2) command
+    const char command = frame.size() > commandPosition ? frame.at(commandPosition) : '\0';
+    return command == 'w' || command == 'W';
 }
 
 QString refusalInWords(int code)

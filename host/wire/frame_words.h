@@ -13,6 +13,9 @@ QString frameInWords(const QByteArray &frame);
 /** The error code of a refusal; nothing for any other frame. */
 std::optional<int> refusalCode(const QByteArray &frame);
 
+/** True when a frame asks a station to write. */
+bool isWriteRequest(const QByteArray &frame);
+
 /** "1132, no such device, or address outside the device". */
 QString refusalInWords(int code);
 

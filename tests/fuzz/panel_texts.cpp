@@ -88,7 +88,7 @@ void requireItem(const Item &item)
 void requirePieces(const Item &item, int blockWords)
 {
     int next = 0;
-    for (const Piece &piece : piecesOf(item, blockWords)) {
+    for (const ItemBlock &piece : blocksOf(item, blockWords)) {
         require(piece.offset == next && piece.count >= 1, "pieces follow one another");
         require(item.reg.isBit() || piece.count <= blockWords, "a piece fits into a block");
         next += piece.count;

@@ -32,7 +32,6 @@ public:
     bool isOpen() const override { return m_open; }
     void send(const QByteArray &bytes) override;
     QString name() const override { return QLatin1String("simulated PLC"); }
-    int usualIntervalMs() const override { return 20; }
 
     /** The stations, to set values and faults. */
     plc::Bus &bus() { return m_bus; }

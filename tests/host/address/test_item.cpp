@@ -117,7 +117,7 @@ void TestItem::cutsIntoPieces()
     QFETCH(int, count);
     QStringList pieces;
     const Item item = testItem(reg.toLatin1().constData(), start, count);
-    for (const Piece &piece : piecesOf(item, 60)) {
+    for (const ItemBlock &piece : blocksOf(item, 60)) {
         pieces.append(QString::fromLatin1("%1+%2").arg(piece.offset).arg(piece.count));
     }
     QTEST(pieces.join(QLatin1Char(' ')), "pieces");

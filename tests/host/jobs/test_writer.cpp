@@ -85,8 +85,8 @@ void TestWriter::cutsIntoPieces()
     QFETCH(int, count);
     QFETCH(int, blockWords);
     QStringList pieces;
-    for (const Piece &piece :
-         writePiecesOf(testItem(reg.toLatin1().constData(), 3, count), blockWords)) {
+    for (const ItemBlock &piece :
+         writeBlocksOf(testItem(reg.toLatin1().constData(), 3, count), blockWords)) {
         pieces.append(QString::fromLatin1("%1+%2").arg(piece.offset).arg(piece.count));
     }
     QTEST(pieces.join(QLatin1Char(' ')), "pieces");

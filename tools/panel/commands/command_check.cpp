@@ -1,7 +1,6 @@
 #include "host/address/address.h"
 #include "panel/commands/commands.h"
 #include "panel/system/exit_code.h"
-#include "host/driver/item_check.h"
 #include "panel/commands/link_settings.h"
 #include "panel/system/standard_output.h"
 #include "host/address/value_text.h"
@@ -28,7 +27,7 @@ struct Question
 {
     QString registerName;
     QString address;
-    bool asBits = false;
+    ObjectKind kind = ObjectKind::Words;
     int count = 1;
     Access access = Access::Read;
 };
@@ -49,22 +48,12 @@ bool readQuestion(const Invocation &invocation, Question &question, QString &err
     question.registerName = invocation.arguments.at(0);
     question.address = invocation.arguments.at(1);
     question.access = parser.isSet(QLatin1String("write")) ? Access::Write : Access::Read;
-    const RegisterInfo *reg = invocation.registers.find(question.registerName);
-    question.asBits =
+    const RegisterInfo *reg = invocation.driver.registers().find(question.registerName);
+    const bool asBits =
         parser.isSet(bits) || (!parser.isSet(words) && reg != nullptr && reg->isBit());
-    return readNumberOption(parser, question.asBits ? bits : words, 1,
+    question.kind = asBits ? ObjectKind::Bits : ObjectKind::Words;
+    return readNumberOption(parser, asBits ? bits : words, 1,
                             std::numeric_limits<int>::max(), question.count, error);
-}
-
-// The editor's plain check first, then the one that knows what the object does.
-int ask(const DriverFunctions &driver, const Question &question, int &number)
-{
-    const int code = driver.checkAddrValidity(question.registerName, question.address, number,
-                                              question.count, question.asBits ? 0 : 1);
-    return code == kAddressValid
-               ? checkAddress(driver, question.registerName, question.address, question.asBits,
-                              question.count, question.access, number)
-               : code;
 }
 
 QString field(const char *title, const QString &value)
@@ -72,23 +61,24 @@ QString field(const char *title, const QString &value)
     return QString::fromLatin1(title).leftJustified(10) + value + QLatin1Char('\n');
 }
 
-// The register by itself, where the driver answers for a name that it does not have.
-QString answerText(const Question &question, const RegisterCatalog &registers, int code, int number)
+QString answerText(const Question &question, const RegisterCatalog &registers,
+                   const AddressVerdict &verdict)
 {
-    const RegisterInfo *reg = registers.find(question.registerName);
-    const int shown = reg == nullptr ? kAddressUnknownName : code;
     QString text =
         QString::fromLatin1("%1 %2: %3\n")
             .arg(quotable(question.registerName), quotable(question.address),
-                 shown == kAddressValid ? addressCodeText(shown)
-                                        : QLatin1String("not valid, ") + addressCodeText(shown));
-    if (shown == kAddressValid) {
-        text += field("number", QString::number(number));
+                 verdict.valid ? QLatin1String("valid")
+                               : QLatin1String("not valid, ") + verdict.reason);
+    if (verdict.valid) {
+        text += field("number", QString::number(verdict.number));
     }
+    const RegisterInfo *reg = registers.find(question.registerName);
     if (reg == nullptr) {
         return text + field("registers", registers.names().join(QLatin1Char(' ')));
     }
-    return text + field("size", counted(question.count, question.asBits ? "bit" : "word")) +
+    return text +
+           field("size",
+                 counted(question.count, question.kind == ObjectKind::Bits ? "bit" : "word")) +
            field("limits", addressHint(*reg));
 }
 
@@ -100,10 +90,11 @@ int run(const Invocation &invocation)
         invocation.messages.say(error);
         return kUsage;
     }
-    int number = 0;
-    const int code = ask(invocation.driver, question, number);
-    writeToStandardOutput(answerText(question, invocation.registers, code, number).toLocal8Bit());
-    return code == kAddressValid ? kFine : kUsage;
+    const AddressVerdict verdict = invocation.driver.checkAddress(
+        question.registerName, question.address, question.kind, question.count, question.access);
+    writeToStandardOutput(
+        answerText(question, invocation.driver.registers(), verdict).toLocal8Bit());
+    return verdict.valid ? kFine : kUsage;
 }
 
 } // namespace
@@ -111,6 +102,8 @@ int run(const Invocation &invocation)
 const Command kCheckCommand = {"check", "REGISTER ADDRESS",
                                "Says whether the driver takes an address for an object of the "
                                "panel. Ends with 2 when it does not.",
-                               addOptions, run};
+                               "check D_W 9999 --words 2\n",
+                               addOptions,
+                               run};
 
 } // namespace cnet::panel

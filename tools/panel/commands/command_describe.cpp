@@ -16,13 +16,18 @@ int run(const Invocation &invocation)
                                     .arg(invocation.arguments.first()));
         return kUsage;
     }
-    writeToStandardOutput(describeText(invocation.driver, invocation.registers).toLocal8Bit());
+    writeToStandardOutput(describeText(invocation.driver).toLocal8Bit());
     return kFine;
 }
 
 } // namespace
 
 const Command kDescribeCommand = {
-    "describe", "", "What the driver says of itself and its registers.", addOptions, run};
+    "describe",
+    "",
+    "What the driver says of itself and its registers.",
+    "describe\n",
+    addOptions,
+    run};
 
 } // namespace cnet::panel

@@ -1,14 +1,12 @@
 #include "panel/commands/command_items.h"
 
-#include "host/driver/item_check.h"
-
 namespace cnet::panel {
 
 bool readItems(const Invocation &invocation, int station, QVector<Item> &items, QString &error)
 {
     for (const QString &text : invocation.arguments) {
-        const auto item = parseItem(text, station, invocation.registers, error);
-        if (!item || !checkItem(invocation.driver, *item, Access::Read, error)) {
+        const auto item = parseItem(text, station, invocation.driver.registers(), error);
+        if (!item || !invocation.driver.check(*item, Access::Read, error)) {
             return false;
         }
         items.append(*item);

@@ -17,6 +17,7 @@ const int kHighestRounds = 1000000000;
 void addOptions(QCommandLineParser &parser)
 {
     addLinkOptions(parser);
+    addIntervalOption(parser);
     parser.addOption(
         {QLatin1String("for"), QLatin1String("Ends after this time."), QLatin1String("SECONDS")});
     parser.addOption({QLatin1String("count"),
@@ -48,7 +49,7 @@ int run(const Invocation &invocation)
     QString error;
     MonitorRun monitorRun;
     const QCommandLineParser &parser = invocation.parser;
-    const auto link = readLinkSettings(parser, error);
+    const auto link = readLinkSettings(parser, LinkNeed::Optional, error);
     if (!link || !readFormatOption(parser, monitorRun.format, error) ||
         !readDuration(parser, monitorRun.durationMs, error) ||
         !readNumberOption(parser, QLatin1String("count"), 1, kHighestRounds, monitorRun.rounds,
@@ -57,16 +58,20 @@ int run(const Invocation &invocation)
         invocation.messages.say(error);
         return kUsage;
     }
-    monitorRun.registers = &invocation.registers;
     return runMonitor(invocation.driver, *link, monitorRun, invocation.messages);
 }
 
 } // namespace
 
 const Command kMonitorCommand = {
-    "monitor", "ITEM...",
-    "Shows values live. ITEM is [STATION/]REGISTER:ADDRESS[*COUNT], for "
-    "example D_W:100*10 2/M_bit:3.5 TX:7. On a terminal w writes a value.",
-    addOptions, run};
+    "monitor",
+    "ITEM...",
+    "Shows values live. ITEM is [STATION/]REGISTER:ADDRESS[*COUNT]. On a terminal w writes a "
+    "value and the arrow keys move through a long list.",
+    "monitor D_W:100*10 2/M_bit:3.5 TX:7\n"
+    "monitor --link serial:/dev/ttyS0,9600,8,EVEN,1 D_W:100*10\n"
+    "monitor --link tcp:192.168.0.100:8000 --for 60 --format csv D_W:0*60 > log.csv\n",
+    addOptions,
+    run};
 
 } // namespace cnet::panel

@@ -1,13 +1,10 @@
 #include "panel/commands/command_items.h"
-#include "panel/system/exit_code.h"
-#include "panel/runs/one_off.h"
+#include "panel/commands/link_settings.h"
 #include "panel/commands/output_format.h"
 #include "panel/output/read_output.h"
-#include "host/jobs/reader.h"
-#include "panel/commands/link_settings.h"
+#include "panel/runs/command_session.h"
+#include "panel/system/exit_code.h"
 #include "panel/system/standard_output.h"
-
-#include <algorithm>
 
 namespace cnet::panel {
 
@@ -22,25 +19,17 @@ void addOptions(QCommandLineParser &parser)
 int readAndPrint(const Invocation &invocation, const LinkSettings &link, const QVector<Item> &items,
                  OutputFormat format)
 {
-    OneOff oneOff(invocation.driver, link, stationsOf(items), invocation.messages);
-    Session &session = oneOff.session();
-    Reader reader(session.driver(), session.exchange(), link.blockWords);
-    QObject::connect(&reader, &Reader::done, &session, [&] { session.finish(kFine); });
-    oneOff.onGiveUp([&](const QString &reason) {
-        invocation.messages.say(QLatin1String("reading was given up: ") + reason);
-        reader.giveUp(reason);
-        session.finish(kDeviceFailed);
+    CommandSession command(invocation.driver, link, stationsOf(items), invocation.messages);
+    ReadJob *const job = command.session().read(items);
+    QObject::connect(&command, &CommandSession::stopRequested, job, [&] {
+        invocation.messages.say(QLatin1String("reading was given up: interrupted"));
+        job->cancel();
     });
-    reader.start(items);
-    const int exitCode = oneOff.run();
-    if (exitCode == kNoLink) {
-        return kNoLink;
+    const int exitCode = command.run(*job);
+    if (exitCode != kNoLink) {
+        writeToStandardOutput(readOutput(job->results(), format));
     }
-    const QVector<ReadResult> results = reader.results();
-    writeToStandardOutput(readOutput(results, format));
-    const bool allGood = std::all_of(results.cbegin(), results.cend(),
-                                     [](const ReadResult &result) { return result.isGood(); });
-    return allGood ? kFine : kDeviceFailed;
+    return exitCode;
 }
 
 int run(const Invocation &invocation)
@@ -48,7 +37,7 @@ int run(const Invocation &invocation)
     QString error;
     QVector<Item> items;
     OutputFormat format = OutputFormat::Text;
-    const auto link = readLinkSettings(invocation.parser, error);
+    const auto link = readLinkSettings(invocation.parser, LinkNeed::Optional, error);
     if (!link || !readFormatOption(invocation.parser, format, error) ||
         !readItems(invocation, link->station, items, error)) {
         invocation.messages.say(error);
@@ -60,6 +49,12 @@ int run(const Invocation &invocation)
 } // namespace
 
 const Command kReadCommand = {
-    "read", "ITEM...", "Reads values once and prints them. ITEM as for monitor.", addOptions, run};
+    "read",
+    "ITEM...",
+    "Reads values once and prints them. ITEM as for monitor.",
+    "read --link tcp:192.168.0.100:8000 1/D_W:0*60 2/TX:7\n"
+    "read --link serial:/dev/ttyUSB0 --format json M_bit:3.0*16\n",
+    addOptions,
+    run};
 
 } // namespace cnet::panel

@@ -1,7 +1,6 @@
 #include "host/address/address.h"
 #include "panel/commands/commands.h"
 #include "panel/system/exit_code.h"
-#include "host/driver/item_check.h"
 #include "panel/commands/link_settings.h"
 #include "panel/system/standard_output.h"
 
@@ -26,9 +25,9 @@ bool readStep(const QCommandLineParser &parser, int &step, QString &error)
 {
     const QString text = parser.value(QLatin1String("step"));
     if (text == QLatin1String("word")) {
-        step = kIntervalWord;
+        step = Driver::kWordInterval;
     } else if (text == QLatin1String("dword")) {
-        step = kIntervalDoubleWord;
+        step = Driver::kDoubleWordInterval;
     } else if (!readNumberOption(parser, QLatin1String("step"), 1, kLongestStep, step, error)) {
         error += QLatin1String(", word or dword");
         return false;
@@ -44,33 +43,32 @@ bool readStart(const Invocation &invocation, const RegisterInfo *&reg, int &star
     }
     const QString name = invocation.arguments.at(0);
     const QString address = invocation.arguments.at(1);
-    reg = invocation.registers.find(name);
+    reg = invocation.driver.registers().find(name);
     if (reg == nullptr) {
         error = QString::fromLatin1("the driver has no register '%1', it has %2")
-                    .arg(name, invocation.registers.names().join(QLatin1Char(' ')));
+                    .arg(name, invocation.driver.registers().names().join(QLatin1Char(' ')));
         return false;
     }
-    const int code =
-        invocation.driver.checkAddrValidity(name, address, start, 1, reg->isBit() ? 0 : 1);
-    if (code != kAddressValid) {
+    const AddressVerdict verdict = invocation.driver.checkAddress(
+        name, address, reg->isBit() ? ObjectKind::Bits : ObjectKind::Words, 1, Access::Read);
+    start = verdict.number;
+    if (!verdict.valid) {
         error = QString::fromLatin1("'%1': %2; an address of %3 is %4")
-                    .arg(address, addressCodeText(code), name, addressHint(*reg));
+                    .arg(address, verdict.reason, name, addressHint(*reg));
     }
-    return code == kAddressValid;
+    return verdict.valid;
 }
 
 int print(const Invocation &invocation, const RegisterInfo &reg, int start, int count, int step)
 {
-    QVector<QString> texts;
-    QVector<int> numbers;
-    QString name = reg.name;
-    const int result = invocation.driver.multiCopy(name, start, count, step, texts, numbers);
+    const AddressSeries series = invocation.driver.series(reg, start, count, step);
+    const QVector<QString> &texts = series.texts;
     QString lines;
-    for (int i = 0; i < texts.size() && i < numbers.size(); ++i) {
-        lines += QString::fromLatin1("%1  %2\n").arg(texts.at(i)).arg(numbers.at(i));
+    for (int i = 0; i < texts.size() && i < series.numbers.size(); ++i) {
+        lines += QString::fromLatin1("%1  %2\n").arg(texts.at(i)).arg(series.numbers.at(i));
     }
     writeToStandardOutput(lines.toLocal8Bit());
-    if (result != kSeriesClamped) {
+    if (!series.clamped) {
         return kFine;
     }
     invocation.messages.say(
@@ -109,9 +107,13 @@ int run(const Invocation &invocation)
 } // namespace
 
 const Command kSeriesCommand = {
-    "series", "REGISTER ADDRESS",
+    "series",
+    "REGISTER ADDRESS",
     "Makes the addresses of copies of an object as a panel editor does: a line for each, as text "
     "and as the driver's number.",
-    addOptions, run};
+    "series M_bit 3.14 --count 3\n"
+    "series D_W 100 --count 10 --step dword\n",
+    addOptions,
+    run};
 
 } // namespace cnet::panel

@@ -1,13 +1,9 @@
 #include "host/address/assignment.h"
 #include "panel/commands/commands.h"
-#include "panel/system/exit_code.h"
-#include "host/driver/item_check.h"
-#include "panel/runs/one_off.h"
 #include "panel/commands/link_settings.h"
+#include "panel/runs/command_session.h"
+#include "panel/system/exit_code.h"
 #include "panel/system/standard_output.h"
-#include "panel/runs/write_run.h"
-
-#include <algorithm>
 
 namespace cnet::panel {
 
@@ -19,8 +15,9 @@ bool readAssignments(const Invocation &invocation, int station, QVector<Assignme
                      QString &error)
 {
     for (const QString &text : invocation.arguments) {
-        const auto assignment = parseAssignment(text, station, invocation.registers, error);
-        if (!assignment || !checkItem(invocation.driver, assignment->item, Access::Write, error)) {
+        const auto assignment =
+            parseAssignment(text, station, invocation.driver.registers(), error);
+        if (!assignment || !invocation.driver.check(assignment->item, Access::Write, error)) {
             return false;
         }
         assignments.append(*assignment);
@@ -31,32 +28,59 @@ bool readAssignments(const Invocation &invocation, int station, QVector<Assignme
     return !assignments.isEmpty();
 }
 
-int run(const Invocation &invocation)
+// The driver takes every register for writable; the PLC does not.
+QString hint(const WriteResult &result)
 {
-    QString error;
-    QVector<Assignment> assignments;
-    const auto link = readLinkSettings(invocation.parser, error);
-    if (!link || !readAssignments(invocation, link->station, assignments, error)) {
-        invocation.messages.say(error);
-        return kUsage;
+    const bool special = result.assignment.item.reg.letter() == QLatin1String("F");
+    return special && result.outcome == WriteOutcome::Refused
+               ? QLatin1String("; the special relays F can only be read")
+               : QString();
+}
+
+int writeAndPrint(const Invocation &invocation, const LinkSettings &link,
+                  const QVector<Assignment> &assignments)
+{
+    QVector<Item> items;
+    for (const Assignment &assignment : assignments) {
+        items.append(assignment.item);
     }
-    QVector<WriteResult> results;
-    const int exitCode =
-        runWrites(invocation.driver, *link, assignments, invocation.messages, results);
-    if (exitCode != kNoLink) {
-        for (const WriteResult &result : results) {
-            writeToStandardOutput(result.text().toLocal8Bit() + '\n');
+    CommandSession command(invocation.driver, link, stationsOf(items), invocation.messages);
+    WriteJob *const job = command.session().write(assignments);
+    QObject::connect(&command, &CommandSession::stopRequested, job, [&] {
+        invocation.messages.say(QLatin1String("writing was given up: interrupted"));
+        job->cancel();
+    });
+    const int exitCode = command.run(*job);
+    for (const WriteResult &result : job->results()) {
+        if (exitCode != kNoLink) {
+            writeToStandardOutput((result.text() + hint(result)).toLocal8Bit() + '\n');
         }
     }
     return exitCode;
 }
 
+int run(const Invocation &invocation)
+{
+    QString error;
+    QVector<Assignment> assignments;
+    const auto link = readLinkSettings(invocation.parser, LinkNeed::Required, error);
+    if (!link || !readAssignments(invocation, link->station, assignments, error)) {
+        invocation.messages.say(error);
+        return kUsage;
+    }
+    return writeAndPrint(invocation, *link, assignments);
+}
+
 } // namespace
 
 const Command kWriteCommand = {
-    "write", "ITEM=VALUE[,VALUE...]...",
+    "write",
+    "ITEM=VALUE[,VALUE...]...",
     "Writes values and says for each item whether the PLC took it. Values are 0 or 1 for bits and "
     "contacts, decimal (-32768 to 65535) or 0x0 to 0xFFFF for words; ITEM as for monitor.",
-    addLinkOptions, run};
+    "write --link tcp:192.168.0.100:8000 D_W:100=1,2,0xFF M_bit:3.5=1\n"
+    "write --link serial:/dev/ttyUSB0 M_W:9*70=0\n",
+    addLinkOptions,
+    run};
 
 } // namespace cnet::panel

@@ -1,42 +1,31 @@
 #include "panel/commands/commands.h"
 
-#include "panel/system/exit_code.h"
+#include "panel/commands/help_text.h"
 #include "panel/commands/link_settings.h"
+#include "panel/system/exit_code.h"
 #include "panel/system/standard_output.h"
+
+#include <QRegularExpression>
 
 namespace cnet::panel {
 
 namespace {
 
-const Command *const kCommands[] = {&kDescribeCommand, &kMonitorCommand, &kReadCommand,
-                                    &kWriteCommand,    &kRecipeCommand,  &kCheckCommand,
-                                    &kSeriesCommand};
-
-const char kExitCodes[] = "\nExit codes:\n"
-                          "  0  fine\n"
-                          "  1  a device refused or did not answer\n"
-                          "  2  bad usage, register, address or file\n"
-                          "  3  the link could not be opened\n"
-                          "  4  the driver could not be loaded\n";
+const QVector<const Command *> &allCommands()
+{
+    static const QVector<const Command *> commands = {
+        &kMonitorCommand,    &kReadCommand,     &kWriteCommand, &kRecipeWriteCommand,
+        &kRecipeReadCommand, &kDescribeCommand, &kCheckCommand, &kSeriesCommand};
+    return commands;
+}
 
 void addGeneralOptions(QCommandLineParser &parser)
 {
     parser.addOption(QCommandLineOption({QLatin1String("h"), QLatin1String("help")},
                                         QLatin1String("Shows this help.")));
-    parser.addOption(QCommandLineOption(QLatin1String("version"),
+    parser.addOption(QCommandLineOption({QLatin1String("v"), QLatin1String("version")},
                                         QLatin1String("Shows the program's version.")));
     addDriverOption(parser);
-}
-
-QString commandList()
-{
-    QString text = QLatin1String("\nCommands (cnet-panel COMMAND --help tells more):\n");
-    for (const Command *command : kCommands) {
-        text += QString::fromLatin1("  %1 %2\n      %3\n")
-                    .arg(QLatin1String(command->name), QLatin1String(command->arguments),
-                         QLatin1String(command->summary));
-    }
-    return text;
 }
 
 void prepare(QCommandLineParser &parser, const Command &command)
@@ -45,24 +34,48 @@ void prepare(QCommandLineParser &parser, const Command &command)
     command.addOptions(parser);
 }
 
+// The words of a command's name, of which some have two.
+QString nameOn(const QStringList &positional, const Command &command)
+{
+    const int words = QString::fromLatin1(command.name).count(QLatin1Char(' ')) + 1;
+    return positional.mid(0, words).join(QLatin1Char(' '));
+}
+
 // Options may stand before the command, and which of them take a value depends on the command.
 const Command *findCommand(const QStringList &arguments, QString &name)
 {
-    for (const Command *command : kCommands) {
+    for (const Command *command : allCommands()) {
         QCommandLineParser parser;
         prepare(parser, *command);
         const bool understood = parser.parse(arguments);
-        const QString first = parser.positionalArguments().value(0);
-        if (first == QLatin1String(command->name)) {
-            name = first;
+        const QStringList positional = parser.positionalArguments();
+        if (nameOn(positional, *command) == QLatin1String(command->name)) {
+            name = QLatin1String(command->name);
             return command;
         }
         // For the message: where options are unknown, their values look like a command.
         if (understood || name.isEmpty()) {
-            name = first;
+            name = positional.value(0);
         }
     }
     return nullptr;
+}
+
+// A negative number is no option, wherever it stands.
+QStringList numbersLast(const QStringList &arguments)
+{
+    static const QRegularExpression negative(QLatin1String("\\A-[0-9]"));
+    QStringList ordered;
+    QStringList numbers;
+    for (int i = 0; i < arguments.size(); ++i) {
+        const bool behindOption = i > 0 && arguments.at(i - 1).startsWith(QLatin1String("--"));
+        const bool isNumber = !behindOption && negative.match(arguments.at(i)).hasMatch();
+        (isNumber ? numbers : ordered).append(arguments.at(i));
+    }
+    if (!numbers.isEmpty() && !ordered.contains(QLatin1String("--"))) {
+        ordered.append(QLatin1String("--"));
+    }
+    return ordered + numbers;
 }
 
 int refuse(Messages &messages, const QString &text)
@@ -73,36 +86,31 @@ int refuse(Messages &messages, const QString &text)
 
 int runCommand(const Command &command, const QCommandLineParser &parser, Messages &messages)
 {
-    DriverLibrary driver;
-    if (!driver.load(parser.value(QLatin1String("driver")))) {
-        messages.say(driver.errorText());
+    Driver driver;
+    QString error;
+    if (!driver.load(parser.value(QLatin1String("driver")), error)) {
+        messages.say(error);
         return kNoDriver;
     }
-    const RegisterCatalog registers(driver.functions());
-    return command.run(Invocation{parser, parser.positionalArguments().mid(1), driver.functions(),
-                                  registers, messages});
+    const int words = QString::fromLatin1(command.name).count(QLatin1Char(' ')) + 1;
+    return command.run(
+        Invocation{parser, parser.positionalArguments().mid(words), driver, messages});
 }
 
-int parseAndRun(const QStringList &arguments, Messages &messages)
+int parseAndRun(const QStringList &given, Messages &messages)
 {
+    const QStringList arguments = numbersLast(given);
     QCommandLineParser parser;
     QString name;
     const Command *command = findCommand(arguments, name);
     if (command != nullptr) {
         prepare(parser, *command);
-        parser.addPositionalArgument(
-            name, QLatin1String(command->summary),
-            QString::fromLatin1("%1 %2").arg(name, QLatin1String(command->arguments)));
     } else {
         addGeneralOptions(parser);
     }
-    parser.setApplicationDescription(
-        QLatin1String("Reference panel for the ls_master_k_cnet driver."));
     const bool parsed = parser.parse(arguments);
     if (parser.isSet(QLatin1String("help"))) {
-        const QString commands = command == nullptr ? commandList() : QString();
-        writeToStandardOutput(
-            (parser.helpText() + commands + QLatin1String(kExitCodes)).toLocal8Bit());
+        writeToStandardOutput(helpText(parser, command, allCommands()).toLocal8Bit());
         return kFine;
     }
     if (parser.isSet(QLatin1String("version"))) {
@@ -113,11 +121,16 @@ int parseAndRun(const QStringList &arguments, Messages &messages)
         return refuse(messages, QLatin1String("expected a command; --help lists them"));
     }
     if (command == nullptr) {
-        return refuse(messages,
-                      QString::fromLatin1("no command '%1'; --help lists them").arg(name));
+        return refuse(messages, name == QLatin1String("recipe")
+                                    ? QLatin1String("expected recipe write FILE or recipe read "
+                                                    "FILE")
+                                    : QString::fromLatin1("no command '%1'; --help lists them")
+                                          .arg(name));
     }
     if (!parsed) {
-        return refuse(messages, parser.errorText() + QLatin1String(" See --help."));
+        return refuse(messages,
+                      parser.errorText() + QString::fromLatin1(" See cnet-panel %1 --help.")
+                                               .arg(QLatin1String(command->name)));
     }
     return runCommand(*command, parser, messages);
 }
@@ -136,7 +149,7 @@ int runCommandLine(const QStringList &arguments, Messages &messages)
     if (exitCode != kFine || output == OutputState::Fine) {
         return exitCode;
     }
-    return output == OutputState::Failed ? kUsage : kDeviceFailed;
+    return output == OutputState::Failed ? kOutputLost : kDeviceFailed;
 }
 
 } // namespace cnet::panel

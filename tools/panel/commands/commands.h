@@ -1,8 +1,7 @@
 #pragma once
 
-#include "host/driver/driver_library.h"
+#include "host/driver/driver.h"
 #include "panel/system/messages.h"
-#include "host/address/register_catalog.h"
 
 #include <QCommandLineParser>
 #include <QString>
@@ -15,17 +14,17 @@ struct Invocation
 {
     const QCommandLineParser &parser;
     QStringList arguments; ///< positional ones behind the command's name
-    const DriverFunctions &driver;
-    const RegisterCatalog &registers;
+    Driver &driver;
     Messages &messages;
 };
 
 /** One command of the program. */
 struct Command
 {
-    const char *name;
+    const char *name;      ///< one word or two
     const char *arguments; ///< for the usage line
-    const char *summary;
+    const char *summary;   ///< what it does, in a sentence or two
+    const char *examples;  ///< a command line each, with a line feed behind it
     void (*addOptions)(QCommandLineParser &parser);
     int (*run)(const Invocation &invocation); ///< @return exit code
 };
@@ -34,7 +33,8 @@ extern const Command kDescribeCommand;
 extern const Command kMonitorCommand;
 extern const Command kReadCommand;
 extern const Command kWriteCommand;
-extern const Command kRecipeCommand;
+extern const Command kRecipeWriteCommand;
+extern const Command kRecipeReadCommand;
 extern const Command kCheckCommand;
 extern const Command kSeriesCommand;
 

@@ -27,8 +27,8 @@ void addDriverOption(QCommandLineParser &parser)
 void addLinkOptions(QCommandLineParser &parser)
 {
     parser.addOption(option("link",
-                            "sim (default: a simulated PLC inside the program), tcp:HOST:PORT or "
-                            "serial:DEVICE[,38400,8,NONE,1].",
+                            "tcp:HOST:PORT, serial:DEVICE[,38400,8,NONE,1] or sim, a simulated "
+                            "PLC inside the program (default where nothing is written).",
                             "LINK"));
     parser.addOption(option("station", "Station of items that name none, 0-31 (default 1).", "N"));
     parser.addOption(option("block-words",
@@ -38,19 +38,26 @@ void addLinkOptions(QCommandLineParser &parser)
         "retries", "How often a request is sent before it is given up, 1-1000 (default 3).", "N"));
     parser.addOption(
         option("timeout",
-               "Milliseconds to wait for an answer (default: from the line's speed and "
-               "the answer's length).",
+               "Milliseconds to wait for an answer (default: from the line's speed, the answer's "
+               "length and what the station was found to take).",
                "MS"));
-    parser.addOption(option(
-        "interval", "Milliseconds between two rounds of reading (default 0; 20 on sim).", "MS"));
     parser.addOption(QCommandLineOption(
         QLatin1String("trace"), QLatin1String("Shows every frame, in hexadecimal and in words.")));
 }
 
+void addIntervalOption(QCommandLineParser &parser)
+{
+    parser.addOption(option("interval",
+                            "Milliseconds from the beginning of one round of reading to that of "
+                            "the next, at least (default 100; 0: at once).",
+                            "MS"));
+}
+
+// A command that does not have the option has not set it either; the parser would warn.
 bool readNumberOption(const QCommandLineParser &parser, const QString &name, int low, int high,
                       int &value, QString &error)
 {
-    if (!parser.isSet(name)) {
+    if (!parser.optionNames().contains(name)) {
         return true;
     }
     bool ok = false;
@@ -64,25 +71,32 @@ bool readNumberOption(const QCommandLineParser &parser, const QString &name, int
     return true;
 }
 
-std::optional<LinkSettings> readLinkSettings(const QCommandLineParser &parser, QString &error)
+std::optional<LinkSettings> readLinkSettings(const QCommandLineParser &parser, LinkNeed need,
+                                             QString &error)
 {
     LinkSettings settings;
-    const QString link = QLatin1String("link");
-    const auto address =
-        parseLinkAddress(parser.isSet(link) ? parser.value(link) : QLatin1String("sim"), error);
-    if (!address) {
+    const QString link = parser.value(QLatin1String("link"));
+    if (link.isEmpty() && need == LinkNeed::Required) {
+        error = QLatin1String("expected --link, where to write: tcp:HOST:PORT, serial:DEVICE, or "
+                              "sim for the simulated PLC");
         return std::nullopt;
     }
-    settings.link = *address;
+    if (!link.isEmpty() && link != QLatin1String("sim")) {
+        settings.link = parseLinkAddress(link, error);
+        if (!settings.link) {
+            return std::nullopt;
+        }
+        settings.session.line = settings.link->line;
+    }
     settings.trace = parser.isSet(QLatin1String("trace"));
     const auto number = [&](const char *name, int low, int high, int &value) {
         return readNumberOption(parser, QLatin1String(name), low, high, value, error);
     };
     const bool ok = number("station", 0, kHighestStation, settings.station) &&
-                    number("block-words", 1, kHighestBlockWords, settings.blockWords) &&
-                    number("retries", 1, kHighestAttempts, settings.attempts) &&
-                    number("timeout", 1, kHighestTimeMs, settings.timeoutMs) &&
-                    number("interval", 0, kHighestTimeMs, settings.intervalMs);
+                    number("block-words", 1, kHighestBlockWords, settings.session.blockWords) &&
+                    number("retries", 1, kHighestAttempts, settings.session.attempts) &&
+                    number("timeout", 1, kHighestTimeMs, settings.session.timeoutMs) &&
+                    number("interval", 0, kHighestTimeMs, settings.session.intervalMs);
     return ok ? std::optional<LinkSettings>(settings) : std::nullopt;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/link/link_address.h"
+#include "host/session_options.h"
 
 #include <QCommandLineParser>
 #include <QString>
@@ -12,23 +13,28 @@ namespace cnet::panel {
 /** What every command that talks to a PLC is told on the command line. */
 struct LinkSettings
 {
-    LinkAddress link;
-    int station = 1;     ///< of items that name none
-    int blockWords = 60; ///< words of a block read
-    int attempts = 3;    ///< how often a request is sent before it is given up
-    int timeoutMs = 0;   ///< 0: computed from the line's speed and the answer's length
-    int intervalMs = -1; ///< pause between rounds; negative: what suits the link
+    std::optional<LinkAddress> link; ///< nothing: the simulated PLC
+    int station = 1;                 ///< of items that name none
+    SessionOptions session;
     bool trace = false;
+};
+
+/** Whether a command may do without --link. */
+enum class LinkNeed {
+    Optional, ///< without it a simulated PLC is inside the program
+    Required, ///< what it writes would end there unnoticed
 };
 
 /** Adds --driver. */
 void addDriverOption(QCommandLineParser &parser);
 
-/** Adds the options of LinkSettings. */
+/** Adds the options of LinkSettings; --interval is for what reads in rounds. */
 void addLinkOptions(QCommandLineParser &parser);
+void addIntervalOption(QCommandLineParser &parser);
 
 /** @param error receives one sentence when the result is empty */
-std::optional<LinkSettings> readLinkSettings(const QCommandLineParser &parser, QString &error);
+std::optional<LinkSettings> readLinkSettings(const QCommandLineParser &parser, LinkNeed need,
+                                             QString &error);
 
 /**
  * Reads a whole number from an option.

@@ -4,31 +4,53 @@ namespace cnet::panel {
 
 namespace {
 
-// No field of a row ever holds a comma or a quotation mark, so none is quoted.
+// No field of a row ever holds a comma or a quotation mark, so none is quoted. A row without a value
+// tells of a quality, one without a station of the link.
 class CsvOutput : public MonitorOutput
 {
 public:
     explicit CsvOutput(QIODevice &device)
         : m_device(device)
     {
-        m_device.write("time,station,register,address,value\n");
+        m_device.write("time,station,register,address,count,value,quality\n");
     }
 
     void showChanges(const Monitor &monitor, const QVector<ValueChange> &changes) override
     {
         for (const ValueChange &change : changes) {
-            const Item &item = monitor.items().at(change.item).item;
-            const QString time = change.time.toString(QLatin1String("yyyy-MM-ddTHH:mm:ss.zzz"));
-            m_device.write(QString::fromLatin1("%1,%2,%3,%4,%5\n")
-                               .arg(time)
-                               .arg(item.station)
-                               .arg(item.reg.name, item.addressText(change.offset))
-                               .arg(change.value)
-                               .toLatin1());
+            const ItemState &state = monitor.items().at(change.item);
+            writeRow(wallTime(change.atMs), state.item, change.offset, 1,
+                     QString::number(change.value), state.quality);
         }
     }
 
+    void showQuality(const ItemState &state, const QDateTime &time) override
+    {
+        writeRow(time, state.item, 0, state.item.count, QString(), state.quality);
+    }
+
+    void showLink(const MonitorStatus &status) override
+    {
+        m_device.write(QString::fromLatin1("%1,,,,,,%2\n")
+                           .arg(zonedTime(status.time),
+                                QLatin1String(status.linkLost.isEmpty() ? "line open"
+                                                                        : "line down"))
+                           .toLatin1());
+    }
+
 private:
+    void writeRow(const QDateTime &time, const Item &item, int offset, int count,
+                  const QString &value, Quality quality)
+    {
+        m_device.write(QString::fromLatin1("%1,%2,%3,%4,%5,%6,%7\n")
+                           .arg(zonedTime(time))
+                           .arg(item.station)
+                           .arg(item.reg.name, item.addressText(offset))
+                           .arg(count)
+                           .arg(value, qualityText(quality))
+                           .toLatin1());
+    }
+
     QIODevice &m_device;
 };
 

@@ -1,43 +1,33 @@
 #include "panel/output/describe_text.h"
 
-#include <QStringList>
-
 namespace cnet::panel {
 
 namespace {
 
-// Places in the driver's parameter text, which is a list with commas.
-enum ParameterPlace {
-    kTypePlace = 0,
-    kSerialPlace = 1,
-    kSerialFields = 4,
-    kHostPlace = 7,
-    kPortPlace = 8,
-    kNamePlace = 9,
-};
-
 QString widthText(const RegisterInfo &reg)
 {
-    switch (reg.widthCode) {
-    case kWidthBit:
+    switch (reg.width) {
+    case RegisterWidth::Bit:
         return reg.isContact() ? QLatin1String("contact") : QLatin1String("bit");
-    case kWidthDoubleWord:
+    case RegisterWidth::DoubleWord:
         return QLatin1String("double word");
-    default:
-        return QLatin1String("word");
+    case RegisterWidth::Word:
+        break;
     }
+    return QLatin1String("word");
 }
 
-QString accessText(int code)
+QString accessText(RegisterAccess access)
 {
-    switch (code) {
-    case kAccessRead:
+    switch (access) {
+    case RegisterAccess::Read:
         return QLatin1String("read");
-    case kAccessWrite:
+    case RegisterAccess::Write:
         return QLatin1String("write");
-    default:
-        return QLatin1String("read, write");
+    case RegisterAccess::ReadWrite:
+        break;
     }
+    return QLatin1String("read, write");
 }
 
 QString row(const QString &name, const QString &kind, const QString &format, const QString &lowest,
@@ -55,27 +45,21 @@ QString field(const char *title, const QString &value)
 
 } // namespace
 
-QString describeText(const DriverFunctions &driver, const RegisterCatalog &registers)
+QString describeText(const Driver &driver)
 {
-    QString parameters;
-    driver.getDriverParameter(parameters);
-    const QStringList items = parameters.split(QLatin1Char(','));
-    QString page;
-    driver.getDriverPropertyPage(page);
-
-    QString text = field("driver", items.value(kNamePlace));
-    text += field("version", driver.getVersion());
-    text += field("protocol type", items.value(kTypePlace));
-    text += field("property page", page);
-    text += field("serial default", items.mid(kSerialPlace, kSerialFields).join(QLatin1Char(',')));
-    text += field("network default", QString::fromLatin1("%1:%2").arg(items.value(kHostPlace),
-                                                                      items.value(kPortPlace)));
+    const DriverDescription description = driver.description();
+    QString text = field("driver", description.name);
+    text += field("version", description.version);
+    text += field("protocol type", description.protocolType);
+    text += field("property page", description.propertyPage);
+    text += field("serial default", description.serialDefault);
+    text += field("network default", description.networkDefault);
     text += QLatin1String("registers\n");
     text += row(QLatin1String("NAME"), QLatin1String("KIND"), QLatin1String("ADDRESS"),
                 QLatin1String("LOWEST"), QLatin1String("HIGHEST"), QLatin1String("ACCESS"));
-    for (const RegisterInfo &reg : registers.all()) {
+    for (const RegisterInfo &reg : driver.registers().all()) {
         text += row(reg.name, widthText(reg), reg.pattern, reg.lowestText, reg.highestText,
-                    accessText(reg.accessCode));
+                    accessText(reg.access));
     }
     return text;
 }

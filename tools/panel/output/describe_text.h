@@ -1,13 +1,12 @@
 #pragma once
 
-#include "host/driver/driver_library.h"
-#include "host/address/register_catalog.h"
+#include "host/driver/driver.h"
 
 #include <QString>
 
 namespace cnet::panel {
 
 /** What the driver says of itself and its registers, as a page of text. */
-QString describeText(const DriverFunctions &driver, const RegisterCatalog &registers);
+QString describeText(const Driver &driver);
 
 } // namespace cnet::panel

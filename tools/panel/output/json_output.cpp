@@ -10,11 +10,6 @@ namespace cnet::panel {
 
 namespace {
 
-QString isoTime(const QDateTime &time)
-{
-    return time.toOffsetFromUtc(time.offsetFromUtc()).toString(Qt::ISODateWithMs);
-}
-
 // A tenth of a millisecond is as fine as the measurement is good.
 double tenths(double ms)
 {
@@ -42,16 +37,36 @@ public:
         for (const ValueChange &change : changes) {
             const Item &item = monitor.items().at(change.item).item;
             QJsonObject line = addressed("change", item, change.offset);
-            line.insert(QLatin1String("time"), isoTime(change.time));
+            line.insert(QLatin1String("time"), zonedTime(wallTime(change.atMs)));
             line.insert(QLatin1String("value"), change.value);
             write(line);
         }
     }
 
+    void showQuality(const ItemState &state, const QDateTime &time) override
+    {
+        QJsonObject line = addressed("quality", state.item, 0);
+        line.insert(QLatin1String("time"), zonedTime(time));
+        addQuality(line, state);
+        write(line);
+    }
+
+    void showLink(const MonitorStatus &status) override
+    {
+        QJsonObject line{{QLatin1String("event"), QLatin1String("link")},
+                         {QLatin1String("time"), zonedTime(status.time)},
+                         {QLatin1String("link"), status.link},
+                         {QLatin1String("open"), status.linkLost.isEmpty()}};
+        if (!status.linkLost.isEmpty()) {
+            line.insert(QLatin1String("reason"), status.linkLost);
+        }
+        write(line);
+    }
+
     void end(const Monitor &monitor, const MonitorStatus &status) override
     {
-        for (const WatchedItem &watched : monitor.items()) {
-            writeItem(watched, status.nowMs);
+        for (const ItemState &state : monitor.items()) {
+            writeItem(state, status.nowMs);
         }
         for (auto it = status.stations.cbegin(); it != status.stations.cend(); ++it) {
             writeStation(it.key(), it.value());
@@ -59,22 +74,32 @@ public:
     }
 
 private:
-    void writeItem(const WatchedItem &watched, qint64 nowMs)
+    static void addQuality(QJsonObject &line, const ItemState &state)
+    {
+        line.insert(QLatin1String("count"), state.item.count);
+        line.insert(QLatin1String("good"), state.quality == Quality::Good);
+        line.insert(QLatin1String("quality"), qualityText(state.quality));
+        if (!state.reason().isEmpty()) {
+            line.insert(QLatin1String("reason"), state.reason());
+        }
+    }
+
+    void writeItem(const ItemState &state, qint64 nowMs)
     {
         QJsonArray values;
-        for (int i = 0; i < watched.values.size(); ++i) {
+        for (const ItemValue &value : state.values) {
             // 0 is a legal value, so what was never read is none.
-            values.append(watched.known.at(i) ? QJsonValue(watched.values.at(i)) : QJsonValue());
+            values.append(value.known ? QJsonValue(value.value) : QJsonValue());
         }
-        QJsonObject line = addressed("value", watched.item, 0);
-        line.insert(QLatin1String("count"), watched.item.count);
+        QJsonObject line = addressed("value", state.item, 0);
+        addQuality(line, state);
         line.insert(QLatin1String("values"), values);
-        line.insert(QLatin1String("good"), watched.everRead() && !watched.failed());
-        line.insert(QLatin1String("changed"), watched.lastChange.isNull()
+        line.insert(QLatin1String("changed"), state.changedAtMs == 0
                                                   ? QJsonValue()
-                                                  : QJsonValue(isoTime(watched.lastChange)));
+                                                  : zonedTime(wallTime(state.changedAtMs)));
+        const qint64 ageMs = state.ageMs(nowMs);
         line.insert(QLatin1String("age_ms"),
-                    watched.everRead() ? QJsonValue(watched.ageMs(nowMs)) : QJsonValue());
+                    ageMs == ItemState::kNeverRead ? QJsonValue() : QJsonValue(ageMs));
         write(line);
     }
 
@@ -89,6 +114,7 @@ private:
                {QLatin1String("bad_answers"), counters.bad},
                {QLatin1String("timeouts"), counters.timeouts},
                {QLatin1String("refusals"), counters.refusals},
+               {QLatin1String("late"), counters.late},
                {QLatin1String("mean_ms"), tenths(counters.meanMs)},
                {QLatin1String("worst_ms"), tenths(counters.worstMs)}});
     }

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "host/exchange/station_book.h"
 #include "host/monitor/monitor.h"
-#include "host/exchange/station_counters.h"
 
+#include <QDateTime>
 #include <QIODevice>
 #include <QMap>
 #include <QString>
@@ -19,7 +20,7 @@ struct MonitorStatus
     QString link;     ///< name of the link
     QString linkLost; ///< why it is down; empty: it is open
     int rounds = 0;
-    qint64 nowMs = 0; ///< on the monitor's clock
+    qint64 nowMs = 0; ///< on the session's clock
     QDateTime time;
     QMap<int, StationCounters> stations;
 };
@@ -34,7 +35,14 @@ public:
     MonitorOutput &operator=(const MonitorOutput &) = delete;
 
     /** Values were read for the first time or have changed. */
-    virtual void showChanges(const Monitor &monitor, const QVector<ValueChange> &changes) = 0;
+    virtual void showChanges(const Monitor & /*monitor*/, const QVector<ValueChange> & /*changes*/)
+    {}
+
+    /** The quality of an item is another one. */
+    virtual void showQuality(const ItemState & /*state*/, const QDateTime & /*time*/) {}
+
+    /** The link was lost or is open again. */
+    virtual void showLink(const MonitorStatus & /*status*/) {}
 
     /** Called a few times a second, for outputs that show ages and counters. */
     virtual void refresh(const Monitor & /*monitor*/, const MonitorStatus & /*status*/) {}
@@ -43,19 +51,19 @@ public:
     virtual void end(const Monitor & /*monitor*/, const MonitorStatus & /*status*/) {}
 };
 
-/** A line of text for each change, and nothing else. */
+/** A line of text for each change of a value, a quality or the link. */
 std::unique_ptr<MonitorOutput> makeTextOutput(QIODevice &device);
 
 /** A JSON object on a line for each change; at the end one for each item and each station. */
 std::unique_ptr<MonitorOutput> makeJsonOutput(QIODevice &device);
 
-/** A header and a row for each change. */
+/** A header and a row for each change of a value, a quality or the link. */
 std::unique_ptr<MonitorOutput> makeCsvOutput(QIODevice &device);
-
-/** A value as people read it: "4660 0x1234" of a word, "1" of a bit. */
-QString valueText(const RegisterInfo &reg, quint16 value);
 
 /** One station and its counters on a line: "station 1: answers, 120 frames, ...". */
 QString stationLine(int station, const StationCounters &counters);
+
+/** "2026-11-21T07:44:23.261+01:00": a time that says where it belongs. */
+QString zonedTime(const QDateTime &time);
 
 } // namespace cnet::panel

@@ -1,5 +1,7 @@
 #include "panel/output/read_output.h"
 
+#include "host/address/value_text.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -11,7 +13,7 @@ namespace {
 
 QString knownText(const ReadResult &result, int offset)
 {
-    return result.known.at(offset) ? valueText(result.item.reg, result.values.at(offset))
+    return result.known.at(offset) ? valueText(result.values.at(offset), result.item.reg.isBit())
                                    : QLatin1String("-");
 }
 
@@ -61,7 +63,7 @@ QByteArray jsonLine(const ReadResult &result)
                      {QLatin1String("values"), values},
                      {QLatin1String("good"), result.isGood()}};
     if (!result.isGood()) {
-        line.insert(QLatin1String("failure"), result.failure);
+        line.insert(QLatin1String("failure"), result.failure.text());
     }
     return QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n';
 }
@@ -77,15 +79,6 @@ QByteArray readOutput(const QVector<ReadResult> &results, OutputFormat format)
                                               : textLines(result);
     }
     return text;
-}
-
-QString valuesText(const ReadResult &result)
-{
-    QStringList texts;
-    for (int i = 0; i < result.item.count; ++i) {
-        texts.append(knownText(result, i));
-    }
-    return texts.join(QLatin1String(", "));
 }
 
 } // namespace cnet::panel

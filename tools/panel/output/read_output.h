@@ -1,7 +1,7 @@
 #pragma once
 
 #include "panel/output/monitor_output.h"
-#include "host/jobs/reader.h"
+#include "host/jobs/read_job.h"
 
 #include <QByteArray>
 #include <QVector>
@@ -14,8 +14,5 @@ namespace cnet::panel {
  * or null.
  */
 QByteArray readOutput(const QVector<ReadResult> &results, OutputFormat format);
-
-/** The values of an item on one line: "4660 0x1234, 5 0x0005"; a dash for what was not read. */
-QString valuesText(const ReadResult &result);
 
 } // namespace cnet::panel

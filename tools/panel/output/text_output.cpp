@@ -1,5 +1,7 @@
 #include "panel/output/monitor_output.h"
 
+#include "host/address/value_text.h"
+
 namespace cnet::panel {
 
 namespace {
@@ -15,16 +17,38 @@ public:
     {
         for (const ValueChange &change : changes) {
             const Item &item = monitor.items().at(change.item).item;
-            const QString line = QString::fromLatin1("%1  %2/%3:%4  %5\n")
-                                     .arg(change.time.toString(QLatin1String("HH:mm:ss.zzz")))
-                                     .arg(item.station)
-                                     .arg(item.reg.name, item.addressText(change.offset),
-                                          valueText(item.reg, change.value));
-            m_device.write(line.toLocal8Bit());
+            write(wallTime(change.atMs),
+                  QString::fromLatin1("%1/%2:%3  %4")
+                      .arg(item.station)
+                      .arg(item.reg.name, item.addressText(change.offset),
+                           valueText(change.value, item.reg.isBit())));
         }
     }
 
+    void showQuality(const ItemState &state, const QDateTime &time) override
+    {
+        QString text = QString::fromLatin1("%1  quality %2")
+                           .arg(state.item.text(), qualityText(state.quality));
+        if (state.quality == Quality::Refused) {
+            text += QString::fromLatin1(" (%1)").arg(state.reason());
+        }
+        write(time, text);
+    }
+
+    void showLink(const MonitorStatus &status) override
+    {
+        write(status.time, status.linkLost.isEmpty()
+                               ? QString::fromLatin1("%1  open").arg(status.link)
+                               : QString::fromLatin1("%1  lost: %2")
+                                     .arg(status.link, status.linkLost));
+    }
+
 private:
+    void write(const QDateTime &time, const QString &text)
+    {
+        m_device.write((zonedTime(time) + QLatin1String("  ") + text).toLocal8Bit() + '\n');
+    }
+
     QIODevice &m_device;
 };
 
@@ -35,13 +59,9 @@ std::unique_ptr<MonitorOutput> makeTextOutput(QIODevice &device)
     return std::make_unique<TextOutput>(device);
 }
 
-QString valueText(const RegisterInfo &reg, quint16 value)
+QString zonedTime(const QDateTime &time)
 {
-    if (reg.isBit()) {
-        return QString::number(value);
-    }
-    const QString hex = QString::number(value, 16).toUpper().rightJustified(4, QLatin1Char('0'));
-    return QString::fromLatin1("%1 0x%2").arg(value).arg(hex);
+    return time.toOffsetFromUtc(time.offsetFromUtc()).toString(Qt::ISODateWithMs);
 }
 
 QString stationLine(int station, const StationCounters &counters)
@@ -51,7 +71,7 @@ QString stationLine(int station, const StationCounters &counters)
         state += QString::fromLatin1(" (%1)").arg(counters.lastRefusal);
     }
     return QString::fromLatin1("station %1: %2, %3 frames, %4 answers, %5 retries, %6 bad answers, "
-                               "%7 time-outs, %8 refusals, mean %9 ms, worst %10 ms")
+                               "%7 time-outs, %8 refusals, %9 late, mean %10 ms, worst %11 ms")
         .arg(station)
         .arg(state)
         .arg(counters.frames)
@@ -60,6 +80,7 @@ QString stationLine(int station, const StationCounters &counters)
         .arg(counters.bad)
         .arg(counters.timeouts)
         .arg(counters.refusals)
+        .arg(counters.late)
         .arg(counters.meanMs, 0, 'f', 1)
         .arg(counters.worstMs, 0, 'f', 1);
 }

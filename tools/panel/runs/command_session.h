@@ -1,39 +1,36 @@
 #pragma once
 
-#include "host/driver/driver_session.h"
-#include "host/exchange/exchange.h"
-#include "host/link/link.h"
-#include "panel/system/messages.h"
-#include "host/link/reconnector.h"
+#include "host/session.h"
 #include "panel/commands/link_settings.h"
-#include "host/exchange/station_counters.h"
+#include "panel/system/messages.h"
 #include "panel/system/stop_signals.h"
 
 #include <QEventLoop>
 #include <QObject>
-
-#include <memory>
+#include <QTimer>
 
 namespace cnet::panel {
 
 /**
- * One stay on a line: driver, link and exchange, wired together and reporting to the user. A
- * command queues its job with driver(), follows it with the signals of exchange() and calls
- * finish() when it is done.
+ * A session as a command has it: the event loop runs until finish() is called, signals ask for the end,
+ * and what the session notices is said. A command starts its job, follows it, and finishes.
  */
-class Session : public QObject
+class CommandSession : public QObject
 {
     Q_OBJECT
 
 public:
     /**
-     * @param functions of the loaded driver
-     * @param stations that the command will talk to
-     * @param messages must outlive the session
+     * @param driver loaded
+     * @param stations that the simulated line has, where it is used
+     * @param messages must outlive this object
      */
-    Session(const DriverFunctions &functions, const LinkSettings &settings,
-            const QVector<int> &stations, Messages &messages, QObject *parent = nullptr);
-    ~Session() override;
+    CommandSession(Driver &driver, const LinkSettings &settings, const QVector<int> &stations,
+                   Messages &messages);
+    ~CommandSession() override;
+
+    Session &session() { return m_session; }
+    const Session &session() const { return m_session; }
 
     /**
      * Opens the link and runs the event loop until finish().
@@ -44,34 +41,26 @@ public:
     /** Ends run(); the first call decides. */
     void finish(int exitCode);
 
-    DriverSession &driver() { return m_driver; }
-    Exchange &exchange() { return *m_exchange; }
-    const Exchange &exchange() const { return *m_exchange; }
-    const StationBook &stations() const { return m_stations; }
-    QString linkName() const { return m_link->name(); }
-    /** Why the link is down; empty while it is open. */
-    const QString &linkLost() const { return m_linkLost; }
+    /** Runs until the job ends; one that is kept waiting by a lost link is cancelled. */
+    int run(Job &job);
 
 Q_SIGNALS:
     /** The user wants the program to end; the command decides with which exit code. */
     void stopRequested();
 
 private:
-    void wireLink();
-    void wireExchange(bool trace);
+    void trace();
 
     Messages &m_messages;
-    DriverSession m_driver;
-    std::unique_ptr<Link> m_link;
-    std::unique_ptr<Exchange> m_exchange;
-    std::unique_ptr<Reconnector> m_reconnector;
+    Session m_session;
     StopSignals m_stopSignals;
-    StationBook m_stations;
-    QString m_linkLost;
-    qint64 m_lostAtMs = 0;
+    QTimer m_lostLimit;
     QEventLoop m_loop;
     bool m_finished = false;
     int m_exitCode = 0;
 };
+
+/** The stations of a list of items, each once. */
+QVector<int> stationsOf(const QVector<Item> &items);
 
 } // namespace cnet::panel

@@ -1,16 +1,14 @@
 #include "panel/runs/monitor_run.h"
 
-#include "panel/system/exit_code.h"
-#include "panel/runs/monitor_writes.h"
-#include "panel/runs/one_off.h"
-#include "panel/terminal/screen.h"
 #include "panel/runs/command_session.h"
+#include "panel/runs/monitor_keys.h"
+#include "panel/system/exit_code.h"
 #include "panel/system/standard_output.h"
+#include "panel/terminal/screen.h"
 
 #include <QTimer>
 
 #include <unistd.h>
-#include <utility>
 
 namespace cnet::panel {
 
@@ -18,103 +16,110 @@ namespace {
 
 // Fast enough for the eye, slow enough for a serial console.
 const int kRefreshMs = 200;
+// More than any list has; the screen keeps it within bounds.
+const int kWholeList = 1000000;
 
-// What the driver's callback gave.
-struct ReportedChange
+int linesOf(MoveKey key, int page)
 {
-    int station = 0;
-    QString name;
-    int address = 0;
-    QDateTime time;
-};
+    switch (key) {
+    case MoveKey::Up:
+        return -1;
+    case MoveKey::Down:
+        return 1;
+    case MoveKey::PageUp:
+        return -page;
+    case MoveKey::PageDown:
+        return page;
+    case MoveKey::Home:
+        return -kWholeList;
+    case MoveKey::End:
+        return kWholeList;
+    case MoveKey::None:
+        break;
+    }
+    return 0;
+}
 
 // The parts of a running monitor and what they tell one another.
-class MonitorSession
+class RunningMonitor
 {
 public:
-    MonitorSession(const DriverFunctions &driver, const LinkSettings &link, const MonitorRun &run,
+    RunningMonitor(Driver &driver, const LinkSettings &link, const MonitorRun &run,
                    Messages &messages);
-    ~MonitorSession() { m_messages.setSink({}); }
-    MonitorSession(const MonitorSession &) = delete;
-    MonitorSession &operator=(const MonitorSession &) = delete;
+    ~RunningMonitor() { m_messages.setSink({}); }
+    RunningMonitor(const RunningMonitor &) = delete;
+    RunningMonitor &operator=(const RunningMonitor &) = delete;
 
     int run();
 
 private:
     void openOutput();
-    void takeWrites(Screen &screen);
+    void takeKeys(Screen &screen);
     void wire();
-    void takeInChanges();
-    void showChanges();
     MonitorStatus status() const;
     void finish();
 
+    Driver &m_driver;
     const LinkSettings &m_link;
     const MonitorRun &m_run;
     Messages &m_messages;
-    Session m_session;
-    Monitor m_monitor;
+    CommandSession m_command;
+    Session &m_session;
+    Monitor *m_monitor;
     StandardOutput m_standardOutput;
     std::unique_ptr<MonitorOutput> m_output;
-    std::unique_ptr<MonitorWrites> m_writes;
-    QVector<ReportedChange> m_changes; ///< whose values are still to be read
+    std::unique_ptr<MonitorKeys> m_keys;
     QTimer m_refresh;
     QTimer m_limit;
-    QTimer m_driverReturned;      ///< for changes that no exchange brought
     bool m_countersAtEnd = false; ///< the output itself does not show them
+    bool m_wasOpen = false;
 };
 
-MonitorSession::MonitorSession(const DriverFunctions &driver, const LinkSettings &link,
-                               const MonitorRun &run, Messages &messages)
-    : m_link(link)
+RunningMonitor::RunningMonitor(Driver &driver, const LinkSettings &link, const MonitorRun &run,
+                               Messages &messages)
+    : m_driver(driver)
+    , m_link(link)
     , m_run(run)
     , m_messages(messages)
-    , m_session(driver, link, stationsOf(run.items), messages)
-    , m_monitor(run.items, link.blockWords,
-                [this](int station, const RegisterInfo &reg, int start, int count) {
-                    return m_session.driver().values(station, reg.name, start, count, reg.isBit());
-                })
+    , m_command(driver, link, stationsOf(run.items), messages)
+    , m_session(m_command.session())
+    , m_monitor(m_session.monitor(run.items))
 {
+    openOutput();
     wire();
 }
 
-void MonitorSession::wire()
+void RunningMonitor::wire()
 {
-    // From within the driver, which tells of a value that the panel writes before it has stored it.
-    // So the value is read when the driver has returned.
-    m_session.driver().setChangeHandler([this](int station, const QString &name, int address) {
-        m_driverReturned.start(0);
-        m_changes.append({station, name, address, QDateTime::currentDateTime()});
+    QObject::connect(m_monitor, &Monitor::valuesChanged, m_monitor,
+                     [this](const QVector<ValueChange> &changes) {
+                         m_output->showChanges(*m_monitor, changes);
+                     });
+    QObject::connect(m_monitor, &Monitor::itemStateChanged, m_monitor, [this](int item) {
+        m_output->showQuality(m_monitor->items().at(item), QDateTime::currentDateTime());
     });
-    QObject::connect(
-        &m_session.exchange(), &Exchange::ended, &m_session, [this](const ExchangeReport &report) {
-            takeInChanges();
-            if (report.request.opKind == kCyclicRead && report.isFinal()) {
-                m_monitor.readEnded(report.request, report.result == kAnswerGood,
-                                    m_session.exchange().nowMs(), QDateTime::currentDateTime());
-            }
-            showChanges();
-        });
-    QObject::connect(&m_session.exchange(), &Exchange::roundEnded, &m_session, [this](int rounds) {
+    QObject::connect(&m_session, &Session::stateChanged, m_monitor, [this](Session::State state) {
+        const bool open = state == Session::State::Open;
+        if ((open && m_wasOpen) || state == Session::State::Lost) {
+            m_output->showLink(status());
+        }
+        m_wasOpen = m_wasOpen || open;
+    });
+    QObject::connect(&m_session, &Session::roundEnded, m_monitor, [this](int rounds) {
         if (m_run.rounds > 0 && rounds >= m_run.rounds) {
             finish();
         }
     });
-    QObject::connect(&m_session, &Session::stopRequested, &m_session, [this] { finish(); });
-    QObject::connect(&m_limit, &QTimer::timeout, &m_session, [this] { finish(); });
+    QObject::connect(&m_command, &CommandSession::stopRequested, m_monitor, [this] { finish(); });
+    QObject::connect(&m_limit, &QTimer::timeout, m_monitor, [this] { finish(); });
     // Nobody would see anything any more. The exit code of a lost output comes by itself.
-    QObject::connect(&m_standardOutput, &StandardOutput::failed, &m_session,
-                     [this] { m_session.finish(kFine); });
-    m_driverReturned.setSingleShot(true);
-    QObject::connect(&m_driverReturned, &QTimer::timeout, &m_session, [this] {
-        takeInChanges();
-        showChanges();
-    });
-    QObject::connect(&m_refresh, &QTimer::timeout, &m_session,
-                     [this] { m_output->refresh(m_monitor, status()); });
+    QObject::connect(&m_standardOutput, &StandardOutput::failed, m_monitor,
+                     [this] { m_command.finish(kFine); });
+    QObject::connect(&m_refresh, &QTimer::timeout, m_monitor,
+                     [this] { m_output->refresh(*m_monitor, status()); });
 }
 
-void MonitorSession::openOutput()
+void RunningMonitor::openOutput()
 {
     if (m_run.format == OutputFormat::Json) {
         m_output = makeJsonOutput(m_standardOutput);
@@ -130,52 +135,45 @@ void MonitorSession::openOutput()
         if (isTerminal(STDERR_FILENO)) {
             m_messages.setSink([&screen = *screen](const QString &line) { screen.say(line); });
         }
-        takeWrites(*screen);
+        takeKeys(*screen);
         m_output = std::move(screen);
         m_refresh.start(kRefreshMs);
     }
 }
 
-void MonitorSession::takeWrites(Screen &screen)
+void RunningMonitor::takeKeys(Screen &screen)
 {
-    if (m_run.registers == nullptr) {
+    auto keys = std::make_unique<MonitorKeys>(m_driver, m_session, m_messages, m_link.station);
+    if (!keys->listenTo(STDIN_FILENO)) {
         return;
     }
-    auto writes =
-        std::make_unique<MonitorWrites>(m_session.driver(), m_session.exchange(), *m_run.registers,
-                                        m_messages, m_link.station, m_link.blockWords);
-    if (!writes->listenTo(STDIN_FILENO)) {
-        return;
-    }
-    screen.setBottomLine(writes->bottomLine());
-    QObject::connect(writes.get(), &MonitorWrites::bottomLineChanged, &m_session,
-                     [this, &screen, &lines = *writes] {
+    screen.setBottomLine(keys->bottomLine());
+    QObject::connect(keys.get(), &MonitorKeys::bottomLineChanged, m_monitor,
+                     [this, &screen, &lines = *keys] {
                          screen.setBottomLine(lines.bottomLine());
-                         screen.refresh(m_monitor, status());
+                         screen.refresh(*m_monitor, status());
                      });
-    m_writes = std::move(writes);
+    QObject::connect(keys.get(), &MonitorKeys::moved, m_monitor, [&screen](MoveKey key) {
+        const int rowsOfFrame = 6;
+        screen.scroll(linesOf(key, terminalSize(STDOUT_FILENO).height() - rowsOfFrame));
+    });
+    m_keys = std::move(keys);
 }
 
-int MonitorSession::run()
+int RunningMonitor::run()
 {
-    openOutput();
-    const int blocks = m_session.driver().monitor(m_monitor.keys());
-    m_session.exchange().setRoundLength(blocks);
     if (m_run.durationMs > 0) {
         m_limit.setSingleShot(true);
         m_limit.setTimerType(Qt::PreciseTimer);
         m_limit.start(static_cast<int>(m_run.durationMs));
     }
-    const int exitCode = m_session.run();
+    const int exitCode = m_command.run();
     m_refresh.stop();
-    m_writes.reset();
-    if (exitCode != kNoLink) {
-        m_output->end(m_monitor, status());
-    }
+    m_keys.reset();
     m_messages.setSink({});
     m_output.reset();
     if (exitCode != kNoLink && m_countersAtEnd) {
-        const QMap<int, StationCounters> stations = m_session.stations().all();
+        const QMap<int, StationCounters> &stations = m_session.stations();
         for (auto it = stations.cbegin(); it != stations.cend(); ++it) {
             m_messages.line(stationLine(it.key(), it.value()));
         }
@@ -183,47 +181,32 @@ int MonitorSession::run()
     return exitCode;
 }
 
-void MonitorSession::takeInChanges()
-{
-    for (const ReportedChange &change : std::as_const(m_changes)) {
-        m_monitor.valueChanged(change.station, change.name, change.address, change.time);
-    }
-    m_changes.clear();
-}
-
-void MonitorSession::showChanges()
-{
-    const QVector<ValueChange> changes = m_monitor.takeChanges();
-    if (!changes.isEmpty()) {
-        m_output->showChanges(m_monitor, changes);
-    }
-}
-
-MonitorStatus MonitorSession::status() const
+MonitorStatus RunningMonitor::status() const
 {
     MonitorStatus status;
     status.link = m_session.linkName();
-    status.linkLost = m_session.linkLost();
-    status.rounds = m_session.exchange().rounds();
-    status.nowMs = m_session.exchange().nowMs();
+    status.linkLost = m_session.lineError();
+    status.rounds = m_session.rounds();
+    status.nowMs = m_session.nowMs();
     status.time = QDateTime::currentDateTime();
-    status.stations = m_session.stations().all();
+    status.stations = m_session.stations();
     return status;
 }
 
-void MonitorSession::finish()
+// The last word is said while the session still runs: closed, all of its values would be old.
+void RunningMonitor::finish()
 {
-    const bool fine = m_monitor.allGood() && m_session.linkLost().isEmpty();
-    m_session.finish(fine ? kFine : kDeviceFailed);
+    m_output->end(*m_monitor, status());
+    m_monitor->disconnect(m_monitor);
+    m_command.finish(m_monitor->isGood() ? kFine : kDeviceFailed);
 }
 
 } // namespace
 
-int runMonitor(const DriverFunctions &driver, const LinkSettings &link, const MonitorRun &run,
-               Messages &messages)
+int runMonitor(Driver &driver, const LinkSettings &link, const MonitorRun &run, Messages &messages)
 {
-    MonitorSession session(driver, link, run, messages);
-    return session.run();
+    RunningMonitor monitor(driver, link, run, messages);
+    return monitor.run();
 }
 
 } // namespace cnet::panel

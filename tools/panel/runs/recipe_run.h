@@ -1,22 +1,28 @@
 #pragma once
 
-#include "panel/system/messages.h"
-#include "host/recipe/recipe_area.h"
+#include "host/driver/driver.h"
 #include "host/recipe/recipe_file.h"
+#include "host/recipe/recipe_job.h"
 #include "panel/commands/link_settings.h"
+#include "panel/system/messages.h"
 
 namespace cnet::panel {
 
+/** A recipe and what is to be done with it. */
+struct RecipeRun
+{
+    QVector<RecipeItem> items;
+    RecipeDirection direction = RecipeDirection::Write;
+    Verify verify = Verify::Yes;
+};
+
 /**
- * Transfers a recipe, with a progress bar where standard error is a terminal, and says how it
- * ended.
+ * Transfers a recipe, shows how far it is, and says how it ended.
  *
- * @param items of which no two overlap, with addresses checked; of a write with their values
- * @param values of a read that went well: receives the words of each item
+ * @param values receives those of each item, as read
  * @return exit code
  */
-int runRecipe(const DriverFunctions &driver, const LinkSettings &link,
-              const RegisterCatalog &registers, const QVector<RecipeItem> &items,
-              RecipeDirection direction, Messages &messages, QVector<QVector<quint16>> &values);
+int runRecipe(Driver &driver, const LinkSettings &link, const RecipeRun &run, Messages &messages,
+              QVector<QVector<quint16>> &values);
 
 } // namespace cnet::panel

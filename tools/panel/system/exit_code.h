@@ -6,9 +6,10 @@ namespace cnet::panel {
 enum ExitCode {
     kFine = 0,         ///< everything that was asked for was done
     kDeviceFailed = 1, ///< a device refused or did not answer
-    kUsage = 2,        ///< a bad command line, register or address
+    kUsage = 2,        ///< a bad command line, register, address or file: nothing was sent
     kNoLink = 3,       ///< the link could not be opened
     kNoDriver = 4,     ///< the driver could not be loaded
+    kOutputLost = 5,   ///< it was done, but what there is to print or to store got nowhere
 };
 
 } // namespace cnet::panel

@@ -60,7 +60,8 @@ void Screen::refresh(const Monitor &monitor, const MonitorStatus &status)
     m_lastSize = size;
     // The cursor stands below the last line, which takes a row of its own.
     const int rowsBelow = m_bottomLine.isEmpty() ? 1 : 2;
-    m_lines = screenText(monitor, status, size.width(), std::max(1, size.height() - rowsBelow));
+    m_lines = screenText(monitor, status, size.width(), std::max(1, size.height() - rowsBelow),
+                         m_scrolled);
     if (!m_bottomLine.isEmpty()) {
         m_lines.append(m_bottomLine.right(size.width()));
     }

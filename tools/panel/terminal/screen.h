@@ -21,13 +21,14 @@ public:
     Screen(QIODevice &device, std::function<QSize()> size);
     ~Screen() override;
 
-    void showChanges(const Monitor & /*monitor*/, const QVector<ValueChange> & /*changes*/) override
-    {}
     void refresh(const Monitor &monitor, const MonitorStatus &status) override;
     void end(const Monitor &monitor, const MonitorStatus &status) override;
 
     /** A line below the table, from the next refresh on; of a long one its end is shown. */
     void setBottomLine(const QString &line) { m_bottomLine = line; }
+
+    /** Moves through the items, from the next refresh on. @param lines down; negative: up */
+    void scroll(int lines) { m_scrolled += lines; }
 
     /** Shows a line above the table. */
     void say(const QString &line);
@@ -42,6 +43,7 @@ private:
     QStringList m_shown;
     QStringList m_lines;
     QString m_bottomLine; ///< empty: none
+    int m_scrolled = 0;
 };
 
 /** True when the file descriptor leads to a terminal that understands cursor movement. */

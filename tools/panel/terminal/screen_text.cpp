@@ -1,5 +1,7 @@
 #include "panel/terminal/screen_text.h"
 
+#include "host/address/value_text.h"
+
 #include <algorithm>
 
 namespace cnet::panel {
@@ -8,14 +10,20 @@ namespace {
 
 const int kWordCell = 14; // "65535 0xFFFF" and two blanks
 const int kBitCell = 2;
+const int kMarkWidth = 2; // what cannot be cut away: is the value good
+const int kQualityWidth = 21;
 const int kTimeWidth = 14; // "12:34:56.789" and two blanks
 const int kAgeWidth = 8;
 const int kBitsOfLine = 16;
 
+// What a terminal has room for; the mark always is there.
 struct Columns
 {
     int address = 0;
     int values = 0;
+    bool quality = false;
+    bool change = false;
+    bool age = false;
 };
 
 int cellWidth(const RegisterInfo &reg)
@@ -37,17 +45,26 @@ QString placeText(const Item &item, int offset)
         .arg(item.reg.name, item.addressText(offset));
 }
 
+// The quality is the last thing to go, and its mark stays even then.
 Columns columnsFor(const Monitor &monitor, int columns)
 {
     Columns widths;
-    for (const WatchedItem &watched : monitor.items()) {
-        const int last = watched.item.count - 1;
-        const int length = static_cast<int>(placeText(watched.item, last).size());
+    for (const ItemState &state : monitor.items()) {
+        const int last = state.item.count - 1;
+        const int length = static_cast<int>(placeText(state.item, last).size());
         widths.address = std::max(widths.address, length + 2);
     }
     widths.address = std::max(widths.address, 10);
-    const int left = columns - widths.address - kTimeWidth - kAgeWidth;
-    widths.values = std::max(kWordCell, std::min(left, 4 * kWordCell));
+    int left = columns - kMarkWidth - widths.address - kWordCell;
+    const auto take = [&left](int width) {
+        const bool fits = left >= width;
+        left -= fits ? width : 0;
+        return fits;
+    };
+    widths.quality = take(kQualityWidth);
+    widths.age = take(kAgeWidth);
+    widths.change = take(kTimeWidth);
+    widths.values = std::min(4 * kWordCell, kWordCell + std::max(0, left));
     return widths;
 }
 
@@ -56,29 +73,63 @@ QString padded(const QString &text, int width)
     return text.leftJustified(width, QLatin1Char(' '));
 }
 
-QStringList itemLines(const WatchedItem &watched, const Columns &widths, qint64 nowMs)
+char markOf(Quality quality)
+{
+    switch (quality) {
+    case Quality::Good:
+        return ' ';
+    case Quality::Waiting:
+        return '>';
+    case Quality::Stale:
+        return '~';
+    case Quality::NeverRead:
+        return '-';
+    case Quality::Refused:
+    case Quality::NoAnswer:
+    case Quality::LineDown:
+        break;
+    }
+    return '!';
+}
+
+QString cellText(const ItemState &state, int offset)
+{
+    const ItemValue &value = state.values.at(offset);
+    return value.isShown() ? valueText(value.shown(), state.item.reg.isBit()) : QLatin1String("-");
+}
+
+QString itemDetails(const ItemState &state, const Columns &widths, qint64 nowMs)
+{
+    QString text;
+    if (widths.quality) {
+        text += padded(state.quality == Quality::Good ? QString() : qualityText(state.quality),
+                       kQualityWidth);
+    }
+    if (widths.age) {
+        text += padded(ageText(state.ageMs(nowMs)), kAgeWidth);
+    }
+    if (widths.change) {
+        const QDateTime changed = wallTime(state.changedAtMs);
+        text += changed.isNull() ? QLatin1String("-")
+                                 : changed.toString(QLatin1String("HH:mm:ss.zzz"));
+    }
+    return text;
+}
+
+QStringList itemLines(const ItemState &state, const Columns &widths, qint64 nowMs)
 {
     QStringList lines;
-    const Item &item = watched.item;
+    const Item &item = state.item;
     const int step = valuesOfLine(item.reg, widths.values);
+    const QString mark = padded(QString(QLatin1Char(markOf(state.quality))), kMarkWidth);
     for (int first = 0; first < item.count; first += step) {
         QString values;
         for (int i = first; i < std::min(first + step, item.count); ++i) {
-            const QString text = watched.known.at(i) ? valueText(item.reg, watched.values.at(i))
-                                                     : QLatin1String("-");
-            values += padded(text, cellWidth(item.reg));
+            values += padded(cellText(state, i), cellWidth(item.reg));
         }
         QString line =
-            padded(placeText(item, first), widths.address) + padded(values, widths.values);
-        if (first == 0) {
-            line += padded(watched.lastChange.isNull()
-                               ? QLatin1String("-")
-                               : watched.lastChange.toString(QLatin1String("HH:mm:ss.zzz")),
-                           kTimeWidth);
-            line += ageText(watched.ageMs(nowMs));
-            line += watched.failed() ? QLatin1String(" !") : QLatin1String();
-        }
-        lines.append(line);
+            mark + padded(placeText(item, first), widths.address) + padded(values, widths.values);
+        lines.append(first == 0 ? line + itemDetails(state, widths, nowMs) : line);
     }
     return lines;
 }
@@ -104,17 +155,20 @@ QString stationRow(const QStringList &cells)
     return row;
 }
 
-QStringList stationLines(const QMap<int, StationCounters> &stations)
+// While the line is down nobody knows how a station is.
+QStringList stationLines(const MonitorStatus &status)
 {
     QStringList titles;
     for (const StationColumn &column : kStationColumns) {
         titles.append(QLatin1String(column.title));
     }
     QStringList lines{stationRow(titles)};
-    for (auto it = stations.cbegin(); it != stations.cend(); ++it) {
+    for (auto it = status.stations.cbegin(); it != status.stations.cend(); ++it) {
         const StationCounters &counters = it.value();
+        const QString state =
+            status.linkLost.isEmpty() ? stateName(counters.state) : QLatin1String("line down");
         lines.append(stationRow(
-            {QString::number(it.key()), stateName(counters.state), QString::number(counters.frames),
+            {QString::number(it.key()), state, QString::number(counters.frames),
              QString::number(counters.answers), QString::number(counters.retries),
              QString::number(counters.bad), QString::number(counters.timeouts),
              QString::number(counters.refusals), QString::number(counters.meanMs, 'f', 1),
@@ -151,24 +205,34 @@ QString ageText(qint64 ageMs)
     return QString::fromLatin1("%1 min").arg(ageMs / minute);
 }
 
-QStringList screenText(const Monitor &monitor, const MonitorStatus &status, int columns, int rows)
+QStringList screenText(const Monitor &monitor, const MonitorStatus &status, int columns, int rows,
+                       int &scrolled)
 {
     const Columns widths = columnsFor(monitor, columns);
-    QStringList top{heading(status), padded(QLatin1String("ADDRESS"), widths.address) +
-                                         padded(QLatin1String("VALUE"), widths.values) +
-                                         padded(QLatin1String("LAST CHANGE"), kTimeWidth) +
-                                         QLatin1String("AGE")};
+    QString titles = padded(QString(), kMarkWidth) +
+                     padded(QLatin1String("ADDRESS"), widths.address) +
+                     padded(QLatin1String("VALUE"), widths.values);
+    titles += widths.quality ? padded(QLatin1String("QUALITY"), kQualityWidth) : QString();
+    titles += widths.age ? padded(QLatin1String("AGE"), kAgeWidth) : QString();
+    titles += widths.change ? QLatin1String("LAST CHANGE") : QString();
+    const QStringList top{heading(status), titles};
     QStringList body;
-    for (const WatchedItem &watched : monitor.items()) {
-        body += itemLines(watched, widths, status.nowMs);
+    for (const ItemState &state : monitor.items()) {
+        body += itemLines(state, widths, status.nowMs);
     }
-    const QStringList bottom = stationLines(status.stations);
+    const QStringList bottom = stationLines(status);
     const int room =
         std::max(1, rows - static_cast<int>(top.size()) - static_cast<int>(bottom.size()));
-    if (body.size() > room) {
-        const int hidden = static_cast<int>(body.size()) - room + 1;
-        body = body.mid(0, room - 1);
-        body.append(QString::fromLatin1("... %1 more lines").arg(hidden));
+    const int all = static_cast<int>(body.size());
+    scrolled = std::clamp(scrolled, 0, std::max(0, all - (room - 1)));
+    if (all > room) {
+        body = body.mid(scrolled, room - 1);
+        body.append(QString::fromLatin1("... lines %1 to %2 of %3")
+                        .arg(scrolled + 1)
+                        .arg(scrolled + body.size())
+                        .arg(all));
+    } else {
+        scrolled = 0;
     }
     QStringList lines = top + body + bottom;
     for (QString &line : lines) {

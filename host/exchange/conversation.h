@@ -1,0 +1,151 @@
+#pragma once
+
+#include "host/exchange/reply.h"
+#include "host/exchange/response_times.h"
+#include "host/link/link.h"
+#include "host/time/clock.h"
+#include "host/wire/answer_collector.h"
+#include "host/wire/open_questions.h"
+
+#include <QHash>
+#include <QObject>
+
+#include <array>
+#include <memory>
+
+namespace cnet {
+
+/** What is done about an answer that is, byte for byte, the one before it, to another question. */
+enum class RepeatedAnswers {
+    Confirm, ///< it may be the last one once more: it is not believed without a fence
+    Trust,   ///< it is believed: no line in between delivers anything twice
+};
+
+struct ConversationSettings
+{
+    int quietMs = 20; ///< silence after which the line counts as empty
+    RepeatedAnswers repeatedAnswers = RepeatedAnswers::Confirm;
+};
+
+/** A request, and what a positive answer to it looks like. */
+struct Question
+{
+    int station = 0;
+    QByteArray request;
+    int answerLength = 0; ///< bytes
+};
+
+/**
+ * Asks one question at a time on a line and sees to it that the answer it reports belongs to it.
+ *
+ * Answers have no number. Station, command and length are all that tells them apart, so after a time-out
+ * the late answer to one question looks like the answer to the next. The way out is a fence: a read that
+ * the host builds itself, of a shape that no open question has. A station answers in turn; once the answer
+ * to the fence is here, nothing older can come any more. Until then everything is dropped. A fence goes
+ * out before a question whose answer could be mistaken
+ *
+ *  - for that of an open question, which was not answered in time or was sent several times;
+ *  - for the last answer, should that come once more (RepeatedAnswers): where both are known to be the
+ *    same, and for writes, whose answers all are. Where they turn out to be the same unforeseen, the
+ *    answer is dropped, and the question asked again behind a fence.
+ *
+ * It runs on the event loop of its thread, and nothing in it waits. No link may report an answer from
+ * within send().
+ */
+class Conversation : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** @param link,clock,times must outlive this object */
+    Conversation(Link &link, Clock &clock, ResponseTimes &times,
+                 const ConversationSettings &settings, QObject *parent = nullptr);
+
+    /** Asks; ended() follows, never from within this call. Only while not busy. */
+    void ask(const Question &question);
+
+    /**
+     * Asks only whether the station answers, and clears the line of what is older; ended() follows.
+     * @param patienceMs how long it is waited for, 1 or more
+     */
+    void greet(int station, int patienceMs);
+
+    /** Forgets the question; ended() does not follow. Its answer may still come, and is known as late. */
+    void cancel();
+
+    bool isBusy() const { return m_phase != Phase::Idle; }
+
+Q_SIGNALS:
+    /** A frame goes out: the question, or a fence. */
+    void sent(const QByteArray &frame);
+    /** The question ended. Whoever is told may ask the next one at once. */
+    void ended(const cnet::Reply &reply);
+    /** A fence ended; the question has not. */
+    void fenceEnded(const cnet::Reply &reply);
+    /** A station answered to a question that is over. @param lateMs since it was asked */
+    void answeredLate(int station, const QByteArray &answer, double lateMs);
+
+private:
+    enum class Phase {
+        Idle,
+        Clearing, ///< waits for the line to be quiet
+        Fencing,  ///< a fence is out
+        Asking,   ///< the question is out
+    };
+
+    /** What happens when the fence is answered. */
+    enum class Goal {
+        Ask,   ///< the question goes out
+        Greet, ///< that was all
+    };
+
+    void begin(Goal goal);
+    bool isConfusable(const AnswerShape &shape) const;
+    bool wouldRepeat(const AnswerShape &shape) const;
+    void remember(int station, const QByteArray &answer, const QByteArray &request);
+    void proceed();
+    void send(const QByteArray &request, int patienceMs);
+    void sendQuestion();
+    void sendFence();
+    void handleBytes(const QByteArray &bytes);
+    void handleAnswer(const QByteArray &answer);
+    void handleAnswerToFence(const QByteArray &answer);
+    void takeAnswer(const QByteArray &answer);
+    void dropAnswer(const QByteArray &answer);
+    void handleAlarm();
+    void handleTimeout();
+    void handleFenceTimeout();
+    double noteTime();
+    Reply beginReply(Outcome outcome) const;
+    bool isSilence() const;
+    void finish(const Reply &reply);
+
+    Link &m_link;
+    Clock &m_clock;
+    ResponseTimes &m_times;
+    ConversationSettings m_settings;
+    std::unique_ptr<Alarm> m_alarm; ///< the time-out, or the end of the quiet that is waited for
+    Phase m_phase = Phase::Idle;
+    Goal m_goal = Goal::Ask;
+    Question m_question;
+    AnswerShape m_shape; ///< of what is out: the question or the fence
+    QByteArray m_frame;  ///< the same, as sent
+    qint64 m_sentNs = 0;
+    qint64 m_firstSentNs = 0; ///< of a question that is asked again since it was not answered
+    QByteArray m_unanswered;  ///< that question
+    quint64 m_sendings = 0;
+    int m_patienceMs = 0; ///< of a greeting
+    int m_fences = 0;     ///< that went out for this question and were not answered
+    bool m_asked = false; ///< the question went out
+    QString m_note;       ///< what came instead of an answer
+    OpenQuestions m_open;
+    AnswerCollector m_collector;
+    std::array<QByteArray, 256> m_lastAnswer;  ///< by station
+    std::array<QByteArray, 256> m_lastRequest; ///< that it answered
+    QHash<QByteArray, QByteArray> m_answers;   ///< the last one to each request
+    bool m_disturbed = false;                  ///< the line has to be quiet before the next frame
+    qint64 m_lastByteMs = 0;
+    qint64 m_clearingSinceMs = 0;
+};
+
+} // namespace cnet

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace cnet {
+
+/** How one request ended. */
+enum class Outcome {
+    Answered, ///< a positive answer came
+    Refused,  ///< the station said no
+    Bad,      ///< something came that could not be used
+    TimedOut, ///< nothing came
+};
+
+/** What became of one question. */
+struct Reply
+{
+    int station = 0;
+    QByteArray frame;   ///< as sent
+    QByteArray answer;  ///< as received, from ACK or NAK on; empty where neither came
+    int strayBytes = 0; ///< bytes received meanwhile that belong to no answer
+    bool sent = true;   ///< false: the line never became clear for it
+    qint64 sentMs = 0;  ///< when it was sent, on the clock
+    double tookMs = 0;  ///< from the first sending that is still open until the answer was complete
+    Outcome outcome = Outcome::TimedOut;
+    QString note; ///< why an answer was not used
+};
+
+} // namespace cnet

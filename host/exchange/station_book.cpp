@@ -1,0 +1,132 @@
+#include "host/exchange/station_book.h"
+
+#include "host/address/value_text.h"
+#include "host/wire/frame_words.h"
+
+#include <algorithm>
+
+namespace cnet {
+
+QString stateName(StationState state)
+{
+    switch (state) {
+    case StationState::Answers:
+        return QLatin1String("answers");
+    case StationState::Refuses:
+        return QLatin1String("refuses");
+    case StationState::Disturbed:
+        return QLatin1String("disturbed");
+    case StationState::Away:
+        return QLatin1String("silent");
+    case StationState::Unknown:
+        break;
+    }
+    return QLatin1String("waiting");
+}
+
+void StationBook::count(StationCounters &counters, Watch &watch, const ExchangeReport &report)
+{
+    if (!report.reply.sent) {
+        return;
+    }
+    ++counters.frames;
+    counters.retries += report.final ? 0 : 1;
+    switch (report.reply.outcome) {
+    case Outcome::Answered:
+        ++counters.answers;
+        break;
+    case Outcome::Refused:
+        ++counters.refusals;
+        break;
+    case Outcome::Bad:
+        ++counters.bad;
+        return;
+    case Outcome::TimedOut:
+        ++counters.timeouts;
+        return;
+    }
+    ++watch.timed;
+    const double tookMs = report.reply.tookMs;
+    counters.meanMs += (tookMs - counters.meanMs) / static_cast<double>(watch.timed);
+    counters.worstMs = std::max(counters.worstMs, tookMs);
+}
+
+QString StationBook::note(const ExchangeReport &report)
+{
+    StationCounters &counters = m_counters[report.station()];
+    Watch &watch = m_watches[report.station()];
+    count(counters, watch, report);
+    const Outcome outcome = report.reply.outcome;
+    if (outcome == Outcome::TimedOut || outcome == Outcome::Bad) {
+        if (watch.missed == 0) {
+            watch.silentSinceMs = report.reply.sentMs;
+            watch.cameSomething = false;
+        }
+        watch.missed += report.reply.sent ? 1 : 0;
+        watch.cameSomething = watch.cameSomething || outcome == Outcome::Bad;
+        return QString();
+    }
+    if (!watch.away) {
+        watch.missed = 0;
+    }
+    if (outcome == Outcome::Answered) {
+        counters.state = StationState::Answers;
+        watch.refused.remove(report.block);
+        return QString();
+    }
+    if (report.purpose == Purpose::Fence) {
+        return QString();
+    }
+    counters.state = StationState::Refuses;
+    counters.lastRefusal = refusalInWords(report.refusal);
+    if (watch.refused.contains(report.block)) {
+        return QString();
+    }
+    watch.refused.insert(report.block);
+    return QString::fromLatin1("station %1 refuses %2: %3")
+        .arg(report.station())
+        .arg(report.block, counters.lastRefusal);
+}
+
+QString StationBook::noteAway(int station, qint64 nowMs)
+{
+    StationCounters &counters = m_counters[station];
+    Watch &watch = m_watches[station];
+    if (watch.silentSinceMs < 0) {
+        watch.silentSinceMs = nowMs;
+    }
+    watch.away = true;
+    counters.state = watch.cameSomething ? StationState::Disturbed : StationState::Away;
+    if (watch.cameSomething) {
+        return QString::fromLatin1("station %1 sends answers that cannot be used").arg(station);
+    }
+    return QString::fromLatin1("station %1 does not answer (%2)")
+        .arg(station)
+        .arg(counted(watch.missed, "attempt"));
+}
+
+QString StationBook::noteBack(int station, qint64 nowMs)
+{
+    Watch &watch = m_watches[station];
+    const qint64 missed = watch.missed;
+    const double awayS = static_cast<double>(nowMs - watch.silentSinceMs) / 1000;
+    const bool was = watch.away;
+    watch.away = false;
+    watch.missed = 0;
+    watch.silentSinceMs = -1;
+    m_counters[station].state = StationState::Answers;
+    return was ? QString::fromLatin1("station %1 is back after %2 s and %3")
+                     .arg(station)
+                     .arg(awayS, 0, 'f', 1)
+                     .arg(counted(missed, "attempt"))
+               : QString();
+}
+
+void StationBook::forgetStates()
+{
+    for (StationCounters &counters : m_counters) {
+        counters.state = StationState::Unknown;
+    }
+}
+
+} // namespace cnet

@@ -1,0 +1,10 @@
+#pragma once
+
+namespace cnet {
+
+enum class RecipeDirection {
+    Write, ///< to the PLC
+    Read,  ///< from the PLC
+};
+
+} // namespace cnet

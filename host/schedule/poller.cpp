@@ -1,0 +1,208 @@
+#include "host/schedule/poller.h"
+
+#include "host/jobs/read_job.h"
+
+#include <algorithm>
+
+namespace cnet {
+
+namespace {
+
+const qint64 kLeastStaleMs = 2000;
+const int kStaleRounds = 3;
+
+} // namespace
+
+Poller::Poller(DriverCore &driver, const RegisterCatalog &registers, const StationHealth &health,
+               const Clock &clock, const PollSettings &settings, QObject *parent)
+    : QObject(parent)
+    , m_driver(driver)
+    , m_registers(registers)
+    , m_health(health)
+    , m_clock(clock)
+    , m_settings(settings)
+    , m_set(driver)
+{}
+
+void Poller::add(Monitor *monitor)
+{
+    const auto changed = [this] {
+        m_set.forget();
+        m_refused.clear();
+        m_mergeDue = true;
+    };
+    m_set.add(monitor);
+    m_mergeDue = true;
+    connect(monitor, &Monitor::itemsChanged, this, changed);
+    connect(monitor, &QObject::destroyed, this, changed);
+}
+
+Monitor::Surroundings Poller::surroundings() const
+{
+    Monitor::Surroundings now;
+    now.nowMs = m_clock.nowMs();
+    now.wallMs = m_clock.wallMs();
+    now.lineOpen = m_lineOpen;
+    // The first round of a slow line is not over when its first values are shown.
+    const qint64 underwayMs = m_blocksLeft > 0 ? now.nowMs - m_roundBeganMs : 0;
+    const qint64 roundMs =
+        std::max({qint64(m_settings.intervalMs), m_roundTookMs, underwayMs});
+    now.dueMs = m_settings.staleMs > 0 ? m_settings.staleMs
+                                       : std::max(kLeastStaleMs, kStaleRounds * roundMs);
+    return now;
+}
+
+// A read that was not cyclic may have changed values of which the driver told nobody, since nobody
+// watched them then. So each block's values are compared when it is read next.
+void Poller::prepare()
+{
+    if (!m_mergeDue) {
+        return;
+    }
+    m_mergeDue = false;
+    m_set.distrustCallbacks();
+    m_blocks = m_driver.merge(
+        m_set.keys([this](int station) { return m_health.isAlive(station); }));
+    m_blocksLeft = 0;
+}
+
+bool Poller::isDue() const
+{
+    return m_blocks > 0 && (m_blocksLeft > 0 || m_clock.nowMs() >= m_nextRoundMs);
+}
+
+qint64 Poller::nextMs() const
+{
+    return m_blocks > 0 ? m_nextRoundMs : -1;
+}
+
+void Poller::blockEnded(const AddressRange &range, const ExchangeReport &report, bool changed)
+{
+    if (m_blocksLeft == 0) {
+        m_roundBeganMs = report.reply.sentMs;
+        m_blocksLeft = m_blocks;
+    }
+    const Monitor::Surroundings now = surroundings();
+    if (report.good) {
+        m_set.rangeRead(range, changed, now);
+        m_refused.remove(range);
+    } else if (report.reply.outcome == Outcome::Refused) {
+        sortOut(range, report.refusal);
+    } else {
+        m_set.rangeFailed(range, report.failure(), now);
+    }
+    --m_blocksLeft;
+    if (m_blocksLeft <= 0) {
+        finishRound();
+    }
+}
+
+void Poller::finishRound()
+{
+    const qint64 nowMs = m_clock.nowMs();
+    m_blocksLeft = 0;
+    m_roundTookMs = nowMs - m_roundBeganMs;
+    m_nextRoundMs = std::max(nowMs, m_roundBeganMs + m_settings.intervalMs);
+    ++m_rounds;
+    Q_EMIT roundEnded(m_rounds);
+}
+
+// A block of one item is that item's refusal. So is one that is refused again although each of its items
+// was read by itself: it is the block then that the PLC does not like.
+void Poller::sortOut(const AddressRange &range, int code)
+{
+    QVector<PollSet::Place> places;
+    const QVector<Item> items = m_set.itemsIn(range, places);
+    int &times = m_refused[range];
+    ++times;
+    if (items.size() <= 1 || times > 1) {
+        for (const PollSet::Place &place : places) {
+            place.monitor->markRefused(place.item, place.block, code, surroundings());
+        }
+        m_mergeDue = true;
+        return;
+    }
+    auto *const job =
+        new ReadJob(items, m_registers, m_settings.blockWords, Merging::Apart, this);
+    connect(job, &Job::finished, this, [this, places, job] {
+        mark(places, job);
+        job->deleteLater();
+    });
+    Q_EMIT jobWanted(job);
+}
+
+void Poller::mark(const QVector<PollSet::Place> &places, Job *job)
+{
+    const QVector<ReadResult> results = static_cast<ReadJob *>(job)->results();
+    for (int i = 0; i < places.size(); ++i) {
+        const PollSet::Place &place = places.at(i);
+        const Failure &failure = results.at(i).failure;
+        const bool there = place.monitor && place.item < place.monitor->items().size() &&
+                           place.block < place.monitor->items().at(place.item).blocks.size();
+        if (there && failure.kind == Failure::Refused) {
+            place.monitor->markRefused(place.item, place.block, failure.code, surroundings());
+            m_mergeDue = true;
+        }
+    }
+}
+
+void Poller::rangeRead(const AddressRange &range)
+{
+    m_set.rangeReadInPart(range, surroundings());
+}
+
+void Poller::stationFailed(int station, const Failure &failure)
+{
+    m_set.stationFailed(station, failure, surroundings());
+    m_mergeDue = true;
+}
+
+void Poller::stationBack(int station)
+{
+    m_set.forEach([station](Monitor &monitor) { monitor.forgetRefusals(station); });
+    m_refused.clear();
+    m_mergeDue = true;
+}
+
+void Poller::lineChanged(bool open)
+{
+    m_lineOpen = open;
+    m_mergeDue = true;
+    m_nextRoundMs = m_clock.nowMs();
+    look();
+}
+
+void Poller::writeBegun(const Item &item, const QVector<quint16> &values)
+{
+    m_set.forEach([&](Monitor &monitor) { monitor.writeBegun(item, values, surroundings()); });
+}
+
+void Poller::writeEnded(const Item &item, const QVector<quint16> &values, bool confirmed)
+{
+    m_set.forEach(
+        [&](Monitor &monitor) { monitor.writeEnded(item, values, confirmed, surroundings()); });
+}
+
+// While no station answers and every one was tried, a round is what would have been read.
+void Poller::look()
+{
+    const Monitor::Surroundings now = surroundings();
+    m_set.forEach([&](Monitor &monitor) { monitor.look(now); });
+    const QVector<int> stations = m_set.stations();
+    const bool hopeless =
+        m_lineOpen && m_blocks == 0 && !m_mergeDue && !stations.isEmpty() &&
+        std::none_of(stations.cbegin(), stations.cend(), [this](int station) {
+            return m_health.state(station) == StationHealth::State::Unproven;
+        });
+    if (hopeless && now.nowMs >= m_nextRoundMs) {
+        m_roundBeganMs = now.nowMs;
+        finishRound();
+    }
+}
+
+void Poller::tell()
+{
+    m_set.forEach([](Monitor &monitor) { monitor.tell(); });
+}
+
+} // namespace cnet

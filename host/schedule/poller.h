@@ -1,0 +1,97 @@
+#pragma once
+
+#include "host/address/register_catalog.h"
+#include "host/exchange/exchange_report.h"
+#include "host/jobs/job.h"
+#include "host/schedule/poll_set.h"
+#include "host/schedule/station_health.h"
+#include "host/time/clock.h"
+
+#include <QObject>
+#include <QSet>
+
+namespace cnet {
+
+struct PollSettings
+{
+    int blockWords = 60;  ///< words of a request
+    int intervalMs = 100; ///< a round begins no sooner than this after the one before
+    int staleMs = 0;      ///< age at which a value is stale; 0: three rounds, two seconds at least
+};
+
+/**
+ * The cyclic reads: which blocks they have, when a round begins, and what becomes of a block that is
+ * refused. Such a block is read once item by item; what the station refuses by itself is left out, and
+ * costs nobody else.
+ */
+class Poller : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** All but `settings` must outlive this object. */
+    Poller(DriverCore &driver, const RegisterCatalog &registers, const StationHealth &health,
+           const Clock &clock, const PollSettings &settings, QObject *parent = nullptr);
+
+    void add(Monitor *monitor);
+
+    /** The driver's cyclic reads are not those of the monitors any more, or are to be others. */
+    void disturb() { m_mergeDue = true; }
+
+    /** Gives the driver its cyclic reads, if they are not the right ones; nothing is in flight. */
+    void prepare();
+
+    /** True when the next block may be asked for. After prepare(). */
+    bool isDue() const;
+
+    /** When the next round begins; -1: there is nothing to read. */
+    qint64 nextMs() const;
+
+    /** A block of the cyclic reads ended for good. @param changed the driver reported changes */
+    void blockEnded(const AddressRange &range, const ExchangeReport &report, bool changed);
+
+    /** Words or a contact were read by a job; monitors may show them. */
+    void rangeRead(const AddressRange &range);
+
+    void stationFailed(int station, const Failure &failure);
+    void stationBack(int station);
+    void lineChanged(bool open);
+    void writeBegun(const Item &item, const QVector<quint16> &values);
+    void writeEnded(const Item &item, const QVector<quint16> &values, bool confirmed);
+    /** Time passed. */
+    void look();
+    /** Monitors tell their changes. */
+    void tell();
+
+    const PollSet &items() const { return m_set; }
+    int rounds() const { return m_rounds; }
+    Monitor::Surroundings surroundings() const;
+
+Q_SIGNALS:
+    void roundEnded(int rounds);
+    /** A job is to be done for this object, which deletes it. */
+    void jobWanted(cnet::Job *job);
+
+private:
+    void sortOut(const AddressRange &range, int code);
+    void finishRound();
+    void mark(const QVector<PollSet::Place> &places, Job *job);
+
+    DriverCore &m_driver;
+    const RegisterCatalog &m_registers;
+    const StationHealth &m_health;
+    const Clock &m_clock;
+    PollSettings m_settings;
+    PollSet m_set;
+    bool m_mergeDue = true;
+    bool m_lineOpen = false;
+    int m_blocks = 0; ///< of a round
+    int m_blocksLeft = 0;
+    int m_rounds = 0;
+    qint64 m_roundBeganMs = 0;
+    qint64 m_nextRoundMs = 0;
+    qint64 m_roundTookMs = 0;
+    QHash<AddressRange, int> m_refused; ///< how often a block was refused
+};
+
+} // namespace cnet

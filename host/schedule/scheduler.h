@@ -1,0 +1,117 @@
+#pragma once
+
+#include "host/jobs/job.h"
+#include "host/schedule/frame_carrier.h"
+#include "host/schedule/poller.h"
+#include "host/schedule/station_health.h"
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+
+#include <memory>
+
+namespace cnet {
+
+/** What becomes of a job for a station that is known to be silent. */
+enum class SilentStation {
+    Greet, ///< it is asked once more whether it is there
+    Fail,  ///< the job fails at once
+};
+
+struct ScheduleSettings
+{
+    PollSettings poll;
+    int attempts = 3; ///< how often a station is greeted for a job before the job fails
+    SilentStation silentStation = SilentStation::Greet;
+};
+
+/**
+ * Decides what is asked next: recipes and writes, one-off reads, a greeting for a station that may be
+ * back, the blocks of the monitored items.
+ *
+ * A station is greeted before it is used; while it does not answer, nothing else is asked of it, and its
+ * items leave the cyclic reads.
+ */
+class Scheduler : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** All but `settings` must outlive this object. */
+    Scheduler(DriverCore &driver, const RegisterCatalog &registers, Conversation &conversation,
+              ResponseTimes &times, Clock &clock, const ScheduleSettings &settings,
+              QObject *parent = nullptr);
+    ~Scheduler() override;
+
+    /** Puts a job into the queue; it remains its parent's. */
+    void add(Job *job);
+    /** Has the items of a monitor read from now on, until it is deleted. */
+    void add(Monitor *monitor);
+
+    void lineOpened();
+    void lineLost();
+    /** Ends all jobs; nothing is sent from here on. */
+    void stop();
+
+    const StationHealth &health() const { return m_health; }
+    const Poller &poller() const { return m_poller; }
+
+Q_SIGNALS:
+    void exchangeEnded(const cnet::ExchangeReport &report);
+    /** A station answers again, or does no more. */
+    void stationChanged(int station);
+    void roundEnded(int rounds);
+
+private:
+    enum class Admission {
+        Granted,
+        Asked,   ///< the station is being greeted
+        Refused, ///< it does not answer
+    };
+
+    void proceedSoon() { m_alarm->set(0); }
+    void proceed();
+    void rest();
+    bool resume();
+    bool serveJobs();
+    Job *nextJob(bool first) const;
+    Admission admit(const BlockRequest &request);
+    bool begin(Job *job, const BlockRequest &request);
+    bool greetDueStation();
+    void greet(int station, int patienceMs);
+    void handleConversationEnded(const Reply &reply);
+    void handleFenceEnded(const Reply &reply);
+    void handleGreeting(int station, const Reply &reply);
+    void handleFrame(const Reply &reply);
+    void handleFinalFrame(const ExchangeReport &report, const AddressRange &range);
+    bool concernsRequest(const ExchangeReport &report) const;
+    void finishRequest(const Failure &failure, const ExchangeReport *report);
+    void stationHeard(int station);
+    void stationMissed(int station, const Failure &failure);
+    void watchWrites(Job *job);
+    void cancelJob(Job *job);
+    void endJob(Job *job, const Failure &reason);
+
+    DriverCore &m_driver;
+    Conversation &m_conversation;
+    ResponseTimes &m_times;
+    Clock &m_clock;
+    ScheduleSettings m_settings;
+    std::unique_ptr<Alarm> m_alarm; ///< when there is something to do again
+    StationHealth m_health;
+    FrameCarrier m_carrier;
+    Poller m_poller;
+    QList<QPointer<Job>> m_jobs;
+    QPointer<Job> m_job; ///< whose request is underway
+    BlockRequest m_request;
+    bool m_requestOpen = false; ///< the driver has it
+    int m_greeted = -1;         ///< station whose greeting is out
+    int m_forJob = -1;          ///< station that a job waits for
+    int m_greetings = 0;        ///< that went out for it
+    bool m_lineOpen = false;
+    bool m_stopped = false;
+    qint64 m_lookedMs = 0;
+};
+
+} // namespace cnet

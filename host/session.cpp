@@ -1,0 +1,225 @@
+#include "host/session.h"
+
+#include "host/driver/driver_core.h"
+#include "host/time/system_clock.h"
+
+#include <algorithm>
+
+namespace cnet {
+
+namespace {
+
+TimeoutSettings timeouts(const SessionOptions &options)
+{
+    return {options.timeoutMs, options.line.characterMicroseconds()};
+}
+
+// Longer than any gap within an answer on a slow line, and not too short for a fast one.
+ConversationSettings manners(const SessionOptions &options)
+{
+    const int quietCharacters = 20;
+    ConversationSettings settings;
+    settings.quietMs = std::max(settings.quietMs,
+                                quietCharacters * options.line.characterMicroseconds() / 1000);
+    settings.repeatedAnswers = options.repeatedAnswers;
+    return settings;
+}
+
+ScheduleSettings schedule(const SessionOptions &options)
+{
+    ScheduleSettings settings;
+    settings.poll.blockWords = options.blockWords;
+    settings.poll.intervalMs = options.intervalMs;
+    settings.poll.staleMs = options.staleMs;
+    settings.attempts = options.attempts;
+    settings.silentStation = options.silentStation;
+    return settings;
+}
+
+// Before anything else asks the driver for a frame.
+DriverCore &started(Driver &driver, const SessionOptions &options)
+{
+    DriverProperties properties;
+    properties.attempts = options.attempts;
+    properties.blockWords = options.blockWords;
+    driver.core().start(properties);
+    return driver.core();
+}
+
+} // namespace
+
+Session::Session(Driver &driver, std::unique_ptr<Link> link, const SessionOptions &options,
+                 QObject *parent)
+    : Session(driver, std::move(link), options, SystemClock::instance(), parent)
+{}
+
+Session::Session(Driver &driver, std::unique_ptr<Link> link, const SessionOptions &options,
+                 Clock &clock, QObject *parent)
+    : QObject(parent)
+    , m_driver(driver)
+    , m_options(options)
+    , m_clock(clock)
+    , m_link(std::move(link))
+    , m_times(timeouts(options))
+    , m_conversation(*m_link, clock, m_times, manners(options))
+    , m_scheduler(started(driver, options), driver.registers(), m_conversation, m_times, clock,
+                  schedule(options))
+    , m_reconnector(*m_link, clock, options.firstOpen)
+{
+    wireLink();
+    wireTalk();
+}
+
+Session::~Session()
+{
+    disconnect(m_link.get(), nullptr, nullptr, nullptr);
+    m_scheduler.stop();
+    m_link->close();
+}
+
+void Session::wireLink()
+{
+    connect(m_link.get(), &Link::opened, this, [this] {
+        m_book.forgetStates();
+        setState(State::Open, QString());
+        m_scheduler.lineOpened();
+    });
+    connect(m_link.get(), &Link::failed, this, [this](const QString &reason) {
+        const bool wasOpen = m_state == State::Open;
+        if (wasOpen) {
+            m_lostAtMs = m_clock.nowMs();
+            m_scheduler.lineLost();
+        }
+        setState(wasOpen || m_state == State::Lost ? State::Lost : m_state, reason);
+    });
+    connect(&m_reconnector, &Reconnector::firstOpenFailed, this, [this](const QString &reason) {
+        m_scheduler.stop();
+        setState(State::Closed, reason);
+        notice(QString::fromLatin1("cannot open %1: %2").arg(m_link->name(), reason));
+    });
+    connect(&m_reconnector, &Reconnector::lost, this, [this](const QString &reason) {
+        notice(QString::fromLatin1("%1 is lost: %2").arg(m_link->name(), reason));
+    });
+    connect(&m_reconnector, &Reconnector::restored, this, [this](int attempts) {
+        const qint64 downMs = m_clock.nowMs() - m_lostAtMs;
+        notice(QString::fromLatin1("%1 is open again after %2 s and %3 attempts")
+                   .arg(m_link->name())
+                   .arg(static_cast<double>(downMs) / 1000, 0, 'f', 1)
+                   .arg(attempts));
+    });
+}
+
+void Session::wireTalk()
+{
+    connect(&m_conversation, &Conversation::sent, this, &Session::requestSent);
+    connect(&m_conversation, &Conversation::answeredLate, this, &Session::handleLate);
+    connect(&m_scheduler, &Scheduler::exchangeEnded, this, [this](const ExchangeReport &report) {
+        const QString text = m_book.note(report);
+        Q_EMIT exchangeEnded(report);
+        notice(text);
+    });
+    connect(&m_scheduler, &Scheduler::stationChanged, this, &Session::handleStation);
+    connect(&m_scheduler, &Scheduler::roundEnded, this, &Session::roundEnded);
+}
+
+void Session::notice(const QString &text)
+{
+    if (!text.isEmpty()) {
+        Q_EMIT noticed(text);
+    }
+}
+
+void Session::handleStation(int station)
+{
+    const qint64 nowMs = m_clock.nowMs();
+    const QString text = m_scheduler.health().isAlive(station) ? m_book.noteBack(station, nowMs)
+                                                               : m_book.noteAway(station, nowMs);
+    Q_EMIT stationChanged(station);
+    notice(text);
+}
+
+void Session::handleLate(int station, const QByteArray &answer, double lateMs)
+{
+    m_book.noteLate(station);
+    Q_EMIT answeredLate(station, answer, lateMs);
+    const int neededMs = m_times.neededMs(station);
+    // The longer such a station is asked, the later it is: that is said once.
+    if (neededMs > 0 && !m_neededMs.contains(station)) {
+        m_neededMs[station] = neededMs;
+        notice(QString::fromLatin1("station %1 answers after %2 ms, the time-out is %3 ms: "
+                                   "%4 ms would do")
+                   .arg(station)
+                   .arg(lateMs, 0, 'f', 0)
+                   .arg(m_options.timeoutMs)
+                   .arg(neededMs));
+    }
+}
+
+void Session::setState(State state, const QString &error)
+{
+    m_lineError = error;
+    if (state != m_state) {
+        m_state = state;
+        Q_EMIT stateChanged(state);
+    }
+}
+
+void Session::open()
+{
+    if (m_state == State::Closed) {
+        setState(State::Opening, QString());
+        m_reconnector.start();
+    }
+}
+
+void Session::close()
+{
+    m_reconnector.stop();
+    m_scheduler.stop();
+    m_link->close();
+    setState(State::Closed, QString());
+}
+
+Monitor *Session::monitor(const QVector<Item> &items)
+{
+    auto *const monitor = new Monitor(m_options.blockWords, this);
+    m_scheduler.add(monitor);
+    monitor->setItems(items);
+    return monitor;
+}
+
+ReadJob *Session::read(const QVector<Item> &items)
+{
+    auto *const job = new ReadJob(items, m_driver.registers(), m_options.blockWords,
+                                  Merging::Together, this);
+    m_scheduler.add(job);
+    return job;
+}
+
+WriteJob *Session::write(const QVector<Assignment> &assignments, ReadBack readBack)
+{
+    auto *const job = new WriteJob(assignments, m_driver.registers(), m_options.blockWords,
+                                   readBack, m_options.pendingWrites, this);
+    m_scheduler.add(job);
+    return job;
+}
+
+// A block of a recipe that is written must fit the PLC's buffer, and the driver has one block length.
+RecipeJob *Session::transfer(const QVector<RecipeItem> &items, RecipeDirection direction,
+                             Verify verify)
+{
+    const int words = direction == RecipeDirection::Write
+                          ? std::min(m_options.blockWords, kHighestWriteWords)
+                          : m_options.blockWords;
+    auto *const job = new RecipeJob(m_driver.core(), items, direction, verify,
+                                    m_driver.registers(), words, this);
+    m_scheduler.add(job);
+    return job;
+}
+
+int Session::rounds() const
+{
+    return m_scheduler.poller().rounds();
+}
+
+} // namespace cnet

@@ -1,0 +1,127 @@
+#pragma once
+
+#include "host/driver/driver.h"
+#include "host/exchange/exchange_report.h"
+#include "host/exchange/station_book.h"
+#include "host/jobs/read_job.h"
+#include "host/jobs/write_job.h"
+#include "host/link/link.h"
+#include "host/monitor/monitor.h"
+#include "host/recipe/recipe_job.h"
+#include "host/session_options.h"
+#include "host/time/clock.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace cnet {
+
+/**
+ * A stay on a line: one driver, one link, and everybody who wants values of the stations there. Monitors
+ * and jobs of several users share it and none disturbs another.
+ *
+ * It lives on the event loop of its thread; all calls and signals are there, and none waits. Several
+ * sessions may share a thread, each with a driver of its own.
+ */
+class Session : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class State {
+        Closed,  ///< not opened yet, or closed for good
+        Opening, ///< the line was never open
+        Open,
+        Lost, ///< it was open, and is opened again when it can be
+    };
+
+    /**
+     * @param driver loaded, of this session alone; must outlive it
+     * @param link to the PLCs, not opened yet; see makeLink()
+     */
+    Session(Driver &driver, std::unique_ptr<Link> link,
+            const SessionOptions &options = SessionOptions(), QObject *parent = nullptr);
+
+    /** The same with a clock of the caller's, which must outlive the session. */
+    Session(Driver &driver, std::unique_ptr<Link> link, const SessionOptions &options,
+            Clock &clock, QObject *parent = nullptr);
+    ~Session() override;
+
+    /** Opens the line, and again whenever it is lost. stateChanged() follows. */
+    void open();
+
+    /** Ends all jobs and closes the line for good. */
+    void close();
+
+    State state() const { return m_state; }
+    /** Why the line is not open; empty while it is. */
+    QString lineError() const { return m_lineError; }
+    QString linkName() const { return m_link->name(); }
+    const SessionOptions &options() const { return m_options; }
+
+    /**
+     * Watches items from now on, until the monitor is deleted.
+     * @param items whose addresses were checked; may be empty, and changed by Monitor::setItems()
+     */
+    Monitor *monitor(const QVector<Item> &items = {});
+
+    /** Reads items once. @param items whose addresses were checked */
+    ReadJob *read(const QVector<Item> &items);
+
+    /** Writes values, in the order given. @param assignments whose addresses were checked */
+    WriteJob *write(const QVector<Assignment> &assignments,
+                    ReadBack readBack = ReadBack::OnFailure);
+
+    /**
+     * Transfers a recipe.
+     * @param items checked, of which no two overlap; with values where they are written
+     */
+    RecipeJob *transfer(const QVector<RecipeItem> &items, RecipeDirection direction,
+                        Verify verify = Verify::Yes);
+
+    /** What is known of each station that was asked anything. */
+    const QMap<int, StationCounters> &stations() const { return m_book.all(); }
+
+    /** Rounds in which every block of the monitored items was read or given up. */
+    int rounds() const;
+
+    /** Milliseconds on the clock that ages are taken from. */
+    qint64 nowMs() const { return m_clock.nowMs(); }
+
+Q_SIGNALS:
+    void stateChanged(cnet::Session::State state);
+    /** A station answers again, or does no more; see stations(). */
+    void stationChanged(int station);
+    /** One line for people: a station comes or goes, an address is refused, the line is lost. */
+    void noticed(const QString &text);
+    void requestSent(const QByteArray &frame);
+    void exchangeEnded(const cnet::ExchangeReport &report);
+    /** An answer came after its time-out, and was not used. */
+    void answeredLate(int station, const QByteArray &answer, double lateMs);
+    void roundEnded(int rounds);
+
+private:
+    void wireLink();
+    void wireTalk();
+    void setState(State state, const QString &error);
+    void handleStation(int station);
+    void handleLate(int station, const QByteArray &answer, double lateMs);
+    void notice(const QString &text);
+
+    Driver &m_driver;
+    SessionOptions m_options;
+    Clock &m_clock;
+    std::unique_ptr<Link> m_link;
+    ResponseTimes m_times;
+    Conversation m_conversation;
+    Scheduler m_scheduler;
+    Reconnector m_reconnector;
+    StationBook m_book;
+    State m_state = State::Closed;
+    QString m_lineError;
+    qint64 m_lostAtMs = 0;
+    QMap<int, int> m_neededMs; ///< by station: what people were told
+};
+
+} // namespace cnet

@@ -1,0 +1,22 @@
+#pragma once
+
+namespace cnet {
+
+constexpr char kEtx = 0x03; ///< ends an answer
+constexpr char kEot = 0x04; ///< ends a request
+constexpr char kEnq = 0x05; ///< begins a request
+constexpr char kAck = 0x06; ///< begins a positive answer
+constexpr char kNak = 0x15; ///< begins a refusal
+
+constexpr int kBlockCheckLength = 2;
+
+/** No frame of a MASTER-K is longer, request or answer. */
+constexpr int kLongestFrame = 256;
+
+/** What a MASTER-K gives for one request at most. */
+constexpr int kMostWordsOfRequest = 60;
+
+// NAK st(2) command(1) type(2) error code(4) ETX BCC(2)
+constexpr int kRefusalLength = 1 + 2 + 1 + 2 + 4 + 1 + kBlockCheckLength;
+
+} // namespace cnet
