@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <vector>
@@ -17,16 +18,17 @@ namespace {
 
 using namespace plc;
 
-void print(std::FILE *file, const QString &text)
+/** @return false, with the reason in errno, if the text cannot be written. */
+bool print(std::FILE *file, const QString &text)
 {
     const QByteArray bytes = text.toLocal8Bit();
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), file);
-    std::fflush(file);
+    const auto size = static_cast<std::size_t>(bytes.size());
+    return std::fwrite(bytes.constData(), 1, size, file) == size && std::fflush(file) == 0;
 }
 
 /**
- * One line, whatever was on the command line. What was given stands at the beginning and what was
- * expected at the end, so of a long one the middle is left out.
+ * Turns any text from the command line into one short line. A message begins with what was given
+ * and ends with what was expected, so the middle of a long one is left out.
  */
 QString oneLine(QString text)
 {
@@ -48,12 +50,27 @@ int fail(ExitCode code, const QString &message)
     return code;
 }
 
-/** Else a connection would get the number of a stream that the caller has closed. */
+/** Prints what the user has asked for. @return the exit code. */
+int say(const QString &text)
+{
+    // A signal may interrupt the write: then the program was told to end, and nothing is wrong.
+    if (!print(stdout, text) && !StopSignals::isCaught()) {
+        return fail(
+            kExitUsage,
+            QString::fromLatin1("cannot write to standard output: %1").arg(qt_error_string(errno)));
+    }
+    return kExitFine;
+}
+
+/**
+ * Occupies the standard streams that the caller has closed; otherwise a connection would get their
+ * numbers. They are opened the wrong way round, so that using them still fails.
+ */
 void keepStandardStreams()
 {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(stream, F_GETFD) < 0) {
-            open("/dev/null", O_RDWR);
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
         }
     }
 }
@@ -97,11 +114,16 @@ int serve(const Options &options)
     if (options.ptyLink && !pty.open(*options.ptyLink)) {
         return fail(kExitCannotOpen, pty.errorString());
     }
+    QString places;
     for (const auto &server : servers) {
-        print(stdout, QString::fromLatin1("listening on %1\n").arg(server->address()));
+        places += QString::fromLatin1("listening on %1\n").arg(server->address());
     }
     if (options.ptyLink) {
-        print(stdout, QString::fromLatin1("serving at %1\n").arg(pty.device()));
+        places += QString::fromLatin1("serving at %1\n").arg(pty.device());
+    }
+    // Nobody can connect to a port that is not announced.
+    if (const int code = say(places)) {
+        return code;
     }
     return QCoreApplication::exec();
 }
@@ -111,7 +133,7 @@ int serve(const Options &options)
 int main(int argc, char **argv)
 {
     keepStandardStreams();
-    // Qt's own event loop: GLib's, where there is one, asks the system twice for each event.
+    // Use Qt's own event loop. GLib's makes two system calls for each event.
     qputenv("QT_NO_GLIB", "1");
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QLatin1String("cnet-plc"));
@@ -121,12 +143,10 @@ int main(int argc, char **argv)
     }
     const Options &options = std::get<Options>(read);
     if (options.help) {
-        print(stdout, helpText());
-        return kExitFine;
+        return say(helpText());
     }
     if (options.version) {
-        print(stdout, QLatin1String("cnet-plc " CNET_PLC_VERSION "\n"));
-        return kExitFine;
+        return say(QLatin1String("cnet-plc " CNET_PLC_VERSION "\n"));
     }
     return serve(options);
 }

@@ -12,9 +12,9 @@ namespace plc {
 
 /** Exit codes of cnet-plc. */
 enum ExitCode {
-    kExitFine = 0,
-    kExitUsage = 2,
-    kExitCannotOpen = 3,
+    kExitFine = 0,       ///< ended by a signal, or after --help and --version
+    kExitUsage = 2,      ///< wrong command line, or standard output cannot be written
+    kExitCannotOpen = 3, ///< an address, a terminal or a link cannot be opened
 };
 
 struct TcpAddress
@@ -23,11 +23,11 @@ struct TcpAddress
     quint16 port = 0;
 };
 
-/** The command line of cnet-plc, checked as far as it can be without opening anything. */
+/** The command line of cnet-plc, checked as far as possible without opening anything. */
 struct Options
 {
     std::vector<TcpAddress> tcp;
-    std::optional<QString> ptyLink; ///< empty text: a pseudo-terminal without a link
+    std::optional<QString> ptyLink; ///< empty: a pseudo-terminal without a link
     std::vector<int> stations;
     Model model = Model::Full;
     std::vector<Setting> settings;
@@ -40,16 +40,16 @@ struct Options
     bool version = false;
 };
 
-/** @param arguments the program's name first, as QCoreApplication gives them. */
+/** Reads the command line. @param arguments begin with the program's name. */
 Parsed<Options> readOptions(const QStringList &arguments);
 
-/** "[HOST:]PORT"; a host is an IP address or "localhost", which is also meant where none is. */
+/** "[HOST:]PORT"; HOST is an IP address or "localhost", which is the default. */
 Parsed<TcpAddress> parseTcpAddress(const QString &text);
 
 /** What --help prints. */
 QString helpText();
 
-/** Adds the stations and puts their settings, ramps and faults into effect. */
+/** Adds the stations and applies the settings, ramps and faults to them. */
 std::optional<TextError> fillBus(const Options &options, Bus &bus);
 
 } // namespace plc
