@@ -73,7 +73,7 @@ std::optional<Refusal> readValue(FieldReader &reader, PointKind kind, std::vecto
 }
 
 /** rSS and wSS: a number of blocks, each with one value. */
-std::optional<Refusal> readSingles(FieldReader &reader, bool write, std::vector<Item> &items)
+std::optional<Refusal> readSingles(FieldReader &reader, Service service, std::vector<Item> &items)
 {
     const std::optional<int> blocks = reader.takeHex(2);
     if (!blocks || *blocks == 0) {
@@ -90,7 +90,7 @@ std::optional<Refusal> readSingles(FieldReader &reader, bool write, std::vector<
         if (!items.empty() && isBitType(item.first.kind) != isBitType(items.front().first.kind)) {
             return Refusal::TypesDiffer;
         }
-        if (write) {
+        if (service == Service::WriteSingle) {
             if (const auto refusal = readValue(reader, item.first.kind, item.data)) {
                 return refusal;
             }
@@ -100,8 +100,8 @@ std::optional<Refusal> readSingles(FieldReader &reader, bool write, std::vector<
     return std::nullopt;
 }
 
-/** rSB and wSB: one row of words. */
-std::optional<Refusal> readBlock(FieldReader &reader, bool write, std::vector<Item> &items)
+/** rSB and wSB: consecutive words. */
+std::optional<Refusal> readBlock(FieldReader &reader, Service service, std::vector<Item> &items)
 {
     Item item;
     if (const auto refusal = readName(reader, item.first)) {
@@ -118,7 +118,8 @@ std::optional<Refusal> readBlock(FieldReader &reader, bool write, std::vector<It
         return Refusal::TooManyWords;
     }
     item.count = *words;
-    for (int word = 0; write && word < *words; ++word) {
+    const int values = service == Service::WriteBlock ? *words : 0;
+    for (int word = 0; word < values; ++word) {
         if (const auto refusal = readValue(reader, PointKind::Word, item.data)) {
             return refusal;
         }
@@ -165,9 +166,8 @@ std::variant<Request, Refusal> readRequest(const Envelope &envelope)
     request.service = *service;
     FieldReader reader(envelope.body);
     const bool single = *service == Service::ReadSingle || *service == Service::WriteSingle;
-    const bool write = *service == Service::WriteSingle || *service == Service::WriteBlock;
-    const auto refusal = single ? readSingles(reader, write, request.items)
-                                : readBlock(reader, write, request.items);
+    const auto refusal = single ? readSingles(reader, *service, request.items)
+                                : readBlock(reader, *service, request.items);
     if (refusal) {
         return *refusal;
     }

@@ -11,18 +11,19 @@
 
 namespace plc {
 
-/** The outer fields of a request frame, which every answer repeats. */
+/** The header fields of a request frame, which every answer repeats, and the rest as it came. */
 struct Envelope
 {
     int station = 0;
     char command = 'r'; ///< any letter, as received
     QByteArray type;    ///< two characters, as received
-    QByteArray body;    ///< what lies between the type and EOT
+    QByteArray body;    ///< everything between the type and EOT
 };
 
+/** What a request wants done. */
 enum class Service { ReadSingle, ReadBlock, WriteSingle, WriteBlock };
 
-/** One value or, for the block services, one row of words. */
+/** One value or, for the block services, consecutive words. */
 struct Item
 {
     Point first;
@@ -30,6 +31,7 @@ struct Item
     std::vector<quint16> data; ///< what to write; empty when reading
 };
 
+/** One parsed request. */
 struct Request
 {
     Service service = Service::ReadSingle;
@@ -37,14 +39,14 @@ struct Request
 };
 
 /**
- * Opens a frame that runs from ENQ to EOT or to its block check.
- * @return nothing where a PLC stays silent: the frame is not whole or its block check is wrong.
+ * Reads the header of a frame that starts with ENQ and ends with EOT or with the block check.
+ * @return nothing if a PLC would not answer: the frame is incomplete or its block check is wrong.
  */
 std::optional<Envelope> openEnvelope(const QByteArray &frame);
 
 /**
- * Reads what is asked for. Fields are judged from left to right, and the first fault is the answer;
- * whether the addresses exist is not judged here.
+ * Parses the request. Fields are checked from left to right, and the first error is returned.
+ * Whether the addresses exist is not checked here.
  */
 std::variant<Request, Refusal> readRequest(const Envelope &envelope);
 
