@@ -71,6 +71,9 @@ void TestFaults::faultTable()
     row("one byte more than a read wants", FaultKind::Oversize, 34, 34, 1, {8, 1}, {8, 1});
     row("far too long", FaultKind::Oversize, 2000, 2000, 3, {8, 8, 2, 1}, {8, 8, 2, 1});
     row("echo of the request", FaultKind::Echo, 0, 0, 3, {1, 1, 1}, {1, 1, 1});
+    // The copy is taken for the next answer. That of an acknowledgement has the wrong length.
+    row("answered twice", FaultKind::Repeat, 1, 1, 1, {1, 1}, {1, 8, 1});
+    row("answered six times", FaultKind::Repeat, 5, 5, 1, {1, 1, 1}, {1, 8, 1});
 }
 
 static Fault fetchFault()
@@ -285,7 +288,7 @@ static QString randomRun(HostLoop &loop, unsigned seed)
 {
     plc::Unit &unit = loop.addStation(1);
     unit.faults.setSeed(seed);
-    for (int kind = 0; kind <= static_cast<int>(FaultKind::Echo); ++kind) {
+    for (int kind = 0; kind <= static_cast<int>(FaultKind::Repeat); ++kind) {
         Fault fault = plc::usualFault(static_cast<FaultKind>(kind));
         fault.percent = 5;
         if (fault.kind != FaultKind::WrongStation) {

@@ -23,7 +23,8 @@ using plc::kEot;
 using plc::kEtx;
 using plc::kNak;
 
-const int kMostAnswerBytes = 4096 + 2 * 1000 + 2 * plc::kMaxFrameBytes; ///< with every fault
+/// With every fault: the longest answer and its copies, noise around them and the echo.
+const int kMostAnswerBytes = (1 + plc::kMaxCopies) * 4096 + 2 * 1000 + 2 * plc::kMaxFrameBytes;
 
 /** A digit of a number, most often a right one. */
 QByteArray number(Input &input, int digits)
@@ -122,7 +123,7 @@ void requireAnswer(const plc::Exchange &exchange)
     const QByteArray text = answer.mid(6, tail - 6);
     if (answer.at(0) == kNak) {
         require(text.size() == 4 && isHexadecimal(text), "a refusal has four digits");
-        if (!plc::Faults::find(exchange.struck, plc::FaultKind::Refuse)) {
+        if (!plc::Faults::find(exchange.fired, plc::FaultKind::Refuse)) {
             requireRefusal(text);
         }
         return;

@@ -14,6 +14,7 @@ private Q_SLOTS:
     void tableFollowsTheKinds();
     void usualValues_data();
     void usualValues();
+    void helpTellsLimitsAndDefaults();
     void faults_data();
     void faults();
     void wrongFaults_data();
@@ -22,7 +23,7 @@ private Q_SLOTS:
 
 void TestFaultText::tableFollowsTheKinds()
 {
-    QCOMPARE(int(FaultKind::Echo) + 1, kFaultKinds);
+    QCOMPARE(int(FaultKind::Repeat) + 1, kFaultKinds);
     for (int i = 0; i < kFaultKinds; ++i) {
         const FaultKindText &row = faultKindTexts()[static_cast<std::size_t>(i)];
         QCOMPARE(int(row.kind), i);
@@ -47,6 +48,7 @@ void TestFaultText::usualValues_data()
     QTest::newRow("truncate") << -1 << -1;
     QTest::newRow("oversize") << 300 << 300;
     QTest::newRow("echo") << 0 << 0;
+    QTest::newRow("repeat") << 1 << 1;
 }
 
 void TestFaultText::usualValues()
@@ -58,6 +60,28 @@ void TestFaultText::usualValues()
     QCOMPARE(setting.station, -1);
     QCOMPARE(setting.fault.times, -1);
     QCOMPARE(setting.fault.percent, 100);
+}
+
+void TestFaultText::helpTellsLimitsAndDefaults()
+{
+    const QStringList lines = faultHelp().split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        QVERIFY2(line.size() <= 100, qPrintable(line));
+    }
+    QCOMPARE(lines.filter(QLatin1String("(0 to 600000; default 500)")).size(), 1); // delay
+    QCOMPARE(lines.filter(QLatin1String("(0 to FFFF; default 1132)")).size(), 1);  // refuse
+    QCOMPARE(lines.filter(QLatin1String("(1 to 5; default 1)")).size(), 1);        // repeat
+    for (const FaultKindText &kind : faultKindTexts()) {
+        const Fault fault = usualFault(kind.kind);
+        const int base = kind.kind == FaultKind::Refuse ? 16 : 10;
+        QString usual = QString::number(fault.low, base);
+        if (fault.low != fault.high) {
+            usual += QLatin1String("..") + QString::number(fault.high, base);
+        }
+        if (*kind.value != '\0' && fault.low >= 0) {
+            QCOMPARE(QLatin1String(kind.usual), usual);
+        }
+    }
 }
 
 void TestFaultText::faults_data()
@@ -77,6 +101,8 @@ void TestFaultText::faults_data()
     QTest::newRow("0:wrong-station=31")
         << 0 << int(FaultKind::WrongStation) << 31 << 31 << -1 << 100;
     QTest::newRow("truncate=0..5") << -1 << int(FaultKind::Truncate) << 0 << 5 << -1 << 100;
+    QTest::newRow("repeat=5") << -1 << int(FaultKind::Repeat) << 5 << 5 << -1 << 100;
+    QTest::newRow("repeat=1..3*2@7%") << -1 << int(FaultKind::Repeat) << 1 << 3 << 2 << 7;
     QTest::newRow("echo@0%") << -1 << int(FaultKind::Echo) << 0 << 0 << -1 << 0;
 }
 
@@ -104,23 +130,26 @@ void TestFaultText::wrongFaults_data()
     row("silent", "expected one of silence, delay");
     row("32:silence", "expected a station from 0 to 31");
     row("a:silence", "expected a station from 0 to 31");
-    row("silence*0", "expected [STATION:]KIND");
-    row("silence*", "expected [STATION:]KIND");
-    row("silence*-1", "expected [STATION:]KIND");
-    row("silence@10", "expected [STATION:]KIND");
-    row("silence@101%", "expected [STATION:]KIND");
-    row("silence@-1%", "expected [STATION:]KIND");
-    row("silence@10%*3", "expected [STATION:]KIND");
+    for (const char *const text : {"silence*0", "silence*", "silence*-1", "silence*1000000001"}) {
+        row(text, "expected *TIMES behind the kind and its value, with TIMES from 1 to 1000000000");
+    }
+    for (const char *const text :
+         {"silence@10", "silence@101%", "silence@-1%", "silence@10%*3", "silence@%"}) {
+        row(text, "expected @PERCENT% at the end, with PERCENT from 0 to 100");
+    }
     row("silence=3", "silence takes no value");
     row("echo=", "echo takes no value");
-    row("delay=", "expected delay=MS[..MS] with values from 0 to 600000");
-    row("delay=5..", "expected delay=MS[..MS] with values from 0 to 600000");
-    row("delay=5..4", "expected delay=MS[..MS] with values from 0 to 600000");
-    row("delay=600001", "expected delay=MS[..MS] with values from 0 to 600000");
+    row("delay=", "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
+    row("delay=5..", "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
+    row("delay=5..4", "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
+    row("delay=600001",
+        "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
     row("refuse=1..2", "expected refuse=CODE with values from 0 to FFFF");
     row("refuse=10000", "expected refuse=CODE with values from 0 to FFFF");
     row("wrong-station=32", "expected wrong-station=STATION with values from 0 to 31");
     row("oversize=4097", "expected oversize=BYTES[..BYTES] with values from 0 to 4096");
+    row("repeat=0", "expected repeat=COPIES[..COPIES] with values from 1 to 5");
+    row("repeat=2..6", "expected repeat=COPIES[..COPIES] with values from 1 to 5");
 }
 
 void TestFaultText::wrongFaults()

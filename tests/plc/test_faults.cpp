@@ -19,6 +19,9 @@ private Q_SLOTS:
     void delay();
     void splitIsByteByByte();
     void echoComesFirst();
+    void copiesFollowAtOnce();
+    void copiesAreWhole();
+    void randomCopies();
     void noise_data();
     void noise();
     void randomTruncation();
@@ -90,7 +93,7 @@ void TestFaults::frames()
 void TestFaults::noErrorWithoutFault()
 {
     Faults faults;
-    QVERIFY(faults.strike().empty());
+    QVERIFY(faults.draw().empty());
     const std::vector<Chunk> chunks = faults.disturb({}, kRequest, kAnswer);
     QCOMPARE(chunks.size(), std::size_t(1));
     QCOMPARE(chunks[0].delayMs, 0);
@@ -100,10 +103,10 @@ void TestFaults::noErrorWithoutFault()
 void TestFaults::silenceStaysSilent()
 {
     Faults faults;
-    const std::vector<Fault> struck = {usualFault(FaultKind::Echo),
-                                       usualFault(FaultKind::NoiseBefore),
-                                       usualFault(FaultKind::Oversize)};
-    QVERIFY(faults.disturb(struck, kRequest, QByteArray()).empty());
+    const std::vector<Fault> fired = {usualFault(FaultKind::Echo),
+                                      usualFault(FaultKind::NoiseBefore),
+                                      usualFault(FaultKind::Oversize)};
+    QVERIFY(faults.disturb(fired, kRequest, QByteArray()).empty());
 }
 
 void TestFaults::delay_data()
@@ -136,8 +139,8 @@ void TestFaults::delay()
 void TestFaults::splitIsByteByByte()
 {
     Faults faults;
-    const std::vector<Fault> struck = {{FaultKind::Split, 3, 3}, {FaultKind::Delay, 40, 40}};
-    const auto chunks = faults.disturb(struck, kRequest, kAnswer);
+    const std::vector<Fault> fired = {{FaultKind::Split, 3, 3}, {FaultKind::Delay, 40, 40}};
+    const auto chunks = faults.disturb(fired, kRequest, kAnswer);
     QCOMPARE(int(chunks.size()), int(kAnswer.size()));
     QCOMPARE(all(chunks), kAnswer);
     for (std::size_t i = 0; i < chunks.size(); ++i) {
@@ -149,13 +152,61 @@ void TestFaults::splitIsByteByByte()
 void TestFaults::echoComesFirst()
 {
     Faults faults;
-    const std::vector<Fault> struck = {{FaultKind::Delay, 40, 40}, usualFault(FaultKind::Echo)};
-    const auto chunks = faults.disturb(struck, kRequest, kAnswer);
+    const std::vector<Fault> fired = {{FaultKind::Delay, 40, 40}, usualFault(FaultKind::Echo)};
+    const auto chunks = faults.disturb(fired, kRequest, kAnswer);
     QCOMPARE(chunks.size(), std::size_t(2));
     QCOMPARE(chunks[0].delayMs, 0);
     QCOMPARE(chunks[0].bytes, kRequest);
     QCOMPARE(chunks[1].delayMs, 40);
     QCOMPARE(chunks[1].bytes, kAnswer);
+}
+
+void TestFaults::copiesFollowAtOnce()
+{
+    Faults faults;
+    const std::vector<Fault> fired = {{FaultKind::Repeat, 2, 2}, {FaultKind::Delay, 40, 40}};
+    const auto chunks = faults.disturb(fired, kRequest, kAnswer);
+    QCOMPARE(chunks.size(), std::size_t(3));
+    for (std::size_t i = 0; i < chunks.size(); ++i) {
+        QCOMPARE(chunks[i].bytes, kAnswer);
+        QCOMPARE(chunks[i].delayMs, i == 0 ? 40 : 0);
+    }
+}
+
+// Other faults change the answer before it is copied, and what surrounds it does not come between.
+void TestFaults::copiesAreWhole()
+{
+    Faults faults;
+    const Fault once = usualFault(FaultKind::Repeat);
+    const QByteArray other = wire("[ACK]05rSS01020001[ETX]0A");
+    QCOMPARE(all(faults.disturb({once, {FaultKind::WrongStation, 5, 5}}, kRequest, kAnswer)),
+             other + other);
+    QCOMPARE(all(faults.disturb({once, {FaultKind::Truncate, 0, 0}}, kRequest, kAnswer)),
+             QByteArray());
+    QCOMPARE(all(faults.disturb({once, usualFault(FaultKind::Echo)}, kRequest, kAnswer)),
+             kRequest + kAnswer + kAnswer);
+    const std::vector<Fault> noisy = {
+        once, {FaultKind::NoiseBefore, 5, 5}, {FaultKind::NoiseAfter, 3, 3}};
+    const QByteArray sent = all(faults.disturb(noisy, kRequest, kAnswer));
+    QCOMPARE(sent.mid(5, sent.size() - 5 - 3), kAnswer + kAnswer);
+    const auto bytes = faults.disturb({once, {FaultKind::Split, 3, 3}}, kRequest, kAnswer);
+    QCOMPARE(all(bytes), kAnswer + kAnswer);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        QCOMPARE(bytes[i].delayMs, i == 0 ? 0 : 3);
+    }
+}
+
+void TestFaults::randomCopies()
+{
+    Faults faults;
+    int seen[kMaxCopies + 2] = {};
+    for (int i = 0; i < 1000; ++i) {
+        const auto chunks = faults.disturb({{FaultKind::Repeat, 1, 3}}, kRequest, kAnswer);
+        QVERIFY(chunks.size() <= 4);
+        ++seen[chunks.size()];
+    }
+    QVERIFY(seen[0] == 0 && seen[1] == 0);
+    QVERIFY(seen[2] > 200 && seen[3] > 200 && seen[4] > 200);
 }
 
 void TestFaults::noise_data()
@@ -217,12 +268,12 @@ void TestFaults::times()
     fault.times = 3;
     faults.add(fault);
     for (int i = 0; i < 6; ++i) {
-        QCOMPARE(Faults::find(faults.strike(), FaultKind::Silence).has_value(), i < 3);
+        QCOMPARE(Faults::find(faults.draw(), FaultKind::Silence).has_value(), i < 3);
     }
     faults.add(usualFault(FaultKind::Echo));
-    QCOMPARE(faults.strike().size(), std::size_t(1));
+    QCOMPARE(faults.draw().size(), std::size_t(1));
     faults.clear();
-    QVERIFY(faults.strike().empty());
+    QVERIFY(faults.draw().empty());
 }
 
 void TestFaults::percent_data()
@@ -243,11 +294,11 @@ void TestFaults::percent()
     QFETCH(int, most);
     Faults faults;
     faults.add({FaultKind::Silence, 0, 0, -1, percent});
-    int struck = 0;
+    int fired = 0;
     for (int i = 0; i < 10000; ++i) {
-        struck += faults.strike().empty() ? 0 : 1;
+        fired += faults.draw().empty() ? 0 : 1;
     }
-    QVERIFY2(struck >= least && struck <= most, qPrintable(QString::number(struck)));
+    QVERIFY2(fired >= least && fired <= most, qPrintable(QString::number(fired)));
 }
 
 void TestFaults::sameSeedSameFaults()
@@ -257,7 +308,7 @@ void TestFaults::sameSeedSameFaults()
         faults.add({FaultKind::Delay, 0, 1000});
         QByteArray sum;
         for (int i = 0; i < 50; ++i) {
-            for (const Chunk &chunk : faults.disturb(faults.strike(), kRequest, kAnswer)) {
+            for (const Chunk &chunk : faults.disturb(faults.draw(), kRequest, kAnswer)) {
                 sum += QByteArray::number(chunk.delayMs) + chunk.bytes;
             }
         }
@@ -284,7 +335,7 @@ void TestFaults::senselessValuesAreHarmless()
 {
     QFETCH(int, low);
     QFETCH(int, high);
-    for (int kind = 0; kind <= int(FaultKind::Echo); ++kind) {
+    for (int kind = 0; kind <= int(FaultKind::Repeat); ++kind) {
         Faults faults;
         const auto chunks =
             faults.disturb({{static_cast<FaultKind>(kind), low, high}}, kRequest, kAnswer);

@@ -159,6 +159,7 @@ void TestLine::faultsPassTheLine_data()
         << int(FaultKind::WrongStation) << 2 << wire("[ACK]02rSS01021234[ETX]10") << 0;
     QTest::newRow("truncate") << int(FaultKind::Truncate) << 3 << wire("[ACK]01") << 0;
     QTest::newRow("echo") << int(FaultKind::Echo) << 0 << kRead + kData << 0;
+    QTest::newRow("repeat") << int(FaultKind::Repeat) << 2 << kData + kData + kData << 0;
     QTest::newRow("split") << int(FaultKind::Split) << 2 << kData << 2 * (int(kData.size()) - 1);
 }
 
@@ -189,11 +190,11 @@ void TestLine::observerSeesEverything()
     QCOMPARE(seen[0].nowMs, qint64(77));
     QCOMPARE(seen[0].request, kWrite);
     QCOMPARE(seen[0].answer, wire("[ACK]01WSS[ETX]"));
-    QCOMPARE(seen[0].struck.size(), std::size_t(1));
+    QCOMPARE(seen[0].fired.size(), std::size_t(1));
     QCOMPARE(duration(seen[0].sent), 20);
     QCOMPARE(seen[1].request, wire("[ENQ]09RSS[EOT]"));
     QVERIFY(seen[1].answer.isEmpty() && seen[1].sent.empty());
-    QVERIFY(seen[2].answer.isEmpty() && seen[2].struck.empty());
+    QVERIFY(seen[2].answer.isEmpty() && seen[2].fired.empty());
 }
 
 void TestLine::pace_data()

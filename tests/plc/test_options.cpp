@@ -179,8 +179,8 @@ void TestOptions::fillsTheBus()
     QCOMPARE(bus.units().size(), std::size_t(2));
     QCOMPARE(*bus.find(4)->station.memory().word('M', 3), quint16(0x1234));
     QCOMPARE(*bus.find(3)->station.memory().word('M', 3), quint16(0));
-    QCOMPARE(bus.find(3)->faults.strike().size(), std::size_t(1));
-    QCOMPARE(bus.find(4)->faults.strike().size(), std::size_t(0));
+    QCOMPARE(bus.find(3)->faults.draw().size(), std::size_t(1));
+    QCOMPARE(bus.find(4)->faults.draw().size(), std::size_t(0));
     QCOMPARE(bus.find(4)->ramps.size(), std::size_t(1));
 }
 

@@ -236,8 +236,8 @@ void TestSetupText::appliesToOneOrAll()
     QCOMPARE(*second.word('D', 6), quint16(9));
     QCOMPARE(bus.find(1)->ramps.size(), std::size_t(1));
     QCOMPARE(bus.find(2)->ramps.size(), std::size_t(0));
-    QCOMPARE(bus.find(1)->faults.strike().size(), std::size_t(1));
-    QCOMPARE(bus.find(2)->faults.strike().size(), std::size_t(1));
+    QCOMPARE(bus.find(1)->faults.draw().size(), std::size_t(1));
+    QCOMPARE(bus.find(2)->faults.draw().size(), std::size_t(1));
 
     const auto error = apply(std::get<Setting>(parseSetting(latin1("3/D_W:5=7"))), bus);
     QVERIFY(error && error->message.contains(latin1("no station 3")));

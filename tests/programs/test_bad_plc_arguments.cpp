@@ -93,10 +93,13 @@ void addSettingRows()
     option("fault of a station that is not there", "--fault", "9:silence", "no station 9");
     option("delay beyond 32 bits", "--fault", "delay=99999999999", "values from 0 to 600000");
     option("delay backwards", "--fault", "delay=2..1", "expected delay=MS[..MS]");
-    option("likelihood above all", "--fault", "silence@101%", "[@PERCENT%]");
-    option("likelihood of nothing", "--fault", "silence@%", "[@PERCENT%]");
-    option("strikes of none", "--fault", "silence*0", "[*TIMES]");
-    option("strikes without a number", "--fault", "silence**", "[*TIMES]");
+    option("likelihood above all", "--fault", "silence@101%", "PERCENT from 0 to 100");
+    option("likelihood of nothing", "--fault", "silence@%", "PERCENT from 0 to 100");
+    option("fault that never fires", "--fault", "silence*0", "TIMES from 1 to 1000000000");
+    option("times without a number", "--fault", "silence**", "TIMES from 1 to 1000000000");
+    option("times beyond 32 bits", "--fault", "silence*4294967297", "TIMES from 1 to 1000000000");
+    option("no copies", "--fault", "repeat=0", "values from 1 to 5");
+    option("too many copies", "--fault", "repeat=1..6", "values from 1 to 5");
     option("answer longer than any", "--fault", "oversize=4097", "values from 0 to 4096");
     row("bad setting behind a good one", {"--tcp", "0", "--set", "D_W:1=1", "--set", "D_W:1=x"},
         kUsage, "expected values from -32768");

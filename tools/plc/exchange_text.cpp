@@ -151,7 +151,7 @@ QString exchangeText(const Exchange &exchange)
     QString text = QString::fromLatin1("> %1  %2")
                        .arg(visible(exchange.request), frameInWords(exchange.request));
     QStringList faults;
-    for (const Fault &fault : exchange.struck) {
+    for (const Fault &fault : exchange.fired) {
         faults << faultName(fault.kind);
     }
     text += QLatin1String("\n< ");

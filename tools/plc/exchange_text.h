@@ -6,16 +6,17 @@
 
 namespace plc {
 
-/** What a frame says, in words: "station 1: read 5 words from %DW0100". Never fails. */
+/** Describes a frame, for example "station 1: read %DW100 x5". Takes any bytes. */
 QString frameInWords(const QByteArray &frame);
 
-/** Bytes for the eye: control characters by name, others as themselves, the rest as hexadecimal. */
+/** Makes bytes readable: control characters by name, printable ones as they are, others as hex. */
 QString visible(const QByteArray &bytes);
 
-/** The fault as it is written on the command line, without its times and its likelihood. */
+/** The name of the fault kind on the command line. */
 QString faultName(FaultKind kind);
 
-/** The lines of a trace, without line end: the request, and what is sent or that nothing is. */
+/** Two lines for a trace, without the final line end: the request, and what was sent if anything.
+ */
 QString exchangeText(const Exchange &exchange);
 
 } // namespace plc

@@ -6,19 +6,20 @@
 
 namespace plc {
 
-/** How a kind of fault is written and what values it takes. */
+/** How a kind of fault is written on the command line, and which values it takes. */
 struct FaultKindText
 {
     FaultKind kind;
     const char *name;
-    const char *value; ///< what stands behind "="; empty: nothing does
+    const char *value; ///< what follows "="; empty: the kind takes no value
     int lowest;
     int highest;
-    bool range; ///< whether "LOW..HIGH" is possible
+    bool range; ///< whether "LOW..HIGH" is allowed
     const char *meaning;
+    const char *usual; ///< the default of the value, for --help
 };
 
-constexpr int kFaultKinds = 11;
+constexpr int kFaultKinds = 12;
 
 /** All kinds, in the order of FaultKind. */
 const std::array<FaultKindText, kFaultKinds> &faultKindTexts();

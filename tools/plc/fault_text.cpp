@@ -9,15 +9,18 @@ namespace plc {
 
 namespace {
 
-constexpr int kLongestDelayMs = 600000;
-constexpr int kMostNoise = 1000;
-constexpr int kLongestGapMs = 10000;
-constexpr int kLongestAnswer = 4096;
-constexpr int kHighestCode = 0xFFFF;
-constexpr int kMostTimes = 1000000000;
+constexpr int kMaxDelayMs = 600000;
+constexpr int kMaxNoiseBytes = 1000;
+constexpr int kMaxGapMs = 10000;
+constexpr int kMaxAnswerBytes = 4096;
+constexpr int kMaxCode = 0xFFFF;
+constexpr int kMaxTimes = 1000000000;
 
-const char *const kExpected =
-    "expected [STATION:]KIND[=VALUE][*TIMES][@PERCENT%], for example 2:delay=50..200@10%";
+const char *const kExpectedPercent =
+    "expected @PERCENT% at the end, with PERCENT from 0 to 100, for example 2:delay=50..200@10%";
+const char *const kExpectedTimes =
+    "expected *TIMES behind the kind and its value, with TIMES from 1 to 1000000000, for example "
+    "1:silence*3";
 
 TextError wrong(const QString &text, const QString &why)
 {
@@ -34,7 +37,7 @@ std::optional<int> numberIn(const QString &text, int lowest, int highest, int ba
     return value;
 }
 
-/** Cuts off what stands behind the last `mark`, if there is one. */
+/** Cuts the text at the last `mark`, if there is one. @return what followed the mark. */
 std::optional<QString> cutBehind(QString &text, QLatin1Char mark)
 {
     const auto position = text.lastIndexOf(mark);
@@ -46,7 +49,7 @@ std::optional<QString> cutBehind(QString &text, QLatin1Char mark)
     return behind;
 }
 
-/** "@PERCENT%" @return false where it is none. */
+/** Takes "@PERCENT%" off the end. @return false if it is wrong. */
 bool takeLikelihood(QString &text, Fault &fault)
 {
     std::optional<QString> likely = cutBehind(text, QLatin1Char('@'));
@@ -61,14 +64,14 @@ bool takeLikelihood(QString &text, Fault &fault)
     return fault.percent >= 0;
 }
 
-/** "*TIMES" @return false where it is none. */
+/** Takes "*TIMES" off the end. @return false if it is wrong. */
 bool takeTimes(QString &text, Fault &fault)
 {
     const std::optional<QString> often = cutBehind(text, QLatin1Char('*'));
     if (!often) {
         return true;
     }
-    fault.times = numberIn(*often, 1, kMostTimes).value_or(0);
+    fault.times = numberIn(*often, 1, kMaxTimes).value_or(0);
     return fault.times > 0;
 }
 
@@ -91,10 +94,33 @@ QString kindNames()
     return names.join(QLatin1String(", "));
 }
 
-/** @return false where the value is none that the kind takes. */
+int baseOf(const FaultKindText &kind)
+{
+    return kind.kind == FaultKind::Refuse ? 16 : 10;
+}
+
+/** "0 to 600000" */
+QString limitsOf(const FaultKindText &kind)
+{
+    return QString::fromLatin1("%1 to %2")
+        .arg(QString::number(kind.lowest, baseOf(kind)).toUpper(),
+             QString::number(kind.highest, baseOf(kind)).toUpper());
+}
+
+TextError wrongValue(const QString &text, const FaultKindText &kind)
+{
+    QString why = QString::fromLatin1("expected %1=%2 with values from %3")
+                      .arg(QLatin1String(kind.name), QLatin1String(kind.value), limitsOf(kind));
+    if (kind.range) {
+        why += QLatin1String(", the lower one first");
+    }
+    return wrong(text, why);
+}
+
+/** @return false if this kind does not take the value. */
 bool readValue(const QString &text, const FaultKindText &kind, Fault &fault)
 {
-    const int base = kind.kind == FaultKind::Refuse ? 16 : 10;
+    const int base = baseOf(kind);
     const auto dots = text.indexOf(QLatin1String(".."));
     const bool range = dots >= 0;
     if (range && !kind.range) {
@@ -116,28 +142,29 @@ const std::array<FaultKindText, kFaultKinds> &faultKindTexts()
 {
     static const std::array<FaultKindText, kFaultKinds> table = {{
         {FaultKind::Silence, "silence", "", 0, 0, false,
-         "the request is lost: neither carried out nor answered"},
-        {FaultKind::Delay, "delay", "MS[..MS]", 0, kLongestDelayMs, true,
-         "the answer comes late, by 500 ms if not told"},
-        {FaultKind::NoiseBefore, "noise-before", "BYTES[..BYTES]", 0, kMostNoise, true,
-         "random bytes before the answer, 1 to 8 if not told"},
-        {FaultKind::NoiseAfter, "noise-after", "BYTES[..BYTES]", 0, kMostNoise, true,
-         "random bytes after the answer, 1 to 8 if not told"},
-        {FaultKind::Split, "split", "MS[..MS]", 0, kLongestGapMs, true,
-         "the answer comes byte by byte, 1 ms apart if not told"},
+         "the request is lost: not carried out, not answered", ""},
+        {FaultKind::Delay, "delay", "MS[..MS]", 0, kMaxDelayMs, true, "the answer is late", "500"},
+        {FaultKind::NoiseBefore, "noise-before", "BYTES[..BYTES]", 0, kMaxNoiseBytes, true,
+         "random bytes before the answer", "1..8"},
+        {FaultKind::NoiseAfter, "noise-after", "BYTES[..BYTES]", 0, kMaxNoiseBytes, true,
+         "random bytes after the answer", "1..8"},
+        {FaultKind::Split, "split", "MS[..MS]", 0, kMaxGapMs, true,
+         "the answer comes byte by byte, MS apart", "1"},
         {FaultKind::WrongCheck, "wrong-check", "", 0, 0, false,
-         "the block check of the answer is wrong (if the answer has one)"},
+         "the block check of the answer, if any, is wrong", ""},
         {FaultKind::WrongStation, "wrong-station", "STATION", 0, kMaxStation, false,
-         "the answer names this station, the next one if not told"},
-        {FaultKind::Refuse, "refuse", "CODE", 0, kHighestCode, false,
-         "the request is refused with this hexadecimal code, 1132 if\n"
-         "not told"},
+         "the station number is wrong", "the next one"},
+        {FaultKind::Refuse, "refuse", "CODE", 0, kMaxCode, false,
+         "refused with this hexadecimal code", "1132"},
         {FaultKind::Truncate, "truncate", "BYTES[..BYTES]", 0, kMaxFrameBytes, true,
-         "only the first bytes of the answer come, at random if not\n"
-         "told; 0: none, though the request is carried out"},
-        {FaultKind::Oversize, "oversize", "BYTES[..BYTES]", 0, kLongestAnswer, true,
-         "zeros make the answer this long, 300 bytes if not told"},
-        {FaultKind::Echo, "echo", "", 0, 0, false, "the request comes back before the answer"},
+         "only the first bytes of the answer come; with 0 none, but the\n"
+         "request is carried out",
+         "a random part"},
+        {FaultKind::Oversize, "oversize", "BYTES[..BYTES]", 0, kMaxAnswerBytes, true,
+         "zeros make the answer this long", "300"},
+        {FaultKind::Echo, "echo", "", 0, 0, false, "the request comes back before the answer", ""},
+        {FaultKind::Repeat, "repeat", "COPIES[..COPIES]", 1, kMaxCopies, true,
+         "copies of the answer follow it at once", "1"},
     }};
     return table;
 }
@@ -160,8 +187,11 @@ Parsed<FaultSetting> parseFault(const QString &text)
         setting.station = *station;
         rest = rest.mid(colon + 1);
     }
-    if (!takeLikelihood(rest, setting.fault) || !takeTimes(rest, setting.fault)) {
-        return wrong(text, QLatin1String(kExpected));
+    if (!takeLikelihood(rest, setting.fault)) {
+        return wrong(text, QLatin1String(kExpectedPercent));
+    }
+    if (!takeTimes(rest, setting.fault)) {
+        return wrong(text, QLatin1String(kExpectedTimes));
     }
     const std::optional<QString> value = cutBehind(rest, QLatin1Char('='));
     const FaultKindText *const kind = kindNamed(rest);
@@ -176,26 +206,27 @@ Parsed<FaultSetting> parseFault(const QString &text)
         return wrong(text, QString::fromLatin1("%1 takes no value").arg(rest));
     }
     if (value && !readValue(*value, *kind, setting.fault)) {
-        const int base = kind->kind == FaultKind::Refuse ? 16 : 10;
-        return wrong(text, QString::fromLatin1("expected %1=%2 with values from %3 to %4")
-                               .arg(rest, QLatin1String(kind->value),
-                                    QString::number(kind->lowest, base).toUpper(),
-                                    QString::number(kind->highest, base).toUpper()));
+        return wrongValue(text, *kind);
     }
     return setting;
 }
 
 QString faultHelp()
 {
-    constexpr int kColumn = 32;
+    constexpr int kColumn = 34;
     const QString newLine = QLatin1Char('\n') + QString(kColumn, QLatin1Char(' '));
     QString help;
     for (const FaultKindText &kind : faultKindTexts()) {
+        const bool takesValue = *kind.value != '\0';
         QString form = QLatin1String("  ") + QLatin1String(kind.name);
-        if (*kind.value != '\0') {
+        if (takesValue) {
             form += QString::fromLatin1("[=%1]").arg(QLatin1String(kind.value));
         }
         QString meaning = QLatin1String(kind.meaning);
+        if (takesValue) {
+            meaning += QString::fromLatin1(" (%1; default %2)")
+                           .arg(limitsOf(kind), QLatin1String(kind.usual));
+        }
         meaning.replace(QLatin1Char('\n'), newLine);
         if (form.size() >= kColumn) {
             form += newLine;

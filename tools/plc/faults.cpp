@@ -9,11 +9,11 @@ namespace plc {
 namespace {
 
 constexpr int kStationPosition = 1;
-// head st(2) command: the letter that tells whether a block check ends the frame
+// head st(2) command: its case tells whether a block check ends the frame
 constexpr int kCommandPosition = 3;
 // head st(2) command type(2) tail
 constexpr int kShortestAnswer = 7;
-/** No fault sends more than this, whatever was asked for. */
+/** No fault makes an answer longer than this, whatever its values. */
 constexpr int kMostBytes = 4096;
 
 int checkBytesOf(const QByteArray &answer)
@@ -21,7 +21,7 @@ int checkBytesOf(const QByteArray &answer)
     return wantsBlockCheck(answer[kCommandPosition]) ? kBlockCheckBytes : 0;
 }
 
-/** Ends a changed frame as a PLC would have ended it. */
+/** Ends a changed frame the way a PLC would: with its block check, if it has one. */
 QByteArray withNewCheck(const QByteArray &headToTail, int checkBytes)
 {
     return checkBytes > 0 ? headToTail + blockCheck(headToTail) : headToTail;
@@ -80,6 +80,7 @@ Fault usualFault(FaultKind kind)
         fault.high = 8;
         break;
     case FaultKind::Split:
+    case FaultKind::Repeat:
         fault.low = fault.high = 1;
         break;
     case FaultKind::WrongStation:
@@ -114,7 +115,7 @@ int Faults::between(int low, int high)
     if (high <= low) {
         return low;
     }
-    // Not std::uniform_int_distribution, whose results differ from one library to the next.
+    // Not std::uniform_int_distribution: its results differ between standard libraries.
     const auto span = static_cast<quint64>(static_cast<qint64>(high) - low) + 1;
     return static_cast<int>(low + static_cast<qint64>(m_random() % span));
 }
@@ -131,9 +132,9 @@ QByteArray Faults::noise(int count)
     return bytes;
 }
 
-std::vector<Fault> Faults::strike()
+std::vector<Fault> Faults::draw()
 {
-    std::vector<Fault> struck;
+    std::vector<Fault> fired;
     for (Fault &fault : m_faults) {
         if (fault.times == 0 || between(0, 99) >= fault.percent) {
             continue;
@@ -141,31 +142,31 @@ std::vector<Fault> Faults::strike()
         if (fault.times > 0) {
             --fault.times;
         }
-        struck.push_back(fault);
+        fired.push_back(fault);
     }
-    return struck;
+    return fired;
 }
 
-std::optional<Fault> Faults::find(const std::vector<Fault> &struck, FaultKind kind)
+std::optional<Fault> Faults::find(const std::vector<Fault> &fired, FaultKind kind)
 {
-    const auto it = std::find_if(struck.begin(), struck.end(),
+    const auto it = std::find_if(fired.begin(), fired.end(),
                                  [kind](const Fault &fault) { return fault.kind == kind; });
-    return it == struck.end() ? std::nullopt : std::optional<Fault>(*it);
+    return it == fired.end() ? std::nullopt : std::optional<Fault>(*it);
 }
 
-QByteArray Faults::disturbFrame(const std::vector<Fault> &struck, const QByteArray &answer)
+QByteArray Faults::disturbFrame(const std::vector<Fault> &fired, const QByteArray &answer)
 {
     QByteArray frame = answer;
-    if (const auto fault = find(struck, FaultKind::WrongStation)) {
+    if (const auto fault = find(fired, FaultKind::WrongStation)) {
         frame = withStation(frame, fault->low);
     }
-    if (const auto fault = find(struck, FaultKind::Oversize)) {
+    if (const auto fault = find(fired, FaultKind::Oversize)) {
         frame = lengthened(frame, std::min(between(fault->low, fault->high), kMostBytes));
     }
-    if (find(struck, FaultKind::WrongCheck)) {
+    if (find(fired, FaultKind::WrongCheck)) {
         frame = withWrongCheck(frame);
     }
-    if (const auto fault = find(struck, FaultKind::Truncate)) {
+    if (const auto fault = find(fired, FaultKind::Truncate)) {
         const int size = static_cast<int>(frame.size());
         frame =
             frame.left(fault->low < 0 ? between(0, size - 1) : between(fault->low, fault->high));
@@ -173,38 +174,48 @@ QByteArray Faults::disturbFrame(const std::vector<Fault> &struck, const QByteArr
     return frame;
 }
 
-std::vector<Chunk> Faults::disturb(const std::vector<Fault> &struck, const QByteArray &request,
+// Each copy is a piece of its own: a master may have read the first before it sees the next.
+std::vector<QByteArray> Faults::pieces(const std::vector<Fault> &fired, const QByteArray &answer)
+{
+    std::vector<QByteArray> pieces = {disturbFrame(fired, answer)};
+    if (const auto fault = find(fired, FaultKind::Repeat)) {
+        const int copies = std::clamp(between(fault->low, fault->high), 0, kMaxCopies);
+        pieces.resize(static_cast<std::size_t>(copies) + 1, pieces.front());
+    }
+    if (const auto fault = find(fired, FaultKind::NoiseBefore)) {
+        pieces.front().prepend(noise(between(fault->low, fault->high)));
+    }
+    if (const auto fault = find(fired, FaultKind::NoiseAfter)) {
+        pieces.back().append(noise(between(fault->low, fault->high)));
+    }
+    return pieces;
+}
+
+std::vector<Chunk> Faults::disturb(const std::vector<Fault> &fired, const QByteArray &request,
                                    const QByteArray &answer)
 {
     if (answer.size() < kShortestAnswer) {
         return {};
     }
-    QByteArray bytes = disturbFrame(struck, answer);
-    if (const auto fault = find(struck, FaultKind::NoiseBefore)) {
-        bytes.prepend(noise(between(fault->low, fault->high)));
-    }
-    if (const auto fault = find(struck, FaultKind::NoiseAfter)) {
-        bytes.append(noise(between(fault->low, fault->high)));
-    }
-    const auto late = find(struck, FaultKind::Delay);
-    const int delayMs = late ? std::max(between(late->low, late->high), 0) : 0;
+    const std::vector<QByteArray> sent = pieces(fired, answer);
+    const auto late = find(fired, FaultKind::Delay);
+    int waitMs = late ? std::max(between(late->low, late->high), 0) : 0;
 
     std::vector<Chunk> chunks;
-    if (find(struck, FaultKind::Echo)) {
-        // The echo is the converter's doing: it is there before the PLC has begun to think.
+    if (find(fired, FaultKind::Echo)) {
+        // The converter echoes the request, before the PLC has started to work on it.
         chunks.push_back({0, request});
     }
-    const auto split = find(struck, FaultKind::Split);
-    if (!split) {
-        if (!bytes.isEmpty()) {
-            chunks.push_back({delayMs, bytes});
+    const auto split = find(fired, FaultKind::Split);
+    for (const QByteArray &piece : sent) {
+        if (!split && !piece.isEmpty()) {
+            chunks.push_back({waitMs, piece});
+            waitMs = 0;
         }
-        return chunks;
-    }
-    int waitMs = delayMs;
-    for (const char byte : bytes) {
-        chunks.push_back({waitMs, QByteArray(1, byte)});
-        waitMs = std::max(between(split->low, split->high), 0);
+        for (int i = 0; split && i < piece.size(); ++i) {
+            chunks.push_back({waitMs, piece.mid(i, 1)});
+            waitMs = std::max(between(split->low, split->high), 0);
+        }
     }
     return chunks;
 }

@@ -43,16 +43,16 @@ std::vector<Chunk> Line::serve(const QByteArray &frame, qint64 nowMs)
     const std::optional<Envelope> envelope = openEnvelope(frame);
     Unit *const unit = envelope ? m_bus.find(envelope->station) : nullptr;
     if (unit) {
-        exchange.struck = unit->faults.strike();
-        const auto refuse = Faults::find(exchange.struck, FaultKind::Refuse);
-        if (Faults::find(exchange.struck, FaultKind::Silence)) {
+        exchange.fired = unit->faults.draw();
+        const auto refuse = Faults::find(exchange.fired, FaultKind::Refuse);
+        if (Faults::find(exchange.fired, FaultKind::Silence)) {
             exchange.answer.clear();
         } else if (refuse) {
             exchange.answer = unit->station.refusal(frame, static_cast<quint16>(refuse->low));
         } else {
             exchange.answer = unit->station.answer(frame);
         }
-        exchange.sent = paced(unit->faults.disturb(exchange.struck, frame, exchange.answer),
+        exchange.sent = paced(unit->faults.disturb(exchange.fired, frame, exchange.answer),
                               static_cast<int>(frame.size()));
     }
     if (m_observer) {
@@ -68,7 +68,7 @@ std::vector<Chunk> Line::paced(const std::vector<Chunk> &chunks, int requestByte
     }
     const qint64 byteUs = std::max<qint64>(kMicrosecondsPerByte / m_baud, 1);
     std::vector<Chunk> slow;
-    // The line is busy until lineUs; a byte is there when its stop bit is through.
+    // The line is busy until lineUs; a byte has arrived when its stop bit has.
     qint64 lineUs = requestBytes * byteUs;
     qint64 sentMs = 0;
     for (const Chunk &chunk : chunks) {

@@ -10,19 +10,19 @@
 
 namespace plc {
 
-/** One request and what became of it, for a trace. */
+/** One request with its answer, for a trace. */
 struct Exchange
 {
-    qint64 nowMs = 0;          ///< when the request was complete
-    QByteArray request;        ///< the frame as it was found
-    QByteArray answer;         ///< the answer before faults and pacing; empty: silence
-    std::vector<Fault> struck; ///< the faults of this request
-    std::vector<Chunk> sent;   ///< what goes to the master, and when
+    qint64 nowMs = 0;         ///< when the end of the request arrived
+    QByteArray request;       ///< the frame as received
+    QByteArray answer;        ///< the answer before faults and pacing; empty: silence
+    std::vector<Fault> fired; ///< the faults that fired for this request
+    std::vector<Chunk> sent;  ///< what goes to the master, and when
 };
 
 /**
- * The stations' end of one line: takes the bytes that the master sends and gives back what the
- * stations send. It has no clock and does not wait; the caller sends the chunks when they are due.
+ * The stations' end of one line: takes the bytes that the master sends and returns those that the
+ * stations send back. It has no clock and never waits; the caller sends each chunk when it is due.
  */
 class Line
 {
@@ -31,22 +31,21 @@ public:
     explicit Line(Bus &bus);
 
     /**
-     * Paces the answers as a line of this speed would, at ten bits a byte: the request's time comes
-     * before the first byte, since the bytes of a request arrive here all at once.
-     * @param baud bits per second; 0 or less: as fast as it goes.
+     * Paces the answers like a serial line of this speed, at ten bits a byte. The first byte also
+     * waits for the time of the request, whose bytes arrive here all at once.
+     * @param baud bits per second; 0 or less: no pacing.
      */
     void setBaud(int baud) { m_baud = baud; }
 
-    /** Is told of each request, answered or not, before receive() returns. */
+    /** The observer is called for each request, answered or not, before receive() returns. */
     void setObserver(std::function<void(const Exchange &)> observer);
 
     /**
-     * Takes bytes in any division.
+     * Takes what the master sent since the last call; frames may be split in any way.
      *
-     * @param bytes what the master sent since the last call
-     * @param nowMs the time for ramps, in milliseconds from any zero, not negative
-     * @return what is sent now and later, each chunk's delay counted from the one before it. Where
-     * the chunks of an earlier call are not all sent yet, these follow them.
+     * @param nowMs the time for ramps, in milliseconds from any origin, not negative
+     * @return what to send now and later. Each delay counts from the previous chunk; if chunks of
+     * an earlier call are still waiting, these go behind them.
      */
     std::vector<Chunk> receive(const QByteArray &bytes, qint64 nowMs = 0);
 
@@ -60,7 +59,7 @@ private:
     std::function<void(const Exchange &)> m_observer;
 };
 
-/** The bytes of all chunks, for a caller to whom time does not matter. */
+/** The bytes of all chunks, for callers that do not care about time. */
 QByteArray joined(const std::vector<Chunk> &chunks);
 
 /** Milliseconds until the last chunk is sent. */

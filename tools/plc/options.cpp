@@ -19,13 +19,14 @@ const char *const kDescription =
     "  cnet-plc --tcp 0 --fault 1:silence*3 --fault delay=50..200@10%";
 
 const char *const kRest =
-    "\nFaults: [STATION:]KIND[*TIMES][@PERCENT%]. TIMES: strike so often, then be normal.\n"
-    "PERCENT: how likely it strikes at one request. Kinds:\n%1\n"
+    "\nFaults: [STATION:]KIND[=VALUE][*TIMES][@PERCENT%]. A fault fires for every request, or for\n"
+    "PERCENT (0 to 100) of them at random. After TIMES (1 to 1000000000) it stops. Kinds:\n%1\n"
     "Registers: D_W C_W T_W K_W P_W F_W L_W M_W (words), P_bit K_bit M_bit L_bit F_bit D_bit\n"
     "(bits, WORD.BIT), TX CX (contacts).\n\n"
     "The addresses to connect to and the device to open are printed on standard output, one line\n"
-    "each; everything else goes to standard error. SIGINT or SIGTERM ends the program.\n\n"
-    "Exit codes: 0 ended by a signal, 2 usage, 3 an address or a terminal could not be opened.\n";
+    "each; errors and the trace go to standard error. SIGINT or SIGTERM ends the program.\n\n"
+    "Exit codes: 0 ended by a signal, 2 wrong command line or standard output cannot be written,\n"
+    "3 an address or a terminal cannot be opened.\n";
 
 void addOptions(QCommandLineParser &parser)
 {
@@ -33,41 +34,49 @@ void addOptions(QCommandLineParser &parser)
     const auto text = [](const char *latin1) { return QString::fromLatin1(latin1); };
     parser.addOptions({
         Option(text("tcp"),
-               text("Serve TCP clients at [HOST:]PORT; without a host at 127.0.0.1, with port 0 at "
-                    "any free port. Repeatable."),
+               text("Serve TCP clients at [HOST:]PORT. HOST defaults to 127.0.0.1; port 0 picks a "
+                    "free port. Repeatable."),
                text("[HOST:]PORT")),
-        Option(text("pty"),
-               text("Serve at a pseudo-terminal. LINK, which may be left out, becomes a symbolic "
-                    "link to it until the program ends."),
-               text("LINK")),
-        Option(text("station"), text("A station on the line, 0 to 31 (default 1). Repeatable."),
+        Option(
+            text("pty"),
+            text("Serve at a pseudo-terminal. LINK is optional: a symbolic link to the terminal, "
+                 "removed when the program ends."),
+            text("LINK")),
+        Option(text("station"),
+               text("Number of a station on the line, 0 to 31 (default 1). Repeatable."),
                text("N")),
-        Option(text("model"), text("full (default: all registers a panel can name) or k120s."),
+        Option(text("model"), text("full (default: every register a panel can name) or k120s."),
                text("MODEL")),
         Option(text("set"),
-               text("Start with these values in consecutive addresses: "
+               text("Initial values of consecutive addresses: "
                     "[STATION/]REGISTER:ADDRESS=VALUE[,VALUE...], values like 12, -3 or 0x1234. "
-                    "Without a station in all. Repeatable."),
+                    "Without STATION, in all stations. Repeatable."),
                text("VALUES")),
         Option(text("ramp"),
                text("Values that count up with time: "
-                    "[STATION/]REGISTER:FIRST[-LAST][=LOW..HIGH][@MS], from LOW to HIGH (0..9999, "
-                    "bits 0..1) a step every MS milliseconds (1000). Repeatable."),
+                    "[STATION/]REGISTER:FIRST[-LAST][=LOW..HIGH][@MS], from LOW to HIGH (default "
+                    "0..9999, bits 0..1), one step every MS milliseconds (default 1000). "
+                    "Repeatable."),
                text("RANGE")),
-        Option(text("fault"), text("Misbehave; see below. Repeatable."), text("FAULT")),
-        Option(text("seed"), text("Repeat the same chance in faults (default 1)."), text("N")),
-        Option(text("baud"),
-               text("Pace the bytes as a line of this speed would, 50 to 4000000 bits per second, "
-                    "ten bits a byte."),
-               text("N")),
-        Option(text("trace"), text("Print each frame with its time and what it says, on standard "
-                                   "error.")),
+        Option(text("fault"), text("Inject a fault; see below. Repeatable."), text("FAULT")),
+        Option(
+            text("seed"),
+            text("Random seed of the faults (default 1). The same seed and the same requests give "
+                 "the same faults."),
+            text("N")),
+        Option(
+            text("baud"),
+            text("Pace the bytes like a serial line of this speed: 50 to 4000000 bits per second, "
+                 "ten bits a byte."),
+            text("N")),
+        Option(text("trace"), text("Print each frame on standard error, with its time and its "
+                                   "meaning.")),
         Option({text("h"), text("help")}, text("Print this.")),
         Option({text("v"), text("version")}, text("Print the version.")),
     });
 }
 
-/** The parser knows no optional values: a bare --pty becomes --pty= so that it takes none. */
+/** QCommandLineParser has no optional values: turns a bare --pty into "--pty=". */
 QStringList withPtyValue(const QStringList &arguments)
 {
     QStringList result;
@@ -176,7 +185,7 @@ Parsed<TcpAddress> parseTcpAddress(const QString &text)
     } else {
         address.host = QHostAddress(host);
     }
-    // Qt takes blanks and line breaks around an address.
+    // Qt accepts blanks and line breaks around an address.
     if (address.host.isNull() || host.trimmed() != host || !port) {
         return TextError{QString::fromLatin1(
                              "\"%1\": expected [HOST:]PORT with an IP address or localhost and a "

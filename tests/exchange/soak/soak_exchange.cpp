@@ -21,7 +21,7 @@ void Exchanger::takeServed(const plc::Exchange &exchange)
 {
     ++m_served;
     m_seen = exchange;
-    for (const plc::Fault &fault : exchange.struck) {
+    for (const plc::Fault &fault : exchange.fired) {
         m_bench.tally().countFault(fault.kind);
     }
 }

@@ -71,7 +71,7 @@ struct Plan
 
     std::vector<StationPlan> stations;
     int faultKinds = 0;   ///< at most so many at a station
-    int faultPercent = 0; ///< how likely one of them strikes, at most
+    int faultPercent = 0; ///< highest chance in percent that one of them fires
     int longestDelayMs = 0;
     int smallestValues = 100; ///< percent of the values written that are 0, 1 or 65535
     int screenKeys = 0;
