@@ -4,7 +4,7 @@ namespace plc {
 
 namespace {
 
-/** So that two stations with the same seed do not misbehave in step. */
+/** A seed of its own for each station, so that their faults do not fire in step. */
 quint32 seedOf(quint32 seed, int number)
 {
     constexpr quint32 kGolden = 0x9E3779B9U;

@@ -9,7 +9,7 @@
 
 namespace plc {
 
-/** One station with what makes it lively and what makes it misbehave. */
+/** One station with its ramps and its faults. */
 struct Unit
 {
     explicit Unit(int number = 1, Model model = Model::Full, quint32 seed = 1);
@@ -20,21 +20,21 @@ struct Unit
 };
 
 /**
- * The stations wired to one another. Several lines (a pseudo-terminal, TCP clients) may lead to the
- * same bus. Not for several threads.
+ * All stations of one program. Several lines (a pseudo-terminal, TCP clients) may share a bus. To
+ * be used on one thread.
  */
 class Bus
 {
 public:
-    /** Adds a station, or replaces the one of this number. The reference stays good until then. */
+    /** Adds a station. It replaces one with the same number, whose reference becomes invalid. */
     Unit &add(int number, Model model = Model::Full, quint32 seed = 1);
 
-    /** @return nullptr where no station has this number. */
+    /** @return nullptr if no station has this number. */
     Unit *find(int number);
 
     std::map<int, Unit> &units() { return m_units; }
 
-    /** Brings all ramps to time nowMs. */
+    /** Advances all ramps to time nowMs. */
     void advance(qint64 nowMs);
 
 private:

@@ -13,28 +13,28 @@
 namespace plc {
 
 /**
- * Sends chunks when they are due, in order, in the thread of its event loop.
+ * Sends chunks in order, each when it is due, on the thread of its event loop.
  *
- * What waits is bounded: a master that asks faster than the answers may come loses the connection
- * instead of filling the memory.
+ * The queue is bounded: a master that sends requests faster than the answers are due is
+ * disconnected, so it cannot fill the memory.
  */
 class ChunkSender : public QObject
 {
     Q_OBJECT
 
 public:
-    /** Bytes that may wait: as many answers as a few packets of requests ask for. */
+    /** Bytes that may wait: the answers to a few packets full of requests. */
     static constexpr int kMostPending = 65536;
-    /** Chunks that may wait; each takes much more memory than its one byte, say. */
+    /** Chunks that may wait. Even a chunk of one byte takes much more memory than that. */
     static constexpr int kMostChunks = 16384;
 
-    /** @param send takes the bytes of one chunk. */
+    /** @param send is called with the bytes that are due. */
     ChunkSender(std::function<void(const QByteArray &)> send, QObject *parent);
 
     /**
-     * Adds chunks behind those that wait. The first one's delay begins now, or when the last one
-     * that waits is due.
-     * @return false, and forgets all that waits, where it becomes too much.
+     * Adds chunks to the end of the queue. The delay of the first one starts now, or when the last
+     * one in the queue is due.
+     * @return false if the queue becomes too long. It is emptied then.
      */
     bool add(const std::vector<Chunk> &chunks);
 

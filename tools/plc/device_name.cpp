@@ -9,7 +9,7 @@ namespace {
 
 // "%" device type
 constexpr int kNumberPosition = 3;
-/** Beyond every device, and far from overflow when multiplied by 16. */
+/** Larger than any address, and small enough to be multiplied by 16. */
 constexpr int kBeyondAllDevices = 1000000;
 
 std::optional<int> decimal(const QByteArray &digits)

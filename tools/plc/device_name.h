@@ -10,15 +10,15 @@
 namespace plc {
 
 /**
- * Reads a name as it stands in a frame: "%DW0100", "%MX00001A" (bit 10 of word 1), "%TX000012".
+ * Parses a name from a frame: "%DW0100", "%MX00001A" (bit 10 of word 1), "%TX000012".
  *
- * @param name all its characters, with the "%"
- * @return the value it names, which need not exist (a number too large for any device is cut to one
- * that no device has), or why the PLC refuses it.
+ * @param name with the "%"
+ * @return the value that it names, which need not exist (very large numbers are capped, still
+ * outside every device), or why the PLC refuses it.
  */
 std::variant<Point, Refusal> readDeviceName(const QByteArray &name);
 
-/** The data type of a name: contacts are bits on the wire. */
+/** Whether the data type is bit: contacts are bits on the wire. */
 constexpr bool isBitType(PointKind kind)
 {
     return kind != PointKind::Word;

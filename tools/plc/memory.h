@@ -8,18 +8,18 @@
 
 namespace plc {
 
-/** Which addresses exist. */
+/** Chooses which addresses exist. */
 enum class Model {
     Full,  ///< every register an operator panel can name: D 0-9999, all other devices 0-255
     K120s, ///< the devices of a MASTER-K120S
 };
 
 /**
- * The devices of one PLC, all zero at first.
+ * The devices of one PLC, initially all zero.
  *
- * Readers return nothing, and writers return false and change nothing, when the device does not
- * exist or the address lies outside it. The special relays F are read only on the wire alone: here
- * they can be set like any other device.
+ * If the device or the address does not exist, readers return nothing, and writers return false and
+ * change nothing. The special relays F are read-only for masters; here they can be set like any
+ * other device.
  */
 class Memory
 {
@@ -30,13 +30,13 @@ public:
 
     /** Number of words of a device; 0 for a letter that is no device. */
     int wordCount(char device) const;
-    /** Number of output contacts: of T and C only, 0 for every other letter. */
+    /** Number of output contacts; 0 for every letter but T and C. */
     int contactCount(char device) const;
 
     std::optional<quint16> word(char device, int address) const;
     bool setWord(char device, int address, quint16 value);
 
-    /** Bit `bit` (0-15, 0 the lowest) of word `word`. */
+    /** Bit `bit` of word `word`; 0 is the lowest, 15 the highest. */
     std::optional<bool> bit(char device, int word, int bit) const;
     bool setBit(char device, int word, int bit, bool value);
 
@@ -44,7 +44,7 @@ public:
     std::optional<bool> contact(char device, int number) const;
     bool setContact(char device, int number, bool value);
 
-    /** Any value by its point; bits and contacts are 0 or 1, and any value but 0 sets them. */
+    /** The value of any point. Bits and contacts are 0 or 1; any value but 0 sets them. */
     std::optional<quint16> value(const Point &point) const;
     bool setValue(const Point &point, quint16 value);
 

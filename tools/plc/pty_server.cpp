@@ -34,7 +34,7 @@ PtyServer::PtyServer(const ServerSetup &setup, QObject *parent)
 
 PtyServer::~PtyServer()
 {
-    // Someone may have put another link in the place of ours.
+    // Another program may have replaced our link.
     if (!m_link.isEmpty() && targetOf(m_link) == m_terminal) {
         QFile::remove(m_link);
     }
@@ -86,7 +86,7 @@ bool PtyServer::openTerminal()
     if (tcgetattr(m_slave, &settings) != 0) {
         return fail(QString::fromLatin1("cannot set up %1").arg(m_terminal));
     }
-    // Frames are made of control characters, which a terminal would act upon.
+    // Frames contain control characters, which a terminal would interpret.
     cfmakeraw(&settings);
     if (tcsetattr(m_slave, TCSANOW, &settings) != 0) {
         return fail(QString::fromLatin1("cannot set up %1").arg(m_terminal));
@@ -113,7 +113,7 @@ void PtyServer::receive()
     char buffer[kReadBytes];
     const ssize_t size = read(m_master, buffer, sizeof buffer);
     if (size <= 0) {
-        // Not to be woken for ever should the terminal itself fail.
+        // Do not wake up for ever if the terminal itself has failed.
         m_notifier->setEnabled(size < 0 && (errno == EAGAIN || errno == EINTR));
         return;
     }
@@ -126,7 +126,7 @@ void PtyServer::send(const QByteArray &bytes)
     const ssize_t written =
         write(m_master, bytes.constData(), static_cast<std::size_t>(bytes.size()));
     if (written < 0 && errno == EAGAIN) {
-        // Nobody reads. As on a wire, what is not taken is lost, old and new.
+        // Nobody reads. As on a wire, unread bytes are lost, both old and new.
         tcflush(m_slave, TCIFLUSH);
     }
 }

@@ -11,8 +11,8 @@
 namespace plc {
 
 /**
- * Serves the stations of a bus at a pseudo-terminal, which masters open like a serial device. They
- * may close and open it as often as they like.
+ * Serves the stations of a bus at a pseudo-terminal. Masters open it like a serial device, and may
+ * close and open it again at any time.
  */
 class PtyServer : public QObject
 {
@@ -24,14 +24,14 @@ public:
     ~PtyServer() override;
 
     /**
-     * @param link a symbolic link to the device, made here and removed with this object; it may
-     * replace one that an earlier run left behind, but nothing else. Empty: none.
-     * @return false where that fails; errorString() tells why.
+     * @param link path of a symbolic link to the device, removed with this object. It replaces a
+     * link left behind by an earlier run, but no other file. Empty: no link.
+     * @return false on failure; errorString() tells why.
      */
     bool open(const QString &link);
 
     QString errorString() const { return m_error; }
-    /** The device to open: the link, or the terminal itself. */
+    /** The path that masters open: the link if there is one, else the terminal. */
     QString device() const { return m_link.isEmpty() ? m_terminal : m_link; }
 
 private:
@@ -45,8 +45,7 @@ private:
     Line m_line;
     ChunkSender m_sender;
     int m_master = -1;
-    int m_slave =
-        -1; ///< kept open: the settings survive, and the last client's leaving goes unseen
+    int m_slave = -1; ///< kept open, so that the settings survive when the last client leaves
     std::unique_ptr<QSocketNotifier> m_notifier;
     QString m_terminal;
     QString m_link;

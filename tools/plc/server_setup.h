@@ -9,13 +9,13 @@
 
 namespace plc {
 
-/** What all servers of one program share. */
+/** The settings that all servers of one program share. */
 struct ServerSetup
 {
-    Bus *bus = nullptr;  ///< outlives the servers
-    QElapsedTimer clock; ///< started; the time for ramps
+    Bus *bus = nullptr;  ///< must outlive the servers
+    QElapsedTimer clock; ///< running; the time for ramps
     int baud = 0;        ///< see Line::setBaud()
-    /** Gets each exchange and the name of the connection it came by; may be empty. */
+    /** Called for each exchange, with the name of its connection; may be empty. */
     std::function<void(const QString &connection, const Exchange &)> trace;
 };
 

@@ -34,7 +34,7 @@ std::optional<int> digits(const QString &text)
     return ok ? std::optional<int>(value) : std::nullopt;
 }
 
-/** Decimal, or hexadecimal behind "0x"; the sign is allowed before decimal numbers. */
+/** Decimal with an optional sign, or hexadecimal after "0x". */
 std::optional<int> number(const QString &text)
 {
     const bool hexadecimal = text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
@@ -61,7 +61,7 @@ std::optional<Point> registerNamed(const QString &name)
 
 std::optional<int> addressOf(PointKind kind, const QString &text)
 {
-    // More than any device has, and far from overflow.
+    // Larger than any device, and small enough not to overflow.
     constexpr int kMostWords = 100000;
     if (kind != PointKind::Bit) {
         const std::optional<int> address = digits(text);
@@ -87,7 +87,7 @@ TextError wrongAddress(const QString &text, PointKind kind)
                            : QLatin1String("expected a decimal address, for example D_W:100"));
 }
 
-/** Takes "STATION/" off the front. @return false where it is no station. */
+/** Takes "STATION/" off the front, if it is there. @return false if STATION is wrong. */
 bool takeStation(QString &text, int &station)
 {
     const auto slash = text.indexOf(QLatin1Char('/'));
@@ -122,7 +122,7 @@ QString addressText(const Point &point)
     return {};
 }
 
-/** The units that a setting means. */
+/** The units that a setting applies to. */
 Parsed<std::vector<Unit *>> unitsOf(int station, Bus &bus)
 {
     std::vector<Unit *> units;
@@ -167,7 +167,7 @@ bool readSpan(const QString &text, Ramp &ramp)
     return true;
 }
 
-/** "ms" may follow. */
+/** "MS", with or without the unit "ms". */
 bool readStep(QString text, Ramp &ramp)
 {
     if (text.endsWith(QLatin1String("ms"))) {

@@ -10,7 +10,7 @@
 
 namespace plc {
 
-/** What is wrong with a text from the command line, and what was expected: one sentence. */
+/** One sentence for the user: what is wrong with a command line and what was expected. */
 struct TextError
 {
     QString message;
@@ -19,7 +19,7 @@ struct TextError
 template <typename T>
 using Parsed = std::variant<T, TextError>;
 
-/** Values for consecutive addresses of one station. */
+/** Initial values of consecutive addresses. */
 struct Setting
 {
     int station = -1; ///< negative: all stations
@@ -27,14 +27,14 @@ struct Setting
     std::vector<quint16> values;
 };
 
-/** A ramp and the station it belongs to, all where negative. */
+/** A ramp and its station; negative: all stations. */
 struct RampSetting
 {
     int station = -1;
     Ramp ramp;
 };
 
-/** A fault and the station it belongs to, all where negative. */
+/** A fault and its station; negative: all stations. */
 struct FaultSetting
 {
     int station = -1;
@@ -42,14 +42,13 @@ struct FaultSetting
 };
 
 /**
- * A register and an address, named as the panel's user names them: "D_W:100", "M_bit:3.5", "TX:7".
- * Word registers are D_W C_W T_W K_W P_W F_W L_W M_W; bits of a word, written WORD.BIT with both
- * numbers decimal, are D_bit K_bit P_bit F_bit L_bit M_bit; contacts are TX and CX.
+ * Parses a register and an address, in the notation of the panel: "D_W:100", "M_bit:3.5", "TX:7".
+ * Word registers are D_W C_W T_W K_W P_W F_W L_W M_W. The bits of a word, written WORD.BIT with
+ * both numbers decimal, are D_bit K_bit P_bit F_bit L_bit M_bit. Contacts are TX and CX.
  */
 Parsed<Point> parsePoint(const QString &text);
 
-/** "[STATION/]REGISTER:ADDRESS=VALUE[,VALUE...]"; values decimal, negative, or hexadecimal "0x..".
- */
+/** "[STATION/]REGISTER:ADDRESS=VALUE[,VALUE...]"; values like 12, -3 or 0x1234. */
 Parsed<Setting> parseSetting(const QString &text);
 
 /** "[STATION/]REGISTER:FIRST[-LAST][=LOW..HIGH][@MS]". */
@@ -58,10 +57,10 @@ Parsed<RampSetting> parseRamp(const QString &text);
 /** "[STATION:]KIND[=VALUE[..VALUE]][*TIMES][@PERCENT%]". */
 Parsed<FaultSetting> parseFault(const QString &text);
 
-/** The table of fault kinds with their values, for --help. */
+/** The table of fault kinds with their values and limits, for --help. */
 QString faultHelp();
 
-/** Puts a setting into effect. @return what went wrong: no such station or address. */
+/** Applies a setting to its stations. @return the error if a station or address does not exist. */
 std::optional<TextError> apply(const Setting &setting, Bus &bus);
 std::optional<TextError> apply(const RampSetting &setting, Bus &bus);
 std::optional<TextError> apply(const FaultSetting &setting, Bus &bus);

@@ -11,13 +11,14 @@ bool isWrite(Service service)
     return service == Service::WriteSingle || service == Service::WriteBlock;
 }
 
-/** Name, station and type of the request, then the text, the tail and the block check if wanted. */
+/** Builds an answer: station, command and type of the request, text, tail, block check if wanted.
+ */
 QByteArray frameOf(char head, const Envelope &envelope, const QByteArray &text)
 {
     // head st(2) command type(2) text ETX check(2)
     constexpr int kAroundText = 1 + 2 + 1 + 2 + 1 + kBlockCheckBytes;
     QByteArray frame;
-    frame.reserve(text.size() + kAroundText); // no more: answers may be kept, in great numbers
+    frame.reserve(text.size() + kAroundText); // exactly: tests keep answers in great numbers
     frame += head;
     appendHex(frame, static_cast<quint32>(envelope.station), 2);
     frame += envelope.command;

@@ -6,11 +6,11 @@
 
 namespace plc {
 
-/** One PLC on the line: a station number and a memory, answering one request at a time. */
+/** One PLC on the line: answers requests for its station number from its memory. */
 class Station
 {
 public:
-    /** @param number 0-31; a number outside that range is never asked for. */
+    /** @param number 0-31; requests cannot address any other number. */
     explicit Station(int number = 1, Model model = Model::Full);
 
     int number() const { return m_number; }
@@ -18,16 +18,16 @@ public:
     const Memory &memory() const { return m_memory; }
 
     /**
-     * Carries out one request frame, from ENQ to EOT or to the block check behind it.
+     * Carries out one request frame, which starts with ENQ and ends with EOT or the block check.
      *
-     * @return the answer frame, or nothing where a PLC stays silent: the frame is not whole, its
-     * block check is wrong, or it is meant for another station. A refused request changes nothing.
+     * @return the answer frame, or nothing if a PLC would not answer: the frame is incomplete, its
+     * block check is wrong, or it addresses another station. A refused request changes nothing.
      */
     QByteArray answer(const QByteArray &request);
 
     /**
-     * The refusal of a request with any error code, without carrying it out.
-     * @return nothing where answer() would stay silent.
+     * Refuses a request with the given error code instead of carrying it out.
+     * @return the refusal, or nothing if answer() would return nothing.
      */
     QByteArray refusal(const QByteArray &request, quint16 code) const;
 

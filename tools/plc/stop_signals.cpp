@@ -10,11 +10,12 @@ namespace plc {
 
 namespace {
 
-// A signal may come at any instruction; writing to a pipe is one of the few things it may do.
+// A signal may arrive at any instruction. Writing to a pipe is one of the few things its handler
+// may do.
 int pipeEnds[2] = {-1, -1}; // NOLINT(misc-use-anonymous-namespace)
 volatile std::sig_atomic_t caught = 0;
 
-void tell(int /*number*/)
+void onSignal(int /*number*/)
 {
     caught = 1;
     const char byte = 0;
@@ -27,7 +28,7 @@ void handle(int number, void (*handler)(int))
     struct sigaction action = {};
     action.sa_handler = handler;
     sigemptyset(&action.sa_mask);
-    // Calls are not begun again: writing to a reader that never reads would keep the program.
+    // No SA_RESTART: a write to a reader that never reads would keep the program alive.
     sigaction(number, &action, nullptr);
 }
 
@@ -36,7 +37,7 @@ void handle(int number, void (*handler)(int))
 StopSignals::StopSignals(QObject *parent)
     : QObject(parent)
 {
-    // Whoever reads our output may go away; the stations stay.
+    // The stations keep running when the reader of the trace goes away.
     handle(SIGPIPE, SIG_IGN);
     if (pipe2(pipeEnds, O_CLOEXEC | O_NONBLOCK) != 0) {
         return;
@@ -44,7 +45,7 @@ StopSignals::StopSignals(QObject *parent)
     m_notifier = std::make_unique<QSocketNotifier>(pipeEnds[0], QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, [] { QCoreApplication::quit(); });
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-        handle(number, tell);
+        handle(number, onSignal);
     }
 }
 

@@ -7,7 +7,7 @@
 
 namespace plc {
 
-/** Ends the event loop of the application on SIGINT, SIGTERM and SIGHUP. One object a program. */
+/** Ends the application's event loop on SIGINT, SIGTERM and SIGHUP. One object per program. */
 class StopSignals : public QObject
 {
     Q_OBJECT
@@ -16,7 +16,7 @@ public:
     explicit StopSignals(QObject *parent = nullptr);
     ~StopSignals() override;
 
-    /** One of them has come; what waits for a reader of the trace need not wait any longer. */
+    /** Whether one of them has arrived: output need not wait for its reader any longer. */
     static bool isCaught();
 
 private:

@@ -22,10 +22,10 @@ constexpr int kSystemBufferBytes = 65536;
 constexpr int kAcceptAgainMs = 200;
 
 /**
- * A client whose machine is gone says nothing more, and would hold its place for ever. So the
- * system asks it now and then, and breaks off where answers are not acknowledged.
+ * Notices clients whose machine is gone; they would occupy a connection for ever. The system probes
+ * an idle connection, and drops one whose packets are not acknowledged.
  */
-void noticeAbsence([[maybe_unused]] QTcpSocket &socket)
+void enableKeepAlive([[maybe_unused]] QTcpSocket &socket)
 {
     socket.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
 #ifdef Q_OS_LINUX
@@ -40,7 +40,7 @@ void noticeAbsence([[maybe_unused]] QTcpSocket &socket)
 #endif
 }
 
-/** One client; it deletes itself when the client is gone. */
+/** The connection of one client; deletes itself when the client disconnects. */
 class Client : public QObject
 {
 public:
@@ -54,10 +54,10 @@ public:
         socket->setParent(this);
         socket->setReadBufferSize(kReadBufferBytes);
         socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-        // The system's own share does not grow with what is not read.
+        // Fixed sizes: the system would let its buffers grow for a client that does not read.
         socket->setSocketOption(QAbstractSocket::SendBufferSizeSocketOption, kSystemBufferBytes);
         socket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, kSystemBufferBytes);
-        noticeAbsence(*socket);
+        enableKeepAlive(*socket);
         m_line.setBaud(setup.baud);
         if (setup.trace) {
             const QString name = addressText(socket->peerAddress(), socket->peerPort());
@@ -78,13 +78,14 @@ private:
 
     void send(const QByteArray &bytes)
     {
-        // A client that asks but never reads is dropped before its answers fill the memory.
+        // Disconnect a client that sends requests but never reads, before its answers fill the
+        // memory.
         if (m_socket->bytesToWrite() + bytes.size() > TcpServer::kMostUnreadBytes) {
             m_socket->abort();
             return;
         }
         m_socket->write(bytes);
-        // At once: Qt forgets what waits when the client closes its end of the connection.
+        // At once: Qt drops its buffer when the client closes its end of the connection.
         m_socket->flush();
     }
 
@@ -101,7 +102,7 @@ TcpServer::TcpServer(const ServerSetup &setup, QObject *parent)
     , m_setup(setup)
 {
     connect(&m_server, &QTcpServer::newConnection, this, &TcpServer::acceptAll);
-    // Out of file descriptors, say. Qt accepts no more then until it is told to.
+    // For example, no file descriptor is left. Qt then stops accepting until it is resumed.
     m_acceptAgain.setSingleShot(true);
     connect(&m_server, &QTcpServer::acceptError, this,
             [this] { m_acceptAgain.start(kAcceptAgainMs); });
@@ -114,7 +115,7 @@ bool TcpServer::listen(const QHostAddress &address, quint16 port)
         return false;
     }
 #ifdef Q_OS_LINUX
-    // Qt lets 50 wait for being accepted; who comes beyond that is not heard for a second or more.
+    // Qt's backlog is 50; connections beyond it would wait for a second or more.
     ::listen(static_cast<int>(m_server.socketDescriptor()), kMostClients);
 #endif
     return true;

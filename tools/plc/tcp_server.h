@@ -9,34 +9,34 @@
 
 namespace plc {
 
-/** Serves the stations of a bus to TCP clients, each with a line of its own. */
+/** Serves the stations of a bus to TCP clients; each client has its own line. */
 class TcpServer : public QObject
 {
     Q_OBJECT
 
 public:
-    /** Further clients are turned away at once. */
+    /** Further clients are disconnected at once. */
     static constexpr int kMostClients = 256;
-    /** Answers that may wait for one client to read them, beside what the system keeps. */
+    /** Bytes that one client may leave unread, in addition to the system's buffers. */
     static constexpr qint64 kMostUnreadBytes = 65536;
 
     /** @param setup must outlive the server. */
     explicit TcpServer(const ServerSetup &setup, QObject *parent = nullptr);
 
     /**
-     * @param port 0: any free one
-     * @return false where the address is not free or not ours; errorString() tells why.
+     * @param port 0 picks a free one
+     * @return false if the address is in use or not ours; errorString() tells why.
      */
     bool listen(const QHostAddress &address, quint16 port);
 
     QString errorString() const { return m_server.errorString(); }
-    /** "127.0.0.1:8000", with the port that was picked. */
+    /** "127.0.0.1:8000", with the actual port. */
     QString address() const;
     quint16 port() const { return m_server.serverPort(); }
     int clients() const { return m_clients; }
 
 Q_SIGNALS:
-    /** A client has left or was dropped; clients() is one less. */
+    /** A client has left or was disconnected; clients() is already one less. */
     void clientGone();
 
 private:
@@ -48,7 +48,7 @@ private:
     int m_clients = 0;
 };
 
-/** "HOST:PORT" with the brackets that an IPv6 address needs. */
+/** "HOST:PORT", with brackets around an IPv6 address. */
 QString addressText(const QHostAddress &address, quint16 port);
 
 } // namespace plc

@@ -12,12 +12,12 @@ constexpr char kEnq = 0x05;
 constexpr char kAck = 0x06;
 constexpr char kNak = 0x15;
 
-/** Both directions: head, text, tail and block check together. */
+/** Longest frame in both directions, with head, text, tail and block check. */
 constexpr int kMaxFrameBytes = 256;
 constexpr int kMaxStation = 31;
 constexpr int kMaxBlocks = 16;
 constexpr int kMaxNameLength = 16;
-/** Words of one rSB or wSB request. */
+/** Most words of one rSB or wSB request. */
 constexpr int kMaxWords = 60;
 
 constexpr int kBlockCheckBytes = 2;
@@ -27,7 +27,7 @@ static_assert(1 + 2 + 1 + 2 + 2 + 2 + kMaxWords * 4 + 1 + kBlockCheckBytes <= kM
 // ACK st(2) r SS(2) blocks(2), 16 x { bytes(2) word(4) }, ETX check(2): the longest answer of rSS
 static_assert(1 + 2 + 1 + 2 + 2 + kMaxBlocks * (2 + 4) + 1 + kBlockCheckBytes <= kMaxFrameBytes);
 
-/** Why a PLC refuses a request; the values are those in the NAK frame. */
+/** Why a PLC refuses a request; the values are the error codes in the NAK frame. */
 enum class Refusal : quint16 {
     TooManyBlocks = 0x0003,
     NameTooLong = 0x0004,
@@ -49,13 +49,13 @@ constexpr bool wantsBlockCheck(char command)
 /** The low byte of the sum of all bytes, as two upper-case hexadecimal characters. */
 QByteArray blockCheck(const QByteArray &headToTail);
 
-/** `value` in upper-case hexadecimal with exactly `digits` characters, its higher digits cut. */
+/** `value` as exactly `digits` upper-case hexadecimal characters; higher digits are dropped. */
 QByteArray hex(quint32 value, int digits);
 
-/** The same, at the end of `text`. */
+/** Appends the same to `text`. */
 void appendHex(QByteArray &text, quint32 value, int digits);
 
-/** Reads the fields of a frame from left to right, never beyond its end. */
+/** Reads the fields of a frame from left to right, never past its end. */
 class FieldReader
 {
 public:
@@ -64,10 +64,10 @@ public:
     bool atEnd() const { return left() == 0; }
     int left() const { return static_cast<int>(m_text.size()) - m_position; }
 
-    /** The next `count` characters; nothing, and no step forward, where fewer are left. */
+    /** Takes the next `count` characters, or nothing at all if fewer are left. */
     std::optional<QByteArray> take(int count);
 
-    /** The next `digits` (at most 4) characters as a hexadecimal number of either case. */
+    /** Takes the next `digits` (at most 4) characters as a hexadecimal number of either case. */
     std::optional<int> takeHex(int digits);
 
 private:
