@@ -2,18 +2,18 @@
 
 #include <QtCore/QThread>
 
-/// Giving the lock back looks for waiting threads without ordering that look after the store, which
-/// would cost as much as a second exchange. In that instant a thread that has just begun to wait
-/// may be overlooked: it looks for itself after this many milliseconds.
+/// `unlock` checks for waiting threads without ordering that check after its store, since the
+/// ordering would cost as much as a second exchange. So it may miss a thread that has just started
+/// to wait; that thread checks again after this many milliseconds.
 enum { kNapMilliseconds = 1 };
 
-/// A host's callback is often shorter than falling asleep and waking up.
+/// A host's callback often takes less time than falling asleep and waking up.
 enum { kLooksBeforeSleep = 100 };
 
 void StateLock::waitAndTake()
 {
     m_waiting.fetch_add(1, std::memory_order_seq_cst);
-    QThread::yieldCurrentThread(); // those who wait already go first
+    QThread::yieldCurrentThread(); // threads that already wait go first
     for (int looks = 0; !take(); ++looks) {
         if (looks < kLooksBeforeSleep) {
             continue;

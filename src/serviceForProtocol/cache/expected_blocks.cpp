@@ -9,21 +9,24 @@
 #include "shared/request_copy.h"
 #include "shared/wrap.h"
 
-/// The most words that the two digits of a request can ask for, and the answer with them. A block
-/// of more is read all the same, and never known.
+/// The most words that the two digits of a request can ask for, and the length of the answer. A
+/// longer block is read as well, but its answers are not remembered.
 enum { kMostWords = 255, kLongestAnswer = kReadAnswerOverhead + kMostWords * kWordCharacters };
 
-static BlockMemory newMemory(const MergeKey &block, bool isContact, bool isOnItsOwn, int place)
+static BlockMemory newMemory(const MergeKey &block, int wordBits, int place)
 {
     BlockMemory memory = BlockMemory();
     copyPlace(memory, block);
-    memory.answerLength = isContact
+    memory.answerLength = wordBits == 1
                               ? static_cast<int>(kContactAnswerLength)
                               : wrapAdd(kReadAnswerOverhead, wrapMul(kWordCharacters, block.count));
     memory.answerPlace = place;
-    memory.standsAlone =
-        isOnItsOwn && memory.count <= kMostWords && place <= INT_MAX - kLongestAnswer;
     return memory;
+}
+
+static bool isAnswerKept(const BlockMemory &memory)
+{
+    return memory.count <= kMostWords && memory.answerPlace <= INT_MAX - kLongestAnswer;
 }
 
 void expectBlocks(const QVector<MergeKey> &blocks)
@@ -32,14 +35,16 @@ void expectBlocks(const QVector<MergeKey> &blocks)
     const QVector<bool> onItsOwn = blocksOnTheirOwn(blocks);
     QVector<BlockMemory> &memories = driver.blockMemories.blocks;
     memories.reserve(blocks.size());
-    bool isContact = false;
+    int wordBits = 0;
     int place = 0;
     for (int i = 0; i < blocks.size(); ++i) {
         if (i == 0 || blocks.at(i).regName != blocks.at(i - 1).regName) {
-            isContact = registerWidths(blocks.at(i).regName).wordBits == 1;
+            wordBits = registerWidths(blocks.at(i).regName).wordBits;
         }
-        memories.append(newMemory(blocks.at(i), isContact, onItsOwn.at(i), place));
-        place += memories.at(i).standsAlone ? memories.at(i).answerLength : 0;
+        memories.append(newMemory(blocks.at(i), wordBits, place));
+        BlockMemory &memory = memories[i];
+        memory.standsAlone = onItsOwn.at(i) && isAnswerKept(memory);
+        place += memory.standsAlone ? memory.answerLength : 0;
     }
     driver.blockMemories.answers.resize(place);
 }

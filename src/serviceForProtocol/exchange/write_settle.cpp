@@ -12,21 +12,23 @@
 
 namespace {
 
-/// What the host hears of a unit whose write failed.
+enum WriteOutcome { kWriteFailed, kWriteConfirmed };
+
+/// What is reported to the host for a unit whose write failed.
 enum FailureReport {
     kReportAddress,          ///< the address itself, monitored or not
-    kReportAll,              ///< every monitored view, compared with nothing
-    kReportWrittenConfirmed, ///< written against confirmed value
-    kReportWrittenWritten    ///< written value on both sides: views, but no bits
+    kReportAll,              ///< every monitored view, with all monitored bits
+    kReportWrittenConfirmed, ///< every monitored view, but only the bits that differ
+    kReportWrittenWritten    ///< every monitored view except bits
 };
 
-/// How the units of a write are walked when it ends. Some widths settle the first unit again and
-/// again and leave the others pending. Kept for compatibility; not to be corrected.
+/// How the units of a write are visited when it ends. For some widths the first unit is settled
+/// repeatedly and the others stay pending. Kept for compatibility; do not fix.
 struct SettleRule
 {
-    int passesPerTwo; ///< passes for each two of the count: 4, 2 or 1
-    int step;         ///< units from one pass to the next: 0 or 1
-    bool fullName;    ///< records are kept under the whole register name, not under its letter
+    int passesPerTwo; ///< passes for every two units of the count: 4, 2 or 1
+    int step;         ///< units between two passes: 0 or 1
+    bool fullName;    ///< records have the whole register name as key, not its letter
     int bytes;        ///< bytes of a unit: 1, 2 or 4
     FailureReport report;
 };
@@ -59,7 +61,7 @@ static SettleRule settleRule(const RegisterWidths &widths)
     }
 }
 
-// The change routine of a unit's width, with nothing to compare.
+// Reports all monitored views, with the change routine for the unit's width.
 static void reportAllViews(int bytes, int index)
 {
     if (bytes == 1) {
@@ -72,12 +74,12 @@ static void reportAllViews(int bytes, int index)
 }
 
 static void settleUnit(const SettleRule &rule, int stationNo, const QString &regName,
-                       const QString &key, int address, bool success)
+                       const QString &key, int address, WriteOutcome outcome)
 {
     const int index = getIndexOfDataArea(stationNo, key, address, driver.dataArea);
     _DATA_ &record = driver.dataArea[index];
     record.writePending = 0;
-    if (success) {
+    if (outcome == kWriteConfirmed) {
         std::memcpy(record.readValue, record.writeValue, static_cast<size_t>(rule.bytes));
         ++driver.valuesStamp;
         return;
@@ -100,14 +102,16 @@ static void settleUnit(const SettleRule &rule, int stationNo, const QString &reg
     }
 }
 
-// Retires one queued write of a bit: the second one when the first has gone, else the first.
+// Clears the mark of one queued write of a bit: of the first one, or of the second if the first is
+// gone.
 static int retirePendingBit(int pendingBits, int bit)
 {
     const int first = 2 * bit;
     return _setBitValue(pendingBits, bitOf(pendingBits, first) == 0 ? first + 1 : first, 0);
 }
 
-static void settleBit(int stationNo, const QString &letter, int address, int wordBits, bool success)
+static void settleBit(int stationNo, const QString &letter, int address, int wordBits,
+                      WriteOutcome outcome)
 {
     const int bytes = wordBits / 8;
     const int bit = address % wordBits;
@@ -117,7 +121,7 @@ static void settleBit(int stationNo, const QString &letter, int address, int wor
     if (record.pendingBits == 0) {
         record.writePending = 0;
     }
-    if (success) {
+    if (outcome == kWriteConfirmed) {
         const int written = unitNumber(record.writeValue, bytes);
         const int confirmed = unitNumber(record.readValue, bytes);
         setUnitNumber(record.readValue, bytes, _setBitValue(confirmed, bit, bitOf(written, bit)));
@@ -129,7 +133,7 @@ static void settleBit(int stationNo, const QString &letter, int address, int wor
 }
 
 static void settleBits(const RegisterWidths &widths, int stationNo, const QString &regName,
-                       int startAddr, int count, bool success)
+                       int startAddr, int count, WriteOutcome outcome)
 {
     if (widths.wordBits != 16 && widths.wordBits != 8) {
         return;
@@ -137,22 +141,23 @@ static void settleBits(const RegisterWidths &widths, int stationNo, const QStrin
     const QString letter = registerLetter(regName);
     const int bits = std::min<int>(count, kMaxBits);
     for (int i = 0; i < bits; ++i) {
-        settleBit(stationNo, letter, wrapAdd(startAddr, i), widths.wordBits, success);
+        settleBit(stationNo, letter, wrapAdd(startAddr, i), widths.wordBits, outcome);
     }
 }
 
 void settleWrite(const RegisterWidths &widths, int stationNo, const QString &regName, int startAddr,
                  int count, int success)
 {
+    const WriteOutcome outcome = success != 0 ? kWriteConfirmed : kWriteFailed;
     if (widths.unitBits == 1 && widths.bitName) {
-        settleBits(widths, stationNo, regName, startAddr, count, success != 0);
+        settleBits(widths, stationNo, regName, startAddr, count, outcome);
         return;
     }
     const SettleRule rule = settleRule(widths);
     const QString key = rule.fullName ? regName : registerLetter(regName);
     const int passes = std::max(0, std::min<int>(count, kMaxUnits)) * rule.passesPerTwo / 2;
     for (int i = 0; i < passes; ++i) {
-        settleUnit(rule, stationNo, regName, key, wrapAdd(startAddr, i * rule.step), success != 0);
+        settleUnit(rule, stationNo, regName, key, wrapAdd(startAddr, i * rule.step), outcome);
     }
 }
 

@@ -28,7 +28,7 @@ static VARIABLE writeOf(const KEY_ADDRESS &piece, int opKind)
     return item;
 }
 
-// In 16-bit words, except for bit registers, which count bits.
+// In 16-bit words, or in bits for bit registers.
 static int wireCount(const RegisterWidths &widths, int count)
 {
     return widths.unitBits != 1 && widths.wordBits > 0 ? truncToInt(count * 16.0 / widths.wordBits)
@@ -46,7 +46,7 @@ static void queuePieces(const RegisterWidths &widths, const QList<KEY_ADDRESS> &
     }
 }
 
-// A contact goes into a frame of its own, whatever the words of a block.
+// Each contact needs a frame of its own, whatever the block size.
 static void queueContacts(const RegisterWidths &widths, const KEY_ADDRESS &key, int opKind)
 {
     const int contacts = wireCount(widths, key.count);
@@ -72,20 +72,22 @@ void queueWrite(const RegisterWidths &widths, int stationNo, const QString &regN
         queueContacts(widths, key, opKind);
         return;
     }
-    // The key counts two bytes a unit even for a bit register, so the later pieces of a long bit
-    // write take their values from twice as far on.
+    // The key has two bytes per unit even for a bit register, so the later pieces of a long bit
+    // write take their values from twice the offset.
     const int limit = widths.unitBits == 1 ? driver.maxBlockBits : driver.maxBlockWordsCopy;
     QList<KEY_ADDRESS> pieces;
     groupingKey(key, limit, pieces, 1);
     queuePieces(widths, pieces, opKind);
 }
 
-// A request has a value area of its own; the cache holds whatever a register has.
-static int mostUnits(const RegisterWidths &widths, bool cacheOnly)
+// A write to the PLC is limited by the value area of a request.
+static int maxUnitsToSend(const RegisterWidths &widths)
 {
-    if (!cacheOnly) {
-        return kValueAreaSize / static_cast<int>(panelBytesPerUnit(widths));
-    }
+    return kValueAreaSize / static_cast<int>(panelBytesPerUnit(widths));
+}
+
+static int maxUnitsToCache(const RegisterWidths &widths)
+{
     return widths.bitName ? kMaxBits : kMaxUnits;
 }
 
@@ -95,7 +97,8 @@ int intf_setData(int stationNo, QString &regName, int startAddr, int count, unsi
     const DriverEntry inside;
     const RegisterWidths widths = registerWidths(regName);
     const bool cacheOnly = driver.cacheOnlyWrites != 0;
-    if (data == nullptr || count < 0 || count > mostUnits(widths, cacheOnly)) {
+    const int maxUnits = cacheOnly ? maxUnitsToCache(widths) : maxUnitsToSend(widths);
+    if (data == nullptr || count < 0 || count > maxUnits) {
         return 1;
     }
     // A copy: the host may use its buffer from within the callback.
