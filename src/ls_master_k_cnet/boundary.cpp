@@ -4,7 +4,7 @@
 
 #include "ls_master_k_cnet/records.h"
 
-// Compilers and linkers drop what no code reads; PROCOTOL_VERSION is made from the first member.
+// PROCOTOL_VERSION is made from the first member, so compilers and linkers cannot drop the record.
 __attribute__((section("ls_master_k_cnet"))) const Boundary boundary = {
     "2.0.0.0",
     QT_VERSION,

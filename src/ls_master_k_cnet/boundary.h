@@ -1,11 +1,11 @@
 #pragma once
 
-/// What a host and this library have to agree on. It lies in a section of its own, where
-/// script/check-target finds it in the file of any processor, stripped or not.
+/// The facts on which a host and this library have to agree. They are in a section of their own,
+/// where script/check-target finds them in a library for any processor, stripped or not.
 struct Boundary
 {
     char interfaceVersion[8];
-    unsigned int qtVersion;      ///< of the Qt headers that the library was compiled with
+    unsigned int qtVersion;      ///< version of the Qt headers that the library was compiled with
     unsigned int recordSizes[4]; ///< in bytes: VARIABLE, KEY_ADDRESS, FRAME_PRO, _RCP_VAR_PRO
 };
 

@@ -4,15 +4,15 @@
 
 #include "ls_master_k_cnet/records.h"
 
-/// What every Cnet frame has in common: control characters, envelope, block check. Exchange thread.
+/// The common parts of all Cnet frames: control characters, envelope, block check. Exchange thread.
 
 /// Control characters of the wire.
 enum ControlCharacter {
-    kEnq = 0x05, ///< opens a request
-    kEot = 0x04, ///< closes a request, before its block check
-    kAck = 0x06, ///< opens a positive answer
-    kNak = 0x15, ///< opens a refusal
-    kEtx = 0x03  ///< closes an answer, before its block check
+    kEnq = 0x05, ///< starts a request
+    kEot = 0x04, ///< ends a request, before its block check
+    kAck = 0x06, ///< starts a positive answer
+    kNak = 0x15, ///< starts a refusal
+    kEtx = 0x03  ///< ends an answer, before its block check
 };
 
 /// Lengths in bytes. A block check is two hexadecimal characters.
@@ -29,27 +29,27 @@ enum FrameLength {
     kWordCharacters = 4        ///< a word on the wire
 };
 
-/// The largest answer that a PLC can send: its block check counts the bytes in 16 bits.
+// The largest answer that a PLC can send.
 static_assert(kReadAnswerOverhead + 255 * kWordCharacters < 65536, "block check counts in 16 bits");
 
 /// @return  sum of the first `len` bytes of `buf`, in 16 bits; the block check is its low 8 bits
 unsigned short computate_check(const unsigned char *buf, unsigned short len);
 
-/// Appends the handshake frame to `driver.frames`. It has no bytes: this link needs no opening, and
-/// the frame only lets a handshake pass through the exchange like any job.
+/// Appends the handshake frame to `driver.frames`. It has no bytes, because this link needs no
+/// handshake; the exchange treats it like any other job.
 void handShakeFrame();
 
-/// What `check_rcv_data` makes of an answer.
+/// The results of `check_rcv_data`.
 enum AnswerVerdict {
     kAnswerRejected = 0,
-    kAnswerHasData = 1,     ///< good, and carries values
-    kAnswerAcknowledges = 2 ///< good, and only acknowledges
+    kAnswerHasData = 1,     ///< good, with values
+    kAnswerAcknowledges = 2 ///< good, a plain acknowledgement
 };
 
-/// Judges the answer to the first frame of `driver.frames`: its length, ACK, ETX and block check
+/// Checks the answer to the first frame of `driver.frames`: its length, ACK, ETX and block check
 /// (upper case only). Station and command are not compared.
 ///
 /// @param buf  the answer, `len` bytes
 /// @param len  0 or more
-/// @return     an `AnswerVerdict`; without a frame every answer is rejected
+/// @return     an `AnswerVerdict`; every answer is rejected if there is no frame
 int check_rcv_data(const unsigned char *buf, const QList<VARIABLE> &, int len);

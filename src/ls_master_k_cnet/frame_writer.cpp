@@ -51,7 +51,7 @@ void FrameWriter::decimal(int value, int digits)
     }
 }
 
-// A number that no device has: negative, or with more digits than there are places.
+// Numbers that no device has: negative, or with more digits than fit.
 void FrameWriter::longDecimal(int value, int digits)
 {
     const QString number = QString::fromLatin1("%1").arg(value, digits, 10, QLatin1Char('0'));

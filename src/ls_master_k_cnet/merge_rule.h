@@ -3,10 +3,10 @@
 #include "ls_master_k_cnet/records.h"
 #include "shared/merge_key.h"
 
-/// Whether `next`, which lies behind `cur` in the sorted list, may join the block that `cur` is.
+/// Decides whether `next`, which follows `cur` in the sorted list, may join the block `cur`.
 ///
-/// @param mode  0: only what overlaps or touches; anything else: a gap of up to the driver's
-///              `maxBlockWords` is bridged too
+/// @param mode  0: only if it overlaps or is adjacent; anything else: also across a gap of up to
+///              `maxBlockWords`
 /// @return      0: it may; 1: it starts a new block
 ///
 /// Reads `driver.maxBlockWords`; called while the exchange is idle.

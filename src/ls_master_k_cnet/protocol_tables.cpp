@@ -2,12 +2,12 @@
 
 #include "ls_master_k_cnet/boundary.h"
 
-// `driver` copies REG_LIST while it is constructed, in another file. The priority makes the tables
-// exist by then whatever the order in which the linker took the files.
+// The constructor of `driver`, in another file, copies REG_LIST. The priority makes sure that the
+// tables exist by then, in whatever order the files were linked.
 #define BUILT_FIRST __attribute__((init_priority(101)))
 
-// Nobody could catch what a constructor throws while the library is loaded: without memory for a
-// few words the process ends here.
+// Nobody can catch an exception while the library is being loaded: if there is no memory even for
+// these texts, the process ends here.
 static inline QString text(const char *latin1) noexcept
 {
     return QString::fromLatin1(latin1);
@@ -30,7 +30,7 @@ BUILT_FIRST const QString REG_LIST[kRegisterCount] = {
         text(format), text(lowest), text(highest), text(unit), text(access), text(word) \
     }
 
-// Installed projects rely on each of these limits, the uneven ones included.
+// Installed projects rely on all of these limits, even the odd ones.
 BUILT_FIRST const QString ADDRESS_RANGE_PRO[kRowCount][kColumnCount] = {
     /* D_W   */ ROW("DDDD", "0", "9999", "16", "RW", "16"),
     /* C_W   */ ROW("DDDD", "0", "255", "16", "RW", "16"),
@@ -51,8 +51,8 @@ BUILT_FIRST const QString ADDRESS_RANGE_PRO[kRowCount][kColumnCount] = {
     /* spare */ ROW("DDDD.dd", "0.0", "9999.15", "1", "RW", "16"),
 };
 
-// A relay bit is read with the word that holds it and written by itself. A data register has no bit
-// device: its bits are written through the word. Contacts are bits in both directions.
+// A relay bit is read with its word but written individually. A data register has no bit device:
+// its bits are written through the word. Contacts are bits in both directions.
 BUILT_FIRST const QString ADDRESS_R_COMMAND[kRegisterCount] = {
     text("DW"), text("CW"), text("TW"), text("KW"), text("PW"), text("FW"), text("LW"), text("MW"),
     text("PW"), text("KW"), text("MW"), text("LW"), text("FW"), text("TX"), text("CX"), text("DW"),

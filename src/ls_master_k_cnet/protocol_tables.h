@@ -3,11 +3,11 @@
 #include <QtCore/QString>
 
 /// The tables that make this driver speak MASTER-K Cnet: register names, address formats and
-/// limits, and device letters. They are constants, built before `driver` and released after it, and
-/// may be read from any thread. Numbers are decimal text, converted when read.
+/// limits, and device letters. They are constants, constructed before `driver` and destroyed after
+/// it, and may be read from any thread. Numbers are decimal text, converted when read.
 
-/// A register index is the position of a name in `REG_LIST`. The range table has one row more: a
-/// name that is not listed is read through it by every look-up that does not check first.
+/// A register index is the position of a name in `REG_LIST`. The range table has a spare row, used
+/// for unknown names by every look-up that does not check first.
 enum { kRegisterCount = 16, kSpareRow = 16, kRowCount = 17 };
 
 /// Columns of `ADDRESS_RANGE_PRO`.
@@ -15,9 +15,9 @@ enum RangeColumn {
     kFormatColumn,  ///< "DDDD" plain number (D decimal, O octal, H hexadecimal), "DDD.dd" word.bit
     kLowestColumn,  ///< lowest address, in the row's own format
     kHighestColumn, ///< highest address, in the row's own format
-    kUnitWidthColumn, ///< bits of one address unit: "1" a bit register, "16" a word register
+    kUnitWidthColumn, ///< bits of one address unit: "1" for bit registers, "16" for word registers
     kAccessColumn,    ///< "RW", "R" or "W"
-    kWordWidthColumn, ///< bits of the PLC word that holds a unit; "1" for contacts, held bit by bit
+    kWordWidthColumn, ///< bits of the PLC word that contains a unit; "1" for contacts
     kColumnCount
 };
 
@@ -25,7 +25,7 @@ extern const QString PROCOTOL_DEFALT_COM_PAR;   ///< baud rate, data bits, parit
 extern const QString PROCOTOL_DEFALT_IP_PAR;    ///< IPv4 address and port
 extern const QString PROCOTOL_NAME;             ///< the driver's name
 extern const QString PROCOTOL_VERSION;          ///< version of the interface
-extern const QString PROCOTOL_PAR_HMI_SET_MODE; ///< property page that the host shows
+extern const QString PROCOTOL_PAR_HMI_SET_MODE; ///< property page of the host
 
 extern const QString REG_LIST[kRegisterCount];
 extern const QString ADDRESS_RANGE_PRO[kRowCount][kColumnCount];

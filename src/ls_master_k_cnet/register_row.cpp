@@ -4,7 +4,7 @@
 
 namespace {
 
-/// What requests and answers ask of a register again and again, taken from its texts once.
+/// The facts about a register that every request and answer needs, computed from its texts once.
 struct RegisterFacts
 {
     QString letter;
@@ -23,8 +23,8 @@ public:
             m_rows[row].widths.wordBits = ADDRESS_RANGE_PRO[row][kWordWidthColumn].toInt();
             m_rows[row].widths.bitName = isBitName(name);
         }
-        // One text for a letter, however many registers have it: records that hold it are
-        // recognised by its place in memory.
+        // All registers of one letter share the same text: records are recognised by comparing the
+        // address of the text instead of its characters.
         for (int row = 0; row < kRegisterCount; ++row) {
             for (int first = 0; first < row; ++first) {
                 if (m_rows[first].letter == m_rows[row].letter) {

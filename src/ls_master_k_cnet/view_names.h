@@ -2,7 +2,7 @@
 
 #include <QtCore/QString>
 
-/// The names under which a host knows what one storage unit is a part of.
+/// The names under which a host may see one storage unit: its bits, itself, and wider values.
 
 enum ViewSuffix {
     kBitView,    ///< "_bit"
@@ -13,15 +13,15 @@ enum ViewSuffix {
     kViewCount
 };
 
-/// The names of one register letter: of "D" they are "D_bit", "D_B", "D_W", "D_D" and "D".
+/// The names for one register letter: for "D", these are "D_bit", "D_B", "D_W", "D_D" and "D".
 struct ViewNames
 {
     QString letter;
     QString names[kViewCount];
 };
 
-/// Makes the names of any letter. Any thread.
+/// Makes the names for any letter. Any thread.
 ViewNames makeViewNames(const QString &letter);
 
-/// @return  the names of a letter of `REG_LIST`, made once; null for any other. Any thread.
+/// @return  the names for a letter of `REG_LIST`, made only once; null for any other. Any thread.
 const ViewNames *knownViewNames(const QString &letter);

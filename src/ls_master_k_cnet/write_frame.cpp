@@ -11,7 +11,7 @@
 #include "shared/wrap.h"
 
 static_assert(static_cast<int>(kWaitsForWords) == static_cast<int>(kBlockRequestDataPos),
-              "the mark is the place of the first placeholder");
+              "the mark is the position of the first placeholder");
 
 static FRAME_PRO &appendWriteFrame(const VARIABLE &item)
 {
@@ -20,7 +20,7 @@ static FRAME_PRO &appendWriteFrame(const VARIABLE &item)
     return frame;
 }
 
-// ENQ st(2) "wSB" "08" "%DW" address(5) words(2): what comes before the data of a block write.
+// The part of a block write before its data: ENQ st(2) "wSB" "08" "%DW" address(5) words(2).
 static FrameWriter openBlockWrite(FRAME_PRO &frame, const VARIABLE &item, const QString &device,
                                   int startWord, int words)
 {
@@ -43,8 +43,8 @@ static void appendBlockWrite(const VARIABLE &item, const QString &device)
     writer.finish();
 }
 
-// ENQ st(2) "wSS" "01" "09" "%MX" place(6) value(2) EOT BCC(2): 24 bytes. The place of a relay bit
-// is a word number and a hexadecimal bit number, that of a contact a plain number.
+// ENQ st(2) "wSS" "01" "09" "%MX" address(6) value(2) EOT BCC(2): 24 bytes. The address of a relay
+// bit is a word number and a hexadecimal bit number, that of a contact a plain number.
 static void appendBitWrite(const VARIABLE &item, const QString &device)
 {
     FrameWriter writer(appendWriteFrame(item), item.stationNo, "wSS");
@@ -61,8 +61,8 @@ static void appendBitWrite(const VARIABLE &item, const QString &device)
     writer.finish();
 }
 
-// The remainder of the bit count is added, not the place of the first bit within its word: bits
-// that reach over into one word more are not covered. Kept for compatibility; not to be corrected.
+// Adds the remainder of the bit count instead of the first bit's position in its word, so bits that
+// extend into one more word are not covered. Kept for compatibility; do not fix.
 static int coveringWords(int bits)
 {
     const int padded = wrapAdd(bits, bits % 16);
@@ -78,8 +78,8 @@ static void appendReadModifyWrite(const VARIABLE &item)
 
     QList<VARIABLE> readHalf;
     readHalf.append(words);
-    getReadFrame(readHalf);      // every letter with bits has its words listed too
-    driver.frames[0].var = item; // tells the answer's decoder which bits to change
+    getReadFrame(readHalf);      // every letter with bits has words as well
+    driver.frames[0].var = item; // tells the decoder of the answer which bits to change
 
     const QString &device = ADDRESS_W_COMMAND[getIndexFromReg(words.regName)];
     FRAME_PRO &frame = appendWriteFrame(item);

@@ -7,7 +7,7 @@
 #include "ls_master_k_cnet/register_row.h"
 #include "shared/protocol.h"
 
-// Protocol type of this driver, told in two places.
+// Protocol type of this driver, reported by two functions.
 enum { kProtocolType = 0 };
 
 void intf_getProtocolType(int *type)

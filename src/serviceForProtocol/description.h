@@ -3,8 +3,8 @@
 #include <QtCore/QList>
 #include <QtCore/QString>
 
-/// Appends the five texts by which `intf_getRegDiscription` describes a register.
+/// Appends the five texts with which `intf_getRegDiscription` describes a register.
 ///
-/// @param row  the six columns of the register's row; taken as they are, so that widths and access
-///             kinds that no register has today are described right as well
+/// @param row  the six columns of the register's row; widths and access kinds that no register has
+///             today are described as well
 void appendRowDescription(const QString *row, QList<QString> &out);

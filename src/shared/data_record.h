@@ -2,24 +2,24 @@
 
 #include <QtCore/QString>
 
-/// One storage unit of PLC memory in the driver's cache: a word, a byte or a contact, with what the
-/// PLC said last, what the panel wrote last, and who watches it. The word view and the bit view of
-/// the same memory share one record.
+/// One storage unit of PLC memory in the driver's cache: a word, a byte or a contact, with its last
+/// value from the PLC, the last value written by the panel, and how it is monitored. The word view
+/// and the bit view of the same memory share one record.
 struct _DATA_
 {
     quint8 spareFlag;    ///< always 0
-    quint8 writePending; ///< 1 while `writeValue` waits for the PLC's word on it
-    int pendingBits;  ///< mark 2i: a write of bit i is queued; mark 2i + 1: a second one behind it
-    int monitorFlags; ///< the `MonitorBit`s by which the unit is watched
-    int bitMonitorFlags;        ///< bit n: bit n of the unit is watched
-    int stationNo;              ///< PLC station
-    QString regPrefix;          ///< register letter, such as "M" of "M_W" and "M_bit"
-    int unitAddr;               ///< number of the word, byte or contact
-    unsigned char readValue[4]; ///< as last received; as many bytes as the unit has, low byte first
-    unsigned char writeValue[4]; ///< as last written by the panel, laid out the same way
+    quint8 writePending; ///< 1 while `writeValue` is not confirmed by the PLC
+    int pendingBits;     ///< bit 2i: a write of bit i is queued; bit 2i + 1: a second one behind it
+    int monitorFlags;    ///< `MonitorBit`s: the views in which the unit is watched
+    int bitMonitorFlags; ///< bit n: bit n of the unit is watched
+    int stationNo;       ///< PLC station
+    QString regPrefix;   ///< register letter, such as "M" of "M_W" and "M_bit"
+    int unitAddr;        ///< number of the word, byte or contact
+    unsigned char readValue[4];  ///< last received; as many bytes as the unit has, low byte first
+    unsigned char writeValue[4]; ///< last written by the panel, in the same layout
 };
 
-/// Bit numbers of `_DATA_::monitorFlags`: which values the unit is watched as a part of.
+/// Bit numbers of `_DATA_::monitorFlags`: the watched values that the unit is part of.
 enum MonitorBit {
     kWatchUnit = 0,      ///< the unit itself
     kWatchPairLow = 1,   ///< first of the two units of a value

@@ -14,7 +14,7 @@ FrameQueue::FrameQueue() noexcept
     }
 }
 
-// Wipes what the frame before has left, apart from its request.
+// Clears what the previous frame has left there, except its request.
 FrameQueue::Place &FrameQueue::nextPlace()
 {
     if (m_size < kCapacity) {

@@ -4,10 +4,10 @@
 
 #include "ls_master_k_cnet/records.h"
 
-/// The frames of one job: built, and not yet answered. No job has more than two, the read and the
-/// write of a read-modify-write, so they have fixed places and cost no memory of their own. A frame
-/// is two kilobytes of which a read uses some forty bytes: a place remembers what it holds, and
-/// only that is wiped when it is used again. With `Protocol::stateLock` held.
+/// The frames of one job that are built but not answered yet. No job has more than two, the read
+/// and the write of a read-modify-write, so they have fixed places and no memory is allocated. A
+/// frame takes two kilobytes, of which a read uses about forty bytes: each place remembers what was
+/// used, and only that is cleared before reuse. Hold `Protocol::stateLock`.
 class FrameQueue
 {
 public:
@@ -22,8 +22,8 @@ public:
     const FRAME_PRO &at(int i) const { return m_places[placeOf(i)].frame; }
     FRAME_PRO &operator[](int i) { return m_places[placeOf(i)].frame; }
 
-    /// Appends a frame that serves `item` and is otherwise blank. In a full queue, which no job
-    /// makes, it replaces the last one.
+    /// Appends a frame that serves `item` and is otherwise blank. If the queue is full, which no
+    /// job causes, it replaces the last one.
     FRAME_PRO &append(const VARIABLE &item);
 
     /// The same for an item whose value area is known to be blank.
@@ -39,7 +39,7 @@ private:
     struct Place
     {
         FRAME_PRO frame;
-        bool hasValues; ///< `frame.var.data` may be other than 0
+        bool hasValues; ///< `frame.var.data` may differ from 0
     };
 
     int placeOf(int i) const { return (m_first + i) % kCapacity; }

@@ -4,15 +4,15 @@
 
 #include "ls_master_k_cnet/records.h"
 
-/// What decides which block a key joins, without the value area that a key carries along: merging
-/// moves ten thousand of these about.
+/// The part of a key that decides which block it joins, without the value area: merging moves ten
+/// thousand of these around.
 struct MergeKey
 {
     int stationNo;
     QString regName;
     int startAddr;
     int count;
-    int source; ///< position of the key, or of a block's first key, in the list that is merged
+    int source; ///< index of the key, or of a block's first key, in the list being merged
 };
 
 inline MergeKey mergeKeyOf(const KEY_ADDRESS &key, int source)

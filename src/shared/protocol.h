@@ -27,74 +27,74 @@ enum JobState {
 
 class UnstoredWrite;
 
-/// The whole state of the driver; `driver` is its only instance in a loaded library. Whoever
-/// touches it holds `stateLock`, from the exported function on. Nobody waits for the host with it
-/// held: it is given back around each call of the host's and around the host's `*shmMutex`.
+/// The whole state of the driver; `driver` is its only instance in a loaded library. Every exported
+/// function holds `stateLock` while it accesses the state. The lock is never held while waiting for
+/// the host: it is released around each call of the host and around its `*shmMutex`.
 class Protocol
 {
 public:
     Protocol() noexcept;
 
-    /// The host's; null: none. It is looked up for each call, and the calls of one unit are made
-    /// outside the driver.
+    /// The host's function; null: none. It is loaded before each call: the calls for one unit are
+    /// made without `stateLock`.
     std::atomic<ValueChangeCallback> valueChangeCallback;
 
-    // Settings of the property text.
+    // Settings from the property text.
     int deviceNo;        ///< the driver's device number
     int cacheOnlyWrites; ///< not 0: panel writes stay in the cache
     int property3;       ///< kept for the host
     int maxRetries;      ///< bad answers after which a job is given up
-    int maxBlockWords;   ///< words of one merged block
+    int maxBlockWords;   ///< largest merged block, in words
 
-    // What the host shares.
-    unsigned char *shmBase;   ///< its block with the two recipe request bytes
+    // Shared by the host.
+    unsigned char *shmBase;   ///< block with the two recipe request bytes
     int hostArg2;             ///< kept for the host
-    unsigned char *rcpBuffer; ///< its recipe values, 16-bit words, low byte first
-    QMutex *shmMutex;         ///< its lock of the two request bytes
+    unsigned char *rcpBuffer; ///< recipe values, 16-bit words, low byte first
+    QMutex *shmMutex;         ///< guards the two request bytes
 
     // Jobs and cache.
     QList<VARIABLE> cyclicReads;     ///< block reads, in the order of their addresses
     QList<VARIABLE> pendingWrites;   ///< panel writes, oldest first
     QList<VARIABLE> conditionReads;  ///< one-off reads, oldest first
-    QList<_DATA_> dataArea;          ///< the cache, in order of first use; only ever grows
+    QList<_DATA_> dataArea;          ///< the cache, in order of first use; grows until a restart
     QVector<_RCP_VAR_PRO> rcpItems;  ///< recipe items of this device, sorted
     QVector<_RCP_VAR_PRO> rcpBlocks; ///< the block transfers that serve them
-    QList<int> rcpBlockStarts;       ///< for each block the index of its first item
+    QList<int> rcpBlockStarts;       ///< for each block, the index of its first item
 
-    VARIABLE lastVar;            ///< condition read queued last: the one the host waits for
+    VARIABLE lastVar;            ///< condition read queued last: its end is reported
     QList<QString> regNames;     ///< `REG_LIST`, in order
-    VARIABLE curVar;             ///< request that is being served
-    QList<VARIABLE> curReadList; ///< request handed to the read-frame builder
+    VARIABLE curVar;             ///< request being served
+    QList<VARIABLE> curReadList; ///< request for the read-frame builder
 
     // The exchange.
-    int sendState;         ///< a `JobState`; keeps its value until the next choice
+    int sendState;         ///< a `JobState`; kept until the next job is chosen
     int tryCount;          ///< writes and condition reads since the last cyclic read
     int needHandshake;     ///< not 0: the next frame is the handshake
     int failCount;         ///< bad answers to the frame in flight
-    int maxBlockBits;      ///< bits of one piece of a bit write: 8 * `maxBlockWords`
-    int maxBlockWordsCopy; ///< words of one piece of a write or condition read
+    int maxBlockBits;      ///< largest piece of a bit write, in bits: 8 * `maxBlockWords`
+    int maxBlockWordsCopy; ///< largest piece of a write or condition read, in words
     int lastFailed;        ///< 1: the current job was given up
     int curFrameIndex;     ///< index in `frames` of the frame being answered: always 0
     int initDone;          ///< 1 once the host has started communication
-    FrameQueue frames;     ///< built and not yet answered; the first is in flight
+    FrameQueue frames;     ///< built but not answered yet; the first is in flight
 
-    QMutex listMutex;     ///< held where `pendingWrites` is shortened or counted
+    QMutex listMutex;     ///< held while `pendingWrites` is shortened or counted
     int rcpIndex;         ///< next recipe block
     QString propertyPage; ///< text last set by the host
     int readItemCount;    ///< requests served by the frame in flight
 
-    // What is known of the cyclic reads beyond the text of the request.
-    int nextCyclicRead; ///< index in `cyclicReads` of the block that is due
+    // Cyclic reads: position and memory.
+    int nextCyclicRead; ///< index in `cyclicReads` of the next block
     int blockInFlight;  ///< index of the block whose read is in flight, or -1
     BlockMemories blockMemories;
-    quint64 valuesStamp; ///< moves on when a confirmed value changes otherwise than by the answers
-                         ///< to a block that stands alone
-    unsigned answerSerial; ///< moves on with each answer that is not the last one again, and with
-                           ///< each new set of blocks
+    quint64 valuesStamp; ///< incremented when a confirmed value changes, except by the answer to a
+                         ///< block that stands alone
+    unsigned answerSerial; ///< incremented for each answer, unless it repeats the previous one, and
+                           ///< for each new set of blocks
 
-    StateLock stateLock; ///< held by the thread that is inside the driver
+    StateLock stateLock; ///< held by the thread inside the driver
 
-    /// Panel writes that are queued and not yet stored in `dataArea`; null: none.
+    /// Panel writes that are queued but not stored in `dataArea` yet; null: none.
     UnstoredWrite *unstoredWrites;
 
 private:
@@ -103,7 +103,7 @@ private:
 
 extern Protocol driver;
 
-/// The calling thread is inside the driver for as long as this lives.
+/// Keeps the calling thread inside the driver during its lifetime: holds `stateLock`.
 class DriverEntry
 {
 public:
@@ -114,9 +114,9 @@ private:
     Q_DISABLE_COPY(DriverEntry)
 };
 
-/// The calling thread is outside the driver for as long as this lives, because it waits for the
-/// host. Meanwhile another thread may do what the host may do in its callback, so whatever was
-/// looked up before is to be looked up again. Without effect in a routine that is called by itself.
+/// Releases `stateLock` during its lifetime, while the calling thread waits for the host. Meanwhile
+/// other threads may enter the driver and change its state, so look everything up again afterwards.
+/// No effect if the lock is not held, as in tests of a single routine.
 class DriverExit
 {
 public:
@@ -141,7 +141,7 @@ private:
     Q_DISABLE_COPY(DriverExit)
 };
 
-/// @return  true when `item` means exactly this range of this register
+/// @return  true if `item` is for exactly this range of this register
 inline bool isRequestFor(const VARIABLE &item, int stationNo, const QString &regName, int startAddr,
                          int count)
 {
@@ -149,7 +149,7 @@ inline bool isRequestFor(const VARIABLE &item, int stationNo, const QString &reg
            item.regName == regName;
 }
 
-/// @return  true when both mean the same range of the same register, whatever their values
+/// @return  true if both are for the same range of the same register, whatever their values
 inline bool isSameRequest(const VARIABLE &a, const VARIABLE &b)
 {
     return isRequestFor(a, b.stationNo, b.regName, b.startAddr, b.count);

@@ -4,10 +4,10 @@
 
 #include "ls_master_k_cnet/records.h"
 
-/// Copying no more than has to travel: counting the users of a text up and down costs more than
-/// seeing that it is the same one, and most reads are for the register of the read before.
+/// Cheap copies of requests and frames. Updating a text's reference count costs more than noticing
+/// that both texts are the same, and most reads are for the register of the previous one.
 
-/// `to` becomes `from`.
+/// Assigns `from` to `to`, unless they share the same text already.
 inline void shareText(QString &to, const QString &from)
 {
     if (from.isEmpty() || to.constData() != from.constData() || to.size() != from.size()) {
@@ -15,8 +15,8 @@ inline void shareText(QString &to, const QString &from)
     }
 }
 
-/// Copies what a request is about - station, register, first address, count - between any two
-/// records that have it: requests, keys, blocks.
+/// Copies station, register, first address and count between any two records that have them:
+/// requests, keys, blocks.
 template <class To, class From>
 inline void copyPlace(To &to, const From &from)
 {
@@ -26,14 +26,14 @@ inline void copyPlace(To &to, const From &from)
     to.count = from.count;
 }
 
-/// Copies a request but for its value area.
+/// Copies a request without its value area.
 inline void copyRange(VARIABLE &to, const VARIABLE &from)
 {
     to.opKind = from.opKind;
     copyPlace(to, from);
 }
 
-/// Copies a frame with the whole of its areas: a host may look at any byte of them.
+/// Copies a frame including its complete areas: a host may look at any byte of them.
 inline void copyFrame(FRAME_PRO &to, const FRAME_PRO &from)
 {
     std::memcpy(to.sendBuf, from.sendBuf, sizeof to.sendBuf);

@@ -5,10 +5,10 @@
 #include <QtCore/QMutex>
 #include <QtCore/QWaitCondition>
 
-/// The lock of the driver's state: one thread at a time is inside the driver. An answer may give it
-/// back and take it again for each of its values, so what matters is the price of a lock that
-/// nobody else wants: one atomic exchange, where a mutex takes two and two calls. Who finds it held
-/// sleeps a moment; who comes while others wait lets them go first.
+/// The lock that admits one thread at a time to the driver. One answer may release and take it
+/// again for each of its values, so the uncontended case must be cheap: one atomic exchange, where
+/// a mutex needs two and two calls. A thread that finds it held sleeps for a moment; one that
+/// arrives while others wait lets them go first.
 ///
 /// Not recursive. Any thread.
 class StateLock
@@ -26,7 +26,7 @@ public:
         }
     }
 
-    /// By the thread that holds it.
+    /// To be called by the thread that holds it.
     void unlock()
     {
         m_held.store(0, std::memory_order_release);
@@ -35,10 +35,10 @@ public:
         }
     }
 
-    /// @return  true when some thread holds it; within the driver that is the calling one
+    /// @return  true if a thread holds it; inside the driver that is the calling one
     bool isHeld() const { return m_held.load(std::memory_order_relaxed) != 0; }
 
-    /// @return  how many threads wait for it
+    /// @return  number of threads that wait for it
     int waiting() const { return m_waiting.load(std::memory_order_relaxed); }
 
 private:
@@ -49,8 +49,8 @@ private:
 
     std::atomic<int> m_held;    ///< 1 while a thread is inside
     std::atomic<int> m_waiting; ///< threads that wait for it
-    QMutex m_sleepMutex;        ///< of `m_free` alone
-    QWaitCondition m_free;      ///< signalled when the lock was given back and somebody waits
+    QMutex m_sleepMutex;        ///< for `m_free` only
+    QWaitCondition m_free;      ///< signalled when the lock is released and a thread waits
 
     Q_DISABLE_COPY(StateLock)
 };

@@ -1,7 +1,7 @@
 #pragma once
 
-/// Address arithmetic on numbers that a host may choose freely: an overflow wraps round, as the
-/// registers of the panels' processors do, and is never undefined.
+/// Address arithmetic on numbers that a host may choose freely. An overflow wraps around, as in the
+/// registers of the panels' processors, and is never undefined.
 
 inline int wrapAdd(int a, int b)
 {
@@ -18,7 +18,7 @@ inline int wrapMul(int a, int b)
     return static_cast<int>(static_cast<unsigned>(a) * static_cast<unsigned>(b));
 }
 
-/// @return  `value` without its fraction, held within the range of an int
+/// @return  `value` without its fraction, clamped to the range of an int
 inline int truncToInt(double value)
 {
     if (value >= 2147483647.0) {

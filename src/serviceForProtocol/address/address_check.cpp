@@ -16,10 +16,10 @@ struct AddressLimits
 
 } // namespace
 
-// A bit object has no data type of its own.
+// The data type of bit objects.
 enum { kBitDataType = -1 };
 
-// The host counts words of 16 bits, whatever the words of the register.
+// The host counts in words of 16 bits, whatever the register's words are.
 static const int kHostWordBits = 16;
 
 static bool isWriting(int accessMode)
@@ -50,8 +50,8 @@ static int checkUse(const QString *row, int dataType, int accessMode)
     return kAddressValid;
 }
 
-// A row may write its lowest address in a form that its own pattern refuses ("0" under "DDD.dd");
-// the limit is 0 then.
+// The lowest address of a row may not match its own pattern ("0" for "DDD.dd"). The limit is 0
+// then.
 static AddressLimits limitsOf(const QString *row, const QString &regName)
 {
     AddressLimits limits = {0, 0};
@@ -60,7 +60,7 @@ static AddressLimits limitsOf(const QString *row, const QString &regName)
     return limits;
 }
 
-// The size of a bit object is compared bit by bit, that of a word object in the register's words.
+// The size of a bit object counts in bits, that of a word object in the register's words.
 static bool isWithin(const AddressLimits &limits, int addr, int wordCount, int width)
 {
     const double size = wordCount / (static_cast<double>(width) / kHostWordBits);
@@ -81,8 +81,8 @@ static int checkPlace(const QString *row, const QString &regName, const QString 
     return kAddressValid;
 }
 
-// A name that is not listed is held against the limits 0 to 0 first. Kept for the panel editors
-// that know this order.
+// An unknown name is checked against the limits 0 to 0 first. Kept for the panel editors that rely
+// on this order.
 static int checkWithoutRow(int addr, int wordCount)
 {
     const AddressLimits none = {0, 0};
@@ -119,7 +119,7 @@ int intf_checkAddr(const QString &regName, const QString &addrText, int &addr, i
                              accessMode);
 }
 
-// Knows words from bits only, so it asks neither for access nor for 32-bit types.
+// Only distinguishes words from bits, so it checks neither access nor 32-bit types.
 int intf_checkAddrValidity(const QString &regName, const QString &addrText, int &addr,
                            int wordCount, int wordAccess)
 {

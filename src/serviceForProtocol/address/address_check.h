@@ -2,9 +2,9 @@
 
 #include <QtCore/QString>
 
-/// `intf_checkAddr` on a given row. Pure; any thread.
+/// Implements `intf_checkAddr` for a given row. Pure; any thread.
 ///
-/// @param row  the six columns of the register's row, null for a register that is not listed
+/// @param row  the six columns of the register's row, null for an unknown register
 /// @return     an `AddressCode`
 int checkAddressInRow(const QString *row, const QString &regName, const QString &addrText,
                       int &addr, int dataType, int wordCount, int accessMode);

@@ -26,7 +26,7 @@ static const char *wordSuffix(int wordBits)
 
 namespace {
 
-/// How the keys of one register turn into the words that are read for them.
+/// How the keys of one register are converted to the words that are read for them.
 struct WordForm
 {
     QString regName; ///< name of the word register
@@ -47,8 +47,8 @@ static WordForm wordForm(const QString &regName, const RegisterWidths &widths)
     return form;
 }
 
-// From bits to the words that hold them. The rounding looks at the low four bits of the count
-// whatever the word width is. Kept for compatibility; not to be corrected.
+// From bits to the words that contain them. The rounding uses the low four bits of the count,
+// whatever the word width is. Kept for compatibility; do not fix.
 static void bitsToWords(int &startAddr, int &count, int wordBits)
 {
     const int bits = wrapAdd(count, startAddr % wordBits);
@@ -73,7 +73,7 @@ void convertReadKey(KEY_ADDRESS &key, const RegisterWidths &widths)
     convertToWords(key, wordForm(key.regName, widths));
 }
 
-// Divides by the word width where reads divide by the unit width; the two differ on purpose.
+// Divides by the word width, while reads divide by the unit width; the difference is intended.
 template <class Key>
 static void convertToRecipeWords(Key &key, const RegisterWidths &widths)
 {
@@ -97,7 +97,7 @@ static QVector<MergeKey> smallKeys(const QList<KEY_ADDRESS> &keys)
     return small;
 }
 
-// Keys of one register mostly stand together, and what becomes of its name is the same for all.
+// Keys of one register are usually adjacent, and all of them get the same name.
 static void convertReadKeys(QVector<MergeKey> &keys)
 {
     QString regName;
@@ -122,7 +122,7 @@ static void convertRecipeKeys(QVector<MergeKey> &keys)
     }
 }
 
-// True when `next` went into `block`, which then covers it.
+// Extends `block` to cover `next` if possible. Returns whether it did.
 static bool joinBlock(MergeKey &block, const MergeKey &next, int decisionMode)
 {
     if (judgeAddrMerge(block, next, decisionMode) != 0) {

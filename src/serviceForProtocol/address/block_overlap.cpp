@@ -7,13 +7,13 @@
 
 namespace {
 
-/// The units of one block.
+/// The range of units that one block covers.
 struct Span
 {
     int stationNo;
-    int reg; ///< register index; no two registers that are read share a unit
+    int reg; ///< register index; the registers that are read share no units
     int start;
-    qint64 end; ///< behind the last unit
+    qint64 end; ///< one past the last unit
     int block;
 
     bool isOfSameRegister(const Span &other) const
@@ -61,15 +61,15 @@ QVector<bool> blocksOnTheirOwn(const QVector<MergeKey> &blocks)
 {
     const QVector<Span> spans = spansInOrder(blocks);
     QVector<bool> alone(blocks.size(), true);
-    // The span that reaches farthest among those of the same register so far. A span that overlaps
-    // several overlaps this one, and these others have been found to overlap each other.
+    // The span of the same register that extends farthest so far. A span that overlaps any earlier
+    // one also overlaps this one, and those two were found to overlap before.
     const Span *farthest = nullptr;
     for (const Span &span : spans) {
         if (!isPlain(span)) {
             alone[span.block] = false;
         }
         if (span.end <= span.start) {
-            continue; // it covers nothing
+            continue; // it is empty
         }
         if (farthest == nullptr || !farthest->isOfSameRegister(span)) {
             farthest = &span;

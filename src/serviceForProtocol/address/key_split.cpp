@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-// Copies `length` bytes from `offset` of a value area; what would lie beyond it is 0.
+// Copies `length` bytes from `offset` of a value area; bytes past its end become 0.
 static void copyValues(unsigned char *target, const unsigned char *area, qint64 offset,
                        qint64 length)
 {

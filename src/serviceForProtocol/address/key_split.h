@@ -4,12 +4,12 @@
 
 #include "ls_master_k_cnet/records.h"
 
-/// Cuts a key into pieces that fit one frame, and appends them to `out`. Pure; any thread.
+/// Splits a key into pieces that fit one frame, and appends them to `out`. Pure; any thread.
 ///
-/// @param maxLen  units of a piece; below 1 appends nothing
-/// @param mode    1: each piece's value area begins with the piece's own values, taken from the
-///                key's area two bytes a unit (one byte when `bitFlag` is -1); values beyond that
-///                area are 0. Anything else: every piece keeps the key's values as they are.
+/// @param maxLen  largest piece, in units; below 1, nothing is appended
+/// @param mode    1: the value area of each piece starts with the piece's own values, taken from
+///                the key's area with two bytes per unit (one if `bitFlag` is -1); values past the
+///                end of that area are 0. Anything else: every piece keeps the key's value area.
 ///
 /// A key of up to `maxLen` units is appended unchanged.
 void groupingKey(const KEY_ADDRESS &key, int maxLen, QList<KEY_ADDRESS> &out, int mode);

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-// The position in the low half keeps equal weights in their order, and makes one number of what is
-// compared and what is moved.
+// Sorts single numbers: the weight in the high half, the position in the low half, which keeps
+// equal weights in their order.
 QVector<int> orderByWeight(const QVector<quint32> &weights)
 {
     QVector<quint64> sorted;

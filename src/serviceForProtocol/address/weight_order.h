@@ -4,14 +4,14 @@
 
 #include "serviceForProtocol/address/address_number.h"
 
-/// Sorting by address. Called while the exchange is idle.
+/// Sorts by address. Called while the exchange is idle.
 
-/// @return  the positions 0 .. weights.size() - 1 in rising order of their weights; equal weights
-///          stay as they were
+/// @return  the positions 0 .. weights.size() - 1 in ascending order of their weights; the order of
+///          equal weights is kept
 QVector<int> orderByWeight(const QVector<quint32> &weights);
 
 /// Sorts records that have `stationNo`, `regName` and `startAddr` by `getRegAddressWeight`. Only
-/// the weights are compared and moved about; each record is copied once.
+/// the weights are compared and moved; each record is copied once.
 template <typename List>
 void sortByWeight(List &records)
 {

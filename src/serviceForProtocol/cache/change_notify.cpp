@@ -4,8 +4,8 @@
 #include "shared/protocol.h"
 #include "shared/wrap.h"
 
-/// A wider value that a unit may be a part of: the unit is its first part when monitor bit
-/// `firstBit` is set, its second when the next one is, and so on.
+/// A wider value that a unit may be part of: monitor bit `firstBit` says that the unit is its first
+/// part, the next bit that it is the second, and so on.
 struct WiderView
 {
     ViewSuffix suffix;
@@ -13,7 +13,7 @@ struct WiderView
     int lastBit;
 };
 
-/// As what a unit of one width is reported: bit by bit, as itself, and as a part of wider values.
+/// The views in which a unit of one width is reported: its bits, itself, and wider values.
 struct ChangeNotifier::UnitViews
 {
     int bits;
@@ -34,7 +34,7 @@ static const ChangeNotifier::UnitViews kWordViews = {
 static const ChangeNotifier::UnitViews kDoubleWordViews = {32, kPlainView, 0, {kNoView, kNoView}};
 static const ChangeNotifier::UnitViews kContactViews = {0, kPlainView, 0, {kNoView, kNoView}};
 
-// Which bits to report: those that differ, or all when there is nothing to compare.
+// The bits to report: those that differ, or all if there is nothing to compare.
 template <class Value>
 static int changedBits(const Value *oldValue, const Value *newValue, int skipBits)
 {
@@ -66,7 +66,7 @@ void ChangeNotifier::reportAt(int index, const UnitViews &views, int changed)
 
 void ChangeNotifier::report(const _DATA_ &record, const UnitViews &views, int changed)
 {
-    // A copy of what the calls need: they may change the data area.
+    // Copy what the calls need: they may change the data area.
     const Unit unit = {driver.deviceNo, record.stationNo, record.unitAddr, record.monitorFlags};
     const unsigned watchedBits = static_cast<unsigned>(record.bitMonitorFlags & changed);
     if ((unit.monitorFlags == 0 && watchedBits == 0) ||
@@ -115,7 +115,7 @@ void ChangeNotifier::call(const Unit &unit, ViewSuffix suffix, int address)
 {
     const ValueChangeCallback callback = driver.valueChangeCallback.load(std::memory_order_relaxed);
     if (callback == nullptr) {
-        return; // taken away by the call before
+        return; // removed during the previous call
     }
     const QString &name = m_names->names[suffix];
     if (m_hostsName.constData() != name.constData() || m_hostsName.size() != name.size()) {

@@ -5,16 +5,16 @@
 #include "ls_master_k_cnet/view_names.h"
 #include "shared/data_record.h"
 
-/// Calls of the host: one for each monitored view of a unit that changed, its bits first, then the
-/// unit, then the wider values that it is a part of. They run on the calling thread, which
-/// leaves the driver for them. The host may call back into the driver, and other threads enter it,
-/// so whoever calls one of these looks its records up again afterwards.
+/// Notifies the host of a changed unit, with one call for each monitored view: its bits first, then
+/// the unit, then the wider values that it is part of. The calls run on the calling thread, which
+/// releases the driver's lock. The host may call back into the driver, and other threads may enter
+/// it, so callers must look up their records again afterwards.
 ///
-/// @param oldValue  bytes of the unit before, as a number; null, here or in `newValue`: every
-///                  monitored bit is reported without a comparison
-/// @param newValue  bytes of the unit now
-/// @param index     record in `driver.dataArea`; an index outside reports nothing
-/// @param skipBits  not 0: the bits are left out
+/// @param oldValue  previous bytes of the unit, as a number; null, here or in `newValue`: all
+///                  monitored bits are reported without comparison
+/// @param newValue  current bytes of the unit
+/// @param index     record in `driver.dataArea`; nothing is reported for an invalid index
+/// @param skipBits  not 0: the bits are not reported
 
 /// A 16-bit unit: "_bit", "_W", "_D".
 void _wordDataChange(const int *oldValue, const int *newValue, int index, int skipBits);
@@ -26,24 +26,24 @@ void _byteDataChange(const unsigned char *oldValue, const unsigned char *newValu
 /// A 32-bit unit: "_bit", and the unit under the bare register letter.
 void _dwordDataChange(const int *oldValue, const int *newValue, int index, int skipBits);
 
-/// A unit that is one bit (a contact), under the bare register letter.
+/// A one-bit unit (a contact), under the bare register letter.
 void _bitDataChange(int index);
 
 struct WiderView;
 
-/// Tells the host of changed units, one after the other. It keeps the names from one unit to the
-/// next: the units of an answer mostly have the same.
+/// Notifies the host of several changed units. It keeps the names for the next unit, because the
+/// units of an answer usually have the same letter.
 class ChangeNotifier
 {
 public:
     ChangeNotifier();
 
     /// Reports a unit of `bytes` (1, 2 or 4).
-    /// @param record   of `driver.dataArea`; not to be used afterwards
-    /// @param changed  its bits that have changed
+    /// @param record   of `driver.dataArea`; do not use it afterwards
+    /// @param changed  the bits that have changed
     void unitChanged(const _DATA_ &record, int bytes, int changed);
 
-    /// The routines above, one each.
+    /// The same as the functions above.
     void word(const int *oldValue, const int *newValue, int index, int skipBits);
     void byte(const unsigned char *oldValue, const unsigned char *newValue, int index,
               int skipBits);
@@ -53,7 +53,7 @@ public:
     struct UnitViews;
 
 private:
-    /// What the host must hear of one record.
+    /// The part of a record that the calls need.
     struct Unit
     {
         int deviceNo;
@@ -62,7 +62,7 @@ private:
         int monitorFlags;
     };
 
-    // @param changed  bits of the unit that are to be reported where they are watched
+    // @param changed  bits of the unit to report if they are monitored
     void report(const _DATA_ &record, const UnitViews &views, int changed);
     void reportAt(int index, const UnitViews &views, int changed);
     void findNamesOf(const QString &letter);
@@ -70,14 +70,14 @@ private:
     void callWider(const Unit &unit, const WiderView &view);
     void call(const Unit &unit, ViewSuffix suffix, int address);
 
-    const ViewNames *m_names; ///< of the last unit's letter; null before the first
-    ViewNames m_ownNames;     ///< of the last letter that no register has
-    QString m_hostsName;      ///< what the host is handed, and may change
+    const ViewNames *m_names; ///< names of the last unit; null before the first one
+    ViewNames m_ownNames;     ///< names for the last letter that no register has
+    QString m_hostsName;      ///< passed to the host, which may change it
 
     Q_DISABLE_COPY(ChangeNotifier)
 };
 
-/// `ChangeNotifier::unitChanged` for a single unit; an index outside reports nothing.
+/// `ChangeNotifier::unitChanged` for a single unit; nothing is reported for an invalid index.
 void notifyUnitChange(int bytes, int oldNumber, int newNumber, int index);
 
 /// Calls the host if it has installed a callback.

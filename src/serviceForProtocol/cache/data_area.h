@@ -6,9 +6,9 @@
 #include "shared/data_record.h"
 #include "shared/wrap.h"
 
-/// Look-up in the cache of PLC values. With the driver's lock held.
+/// Look-up in the cache of PLC values. Hold the driver's lock.
 
-/// Finds the record of a unit, and appends an empty one when there is none yet.
+/// Finds the record of a unit, and appends an empty one if there is none yet.
 ///
 /// @param regPrefix  register letter, compared exactly
 /// @param unitAddr   number of the word, byte or contact
@@ -16,14 +16,14 @@
 /// @return           index of the record; it stays valid until the area is cleared
 int getIndexOfDataArea(int stationNo, const QString &regPrefix, int unitAddr, QList<_DATA_> &area);
 
-/// Finds the units of one register letter of one station in turn. The units of a block mostly lie
-/// in the area in the order of their addresses, so that the place of the last one tells that of the
-/// next; where it does not, the unit is searched for. What it finds is what `getIndexOfDataArea`
-/// finds: a key has one record at most. The area may grow between two calls.
+/// Finds consecutive units of one register letter of one station quickly. The units of a block are
+/// usually in the order of their addresses, so the index of the last one predicts the next. If the
+/// prediction fails, the unit is searched. The results are those of `getIndexOfDataArea`. The area
+/// may grow between two calls.
 class UnitCursor
 {
 public:
-    /// @param letter  and `area` must outlive the cursor
+    /// @param letter  must outlive the cursor, like `area`
     UnitCursor(int stationNo, const QString &letter, QList<_DATA_> &area)
         : m_stationNo(stationNo)
         , m_letter(letter)
@@ -32,17 +32,17 @@ public:
         , m_lastAddr(0)
     {}
 
-    /// @return  where a unit would be if the area were in the order of addresses
+    /// @return  the predicted index of a unit; it may be invalid
     int likelyIndexOf(int unitAddr) const { return wrapAdd(m_last, wrapSub(unitAddr, m_lastAddr)); }
 
-    /// Where a unit was before.
+    /// Sets the index at which a unit was found before.
     void startAt(int unitAddr, int index)
     {
         m_last = index;
         m_lastAddr = unitAddr;
     }
 
-    /// @return  as `getIndexOfDataArea`
+    /// @return  the same as `getIndexOfDataArea`
     int indexOf(int unitAddr)
     {
         const int likely = likelyIndexOf(unitAddr);
@@ -54,8 +54,7 @@ public:
 private:
     enum { kNotFound = -1 };
 
-    // The letters of one register share their text, so its place tells them without a comparison of
-    // characters.
+    // The letters of one register share their text, so comparing its address is enough.
     bool isAt(int position, int unitAddr) const
     {
         if (position < 0 || position >= m_area.size()) {
@@ -71,17 +70,17 @@ private:
     const int m_stationNo;
     const QString &m_letter;
     QList<_DATA_> &m_area;
-    int m_last;     ///< index found last
-    int m_lastAddr; ///< unit that it is of
+    int m_last;     ///< last index found
+    int m_lastAddr; ///< address of its unit
 
     Q_DISABLE_COPY(UnitCursor)
 };
 
-/// How far ahead of the unit in hand the next ones of a block are fetched.
+/// How many units ahead the records of a block are prefetched.
 enum { kUnitsAhead = 8 };
 
-/// Asks the processor for a record that will be looked at soon: those of a large area lie outside
-/// its cache. Any index will do.
+/// Prefetches a record that is needed soon: the records of a large area do not fit the processor's
+/// cache. Any index is allowed.
 inline void fetchAhead(const QList<_DATA_> &area, int index)
 {
     if (index >= 0 && index < area.size()) {
@@ -89,7 +88,7 @@ inline void fetchAhead(const QList<_DATA_> &area, int index)
     }
 }
 
-/// @return  the bytes that count now: the panel's while its write is pending, else the PLC's
+/// @return  the current bytes: the panel's while its write is pending, else the PLC's
 const unsigned char *currentBytes(const _DATA_ &record);
 
 /// @param bytes  1, 2 or 4, the width of a unit

@@ -4,11 +4,11 @@
 
 #include "shared/merge_key.h"
 
-/// Which cyclic blocks there are to remember (`driver.blockMemories`). With `Protocol::stateLock`
-/// held; while the exchange is idle.
+/// Sets up `driver.blockMemories` for a new set of cyclic blocks. Hold `Protocol::stateLock`, while
+/// the exchange is idle.
 
-/// Makes room for the memories of these cyclic reads, none of which was sent yet.
+/// Creates the memories of these cyclic reads, none of which was sent yet.
 void expectBlocks(const QVector<MergeKey> &blocks);
 
-/// Forgets them all.
+/// Deletes all memories.
 void forgetBlocks();

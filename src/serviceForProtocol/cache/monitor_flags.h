@@ -4,16 +4,16 @@
 
 #include "ls_master_k_cnet/register_row.h"
 
-/// Which units of the data area the panel watches, and as what. Called while the exchange is idle.
+/// Marks the units of the data area that the panel monitors. Called while the exchange is idle.
 
-/// Forgets every mark of every record; values and pending writes stay.
+/// Clears the marks of all records; values and pending writes are kept.
 void clearMonitorFlags();
 
 /// Marks the units of one monitored address in `driver.dataArea`, creating missing ones.
 ///
-/// @param startAddr  in the register's units
+/// @param startAddr  in units of the register
 /// @param count      16-bit words of a word register, bits or contacts of a bit register;
-///                   fewer than one value marks nothing
+///                   nothing is marked for less than one value
 /// @return           0
 int _setDataAreaMonitorFlag(int stationNo, const QString &regName, int startAddr, int count);
 

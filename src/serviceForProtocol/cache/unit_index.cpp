@@ -8,7 +8,7 @@ bool isUnit(const _DATA_ &record, int stationNo, const QString &regPrefix, int u
            record.regPrefix == regPrefix;
 }
 
-// The odd factors spread neighbouring addresses, of which an area mostly consists.
+// The odd factors spread adjacent addresses, of which an area mostly consists.
 static unsigned hashOf(int stationNo, const QString &regPrefix, int unitAddr)
 {
     const unsigned letter = regPrefix.isEmpty() ? 0U : regPrefix.at(0).unicode();
@@ -20,7 +20,7 @@ static unsigned hashOf(int stationNo, const QString &regPrefix, int unitAddr)
 int UnitIndex::find(const QList<_DATA_> &area, int stationNo, const QString &regPrefix,
                     int unitAddr)
 {
-    // A hit is compared with the record itself and is right even when the index lags behind.
+    // A hit is compared with the record itself, so it is right even if the index is out of date.
     const int found = lookUp(area, stationNo, regPrefix, unitAddr);
     if (found >= 0) {
         return found;
@@ -37,7 +37,7 @@ int UnitIndex::lookUp(const QList<_DATA_> &area, int stationNo, const QString &r
     }
     const unsigned mask = static_cast<unsigned>(m_slots.size()) - 1U;
     unsigned slot = hashOf(stationNo, regPrefix, unitAddr) & mask;
-    for (;; slot = (slot + 1U) & mask) { // ends: a third of the slots is free at least
+    for (;; slot = (slot + 1U) & mask) { // terminates: at least a third of the slots is free
         const int position = m_slots.at(static_cast<int>(slot));
         if (position == kFreeSlot) {
             return -1;

@@ -2,19 +2,18 @@
 
 #include "ls_master_k_cnet/register_row.h"
 
-/// How the values of a register lie in the units of the data area. One description serves marking,
-/// reading and writing. Pure; any thread.
+/// The layout of a register's values in the units of the data area, for marking, reading and
+/// writing. Pure; any thread.
 struct UnitLayout
 {
-    int unitsPerValue; ///< 1, 2 or 4; 0 when the widths cover nothing
+    int unitsPerValue; ///< 1, 2 or 4; 0 if there is no layout for these widths
     int bytesPerUnit;  ///< 1, 2 or 4
-    int countPerValue; ///< units of a request's count that make one value: 2 for 32-bit data, else
-                       ///< 1
-    int bitsPerUnit;   ///< 8 or 16 when each value is one bit of a unit, else 0
+    int countPerValue; ///< how much of a request's count is one value: 2 for 32-bit data, else 1
+    int bitsPerUnit;   ///< 8 or 16 if each value is one bit of a unit, else 0
 
     bool isBitView() const { return bitsPerUnit != 0; }
 
-    /// @return  values of a request of `count`; 0 when there are none
+    /// @return  number of values in a request of `count`, capped; 0 if there are none
     int values(int count) const;
 };
 

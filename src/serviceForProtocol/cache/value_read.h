@@ -4,7 +4,7 @@
 
 #include "ls_master_k_cnet/register_row.h"
 
-/// `intf_getData` for a register of the given widths: copies current values to `buffer`, at most
-/// 1024 bytes, and creates the units that are missing. Panel thread.
+/// Implements `intf_getData` for a register of the given widths: copies the current values to
+/// `buffer`, at most 1024 bytes, and creates missing units. Panel thread.
 void readValues(const RegisterWidths &widths, int stationNo, const QString &letter, int startAddr,
                 int count, unsigned char *buffer);

@@ -13,7 +13,7 @@
 #include "shared/unit_limits.h"
 #include "shared/wrap.h"
 
-// A word comes high byte first; a byte stands alone; a 32-bit unit comes low byte first.
+// A word is sent high byte first, a 32-bit unit low byte first.
 static inline int numberAt(const char *digits, int bytes)
 {
     switch (bytes) {
@@ -29,8 +29,7 @@ static inline int numberAt(const char *digits, int bytes)
     }
 }
 
-// The data characters of an answer that ends before them, or begins behind them: the digit 0 stands
-// for each one that is missing.
+// The data characters of an answer that does not contain all of them: missing ones become "0".
 static QByteArray paddedDigits(const QByteArray &answer, int dataPos, int length)
 {
     QByteArray digits(length, '0');
@@ -43,13 +42,13 @@ static QByteArray paddedDigits(const QByteArray &answer, int dataPos, int length
 
 namespace {
 
-/// Stores the units of one answer in the data area and tells the host of each that changed. It
-/// looks a record up again after every call of the host: the area may have grown meanwhile.
+/// Stores the units of one answer in the data area and notifies the host of each that changed. It
+/// looks up the record again after every call of the host: the area may have grown meanwhile.
 class AnswerStore
 {
 public:
-    /// @param kept   of this answer; must outlive the store
-    /// @param known  the digits of the last answer that are worth a comparison; null: none
+    /// @param kept   memory of this answer; must outlive the store
+    /// @param known  the digits of the last answer, to be compared; null: none
     AnswerStore(const VARIABLE &var, const KeptAnswer &kept, const char *known)
         : m_firstAddr(var.startAddr)
         , m_kept(kept)
@@ -61,7 +60,7 @@ public:
         m_cursor.startAt(m_firstAddr, kept.firstRecord());
     }
 
-    /// @return  where the first unit is, or would be
+    /// @return  the predicted index of the first unit
     int firstRecord() const { return m_cursor.likelyIndexOf(m_firstAddr); }
 
     void storeUnits(const char *digits, int units, int bytes)
@@ -89,7 +88,7 @@ public:
 private:
     int indexOf(int unit) { return m_cursor.indexOf(wrapAdd(m_firstAddr, unit)); }
 
-    // The width is known to the compiler: this is the loop in which an answer spends its time.
+    // The width is a template parameter because this loop takes most of the time of an answer.
     template <int Bytes>
     void storeUnitsOf(const char *digits, int units)
     {
@@ -104,8 +103,7 @@ private:
         }
     }
 
-    // Whatever is known of the blocks with this unit, but for the one that is being stored, does
-    // not hold any more.
+    // What is remembered of any other block with this unit becomes invalid.
     void moveStamp()
     {
         if (!m_ownsUnits) {
@@ -121,7 +119,7 @@ private:
         }
     }
 
-    // A value that comes in ends the wait for a write only when no write is queued any more.
+    // A received value ends a pending write only if no write is queued any more.
     template <int Bytes>
     void storeUnit(int index, int number)
     {

@@ -21,7 +21,7 @@ static void settleIfWrite(int success)
 {
     if (driver.sendState == kJobWrite) {
         const VARIABLE &var = driver.frames.at(0).var;
-        const QString regName = var.regName; // the host is called, and may change the frame
+        const QString regName = var.regName; // a copy: the host is called, and may change the frame
         _write_FailOrSuc(var.stationNo, regName, var.startAddr, var.count, success);
     }
 }

@@ -2,6 +2,6 @@
 
 #include <QtCore/QByteArray>
 
-/// Decodes an accepted read answer with the frame in flight. Exchange thread.
+/// Decodes an accepted answer to the read in flight. Exchange thread.
 /// @return  0
 int dealReadFrameReturnSaveData(const QByteArray &reply);

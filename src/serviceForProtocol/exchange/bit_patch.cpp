@@ -9,7 +9,8 @@
 
 namespace {
 
-/// The characters of an answer, to be changed in place; outside it reads 0 and writes nothing.
+/// A copy of the characters of an answer, to be modified. Out-of-range positions read as 0, and
+/// writing to them has no effect.
 class Digits
 {
 public:
@@ -39,7 +40,7 @@ private:
 
 } // namespace
 
-// Unlike in a byte, a digit above "F" keeps its value here.
+// Unlike in `asc2hex`, a digit above "F" keeps its value.
 static int nibbleOf(unsigned char character)
 {
     if (character < 0x30 || character == 0x40) {
@@ -55,8 +56,8 @@ static void exchange(Digits &digits, int first, int second)
     digits.set(second, kept);
 }
 
-// Turns the word's four characters round, so that nibble k holds bits 4k to 4k + 3. The step is two
-// characters: of two or more words the steps overlap and digits already turned become 0.
+// Reverses the word's four characters, so that nibble k has bits 4k to 4k + 3. The step is two
+// characters: with two or more words the steps overlap, and digits already reversed become 0.
 static void reverseNibbles(Digits &digits, int unitCount, int dataPos)
 {
     const int steps = std::min(unitCount, digits.size());
@@ -67,8 +68,8 @@ static void reverseNibbles(Digits &digits, int unitCount, int dataPos)
     }
 }
 
-// @param offset     bit of the first unit at which the write begins
-// @param digitBits  bits that one place of `digits` holds
+// @param offset     bit of the first unit at which the write starts
+// @param digitBits  bits per position of `digits`
 static void setBits(Digits &digits, int dataPos, const VARIABLE &var, int offset, int digitBits)
 {
     const int bits = std::min<int>(var.count, kValueAreaSize);
@@ -110,8 +111,8 @@ static void patchWords(FRAME_PRO &write, const QByteArray &answer, int unitCount
     putCharacter(write, write.sendLen - 1, hexCharacter(check));
 }
 
-// Registers of 8-bit and 32-bit words have their bytes in ascending order and take the 16-bit sum
-// itself, low byte first, as their block check.
+// Registers of 8-bit and 32-bit words have their bytes in ascending order. Their block check is the
+// 16-bit sum itself, low byte first.
 static void patchBytes(FRAME_PRO &write, const QByteArray &answer, int unitCount, int dataPos,
                        const VARIABLE &var, int wordBits)
 {

@@ -13,7 +13,7 @@ QString addressText(int address, const QString &regName, const QString &format)
 
 namespace {
 
-/// Puts a short text together in place: one is made for every answer, so it costs one allocation.
+/// Builds a short text with a single allocation: one is needed for every answer.
 class LineBuilder
 {
 public:
@@ -67,7 +67,7 @@ private:
 
 } // namespace
 
-// Plain decimal addresses and bits are most of what a panel reads.
+// Handles plain decimal addresses, the most frequent ones, without a text of their own.
 static void addAddress(LineBuilder &line, const VARIABLE &var, int index)
 {
     const bool isBit = isBitName(var.regName);

@@ -19,8 +19,8 @@ static void finishConditionRead()
         isSameRequest(driver.conditionReads.at(0), driver.lastVar)) {
         notifyHost(-1, -1, QLatin1String("-1"), failed ? -1 : 0);
     }
-    // The read that ended is still the first one. What the host queued from within the callback
-    // stands behind it, and is dropped with the rest when this one failed.
+    // The finished read is still the first one. Reads queued by the callback come after it, and are
+    // dropped with the rest if this one failed.
     if (failed) {
         driver.conditionReads.clear();
     } else if (!driver.conditionReads.isEmpty()) {
@@ -64,7 +64,7 @@ void dealListWhenFinish()
     case kJobRecipeRead:
         finishRecipeBlock(kRecipeReadByte);
         break;
-    default: // idle and handshake have nothing to retire
+    default: // idle and handshake have no list
         break;
     }
 }

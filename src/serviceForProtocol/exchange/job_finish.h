@@ -1,7 +1,8 @@
 #pragma once
 
-/// Ends the job that `driver.sendState` names, whatever ended it: its last answer, or too many bad
-/// ones (`driver.lastFailed`). A write leaves its list; a condition read leaves its list, all of
-/// them when it failed, and the host is told when it waited for this one; the cyclic reads rotate;
-/// a recipe goes on with its next block or gives its request back. Exchange thread.
+/// Finishes the current job (`driver.sendState`) after its last answer, or after too many bad ones
+/// (`driver.lastFailed`). A write is removed from its list. So is a condition read, or all of them
+/// if it failed, and the host is notified if it waits for this one. The cyclic reads advance to the
+/// next block. A recipe transfer continues with its next block, or its request is cleared. Exchange
+/// thread.
 void dealListWhenFinish();

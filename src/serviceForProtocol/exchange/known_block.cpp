@@ -15,8 +15,8 @@ static bool isKnown(int block)
     return block >= 0 && block < driver.blockMemories.blocks.size();
 }
 
-// The reads go round the blocks, and with many of them each one lies outside the processor's cache:
-// what will be wanted of it is fetched while the block before is dealt with.
+// The reads cycle through the blocks, and many blocks do not fit the processor's cache: prefetch
+// what the next ones need.
 static void fetchNextBlocks(int block)
 {
     const int blocks = static_cast<int>(driver.blockMemories.blocks.size());
@@ -133,7 +133,7 @@ KeptAnswer::KeptAnswer(const QByteArray &answer)
 
 void KeptAnswer::keep(int firstRecord)
 {
-    m_lastAnswers.clear(); // or they would have to be copied now
+    m_lastAnswers.clear(); // or the next line would copy them all
     if (!m_standsAlone || !isUndisturbed()) {
         return;
     }

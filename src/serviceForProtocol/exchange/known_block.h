@@ -4,48 +4,47 @@
 
 #include "shared/protocol.h"
 
-/// The short way of a cyclic block that was polled before: its request is the same, and an answer
-/// of the same characters, while nothing else has changed its units, changes nothing. Whatever is
-/// not known takes the long way, with the same outcome. Exchange thread.
+/// The shortcut for a cyclic block that was polled before: its request is the same, and an answer
+/// with the same characters changes nothing unless something else has changed its units. Everything
+/// else goes the normal way, with the same result. Exchange thread.
 
-/// Puts the cyclic read that is due into `driver.frames`, as it was sent before.
-/// @return  false when it was not, and nothing is done
+/// Appends the next cyclic read to `driver.frames` if it was sent before.
+/// @return  false if it was not; then nothing is done
 bool repeatRequest();
 
-/// Keeps the request that was just built for the cyclic read that is due.
+/// Remembers the request that was just built for the next cyclic read.
 void keepRequest();
 
-/// @return  true when `answer` is the last good answer to the block in flight once more, and the
-///          data area still holds what that one said: it is good, and changes nothing
+/// @return  true if `answer` is identical to the last good answer to the block in flight, and the
+///          data area still has its values: then it is good, and changes nothing
 bool isLastAnswer(const QByteArray &answer);
 
-/// Gives the description of the request in flight with this answer, as `getErrorInfo` does.
+/// Makes the same description of the request in flight as `getErrorInfo`, but only once per block.
 void describeRequest(const QByteArray &answer, QString &text);
 
-/// Keeps the good answer to the block in flight. It lives while the values are being stored: the
-/// host is called meanwhile, and when it takes that for an occasion to change the blocks or to hand
-/// over another answer, nothing is known any more and nothing is kept. Neither is an answer that
-/// was not stored to its end.
+/// Remembers the good answer to the block in flight, if all its values are stored undisturbed. It
+/// lives while they are being stored. The host is called meanwhile; if it changes the blocks or
+/// passes in another answer, or if storing does not finish, nothing is remembered.
 class KeptAnswer
 {
 public:
     /// @param answer  must outlive this
     explicit KeptAnswer(const QByteArray &answer);
 
-    /// @return  false for good once the host has done that; the next two then count no more
+    /// @return  false once the host has done so; then the next two results are no longer valid
     bool isUndisturbed() const { return driver.answerSerial == m_serial; }
 
-    /// @return  the characters of the last answer, as many as this one has, when the data area
-    ///          still holds what they say; else null
+    /// @return  the characters of the last answer, as many as this one has, if the data area still
+    ///          has its values; else null
     const char *lastCharacters() const { return m_lastCharacters; }
 
-    /// @return  true when only this block's answers bring values for its units cyclically
+    /// @return  true if no other cyclic block overlaps this one
     bool standsAlone() const { return m_standsAlone; }
 
-    /// @return  the index in the data area that the block's first unit had
+    /// @return  the last known index in the data area of the block's first unit
     int firstRecord() const { return m_firstRecord; }
 
-    /// All values are stored.
+    /// To be called when all values are stored.
     /// @param firstRecord  the index in the data area of the block's first unit
     void keep(int firstRecord);
 
@@ -56,7 +55,7 @@ private:
     bool m_standsAlone = false;
     int m_firstRecord = -1;
     const char *m_lastCharacters = nullptr;
-    QByteArray m_lastAnswers; ///< they stay alive when the blocks are replaced meanwhile
+    QByteArray m_lastAnswers; ///< keeps the characters alive if the blocks are replaced meanwhile
 
     Q_DISABLE_COPY(KeptAnswer)
 };

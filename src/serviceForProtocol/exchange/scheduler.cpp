@@ -12,9 +12,9 @@
 #include "shared/protocol.h"
 #include "shared/request_copy.h"
 
-// Writes and condition reads share one counter since the last cyclic read, so that neither starves
-// the screen: at most ten writes in a row, and condition reads only while fewer than three of
-// either have been sent.
+// Writes and condition reads share one counter, reset by each cyclic read, so that neither starves
+// the screen: at most ten writes in a row, and condition reads only while fewer than three jobs of
+// either kind have been sent.
 enum { kWritesInARow = 10, kConditionReadsInARow = 3 };
 
 static void buildHandshake()
@@ -83,8 +83,8 @@ static void becomeIdle()
     driver.sendState = kJobIdle;
 }
 
-// A write that another thread has queued and is still telling the host about holds up the queue
-// until its value is stored: its answer would settle a value that is not there yet.
+// A write whose callback is still running on another thread blocks the queue until its value is
+// stored: its answer would settle a value that is not there yet.
 static bool isWriteDue()
 {
     return !driver.pendingWrites.isEmpty() && driver.tryCount < kWritesInARow &&
@@ -104,7 +104,7 @@ static void pickPanelJob()
     }
 }
 
-// A recipe is asked for while no block is left to transfer: the last job is sent once more.
+// A recipe transfer is requested but there are no blocks: the last job is sent again.
 static void repeatLastJob()
 {
     switch (driver.sendState) {

@@ -4,11 +4,11 @@
 
 #include "ls_master_k_cnet/register_row.h"
 
-/// Settles the cached values of a write that has ended: on success the written value becomes the
-/// confirmed one, on failure the panel falls back to the value last read and the host is told.
-/// Exchange thread.
+/// Settles the cached values of a finished write. On success the written value becomes the
+/// confirmed one; on failure the value last read is valid again and the host is notified. Exchange
+/// thread.
 ///
-/// @param startAddr  and `count`: as carried by the frame that was sent
+/// @param startAddr  as in the frame that was sent, like `count`
 /// @param success    1 acknowledged, 0 failed
 void _write_FailOrSuc(int stationNo, const QString &regName, int startAddr, int count, int success);
 

@@ -8,7 +8,7 @@
 #include "shared/protocol.h"
 #include "shared/unit_limits.h"
 
-// The items of the block: from its first one to the first of the next block.
+// The items of the block: from its first one up to the first one of the next block.
 static QVector<_RCP_VAR_PRO> itemsOfBlock(int block)
 {
     const int blocks = static_cast<int>(driver.rcpBlockStarts.size());
@@ -18,7 +18,7 @@ static QVector<_RCP_VAR_PRO> itemsOfBlock(int block)
     const int first = driver.rcpBlockStarts.at(block);
     const int all = static_cast<int>(driver.rcpItems.size());
     const int next = block + 1 < blocks ? driver.rcpBlockStarts.at(block + 1) : all;
-    // A list without items of this device empties the items and leaves the blocks.
+    // A recipe without items of this device clears the items but keeps the blocks.
     const int end = std::min(next, all);
     return first < end ? driver.rcpItems.mid(first, end - first) : QVector<_RCP_VAR_PRO>();
 }
@@ -69,7 +69,7 @@ void deliverRecipeBlock(const RegisterWidths &widths, const QByteArray &answer, 
     for (int i = 0; bytes > 0 && i < items.size(); ++i) {
         const _RCP_VAR_PRO &item = items.at(i);
         const qint64 unitsBefore = static_cast<qint64>(item.startAddr) - items.at(0).startAddr;
-        // Beyond either end of the answer every character counts as 0.
+        // Characters beyond either end of the answer count as 0.
         const qint64 pos = std::max<qint64>(dataPos + unitsBefore * 2 * bytes, INT_MIN / 2);
         if (item.bufOffset >= 0) {
             deliverItem(answer, item, static_cast<int>(std::min<qint64>(pos, answer.size())),

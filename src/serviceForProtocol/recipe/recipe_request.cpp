@@ -4,12 +4,12 @@
 
 namespace {
 
-/// The host's shared block, locked as the host locks it. A host that holds this lock may be waiting
-/// to enter the driver, so nobody waits for it from inside.
+/// The host's shared block, with the host's mutex locked. A host that holds this mutex may be
+/// waiting to enter the driver, so the driver's lock is released first.
 class LockedBlock
 {
 public:
-    /// @param block, lock  as the host handed them over, neither of them null
+    /// @param block  the host's, not null, like `lock`
     LockedBlock(unsigned char *block, QMutex *lock)
         : m_block(block)
         , m_lock(lock)
@@ -24,7 +24,7 @@ public:
 private:
     unsigned char *const m_block;
     QMutex *const m_lock;
-    const DriverExit m_outside; // before the lock is taken, and until it is given back
+    const DriverExit m_outside; // from before the mutex is locked until it is unlocked
 
     Q_DISABLE_COPY(LockedBlock)
 };

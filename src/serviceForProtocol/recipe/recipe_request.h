@@ -2,18 +2,18 @@
 
 #include "ls_master_k_cnet/codes.h"
 
-/// The two bytes of the host's shared block by which it asks for recipe transfers. Each access
-/// holds the host's mutex, and nothing else happens meanwhile. Without a block, a mutex or a recipe
-/// buffer there are no requests.
+/// The two bytes of the shared block with which the host requests recipe transfers. Each access
+/// locks the host's mutex for just that access. Without a block, a mutex or a recipe buffer there
+/// are no requests.
 
 struct RecipeRequests
 {
-    bool write; ///< the host wants its recipe in the PLC
-    bool read;  ///< the host wants the PLC's values in its recipe
+    bool write; ///< write the recipe to the PLC
+    bool read;  ///< read the PLC's values into the recipe
 };
 
-/// @return  what the host asks for now; only a byte of `kRecipeRequested` is a request
+/// @return  the current requests; only a byte with `kRecipeRequested` is one
 RecipeRequests readRecipeRequests();
 
-/// Tells the host that a transfer is over.
+/// Clears a request: tells the host that the transfer is over.
 void clearRecipeRequest(RecipeRequestByte byte);

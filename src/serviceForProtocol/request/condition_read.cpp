@@ -8,8 +8,8 @@
 #include "shared/unit_limits.h"
 #include "shared/wrap.h"
 
-// Words that the frame asks for. The quotient is taken first, so a register of 32-bit words asks
-// for none.
+// The number of words in the frame. It divides before multiplying, so a register of 32-bit words
+// asks for none.
 static int wireCount(const RegisterWidths &widths, int count)
 {
     return widths.wordBits > 0 ? wrapMul(count, 16 / widths.wordBits) : count;
@@ -31,7 +31,7 @@ static void queuePiece(const RegisterWidths &widths, const KEY_ADDRESS &key, int
 void queueConditionRead(const RegisterWidths &widths, const KEY_ADDRESS &key, int opKind)
 {
     const int limit = key.bitFlag == -1 ? driver.maxBlockBits : driver.maxBlockWordsCopy;
-    // Hosts ask for bits with a cyclic read; a one-off read of them has never been sent.
+    // Hosts read bits cyclically; a one-off read of bits has never been sent.
     if (limit < 1 || widths.bitName) {
         return;
     }

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// One panel write: the range as the panel named it.
+/// The range of one panel write, as the panel named it.
 struct PanelWrite
 {
     RegisterWidths widths;
@@ -32,7 +32,7 @@ static int currentNumber(const PanelWrite &write, int unitAddr, int bytes)
     return unitNumber(currentBytes(driver.dataArea.at(indexOf(write, unitAddr))), bytes);
 }
 
-// Units that hold less than a word, such as contacts, are reported by the width of their word.
+// Units smaller than a word, such as contacts, are reported with the width of their word.
 static void notifyChange(const PanelWrite &write, const UnitLayout &layout, int unitAddr,
                          int before, int after)
 {
@@ -46,7 +46,7 @@ static void notifyChange(const PanelWrite &write, const UnitLayout &layout, int 
     }
 }
 
-// Looks the record up again: the host may have been called, and the area have grown, since.
+// Looks up the record again: the host may have been called, and the area may have grown.
 static void storeNumber(const PanelWrite &write, int unitAddr, int bytes, int number)
 {
     _DATA_ &record = driver.dataArea[indexOf(write, unitAddr)];
@@ -54,7 +54,7 @@ static void storeNumber(const PanelWrite &write, int unitAddr, int bytes, int nu
     record.writePending = 1;
 }
 
-// The unit takes the value that the host was told of, whatever the host wrote there meanwhile.
+// Stores the value that was reported to the host, even if the host wrote to the unit meanwhile.
 static void storeUnit(const PanelWrite &write, const UnitLayout &layout, int unitAddr, int before,
                       int after)
 {
@@ -64,7 +64,7 @@ static void storeUnit(const PanelWrite &write, const UnitLayout &layout, int uni
     storeNumber(write, unitAddr, layout.bytesPerUnit, after);
 }
 
-// The high unit of a pair of words goes first; bytes go in ascending order.
+// Of a pair of words, the high one is stored first; bytes are stored in ascending order.
 static void storeUnits(const PanelWrite &write, const UnitLayout &layout, const unsigned char *data)
 {
     const int bytes = layout.bytesPerUnit;
@@ -92,8 +92,8 @@ static int countQueued(const PanelWrite &write)
     return queued;
 }
 
-// Remembers that a write of this bit is queued, and when it is the second of its kind, that too:
-// the first answer then settles the first write and leaves the bit pending.
+// Marks the bit as queued for writing, and separately if this is the second write of its range:
+// then the first answer settles the first write and the bit stays pending.
 static void markBitPending(const PanelWrite &write, int unitAddr, int bit)
 {
     const bool alreadyPending =

@@ -4,17 +4,17 @@
 
 #include "ls_master_k_cnet/records.h"
 
-/// A panel write that is queued while its values are not stored yet, whatever ends it. It stands in
-/// the list of all of them, which end in any order: each thread has its own. With
-/// `Protocol::stateLock` held.
+/// A panel write whose values are queued but not stored in the cache yet. It links itself into the
+/// list `driver.unstoredWrites` and removes itself again, in any order: each thread may have one.
+/// Hold `Protocol::stateLock`.
 class UnstoredWrite
 {
 public:
-    /// The write, as `intf_setData` has it.
+    /// @param regName  and the others: as passed to `intf_setData`
     UnstoredWrite(int stationNo, const QString &regName, int startAddr, int count);
     ~UnstoredWrite();
 
-    /// @return  true when `item` is a piece of this write, or an earlier write of the same place
+    /// @return  true if `item` is a piece of this write, or an earlier write of the same address
     bool covers(const VARIABLE &item) const;
 
     const UnstoredWrite *next() const { return m_next; }
@@ -29,5 +29,7 @@ private:
     Q_DISABLE_COPY(UnstoredWrite)
 };
 
-/// @return  true while a panel write of the place of `item` is told to the host, and so not stored
+/// @return  true while a panel write of the address of `item` is not stored yet, because the host
+/// is
+///          being notified
 bool isUnstored(const VARIABLE &item);
