@@ -1,5 +1,5 @@
-# What `cmake --install` puts where, in three components: `library` is what a panel needs,
-# `development` what a host is built with, `tools` the programs.
+# The installed files, in three components: `library` is needed on a panel, `development` for building hosts,
+# `tools` has the programs.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ls_master_k_cnet)
@@ -33,7 +33,7 @@ install(FILES
   DESTINATION ${package_dir}
   COMPONENT development)
 
-# The prefix is told by its way from the file, so that the tree may be moved as a whole.
+# The prefix is relative to the file, so that the tree can be moved as a whole.
 file(RELATIVE_PATH PREFIX_FROM_PKGCONFIG
   ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" PREFIX_FROM_PKGCONFIG "${PREFIX_FROM_PKGCONFIG}")

@@ -1,13 +1,13 @@
-# The Debian packages, one for each component of the installation. script/package makes them.
+# The Debian packages, one per component of the installation. Built by script/package.
 if(NOT PROJECT_SOURCE_DIR STREQUAL CMAKE_SOURCE_DIR)
-  return() # part of somebody else's project, which has packages of its own
+  return() # part of another project, which has its own packages
 endif()
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME ls-master-k-cnet)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_CONTACT "ls_master_k_cnet maintainers <maintainers@ls-master-k-cnet.invalid>"
-  CACHE STRING "Who answers for the packages")
+  CACHE STRING "Maintainer of the packages")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
@@ -32,7 +32,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 
-# The first line of a description is the synopsis of the package; CPack is not to put one in front.
+# The first line of a description is the synopsis of the package; CPack must not add one.
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(what_it_is
 "The driver connects operator panels to MASTER-K programmable controllers
@@ -63,7 +63,7 @@ pkg-config, and the manual page of the functions.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME cnet-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION comm)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
-# The panel loads the library at run time, so nothing in the program tells of it.
+# The panel loads the library at run time, so the program itself has no dependency on it.
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION}-${release})")
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION
 "look into MASTER-K controllers from the command line
@@ -71,10 +71,10 @@ cnet-panel watches, reads and writes the values of MASTER-K programmable
 controllers over their Cnet computer link, at a serial line or a TCP port,
 and transfers recipes. It loads the ls_master_k_cnet driver as a panel does.
 
-cnet-plc is a simulated controller that answers the same link and misbehaves
+cnet-plc is a simulated controller that answers the same link and injects faults
 on demand, for trying panels without a machine behind them.")
 
-# What Debian wants in its packages and nobody else.
+# Files that only Debian requires.
 configure_file(${PROJECT_SOURCE_DIR}/packaging/debian_files.cmake.in
   ${PROJECT_BINARY_DIR}/package/debian_files.cmake @ONLY)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_BINARY_DIR}/package/debian_files.cmake)

@@ -4,9 +4,9 @@ add_library(project_options INTERFACE)
 target_compile_options(project_options INTERFACE
   -Wall -Wextra -pedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
   $<$<CXX_COMPILER_ID:GNU>:-Wlogical-op>
-  # Panels' compilers may be older, and end at a warning that they do not know.
+  # Older compilers, as used for panels, reject unknown warning options.
   $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_GREATER_EQUAL:${CMAKE_CXX_COMPILER_VERSION},6>>:-Wduplicated-cond>
-  # QString by value in a C-named function is the interface's own choice.
+  # The interface intentionally has a C-named function that returns QString by value.
   $<$<CXX_COMPILER_ID:Clang>:-Wno-return-type-c-linkage>
   $<$<BOOL:${WARNINGS_AS_ERRORS}>:-Werror>)
 
@@ -24,7 +24,7 @@ if(SANITIZE_THREADS)
   target_link_options(project_options INTERFACE -fsanitize=thread)
 endif()
 
-# The fuzzer is told of each branch, and a list that is asked for what it does not have ends it.
+# Branches are reported to the fuzzer, and out-of-range accesses to lists abort it.
 if(FUZZ)
   target_compile_options(project_options INTERFACE -fsanitize=fuzzer-no-link)
   target_compile_definitions(project_options INTERFACE QT_FORCE_ASSERTS)

@@ -1,11 +1,11 @@
-# Finds the Qt line that QT_MAJOR names. Whatever it is called there, Core is Qt<line>::Core and Test is
-# Qt<line>::Test here.
+# Finds the major version of Qt given by QT_MAJOR. Whatever its own target names are, Core is
+# Qt<major>::Core and Test is Qt<major>::Test here.
 set_property(CACHE QT_MAJOR PROPERTY STRINGS 4 5 6)
 
 if(QT_MAJOR EQUAL 4)
-  # A panel's Qt 4.8 serves the driver and its tests; the tools need a newer one.
+  # Qt 4.8 is enough for the driver and its tests; the tools need a newer Qt.
   set(BUILD_TOOLS OFF)
-  set(CMAKE_CXX_STANDARD 11) # its headers are no C++17
+  set(CMAKE_CXX_STANDARD 11) # its headers are not valid C++17
   set(modules Core)
   if(BUILD_TESTING)
     list(APPEND modules Test)
@@ -30,7 +30,7 @@ else()
   endif()
 endif()
 
-# Qt 6 itself needs C++17; the driver asks for no more than C++11 of its own.
+# Qt 6 needs C++17; the driver itself only needs C++11.
 if(QT_MAJOR EQUAL 6)
   set(DRIVER_CXX_STANDARD 17)
 else()

@@ -1,7 +1,7 @@
-# Cross-building with Debian's compilers. script/arm hands over
+# Toolchain file for Debian's cross-compilers. script/arm sets
 #   CROSS_TRIPLET  such as arm-linux-gnueabihf
-#   CROSS_QEMU     the program that runs what was built, such as qemu-arm
-#   CROSS_ROOT     a folder with Debian's packages of that architecture unpacked
+#   CROSS_QEMU     the emulator that runs the built programs, such as qemu-arm
+#   CROSS_ROOT     a directory with Debian's packages for that architecture
 set(CMAKE_SYSTEM_NAME Linux)
 string(REGEX REPLACE "-.*" "" CMAKE_SYSTEM_PROCESSOR ${CROSS_TRIPLET})
 set(CMAKE_CXX_COMPILER ${CROSS_TRIPLET}-g++)
@@ -15,11 +15,11 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# The libraries that Qt itself needs are looked for there while linking.
+# The linker finds the dependencies of Qt there.
 foreach(kind EXE SHARED MODULE)
   string(APPEND CMAKE_${kind}_LINKER_FLAGS_INIT
     " -Wl,-rpath-link,${CROSS_ROOT}/usr/lib/${CROSS_TRIPLET}:${CROSS_ROOT}/lib/${CROSS_TRIPLET}")
 endforeach()
 
-# Tests run through it as if they were programs of this machine.
+# Runs the tests as if they were native programs.
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CROSS_QEMU} -L ${CROSS_ROOT})
