@@ -7,21 +7,21 @@
 
 namespace bench {
 
-/** A station's answer to a block read: ACK, the words in hexadecimal, ETX, block check. */
+/** Makes a station's answer to a block read: ACK, the words in hexadecimal, ETX, block check. */
 QByteArray readAnswer(int station, const QVector<quint16> &words);
 
-/** A station's answer to a write. @param command as in the request: "wSB" or "wSS" */
+/** Makes a station's answer to a write. @param command as in the request: "wSB" or "wSS" */
 QByteArray writeAnswer(int station, const char *command);
 
 /**
- * Two answers of each station to a block read, ready to be handed over in turn. An answer does not
- * name its address, so one serves every block of that length.
+ * Two alternating answers of each station to a block read. An answer does not contain its address,
+ * so it can be used for every block of that length.
  */
 class AnswerPair
 {
 public:
     /**
-     * @param stations that have answers: 1, 2 and so on
+     * @param stations number of stations: 1, 2 and so on
      * @param words of the block
      * @param flip bits of every word in which the two answers differ; 0: they are the same
      */

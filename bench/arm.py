@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Counts what an exchange takes on 32-bit ARM, under emulation, one instruction at a time.
+"""Counts the instructions of an exchange on 32-bit ARM, under emulation.
 
     arm.py BUILD_DIRECTORY ROOT
 
-ROOT has the libraries of that architecture. Prints instructions of a step by case, and the size of the
-stripped library, as JSON. The difference of two runs is what the steps between them took.
+ROOT has the libraries for ARM. Prints the instructions per step of each case, computed from the
+difference between two runs, and the size of the stripped library, as JSON.
 """
 import json
 import subprocess
@@ -18,7 +18,7 @@ STEPS = 10
 
 
 def run_length(program, root, case, steps):
-    """Instructions of a whole run: with one instruction a block, the emulator notes each in a line."""
+    """Counts the instructions of a whole run: the emulator logs one line for each."""
     emulator = subprocess.Popen(
         ["qemu-arm", "-L", root, "-E", "QT_HASH_SEED=0", "-singlestep", "-d", "exec,nochain",
          "-D", "/dev/stdout", program, case, str(steps)],

@@ -3,8 +3,8 @@
 
     budget.py check|update BIN_DIRECTORY BUDGET_FILE
 
-Valgrind's callgrind counts. The count of one build is the same on every run and every machine of the
-architecture: whatever the C library or Qt would choose by the processor is turned off.
+Uses valgrind's callgrind. The count of a build is the same on every run and every machine of the same
+architecture, because processor-dependent code paths of the C library and Qt are turned off.
 """
 import os
 import platform
@@ -18,12 +18,12 @@ MOST_GROWTH = 0.05
 
 HEADER = """\
 # Instructions of one step of each case of bench/instructions.cpp, counted on {machine}.
-# script/bench --check-budget compares, script/bench --update-budget writes this file anew.
+# script/bench --check-budget checks them, script/bench --update-budget rewrites this file.
 """
 
 
 def environment():
-    """Nothing of the caller's but the way to the programs, and one choice of code for all processors."""
+    """The environment: nothing of the caller's but PATH, and the same code paths on all processors."""
     return {
         "PATH": os.environ["PATH"],
         "LC_ALL": "C",
@@ -36,7 +36,7 @@ def environment():
 
 
 def counted(directory):
-    """Instructions of a step of each case, by its name."""
+    """Returns the instructions per step of each case, by name."""
     with tempfile.TemporaryDirectory() as work:
         run = subprocess.run(
             ["valgrind", "--tool=callgrind", "--collect-atstart=no",
@@ -61,7 +61,7 @@ def read_budget(path):
 
 
 def check(steps, budget):
-    """Prints one line a case. False where one has grown too much or is not in both."""
+    """Prints one line per case. Returns False if a case has grown too much or is missing on one side."""
     fine = True
     print(f"{'case':24} {'now':>10} {'budget':>10}")
     for name in sorted(steps.keys() | budget.keys()):
@@ -81,11 +81,11 @@ def main(order, directory, path):
     if order == "update":
         rows = "".join(f"{name:24} {count:>8}\n" for name, count in steps.items())
         Path(path).write_text(HEADER.format(machine=platform.machine()) + rows)
-        print(f"{path} is written")
+        print(f"{path} written")
         return 0
     if check(steps, read_budget(path)):
         return 0
-    print("bench: more than 5 % over the budget. What is meant to cost more: "
+    print("bench: more than 5 % over the budget. If this is intended, run "
           "script/bench --update-budget", file=sys.stderr)
     return 1
 

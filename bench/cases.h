@@ -6,17 +6,17 @@
 
 namespace bench {
 
-/** Registers a case under a name that script/bench looks for. */
+/** Registers a case with the name that script/bench expects. */
 template <typename Run>
 benchmark::internal::Benchmark *addCase(const QString &name, Run run)
 {
     return benchmark::RegisterBenchmark(name.toLatin1().constData(), run);
 }
 
-/** The driver, as its hosts call it. */
+/** Adds the cases for the driver, called as by its hosts. */
 void addDriverCases();
 
-/** Qt SerialBus beside it. */
+/** Adds the cases for Qt SerialBus. */
 void addCodecCases();
 
 } // namespace bench

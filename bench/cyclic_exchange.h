@@ -5,24 +5,24 @@
 
 namespace bench {
 
-/** As what the panel watches its units. */
+/** The views in which the panel monitors its units. */
 enum class View { Words, Bits };
 
-/** What a panel monitors: data registers from 0 on, as many of each station, in whole blocks. */
+/** The monitored area: data registers from 0 on, equally many per station, in whole blocks. */
 struct Area
 {
-    int units = Host::kBlockWords;      ///< of all stations
-    int stations = 1;                   ///< units / stations / blockWords leaves no rest
-    View view = View::Words;            ///< Bits: all sixteen of every word
-    int blockWords = Host::kBlockWords; ///< words of a block, Host::kBlockWords at most
+    int units = Host::kBlockWords;      ///< total for all stations
+    int stations = 1;                   ///< units is a multiple of stations * blockWords
+    View view = View::Words;            ///< Bits: all sixteen of each word
+    int blockWords = Host::kBlockWords; ///< words per block, at most Host::kBlockWords
 };
 
-/** Monitors an area and ends the program where its blocks are not the ones that were meant. */
+/** Monitors an area, and ends the program if it does not result in the expected blocks. */
 void monitor(const Area &area);
 
 /**
- * The exchange loop over an area: each step is one exchange, in memory, and the steps go round all
- * blocks. Every unit was read before the first step.
+ * The exchange loop for an area: each step is one exchange in memory, and the steps cycle through
+ * all blocks. All units were read before the first step.
  */
 class CyclicExchange
 {

@@ -11,7 +11,7 @@ namespace bench {
 
 namespace {
 
-// What happens to the values from one round to the next, and who watches.
+// How the values change from round to round, and how they are monitored.
 struct Change
 {
     const char *name;
@@ -26,11 +26,11 @@ const Change kChanges[] = {
     {"one-bit", View::Bits, 0x0100},
 };
 
-// Near 100, 1 000, 10 000 and 100 000 units, in whole blocks of each station.
+// About 100, 1 000, 10 000 and 100 000 units, in whole blocks for each station.
 const int kUnitsOfOne[] = {120, 1020, 10020, 99960};
 const int kUnitsOfEight[] = {480, 960, 10080, 99840};
 
-// Runs the steps of something that was prepared before.
+// Runs the steps of a case that was prepared before.
 template <typename Case>
 void runSteps(benchmark::State &state, Case &prepared)
 {
@@ -85,8 +85,8 @@ double threadSeconds()
     return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
 }
 
-// The first screen of all, whose units are not in the data area yet. Its clock is read by hand:
-// what empties the area again is not to be counted.
+// The very first screen, whose units are not in the data area yet. The time is measured manually,
+// to exclude emptying the area again.
 void runFirstMerge(benchmark::State &state, int keys)
 {
     while (state.KeepRunning()) {

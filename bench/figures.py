@@ -1,10 +1,10 @@
-"""What script/bench measured, read from its result files."""
+"""The results of script/bench, read from its files."""
 import json
 from collections import namedtuple
 from pathlib import Path
 
-# One line of the table. value and limit are formatted with text, say "{:.2f}"; a limit of None makes it
-# a figure for information.
+# One line of the table. value is formatted with text, such as "{:.2f}"; a limit of None means that the
+# figure has no goal.
 Figure = namedtuple("Figure", "name value limit text")
 
 UNITS = {1: (120, 1020, 10020, 99960), 8: (480, 960, 10080, 99840)}
@@ -15,18 +15,18 @@ SPREADS = ("clustered", "scattered", "bits", "first")
 
 
 class Results:
-    """The cost of a case is the least of its repetitions: noise only ever adds."""
+    """All results. The cost of a case is the lowest of its repetitions, because noise only adds to it."""
 
     def __init__(self, directory):
         self.directory = Path(directory)
-        self.costs = {}  # nanoseconds of processor time a step
+        self.costs = {}  # nanoseconds of processor time per step
         self.callbacks = {}
         for name in ("driver", "load"):
             for run in self._load(name)["benchmarks"]:
                 if run["run_type"] == "iteration":
                     self._take(run)
         self.memory = self._load("memory")
-        self.stripped = self._load("size")["stripped"]  # bytes of the library here
+        self.stripped = self._load("size")["stripped"]  # size of the library on this machine, in bytes
         self.polls = self._load("polls")
         self.arm = self._load("arm") if (self.directory / "arm.json").exists() else None
 
@@ -34,7 +34,7 @@ class Results:
         return json.loads((self.directory / f"{name}.json").read_text())
 
     def _take(self, run):
-        # Cases that read the clock by hand have what they read as their real time.
+        # Cases that measure manually report their result as real time.
         by_hand = run["name"].endswith("/manual_time")
         name = run["name"].removesuffix("/manual_time")
         scale = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[run["time_unit"]]
@@ -46,7 +46,7 @@ class Results:
         return self.costs[case] / self.costs[other]
 
     def poll_microseconds(self, client, cores, clock="processor"):
-        """Of one poll, in the client's best run; `cores` is "one" or "each"."""
+        """Returns the cost of one poll in the client's best run; `cores` is "one" or "each"."""
         runs = [run for run in self.polls if run["client"] == client and run["cores"] == cores]
         return min(1e6 * run[clock] / run["polls"] for run in runs)
 
@@ -85,9 +85,9 @@ class Results:
             panel = self.poll_microseconds("panel", cores)
             for client, other, limit in (
                     ("libmodbus", "libmodbus", 1),
-                    ("libmodbus-late", "libmodbus with a server as late as cnet-plc", None),
+                    ("libmodbus-late", "libmodbus with a server as slow as cnet-plc", None),
                     ("serialbus", "Qt SerialBus", None)):
-                rows.append(Figure(f"client's time of a polled word, {text}: cnet-panel / {other}",
+                rows.append(Figure(f"client's time per polled word, {text}: cnet-panel / {other}",
                                    panel / self.poll_microseconds(client, cores), limit, "{:.2f}"))
         return rows
 
@@ -96,7 +96,7 @@ class Results:
         if self.arm:
             rows.append(Figure("stripped library on 32-bit ARM, KB", self.arm["stripped"] / 1024, 150,
                                "{:.0f}"))
-        rows.append(Figure("bytes of a monitored unit beside its record", self.memory["beside"], 100,
+        rows.append(Figure("bytes per monitored unit in addition to its record", self.memory["beside"], 100,
                            "{:.0f}"))
         return rows
 

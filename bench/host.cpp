@@ -57,8 +57,8 @@ unsigned char &Host::recipeReadRequest()
 
 void Host::refuse(const QByteArray &bytes) const
 {
-    std::fprintf(stderr, "an answer of %d bytes was not taken: %s\n",
-                 static_cast<int>(bytes.size()), m_requestText.toLatin1().constData());
+    std::fprintf(stderr, "an answer of %d bytes was rejected: %s\n", static_cast<int>(bytes.size()),
+                 m_requestText.toLatin1().constData());
     std::exit(EXIT_FAILURE);
 }
 

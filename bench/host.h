@@ -8,20 +8,20 @@
 namespace bench {
 
 /**
- * A host of the driver: what it shares with the driver, and a callback that does no more than
- * count. The driver keeps one state for the process, so there is one host at a time.
+ * A minimal host of the driver: owns the shared memory, and has a callback that only counts. The
+ * driver has one state per process, so there can be only one host at a time.
  */
 class Host
 {
 public:
-    /** The panel's number for this line. */
+    /** The device number of this line. */
     static constexpr int kDevice = 1;
     /** Words of a block read. */
     static constexpr int kBlockWords = 60;
     /** Words of the recipe buffer. */
     static constexpr int kRecipeWords = 4096;
 
-    /** Starts communication anew; blocks have kBlockWords words. */
+    /** Restarts communication, with blocks of kBlockWords words. */
     Host();
     ~Host();
     Host(const Host &) = delete;
@@ -30,18 +30,18 @@ public:
     /** Callbacks since the start of the program. */
     static qint64 callbacks();
 
-    /** Byte of the shared block that is 1 while a recipe transfer is asked for. */
+    /** The byte of the shared block that is 1 while a recipe transfer is requested. */
     unsigned char &recipeWriteRequest();
     unsigned char &recipeReadRequest();
 
-    /** Asks the driver for its next frame. @return false where it has none */
+    /** Gets the next frame from the driver. @return false if there is none */
     bool ask() { return intf_getSendFrame(m_frame) != 0; }
 
-    /** What ask() was given. */
+    /** The frame that ask() got. */
     const FRAME_PRO &frame() const { return m_frame; }
     bool isWrite() const { return m_frame.sendBuf[3] == 'w'; }
 
-    /** Hands an answer over; one that the driver does not take ends the program. */
+    /** Passes an answer to the driver, and ends the program if the driver rejects it. */
     void answer(QByteArray &bytes)
     {
         if (intf_dealRcvFrame(bytes, m_requestText) != kAnswerGood) {
@@ -59,7 +59,7 @@ private:
     QString m_requestText;
 };
 
-/** A range that the panel shows. Registers whose name ends in "_bit" are marked as such. */
+/** Makes a key for a range that the panel shows; sets `bitFlag` for names that end in "_bit". */
 KEY_ADDRESS key(int station, const char *registerName, int address, int count);
 
 } // namespace bench

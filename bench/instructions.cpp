@@ -1,8 +1,8 @@
-// Runs some of the cases a fixed number of times, for programs that count instructions.
+// Runs some of the cases a fixed number of times, to count their instructions.
 //
-//   bench_instructions              all cases, each told to callgrind when it has run
-//   bench_instructions CASE TIMES   one case; the difference of two runs with different TIMES is
-//                                   what the steps between them take, whatever counts
+//   bench_instructions              all cases; callgrind writes its counts after each
+//   bench_instructions CASE TIMES   one case; the difference between two runs with different TIMES
+//                                   is the cost of the additional steps
 
 #include "cyclic_exchange.h"
 #include "merge.h"

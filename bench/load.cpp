@@ -1,5 +1,4 @@
-// Times loading the library and unloading it, in a program that has Qt Core already, as a panel
-// has.
+// Measures loading and unloading the library, in a program that already uses Qt Core, like a panel.
 
 #include <QtGlobal>
 

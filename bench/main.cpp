@@ -1,5 +1,5 @@
-// Times the driver, and Qt SerialBus's codec beside it, in one program and so in one run. The names
-// of the cases and what of them goes into which figure: report.py.
+// Measures the driver and, for comparison, Qt SerialBus's codec, in one program and so in one run.
+// figures.py says which cases make up which figure.
 
 #include "cases.h"
 

@@ -1,4 +1,4 @@
-// Says what a monitored unit takes of the heap, beside its own record.
+// Prints how much heap a monitored unit takes in addition to its record.
 
 #include "cyclic_exchange.h"
 

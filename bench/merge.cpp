@@ -6,7 +6,7 @@ namespace {
 
 const int kStations = 8;
 const int kDataRegisters = 10000;
-// Prime to the number of registers, so every one of them is met once before the first comes again.
+// Coprime to the number of registers, so all of them are visited before the first one is repeated.
 const int kStride = 7919;
 
 KEY_ADDRESS keyAt(Spread spread, int index)

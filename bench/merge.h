@@ -4,14 +4,14 @@
 
 namespace bench {
 
-/** How the addresses of a screen lie. */
+/** How the addresses of a screen are distributed. */
 enum class Spread {
-    Clustered, ///< one data register behind the other
-    Scattered, ///< all over the data registers of eight stations, in no order
-    Bits,      ///< bits of data registers, one behind the other
+    Clustered, ///< consecutive data registers
+    Scattered, ///< random data registers of eight stations
+    Bits,      ///< consecutive bits of data registers
 };
 
-/** A change of the screen: each step merges the same keys, one of a single unit each. */
+/** A change of the screen: each step merges the same keys of one unit each. */
 class Merge
 {
 public:

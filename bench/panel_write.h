@@ -6,17 +6,17 @@
 
 namespace bench {
 
-/** What an operator writes. All of it is monitored and changes each time. */
+/** What an operator writes. All values are monitored and change each time. */
 enum class Written {
     Word,    ///< one data register
-    Relay,   ///< a bit that a station writes by itself
-    DataBit, ///< a bit that is written with its word, which is read for it first
+    Relay,   ///< a bit that can be written individually
+    DataBit, ///< a bit that is written by reading and writing its word
     Block,   ///< 60 data registers
 };
 
 /**
- * A write from the panel: each step hands values over and exchanges until the station has them. The
- * driver reads the screen after ten writes; a tenth of that is in every step.
+ * A write from the panel: each step writes values and exchanges frames until the station has them.
+ * The driver reads the screen after every ten writes, so each step includes a tenth of that.
  */
 class PanelWrite
 {
@@ -48,7 +48,7 @@ private:
     QString m_registerName;
     int m_count;
     QByteArray m_written;             ///< the station's answer to the write
-    std::array<QByteArray, 2> m_read; ///< to a read, before and after it
+    std::array<QByteArray, 2> m_read; ///< the answer to a read, before and after the write
     std::array<QByteArray, 2> m_values;
     int m_turn = 0;
 };

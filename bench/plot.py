@@ -24,7 +24,7 @@ text { fill: #e6edf3; } .frame, .grid { stroke: #8d96a0; }
 
 
 class Axis:
-    """Maps values to places between two ends, by their logarithm or as they are."""
+    """Maps values to positions between two ends, on a linear or logarithmic scale."""
 
     def __init__(self, values, begin, end, logarithmic):
         self.logarithmic = logarithmic
@@ -47,12 +47,12 @@ class Axis:
 
 
 def number(value):
-    """12 000 and 0.5, as a reader expects them."""
+    """Formats a number for readers: 12 000, 0.5."""
     return f"{value:,.0f}".replace(",", "\u2009") if value >= 1000 else f"{value:g}"
 
 
 def spread_labels(places, distance=15):
-    """Moves labels apart that would lie on one another. Takes and returns places from the top down."""
+    """Moves overlapping labels apart. Takes and returns positions from the top."""
     order = sorted(range(len(places)), key=lambda i: places[i])
     moved = list(places)
     for above, below in zip(order, order[1:]):
@@ -78,7 +78,7 @@ def axes(x, y, x_label, y_label):
 
 
 def draw(path, title, x_label, y_label, series, log_x=False, log_y=False):
-    """series: a list of (name, [(x, y), ...]); a line's name stands behind its last point."""
+    """Draws a list of series (name, [(x, y), ...]); a line's name follows its last point."""
     x = Axis([point[0] for _, points in series for point in points], LEFT, WIDTH - RIGHT, log_x)
     y = Axis([point[1] for _, points in series for point in points], HEIGHT - BOTTOM, TOP, log_y)
     parts = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {WIDTH} {HEIGHT}" width="{WIDTH}" '

@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
-"""Runs the polling clients in turn, several times, each with a server of its own kind.
+"""Measures the polling clients, each with a matching server, several times in turn.
 
-Client and server share one core, as on a small panel, and then have a core each: what a client costs
-there depends on how deep its core sleeps until the answer comes. Left to the system, now and then both
-would run on one core after all, and the best run of a client would tell of that. libmodbus is also run with Qt SerialBus's
-server, which takes as long for an answer as cnet-plc does.
+First, client and server share one core, as on a small panel; then each has its own. In the second case
+the cost of a client depends on how deeply its core sleeps until the answer arrives. The cores are fixed:
+otherwise both might share one now and then, and a client's best run would be one of those. libmodbus is
+also run with Qt SerialBus's server, which takes as long for an answer as cnet-plc.
 
     polls.py BIN_DIRECTORY POLLS RUNS
 
-Prints a list of runs as JSON: client, cores, polls, wall and processor seconds of the client.
+Prints the runs as a JSON list: client, cores, polls, wall and processor seconds of the client.
 """
 import json
 import os
@@ -24,7 +24,7 @@ SERVERS = {
     "serialbus": ["serve_serialbus"],
 }
 
-# What is measured: the client's program and its server.
+# For each measured client, its program and its server.
 PAIRS = {
     "panel": ("poll_panel", "plc"),
     "libmodbus": ("poll_libmodbus", "libmodbus"),
@@ -35,12 +35,12 @@ PAIRS = {
 
 @contextmanager
 def serving(command):
-    """Runs a server, which prints its port, for as long as the block lasts."""
+    """Runs a server for the duration of the block, and yields the port that it prints."""
     server = subprocess.Popen(command, stdout=subprocess.PIPE, text=True)
     try:
         port = re.search(r"(\d+)$", server.stdout.readline().strip())
         if port is None:
-            sys.exit(f"polls: {command[0]} tells no port")
+            sys.exit(f"polls: {command[0]} prints no port")
         yield port.group(1)
     finally:
         server.terminate()
@@ -51,7 +51,7 @@ def poll(directory, polls, runs, client_core, server_core):
     program = lambda name: str(Path(directory) / name)
     results = []
     with ExitStack() as stack:
-        os.sched_setaffinity(0, {server_core})  # the programs inherit it
+        os.sched_setaffinity(0, {server_core})  # inherited by the programs
         ports = {
             server: stack.enter_context(serving([program(command[0]), *command[1:]]))
             for server, command in SERVERS.items()

@@ -6,7 +6,7 @@ namespace bench {
 
 namespace {
 
-// Of a panel's recipe page; neighbours are merged into blocks.
+// A panel's recipe page; adjacent items are merged into blocks.
 const int kItemWords = 4;
 
 } // namespace
@@ -32,7 +32,7 @@ RecipeTransfer::RecipeTransfer(Direction direction)
     intf_setRcpAddress(items);
 }
 
-// The driver keeps its recipe when communication starts anew.
+// The driver keeps its recipe when communication is restarted.
 RecipeTransfer::~RecipeTransfer()
 {
     QVector<_RCP_VAR_PRO> none;

@@ -4,7 +4,7 @@
 
 namespace bench {
 
-/** A whole recipe, to the station or from it: each step is one transfer with all its exchanges. */
+/** A recipe transfer to or from the station: each step is a whole transfer with all exchanges. */
 class RecipeTransfer
 {
 public:
@@ -32,9 +32,9 @@ public:
 private:
     Host m_host;
     unsigned char &m_request;
-    QByteArray m_written; ///< the station's answers: to a write,
-    QByteArray m_block;   ///< to the read of a whole block,
-    QByteArray m_rest;    ///< and to that of the last one
+    QByteArray m_written; ///< answer to a write
+    QByteArray m_block;   ///< answer to the read of a whole block
+    QByteArray m_rest;    ///< answer to the read of the last block
 };
 
 } // namespace bench

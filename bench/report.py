@@ -3,7 +3,7 @@
 
     report.py RESULTS_DIRECTORY [DOCUMENT]
 
-In DOCUMENT everything between the two marks is replaced; the plots go into a directory of its name.
+Everything between the two marks in DOCUMENT is replaced; the plots go into a directory with its name.
 """
 import re
 import sys
@@ -99,8 +99,8 @@ def polls(results):
             wall = results.poll_microseconds(client, cores, "wall")
             row += [thousands(1e6 / wall), f"{poll:.1f}", f"{1000 * poll / 60:.0f}"]
         rows.append(row)
-    return markdown(["client and server", "one core for both: polls a second", "client's µs a poll", "ns a word",
-                     "a core each: polls a second", "client's µs a poll", "ns a word"], rows)
+    return markdown(["client and server", "one core for both: polls per second", "client's µs per poll",
+                     "ns per word", "a core each: polls per second", "client's µs per poll", "ns per word"], rows)
 
 
 def line_share(results):
@@ -126,20 +126,20 @@ def section(results, folder):
     image = lambda name, text: f"![{text}]({folder}/{name}.svg)"
     return "\n\n".join([
         BEGIN,
-        f"## Ratios\n\nTaken in one run on this processor: {machine()}. What concerns 32-bit ARM was counted "
-        "under emulation by `script/bench --arm`.",
+        f"## Ratios\n\nMeasured in one run on this processor: {machine()}. The figures for 32-bit ARM were "
+        "counted under emulation by `script/bench --arm`.",
         table,
-        "## Costs\n\nNanoseconds of processor time.\n\n### One exchange, by its words",
-        image("words", "Cost of an exchange against its words"), costs_of_exchanges(results),
-        "### One exchange of 60 words, by the units in the data area",
-        image("units", "Cost of an exchange against the units in the data area"), costs_of_areas(results),
-        "### `intf_addrMerge`, by its keys\n\nMicroseconds here.",
-        image("keys", "Cost of intf_addrMerge against its keys"), costs_of_merges(results),
-        "### The rest", other_costs(results),
-        "## Whole polls over loopback TCP\n\n60 words a poll.", polls(results),
-        "## What a line of 38400 baud allows\n\n"
-        f"A read of 60 words takes 21 + 253 characters of ten bits, {LINE_MS:.1f} ms, in which the "
-        "driver is busy for:", line_share(results),
+        "## Costs\n\nNanoseconds of processor time.\n\n### One exchange, by number of words",
+        image("words", "Cost of an exchange by number of words"), costs_of_exchanges(results),
+        "### One exchange of 60 words, by number of units in the data area",
+        image("units", "Cost of an exchange by number of units in the data area"), costs_of_areas(results),
+        "### `intf_addrMerge`, by number of keys\n\nIn microseconds.",
+        image("keys", "Cost of intf_addrMerge by number of keys"), costs_of_merges(results),
+        "### Other costs", other_costs(results),
+        "## Whole polls over loopback TCP\n\n60 words per poll.", polls(results),
+        "## Share of the time on a line of 38400 baud\n\n"
+        f"A read of 60 words takes 21 + 253 characters of ten bits, {LINE_MS:.1f} ms. In this time "
+        "the driver is busy for:", line_share(results),
         END])
 
 

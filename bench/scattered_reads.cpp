@@ -4,7 +4,7 @@ namespace bench {
 
 namespace {
 
-// Prime, and larger than any area: the places lie all over it and in no order.
+// Prime, and larger than any area: the addresses are spread over it in no particular order.
 const qint64 kStride = 1000003;
 
 } // namespace

@@ -4,7 +4,7 @@
 
 namespace bench {
 
-/** A screen that is drawn anew: each step takes 100 words from all over an area. */
+/** A screen being redrawn: each step gets 100 words spread over an area. */
 class ScatteredReads
 {
 public:

@@ -8,10 +8,10 @@
 
 namespace bench {
 
-/** Registers that are read at a poll. */
+/** Registers per poll. */
 constexpr int kPollWords = 60;
 
-/** Ends the program after a time in which everything was over long ago. */
+/** Ends the program if it takes much longer than expected. */
 inline void limitTime()
 {
     const unsigned int limitS = 300;
@@ -19,20 +19,20 @@ inline void limitTime()
 }
 
 /**
- * Counts the polls of a client and prints what they took. The first ones, in which connections are
- * opened and memory is fetched, go uncounted.
+ * Counts the polls of a client and prints how long they took. The first ones, which open
+ * connections and warm the caches, are not counted.
  */
 class PollClock
 {
 public:
-    /** @param polls to be counted */
+    /** @param polls number of polls to count */
     explicit PollClock(int polls)
         : m_wanted(polls)
     {
         limitTime();
     }
 
-    /** A poll is over. @return false with the last one */
+    /** Call it after each poll. @return false after the last one */
     bool pollEnded()
     {
         ++m_done;
@@ -52,7 +52,7 @@ private:
     struct Times
     {
         double wall;
-        double processor; ///< of this process, the system's work for it included
+        double processor; ///< of this process, including the system's work for it
     };
 
     static double seconds(clockid_t clock)
@@ -76,14 +76,14 @@ private:
     Times m_begin{};
 };
 
-/** What every client is told: a port of this machine, and how often to poll. */
+/** The arguments of every client: a port of this machine, and how many times to poll. */
 struct PollArguments
 {
     int port = 0;
     int polls = 0;
 };
 
-/** Ends the program where it is not told so. */
+/** Reads the arguments, and ends the program if they are wrong. */
 inline PollArguments pollArguments(int argc, char **argv)
 {
     if (argc != 3) {

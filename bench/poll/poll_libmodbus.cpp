@@ -1,4 +1,4 @@
-// Polls with libmodbus: one blocking call a poll, which leaves binary registers in an array.
+// Polls with libmodbus: one blocking call per poll, which puts the registers into an array.
 
 #include "poll_clock.h"
 

@@ -1,7 +1,6 @@
-// Polls cnet-plc as `cnet-panel monitor` does, without showing anything: the session of tools/panel
-// with the driver behind it. It finds the end of the answer, checks station, command and block
-// check, decodes the hexadecimal, stores and compares each word, watches the time, and keeps the
-// counters.
+// Polls cnet-plc like `cnet-panel monitor`, but without output: the session of tools/panel with the
+// driver. It finds the end of the answer, checks station, command and block check, decodes,
+// compares and stores each word, handles timeouts, and updates the counters.
 
 #include "poll_clock.h"
 

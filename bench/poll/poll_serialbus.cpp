@@ -1,5 +1,5 @@
-// Polls with Qt SerialBus: each poll a reply object, which holds the registers in a vector. It runs
-// on an event loop and watches the time, as the panel does.
+// Polls with Qt SerialBus: each poll has a reply object with the registers in a vector. Like the
+// panel, it runs on an event loop and handles timeouts.
 
 #include "poll_clock.h"
 

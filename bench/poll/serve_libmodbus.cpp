@@ -1,4 +1,4 @@
-// A libmodbus server at any free port, which it prints, for one client after the other.
+// A libmodbus server for one client at a time. It picks a free port and prints it.
 
 #include "poll_clock.h"
 

@@ -1,4 +1,4 @@
-// A Qt SerialBus server at any free port, which it prints.
+// A Qt SerialBus server. It picks a free port and prints it.
 
 #include "poll_clock.h"
 
@@ -21,7 +21,7 @@ int main(int argc, char **argv)
                                   QLatin1String("127.0.0.1"));
     server.setConnectionParameter(QModbusDevice::NetworkPortParameter, 0);
     const bool listens = server.connectDevice();
-    // Which port the system chose is known to the socket only.
+    // Only the socket knows the port that the system chose.
     const QTcpServer *const socket = server.findChild<QTcpServer *>();
     if (!listens || socket == nullptr) {
         std::fprintf(stderr, "cannot listen: %s\n", server.errorString().toLocal8Bit().constData());
