@@ -28,51 +28,47 @@ const char *const kRest =
     "Exit codes: 0 ended by a signal, 2 wrong command line or standard output cannot be written,\n"
     "3 an address or a terminal cannot be opened.\n";
 
+QCommandLineOption option(const char *name, const char *help, const char *value = "")
+{
+    return QCommandLineOption(QString::fromLatin1(name), QString::fromLatin1(help),
+                              QString::fromLatin1(value));
+}
+
 void addOptions(QCommandLineParser &parser)
 {
-    using Option = QCommandLineOption;
-    const auto text = [](const char *latin1) { return QString::fromLatin1(latin1); };
     parser.addOptions({
-        Option(text("tcp"),
-               text("Serve TCP clients at [HOST:]PORT. HOST defaults to 127.0.0.1; port 0 picks a "
-                    "free port. Repeatable."),
-               text("[HOST:]PORT")),
-        Option(
-            text("pty"),
-            text("Serve at a pseudo-terminal. LINK is optional: a symbolic link to the terminal, "
-                 "removed when the program ends."),
-            text("LINK")),
-        Option(text("station"),
-               text("Number of a station on the line, 0 to 31 (default 1). Repeatable."),
-               text("N")),
-        Option(text("model"), text("full (default: every register a panel can name) or k120s."),
-               text("MODEL")),
-        Option(text("set"),
-               text("Initial values of consecutive addresses: "
-                    "[STATION/]REGISTER:ADDRESS=VALUE[,VALUE...], values like 12, -3 or 0x1234. "
-                    "Without STATION, in all stations. Repeatable."),
-               text("VALUES")),
-        Option(text("ramp"),
-               text("Values that count up with time: "
-                    "[STATION/]REGISTER:FIRST[-LAST][=LOW..HIGH][@MS], from LOW to HIGH (default "
-                    "0..9999, bits 0..1), one step every MS milliseconds (default 1000). "
-                    "Repeatable."),
-               text("RANGE")),
-        Option(text("fault"), text("Inject a fault; see below. Repeatable."), text("FAULT")),
-        Option(
-            text("seed"),
-            text("Random seed of the faults (default 1). The same seed and the same requests give "
-                 "the same faults."),
-            text("N")),
-        Option(
-            text("baud"),
-            text("Pace the bytes like a serial line of this speed: 50 to 4000000 bits per second, "
-                 "ten bits a byte."),
-            text("N")),
-        Option(text("trace"), text("Print each frame on standard error, with its time and its "
-                                   "meaning.")),
-        Option({text("h"), text("help")}, text("Print this.")),
-        Option({text("v"), text("version")}, text("Print the version.")),
+        option("tcp",
+               "Serve TCP clients at [HOST:]PORT. HOST defaults to 127.0.0.1; port 0 picks a free "
+               "port. Repeatable.",
+               "[HOST:]PORT"),
+        option("pty",
+               "Serve at a pseudo-terminal. LINK is optional: a symbolic link to the terminal, "
+               "removed when the program ends.",
+               "LINK"),
+        option("station", "Number of a station on the line, 0 to 31 (default 1). Repeatable.", "N"),
+        option("model", "full (default: every register a panel can name) or k120s.", "MODEL"),
+        option("set",
+               "Initial values of consecutive addresses: "
+               "[STATION/]REGISTER:ADDRESS=VALUE[,VALUE...], values like 12, -3 or 0x1234. "
+               "Without STATION, in all stations. Repeatable.",
+               "VALUES"),
+        option("ramp",
+               "Values that count up with time: [STATION/]REGISTER:FIRST[-LAST][=LOW..HIGH][@MS], "
+               "from LOW to HIGH (default 0..9999, bits 0..1), one step every MS milliseconds "
+               "(default 1000). Repeatable.",
+               "RANGE"),
+        option("fault", "Inject a fault; see below. Repeatable.", "FAULT"),
+        option("seed",
+               "Random seed of the faults (default 1). The same seed and the same requests give "
+               "the same faults.",
+               "N"),
+        option("baud",
+               "Pace the bytes like a serial line of this speed: 50 to 4000000 bits per second, "
+               "ten bits a byte.",
+               "N"),
+        option("trace", "Print each frame on standard error, with its time and its meaning."),
+        {{QLatin1String("h"), QLatin1String("help")}, QLatin1String("Print this.")},
+        {{QLatin1String("v"), QLatin1String("version")}, QLatin1String("Print the version.")},
     });
 }
 
