@@ -16,18 +16,22 @@ QString itemError(const QString &text, const QString &what)
 }
 
 // What people try who know it from elsewhere.
-QString formError(const QString &text)
+QString rangeHint(const QString &text)
 {
     static const QRegularExpression range(QLatin1String("\\A(.*:)([0-9]+)-([0-9]+)\\z"));
     const QRegularExpressionMatch match = range.match(text);
     const int count = match.captured(3).toInt() - match.captured(2).toInt() + 1;
+    return match.hasMatch() && count > 0 ? QString::fromLatin1("; did you mean %1%2*%3?")
+                                               .arg(match.captured(1), match.captured(2))
+                                               .arg(count)
+                                         : QString();
+}
+
+QString formError(const QString &text)
+{
     QString error = QLatin1String("expected [STATION/]REGISTER:ADDRESS[*COUNT], for example "
                                   "1/D_W:100*10");
-    if (match.hasMatch() && count > 0) {
-        error += QString::fromLatin1("; did you mean %1%2*%3?")
-                     .arg(match.captured(1), match.captured(2))
-                     .arg(count);
-    } else if (text.startsWith(QLatin1Char('@'))) {
+    if (text.startsWith(QLatin1Char('@'))) {
         error += QLatin1String("; a list of items in a file is given by $(cat FILE)");
     }
     return error;
@@ -80,7 +84,7 @@ std::optional<Item> parseItem(const QString &text, int defaultStation,
     item.reg = *reg;
     const auto address = readAddress(*reg, match.captured(3));
     if (!address || *address < reg->lowest || *address > reg->highest) {
-        error = itemError(text, rangeError(*reg));
+        error = itemError(text, rangeError(*reg) + rangeHint(text));
         return std::nullopt;
     }
     item.start = *address;

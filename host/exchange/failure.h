@@ -28,6 +28,9 @@ struct Failure
     /** In words: "no answer", "refused: 1132, no such device, or address outside the device". */
     QString text() const;
 
+    /** True when the station was given up, so that asking it more is of no use now. */
+    bool isGone() const { return kind == NoAnswer || kind == BadAnswer; }
+
     bool operator==(const Failure &other) const
     {
         return kind == other.kind && code == other.code && sent == other.sent &&

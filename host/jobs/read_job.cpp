@@ -42,7 +42,7 @@ void ReadJob::ended(const BlockRequest &request, const BlockResult &result)
     } else {
         fail(read, result.failure);
     }
-    if (result.failure.kind == Failure::NoAnswer) {
+    if (result.failure.isGone()) {
         // A long list would take minutes to say the same again and again.
         const auto gone = [&](const PlannedRead &planned) {
             return planned.request.station == request.item.station;

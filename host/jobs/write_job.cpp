@@ -71,8 +71,8 @@ void WriteJob::ended(const BlockRequest &request, const BlockResult &result)
     }
     const Block block = m_blocks.takeFirst();
     note(block, result.failure);
-    if (result.failure.kind == Failure::NoAnswer) {
-        dropStation(block.item.station);
+    if (result.failure.isGone()) {
+        dropStation(block.item.station, result.failure.kind);
     }
     Q_EMIT progressed(m_done, m_total);
 }
@@ -98,10 +98,10 @@ void WriteJob::note(const Block &block, const Failure &failure)
     Q_EMIT blockSettled(block.item, block.values, failure.isNone());
 }
 
-void WriteJob::dropStation(int station)
+void WriteJob::dropStation(int station, Failure::Kind reason)
 {
     Failure failure;
-    failure.kind = Failure::NoAnswer;
+    failure.kind = reason;
     const QVector<Block> blocks = std::exchange(m_blocks, {});
     for (const Block &block : blocks) {
         if (block.item.station == station) {

@@ -86,7 +86,7 @@ private:
     };
 
     void note(const Block &block, const Failure &failure);
-    void dropStation(int station);
+    void dropStation(int station, Failure::Kind reason);
     void planReadBack();
     void takeReadBack();
 

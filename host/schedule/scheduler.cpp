@@ -240,7 +240,7 @@ bool Scheduler::serveJobs()
             break;
         }
         BlockResult result;
-        result.failure.kind = Failure::NoAnswer;
+        result.failure.kind = m_silence.value(request->item.station, Failure::NoAnswer);
         job->ended(*request, result);
     }
     return false;
@@ -470,6 +470,7 @@ void Scheduler::stationHeard(int station)
 
 void Scheduler::stationMissed(int station, const Failure &failure)
 {
+    m_silence[station] = failure.kind;
     if (m_health.missed(station, m_clock.nowMs())) {
         m_poller.stationFailed(station, failure);
         Q_EMIT stationChanged(station);

@@ -5,6 +5,7 @@
 #include "host/schedule/poller.h"
 #include "host/schedule/station_health.h"
 
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -109,6 +110,7 @@ private:
     int m_greeted = -1;         ///< station whose greeting is out
     int m_forJob = -1;          ///< station that a job waits for
     int m_greetings = 0;        ///< that went out for it
+    QHash<int, Failure::Kind> m_silence; ///< by station: why it was given up
     bool m_lineOpen = false;
     bool m_stopped = false;
     qint64 m_lookedMs = 0;

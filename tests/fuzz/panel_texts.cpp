@@ -7,8 +7,9 @@
 #include "host/address/assignment.h"
 #include "host/wire/frame_words.h"
 #include "host/address/item.h"
-#include "host/driver/item_check.h"
-#include "host/wire/late_answers.h"
+#include "host/wire/characters.h"
+#include "host/wire/open_questions.h"
+#include "host/wire/fence_frame.h"
 #include "host/link/link_address.h"
 #include "host/recipe/recipe_file.h"
 #include "host/recipe/recipe_layout.h"
@@ -25,45 +26,40 @@ using namespace cnet;
 
 const int kStation = 5; ///< of what names none
 
-int listRegisters(int type, QList<QString> &names)
+void add(RegisterCatalog &catalog, const QString &name, const QStringList &texts)
 {
-    if (type == 1) {
-        names.append(QLatin1String("OCT"));
-        names.append(QLatin1String("HEX"));
+    if (const auto info = RegisterCatalog::read(name, texts)) {
+        catalog.add(*info);
     }
-    return intf_getRegListByType(type, names);
-}
-
-int describeRegister(const QString &name, QList<QString> &texts)
-{
-    if (name == QLatin1String("OCT")) {
-        texts = {QLatin1String("OOO"), QLatin1String("10"), QLatin1String("77"), QLatin1String("1"),
-                 QLatin1String("0")};
-    } else if (name == QLatin1String("HEX")) {
-        texts = {QLatin1String("HHH"), QLatin1String("0"), QLatin1String("FFF"), QLatin1String("1"),
-                 QLatin1String("1")};
-    }
-    return intf_getRegDiscription(name, texts);
-}
-
-const DriverFunctions &driverFunctions()
-{
-    static const DriverFunctions functions = [] {
-        DriverFunctions all;
-        all.getRegListByType = &listRegisters;
-        all.getRegDiscription = &describeRegister;
-        all.checkAddr = &intf_checkAddr;
-        all.checkAddrValidity = &intf_checkAddrValidity;
-        return all;
-    }();
-    return functions;
 }
 
 /** The driver's registers, and two in forms that it has none of. */
 const RegisterCatalog &registers()
 {
-    static const RegisterCatalog catalog(driverFunctions());
+    static const RegisterCatalog catalog = [] {
+        RegisterCatalog all;
+        add(all, QLatin1String("OCT"), QString::fromLatin1("OOO 10 77 1 0").split(QLatin1Char(' ')));
+        add(all, QLatin1String("HEX"), QString::fromLatin1("HHH 0 FFF 1 1").split(QLatin1Char(' ')));
+        QList<QString> names;
+        intf_getRegListByType(1, names);
+        intf_getRegListByType(0, names);
+        for (const QString &name : names) {
+            QList<QString> texts;
+            intf_getRegDiscription(name, texts);
+            add(all, name, QStringList(texts));
+        }
+        return all;
+    }();
     return catalog;
+}
+
+/** What the driver says of an item, whatever it is. */
+void checkItem(const Item &item)
+{
+    int number = 0;
+    const int code = intf_checkAddr(item.reg.name, item.addressText(0), number,
+                                    item.reg.isBit() ? -1 : 0, item.count, 1);
+    require(code != kAddressValid || number == item.start, "the driver takes an item as it is");
 }
 
 void requireError(const QString &error)
@@ -109,9 +105,7 @@ void readItem(Input &input)
     requirePieces(*item, blockWords);
     const auto again = parseItem(item->text(), 0, registers(), error);
     require(again && sameItem(*again, *item), "an item survives its text");
-    if (!checkItem(driverFunctions(), *item, Access::Write, error)) {
-        requireError(error);
-    }
+    checkItem(*item);
 }
 
 void readAssignment(Input &input)
@@ -128,9 +122,7 @@ void readAssignment(Input &input)
         require(!assignment->item.reg.isBit() || value <= 1, "a bit is 0 or 1");
     }
     require(!assignment->text().isEmpty(), "an assignment has a text");
-    if (!checkItem(driverFunctions(), assignment->item, Access::Write, error)) {
-        requireError(error);
-    }
+    checkItem(assignment->item);
 }
 
 void readValue(Input &input)
@@ -151,7 +143,9 @@ void readValue(Input &input)
 
 bool checkRecipeItem(const Item &item, QString &error)
 {
-    return checkItem(driverFunctions(), item, Access::Write, error);
+    Q_UNUSED(error)
+    checkItem(item);
+    return true;
 }
 
 std::optional<RecipeFile> parseRecipe(const QByteArray &content, RecipeUse use, QString &error)
@@ -236,8 +230,6 @@ void readLink(Input &input)
         return;
     }
     switch (address->kind) {
-    case LinkAddress::Kind::Sim:
-        break;
     case LinkAddress::Kind::Tcp:
         require(address->port > 0 && !address->host.isEmpty(), "a network address is whole");
         break;
@@ -259,11 +251,10 @@ void readFrame(Input &input)
             "each byte has two digits");
 }
 
-void requireCollector(const AnswerCollector &collector, int expected, int given)
+void requireCollector(const AnswerCollector &collector, int given)
 {
     const QByteArray answer = collector.answer();
-    require(answer.size() <= std::max({expected + kBlockCheckLength, kRefusalLength + 2, 256}),
-            "an answer is bounded");
+    require(answer.size() <= kLongestFrame, "an answer is bounded");
     require(collector.strayBytes() >= 0 && collector.strayBytes() <= given, "strays are counted");
     if (collector.hasBegun()) {
         require(answer.at(0) == kAck || answer.at(0) == kNak, "an answer has a head");
@@ -272,44 +263,62 @@ void requireCollector(const AnswerCollector &collector, int expected, int given)
     require(!collector.isComplete() || collector.hasBegun(), "noise is no answer");
 }
 
-/** The division of the bytes does not matter. */
+/** The answers in some bytes, whatever their division and whatever length is expected. */
+QList<QByteArray> answersIn(const QList<QByteArray> &chunks, int expected)
+{
+    QList<QByteArray> answers;
+    AnswerCollector collector;
+    int given = 0;
+    for (QByteArray rest : chunks) {
+        while (!rest.isEmpty()) {
+            const int taken = collector.add(rest, expected);
+            require(taken > 0 && taken <= rest.size(), "bytes are taken");
+            given += taken;
+            requireCollector(collector, given);
+            rest.remove(0, taken);
+            if (collector.isComplete()) {
+                answers.append(collector.answer());
+                collector.clear();
+                given = 0;
+            }
+        }
+    }
+    return answers;
+}
+
 void collect(Input &input)
 {
     const int expected = input.number() % 300;
-    AnswerCollector divided;
-    AnswerCollector whole;
-    divided.begin(expected);
-    whole.begin(expected);
+    QList<QByteArray> chunks;
     QByteArray all;
     while (!input.atEnd()) {
-        const QByteArray piece = input.bytes(40);
-        all += piece;
-        require(divided.add(piece) == divided.isComplete(), "completeness is told");
-        requireCollector(divided, expected, static_cast<int>(all.size()));
+        chunks.append(input.bytes(40));
+        all += chunks.last();
     }
-    whole.add(all);
-    require(whole.answer() == divided.answer() && whole.strayBytes() == divided.strayBytes() &&
-                whole.isComplete() == divided.isComplete(),
-            "the division does not matter");
+    require(answersIn(chunks, expected) == answersIn({all}, 0), "the division does not matter");
 }
 
-void judgeLateAnswers(Input &input)
+void judgeOpenQuestions(Input &input)
 {
-    LateAnswers late;
-    QSet<QByteArray> missed;
+    const int station = 1;
+    OpenQuestions open;
     while (!input.atEnd()) {
         const int choice = input.below(4);
-        const QByteArray request = input.bytes(12);
-        if (choice != 0) {
-            late.missed(request);
-            missed.insert(request);
-            continue;
+        const QByteArray request = input.bytes(30);
+        const AnswerShape shape = AnswerShape::toRequest(request, input.below(60));
+        if (choice == 0) {
+            open.asked(station, request, shape, 0);
+            require(!open.isEmpty(station), "what was asked is open");
+        } else if (choice == 1) {
+            open.settle(station, request);
+        } else if (choice == 2) {
+            open.keep(station, request, shape);
+        } else {
+            const int form = open.freeFence(station, shape, request);
+            require(form >= 0 && form < kFenceForms, "there is always a fence");
+            open.clear(station);
+            require(!open.confusable(station, request, shape), "what is clear confuses nothing");
         }
-        const LateAnswers::Verdict verdict = late.judge(request);
-        require(verdict.underway >= 0 && (verdict.usable || verdict.underway > 0),
-                "only a missed answer makes one doubtful");
-        require(late.judge(request).usable, "what was missed is forgotten");
-        belongsTogether(request, input.bytes(12));
     }
 }
 
@@ -344,7 +353,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         collect(input);
         break;
     case 't':
-        judgeLateAnswers(input);
+        judgeOpenQuestions(input);
         break;
     default:
         return -1; // not worth keeping

@@ -28,8 +28,9 @@ QString commandList(const QVector<const Command *> &commands)
 {
     QString text = QLatin1String("Commands (cnet-panel COMMAND --help tells more):\n");
     for (const Command *command : commands) {
-        text += QString::fromLatin1("  %1 %2\n").arg(QLatin1String(command->name),
-                                                     QLatin1String(command->arguments));
+        text += wrapped(QString::fromLatin1("%1 %2").arg(QLatin1String(command->name),
+                                                         QLatin1String(command->arguments)),
+                        2);
         text += wrapped(QLatin1String(command->summary), 6);
     }
     return text;

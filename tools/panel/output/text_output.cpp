@@ -27,12 +27,10 @@ public:
 
     void showQuality(const ItemState &state, const QDateTime &time) override
     {
-        QString text = QString::fromLatin1("%1  quality %2")
-                           .arg(state.item.text(), qualityText(state.quality));
-        if (state.quality == Quality::Refused) {
-            text += QString::fromLatin1(" (%1)").arg(state.reason());
-        }
-        write(time, text);
+        const bool refused = state.quality == Quality::Refused;
+        write(time, QString::fromLatin1("%1  quality %2")
+                        .arg(state.item.text(),
+                             refused ? state.reason() : qualityText(state.quality)));
     }
 
     void showLink(const MonitorStatus &status) override
