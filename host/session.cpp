@@ -1,6 +1,9 @@
 #include "host/session.h"
 
 #include "host/driver/driver_core.h"
+#include "host/exchange/conversation.h"
+#include "host/link/reconnector.h"
+#include "host/schedule/scheduler.h"
 #include "host/time/system_clock.h"
 
 #include <algorithm>
@@ -19,8 +22,8 @@ ConversationSettings manners(const SessionOptions &options)
 {
     const int quietCharacters = 20;
     ConversationSettings settings;
-    settings.quietMs = std::max(settings.quietMs,
-                                quietCharacters * options.line.characterMicroseconds() / 1000);
+    settings.quietMs =
+        std::max(settings.quietMs, quietCharacters * options.line.characterMicroseconds() / 1000);
     settings.repeatedAnswers = options.repeatedAnswers;
     return settings;
 }
@@ -48,6 +51,23 @@ DriverCore &started(Driver &driver, const SessionOptions &options)
 
 } // namespace
 
+struct Session::Works
+{
+    Works(Driver &driver, Link &link, const SessionOptions &options, Clock &clock)
+        : times(timeouts(options))
+        , conversation(link, clock, times, manners(options))
+        , scheduler(started(driver, options), driver.registers(), conversation, times, clock,
+                    schedule(options))
+        , reconnector(link, clock, options.firstOpen)
+    {}
+
+    ResponseTimes times;
+    Conversation conversation;
+    Scheduler scheduler;
+    Reconnector reconnector;
+    StationBook book;
+};
+
 Session::Session(Driver &driver, std::unique_ptr<Link> link, const SessionOptions &options,
                  QObject *parent)
     : Session(driver, std::move(link), options, SystemClock::instance(), parent)
@@ -60,11 +80,7 @@ Session::Session(Driver &driver, std::unique_ptr<Link> link, const SessionOption
     , m_options(options)
     , m_clock(clock)
     , m_link(std::move(link))
-    , m_times(timeouts(options))
-    , m_conversation(*m_link, clock, m_times, manners(options))
-    , m_scheduler(started(driver, options), driver.registers(), m_conversation, m_times, clock,
-                  schedule(options))
-    , m_reconnector(*m_link, clock, options.firstOpen)
+    , m_works(std::make_unique<Works>(driver, *m_link, options, clock))
 {
     wireLink();
     wireTalk();
@@ -73,34 +89,35 @@ Session::Session(Driver &driver, std::unique_ptr<Link> link, const SessionOption
 Session::~Session()
 {
     disconnect(m_link.get(), nullptr, nullptr, nullptr);
-    m_scheduler.stop();
+    m_works->scheduler.stop();
     m_link->close();
 }
 
 void Session::wireLink()
 {
     connect(m_link.get(), &Link::opened, this, [this] {
-        m_book.forgetStates();
+        m_works->book.forgetStates();
         setState(State::Open, QString());
-        m_scheduler.lineOpened();
+        m_works->scheduler.lineOpened();
     });
     connect(m_link.get(), &Link::failed, this, [this](const QString &reason) {
         const bool wasOpen = m_state == State::Open;
         if (wasOpen) {
             m_lostAtMs = m_clock.nowMs();
-            m_scheduler.lineLost();
+            m_works->scheduler.lineLost();
         }
         setState(wasOpen || m_state == State::Lost ? State::Lost : m_state, reason);
     });
-    connect(&m_reconnector, &Reconnector::firstOpenFailed, this, [this](const QString &reason) {
-        m_scheduler.stop();
-        setState(State::Closed, reason);
-        notice(QString::fromLatin1("cannot open %1: %2").arg(m_link->name(), reason));
-    });
-    connect(&m_reconnector, &Reconnector::lost, this, [this](const QString &reason) {
+    connect(&m_works->reconnector, &Reconnector::firstOpenFailed, this,
+            [this](const QString &reason) {
+                m_works->scheduler.stop();
+                setState(State::Closed, reason);
+                notice(QString::fromLatin1("cannot open %1: %2").arg(m_link->name(), reason));
+            });
+    connect(&m_works->reconnector, &Reconnector::lost, this, [this](const QString &reason) {
         notice(QString::fromLatin1("%1 is lost: %2").arg(m_link->name(), reason));
     });
-    connect(&m_reconnector, &Reconnector::restored, this, [this](int attempts) {
+    connect(&m_works->reconnector, &Reconnector::restored, this, [this](int attempts) {
         const qint64 downMs = m_clock.nowMs() - m_lostAtMs;
         notice(QString::fromLatin1("%1 is open again after %2 s and %3 attempts")
                    .arg(m_link->name())
@@ -111,15 +128,16 @@ void Session::wireLink()
 
 void Session::wireTalk()
 {
-    connect(&m_conversation, &Conversation::sent, this, &Session::requestSent);
-    connect(&m_conversation, &Conversation::answeredLate, this, &Session::handleLate);
-    connect(&m_scheduler, &Scheduler::exchangeEnded, this, [this](const ExchangeReport &report) {
-        const QString text = m_book.note(report);
-        Q_EMIT exchangeEnded(report);
-        notice(text);
-    });
-    connect(&m_scheduler, &Scheduler::stationChanged, this, &Session::handleStation);
-    connect(&m_scheduler, &Scheduler::roundEnded, this, &Session::roundEnded);
+    connect(&m_works->conversation, &Conversation::sent, this, &Session::requestSent);
+    connect(&m_works->conversation, &Conversation::answeredLate, this, &Session::handleLate);
+    connect(&m_works->scheduler, &Scheduler::exchangeEnded, this,
+            [this](const ExchangeReport &report) {
+                const QString text = m_works->book.note(report);
+                Q_EMIT exchangeEnded(report);
+                notice(text);
+            });
+    connect(&m_works->scheduler, &Scheduler::stationChanged, this, &Session::handleStation);
+    connect(&m_works->scheduler, &Scheduler::roundEnded, this, &Session::roundEnded);
 }
 
 void Session::notice(const QString &text)
@@ -132,17 +150,18 @@ void Session::notice(const QString &text)
 void Session::handleStation(int station)
 {
     const qint64 nowMs = m_clock.nowMs();
-    const QString text = m_scheduler.health().isAlive(station) ? m_book.noteBack(station, nowMs)
-                                                               : m_book.noteAway(station, nowMs);
+    const QString text = m_works->scheduler.health().isAlive(station)
+                             ? m_works->book.noteBack(station, nowMs)
+                             : m_works->book.noteAway(station, nowMs);
     Q_EMIT stationChanged(station);
     notice(text);
 }
 
 void Session::handleLate(int station, const QByteArray &answer, double lateMs)
 {
-    m_book.noteLate(station);
+    m_works->book.noteLate(station);
     Q_EMIT answeredLate(station, answer, lateMs);
-    const int neededMs = m_times.neededMs(station);
+    const int neededMs = m_works->times.neededMs(station);
     // The longer such a station is asked, the later it is: that is said once.
     if (neededMs > 0 && !m_neededMs.contains(station)) {
         m_neededMs[station] = neededMs;
@@ -168,14 +187,14 @@ void Session::open()
 {
     if (m_state == State::Closed) {
         setState(State::Opening, QString());
-        m_reconnector.start();
+        m_works->reconnector.start();
     }
 }
 
 void Session::close()
 {
-    m_reconnector.stop();
-    m_scheduler.stop();
+    m_works->reconnector.stop();
+    m_works->scheduler.stop();
     m_link->close();
     setState(State::Closed, QString());
 }
@@ -183,16 +202,16 @@ void Session::close()
 Monitor *Session::monitor(const QVector<Item> &items)
 {
     auto *const monitor = new Monitor(m_options.blockWords, this);
-    m_scheduler.add(monitor);
+    m_works->scheduler.add(monitor);
     monitor->setItems(items);
     return monitor;
 }
 
 ReadJob *Session::read(const QVector<Item> &items)
 {
-    auto *const job = new ReadJob(items, m_driver.registers(), m_options.blockWords,
-                                  Merging::Together, this);
-    m_scheduler.add(job);
+    auto *const job =
+        new ReadJob(items, m_driver.registers(), m_options.blockWords, Merging::Together, this);
+    m_works->scheduler.add(job);
     return job;
 }
 
@@ -200,26 +219,32 @@ WriteJob *Session::write(const QVector<Assignment> &assignments, ReadBack readBa
 {
     auto *const job = new WriteJob(assignments, m_driver.registers(), m_options.blockWords,
                                    readBack, m_options.pendingWrites, this);
-    m_scheduler.add(job);
+    m_works->scheduler.add(job);
     return job;
 }
 
-// A block of a recipe that is written must fit the PLC's buffer, and the driver has one block length.
+// A block of a recipe that is written must fit the PLC's buffer, and the driver has one block
+// length.
 RecipeJob *Session::transfer(const QVector<RecipeItem> &items, RecipeDirection direction,
                              Verify verify)
 {
     const int words = direction == RecipeDirection::Write
                           ? std::min(m_options.blockWords, kHighestWriteWords)
                           : m_options.blockWords;
-    auto *const job = new RecipeJob(m_driver.core(), items, direction, verify,
-                                    m_driver.registers(), words, this);
-    m_scheduler.add(job);
+    auto *const job =
+        new RecipeJob(m_driver.core(), items, direction, verify, m_driver.registers(), words, this);
+    m_works->scheduler.add(job);
     return job;
+}
+
+const QMap<int, StationCounters> &Session::stations() const
+{
+    return m_works->book.all();
 }
 
 int Session::rounds() const
 {
-    return m_scheduler.poller().rounds();
+    return m_works->scheduler.poller().rounds();
 }
 
 } // namespace cnet

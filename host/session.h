@@ -18,11 +18,11 @@
 namespace cnet {
 
 /**
- * A stay on a line: one driver, one link, and everybody who wants values of the stations there. Monitors
- * and jobs of several users share it and none disturbs another.
+ * A stay on a line: one driver, one link, and everybody who wants values of the stations there.
+ * Monitors and jobs of several users share it and none disturbs another.
  *
- * It lives on the event loop of its thread; all calls and signals are there, and none waits. Several
- * sessions may share a thread, each with a driver of its own.
+ * It lives on the event loop of its thread; all calls and signals are there, and none waits.
+ * Several sessions may share a thread, each with a driver of its own.
  */
 class Session : public QObject
 {
@@ -44,8 +44,8 @@ public:
             const SessionOptions &options = SessionOptions(), QObject *parent = nullptr);
 
     /** The same with a clock of the caller's, which must outlive the session. */
-    Session(Driver &driver, std::unique_ptr<Link> link, const SessionOptions &options,
-            Clock &clock, QObject *parent = nullptr);
+    Session(Driver &driver, std::unique_ptr<Link> link, const SessionOptions &options, Clock &clock,
+            QObject *parent = nullptr);
     ~Session() override;
 
     /** Opens the line, and again whenever it is lost. stateChanged() follows. */
@@ -81,7 +81,7 @@ public:
                         Verify verify = Verify::Yes);
 
     /** What is known of each station that was asked anything. */
-    const QMap<int, StationCounters> &stations() const { return m_book.all(); }
+    const QMap<int, StationCounters> &stations() const;
 
     /** Rounds in which every block of the monitored items was read or given up. */
     int rounds() const;
@@ -109,15 +109,13 @@ private:
     void handleLate(int station, const QByteArray &answer, double lateMs);
     void notice(const QString &text);
 
+    struct Works;
+
     Driver &m_driver;
     SessionOptions m_options;
     Clock &m_clock;
     std::unique_ptr<Link> m_link;
-    ResponseTimes m_times;
-    Conversation m_conversation;
-    Scheduler m_scheduler;
-    Reconnector m_reconnector;
-    StationBook m_book;
+    std::unique_ptr<Works> m_works; ///< what programs need not know of
     State m_state = State::Closed;
     QString m_lineError;
     qint64 m_lostAtMs = 0;

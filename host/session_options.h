@@ -1,10 +1,10 @@
 #pragma once
 
-#include "host/exchange/conversation.h"
+#include "host/exchange/repeated_answers.h"
 #include "host/jobs/write_job.h"
+#include "host/link/first_open.h"
 #include "host/link/link_address.h"
-#include "host/link/reconnector.h"
-#include "host/schedule/scheduler.h"
+#include "host/schedule/silent_station.h"
 
 namespace cnet {
 
@@ -15,10 +15,10 @@ struct SessionOptions
     int blockWords = 60;
     /** How often a request is sent before it is given up, 1 to 1000. */
     int attempts = 3;
-    /** How long an answer may take in milliseconds, 1 or more; 0: found out, see ResponseTimes. */
+    /** How long an answer may take in milliseconds, 1 or more; 0: found out for each station. */
     int timeoutMs = 0;
-    /** A round of cyclic reads begins no sooner than this after the one before, in milliseconds; 0: at
-     * once. */
+    /** A round of cyclic reads begins no sooner than this after the one before, in milliseconds; 0:
+     * at once. */
     int intervalMs = 100;
     /** Age in milliseconds at which a value is stale; 0: three rounds, two seconds at least. */
     int staleMs = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/exchange/repeated_answers.h"
 #include "host/exchange/reply.h"
 #include "host/exchange/response_times.h"
 #include "host/link/link.h"
@@ -14,12 +15,6 @@
 #include <memory>
 
 namespace cnet {
-
-/** What is done about an answer that is, byte for byte, the one before it, to another question. */
-enum class RepeatedAnswers {
-    Confirm, ///< it may be the last one once more: it is not believed without a fence
-    Trust,   ///< it is believed: no line in between delivers anything twice
-};
 
 struct ConversationSettings
 {

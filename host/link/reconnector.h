@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/link/first_open.h"
 #include "host/link/link.h"
 #include "host/time/clock.h"
 
@@ -31,12 +32,6 @@ private:
     int m_firstMs;
     int m_longestMs;
     int m_nextMs;
-};
-
-/** What becomes of a link that never was open. */
-enum class FirstOpen {
-    Once,  ///< its address is probably wrong: the user should know at once
-    Again, ///< it is tried again as a lost one is
 };
 
 /** Opens a link and keeps opening it again when it is lost. */

@@ -3,6 +3,7 @@
 #include "host/jobs/job.h"
 #include "host/schedule/frame_carrier.h"
 #include "host/schedule/poller.h"
+#include "host/schedule/silent_station.h"
 #include "host/schedule/station_health.h"
 
 #include <QHash>
@@ -13,12 +14,6 @@
 #include <memory>
 
 namespace cnet {
-
-/** What becomes of a job for a station that is known to be silent. */
-enum class SilentStation {
-    Greet, ///< it is asked once more whether it is there
-    Fail,  ///< the job fails at once
-};
 
 struct ScheduleSettings
 {
