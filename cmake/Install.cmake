@@ -1,5 +1,6 @@
-# The installed files, in three components: `library` is needed on a panel, `development` for building hosts,
-# `tools` has the programs.
+# The installed files, in components: `library` is needed on a panel, `development` what a
+# host of its own is built with, `host_development` what a program on the host library is built with,
+# `tools` the programs, `documents` what there is to read, and the examples.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ls_master_k_cnet)
@@ -52,9 +53,23 @@ install(FILES ${PROJECT_SOURCE_DIR}/doc/man/ls_master_k_cnet.3
   DESTINATION ${CMAKE_INSTALL_MANDIR}/man3
   COMPONENT development)
 if(BUILD_TOOLS)
+  include(cmake/InstallHost.cmake)
   install(FILES
     ${PROJECT_SOURCE_DIR}/doc/man/cnet-panel.1
     ${PROJECT_SOURCE_DIR}/doc/man/cnet-plc.1
     DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
     COMPONENT tools)
 endif()
+
+# Laid out as in the sources, so that one document leads to the next.
+install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+  DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  COMPONENT documents)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/doc
+  DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  COMPONENT documents
+  PATTERN man EXCLUDE)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples
+  DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  COMPONENT documents
+  PATTERN build EXCLUDE)
