@@ -1,11 +1,11 @@
 """Checks who includes whom and who writes which member of `driver`; see script/rooms."""
-import os
 import re
 import sys
 
 from clang import cindex
 
 from driver_sources import HEADERS, SOURCES, declarations
+from includes import circles, included_by, levels, room_of, wrong_includes
 
 DOCUMENT = "doc/architecture.md"
 HEADING = ["room", "writes", "only reads"]
@@ -22,68 +22,15 @@ ORDER = [
     [SERVICE + "/exchange"],
     [SERVICE],
 ]
-LEVEL = {room: level for level, rooms in enumerate(ORDER) for room in rooms}
+LEVEL = levels(ORDER)
 
 KINDS = cindex.CursorKind
 POINTER = cindex.TypeKind.POINTER
 
 
-def room_of(path):
-    return os.path.dirname(path)
-
-
 def name_of(room):
     """As the table has it."""
     return room.replace(SERVICE + "/", "... ") + "/"
-
-
-# Includes
-
-def included_by(path):
-    """Yields line and file of each include of the driver's own."""
-    with open(path, encoding="ascii") as file:
-        for number, line in enumerate(file, 1):
-            match = re.match(r'\s*#\s*include\s*"(.*)"', line)
-            if match is None:
-                continue
-            places = [root + "/" + match.group(1) for root in ("include", "src", room_of(path))]
-            found = [place for place in places if os.path.isfile(place)]
-            yield number, found[0] if found else match.group(1)
-
-
-def wrong_includes(graph):
-    for path, includes in graph.items():
-        room = room_of(path)
-        if room not in LEVEL:
-            yield "%s: is in no room" % path
-            continue
-        for number, other in includes:
-            where = room_of(other)
-            if where not in LEVEL:
-                yield "%s:%d: %s is in no room" % (path, number, other)
-            elif where != room and LEVEL[where] >= LEVEL[room]:
-                yield "%s:%d: %s may not include from %s" % (path, number, name_of(room),
-                                                             name_of(where))
-
-
-def circles(graph):
-    """A header and its source file count as one: neither may lead back to it."""
-    edges = {}
-    for path, includes in graph.items():
-        others = edges.setdefault(os.path.splitext(path)[0], set())
-        others.update(os.path.splitext(other)[0] for _, other in includes)
-    finished = set()
-
-    def visit(subject, way):
-        if subject in way:
-            yield "includes itself: " + " -> ".join(way[way.index(subject):] + [subject])
-        elif subject not in finished:
-            for other in sorted(edges.get(subject, set()) - {subject}):
-                yield from visit(other, way + [subject])
-            finished.add(subject)
-
-    for subject in sorted(edges):
-        yield from visit(subject, [])
 
 
 # Writes
@@ -235,8 +182,8 @@ def wrong_accesses(written, touched):
 
 
 def main():
-    graph = {path: list(included_by(path)) for path in SOURCES + HEADERS}
-    wrong = list(wrong_includes(graph)) + list(circles(graph))
+    graph = {path: list(included_by(path, ["include", "src"])) for path in SOURCES + HEADERS}
+    wrong = list(wrong_includes(graph, ORDER, name_of)) + list(circles(graph))
     if not wrong:
         written, touched = rooms_accesses()
         if "--list" in sys.argv:

@@ -1,0 +1,67 @@
+"""Checks who includes whom in the host library and in cnet-panel; see script/rooms."""
+import glob
+import re
+import sys
+
+from includes import circles, included_by, room_of, wrong_includes
+
+# The library's rooms, the lowest first; the last one is its face.
+ORDER = [["host/" + room] for room in
+         ("time", "wire", "link", "address", "driver", "exchange", "monitor", "jobs", "recipe",
+          "schedule")] + [["host"]]
+BOUNDARY = "include/ls_master_k_cnet/"
+# The only room that knows the driver's functions by name; others ask it.
+DRIVER_ROOM = "host/driver"
+LIST = "host/CMakeLists.txt"
+ROOTS = [".", "include", "src", "tools"]
+
+
+def graph_of(folder):
+    paths = glob.glob(folder + "/**/*.cpp", recursive=True) + glob.glob(folder + "/**/*.h",
+                                                                         recursive=True)
+    return {path: list(included_by(path, ROOTS)) for path in sorted(paths)}
+
+
+def includes_from(graph, places, spared=()):
+    for path, includes in graph.items():
+        for number, other in includes:
+            if other.startswith(places) and room_of(path) not in spared:
+                yield "%s:%d: may not include %s" % (path, number, other)
+
+
+def public_headers():
+    with open(LIST, encoding="ascii") as file:
+        names = re.search(r"set\(cnet_host_public_headers(.*?)\)", file.read(), re.DOTALL)
+    return {"host/" + name for name in names.group(1).split()}
+
+
+def wrong_public_headers(graph):
+    """An installed header includes installed headers only, and each of them is there for a reason."""
+    public = public_headers()
+    reached = {"host/session.h", "host/link/link.h", "host/recipe/recipe_file.h"}
+    for path in sorted(public):
+        for number, other in graph.get(path, []):
+            reached.add(other)
+            if other not in public:
+                yield "%s:%d: is installed, and %s is not" % (path, number, other)
+    for path in sorted(public - reached):
+        yield "%s: %s is installed, and no installed header includes it" % (LIST, path)
+
+
+def main():
+    host = graph_of("host")
+    panel = graph_of("tools/panel")
+    own = {path: [(number, other) for number, other in includes
+                  if not other.startswith((BOUNDARY, "src/", "tools/"))]
+           for path, includes in host.items()}
+    wrong = list(wrong_includes(own, ORDER, lambda room: room + "/")) + list(circles(own))
+    wrong += includes_from(host, ("src/", "tools/"))
+    wrong += includes_from(host, (BOUNDARY,), [DRIVER_ROOM])
+    wrong += includes_from(panel, ("src/", BOUNDARY))
+    wrong += wrong_public_headers(host)
+    if wrong:
+        sys.exit("\n".join(wrong))
+    print("rooms: the host library's includes run one way, and cnet-panel leaves the driver to it")
+
+
+main()
