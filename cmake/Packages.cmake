@@ -11,17 +11,21 @@ set(CPACK_PACKAGE_CONTACT "ls_master_k_cnet maintainers <maintainers@ls-master-k
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-set(CPACK_COMPONENTS_ALL library development)
+set(CPACK_COMPONENTS_ALL library development documents)
 if(BUILD_TOOLS)
-  list(APPEND CPACK_COMPONENTS_ALL tools)
+  list(APPEND CPACK_COMPONENTS_ALL host_development tools)
 endif()
 
 set(library_package libls-master-k-cnet${PROJECT_VERSION_MAJOR})
+set(documents_package ls-master-k-cnet-doc)
 set(release 1)
 set(qt_development_4 libqt4-dev)
 set(qt_development_5 qtbase5-dev)
 set(qt_development_6 qt6-base-dev)
 set(qt_development ${qt_development_${QT_MAJOR}})
+set(serial_development_5 libqt5serialport5-dev)
+set(serial_development_6 qt6-serialport-dev)
+set(serial_development ${serial_development_${QT_MAJOR}})
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -59,6 +63,31 @@ ${what_it_is}
 
 This package contains what a host is built with: headers, files for CMake and
 pkg-config, and the manual page of the functions.")
+
+set(CPACK_DEBIAN_HOST_DEVELOPMENT_PACKAGE_NAME libcnet-host-dev)
+set(CPACK_DEBIAN_HOST_DEVELOPMENT_PACKAGE_SECTION libdevel)
+# The library is part of each program that is built with it; the driver is loaded at run time.
+set(CPACK_DEBIAN_HOST_DEVELOPMENT_PACKAGE_DEPENDS
+  "${library_package} (= ${PROJECT_VERSION}-${release}), ${qt_development}, ${serial_development}")
+set(CPACK_DEBIAN_HOST_DEVELOPMENT_PACKAGE_SUGGESTS ${documents_package})
+set(CPACK_DEBIAN_HOST_DEVELOPMENT_DESCRIPTION
+"sessions with MASTER-K controllers - development files
+The cnet_host library is what programs stand on that watch, read and write
+values of MASTER-K programmable controllers over their Cnet computer link. It
+loads the ls_master_k_cnet driver, opens the line and keeps it open, tells how
+far each value can be trusted, and how each write has ended.
+
+This package contains the static library, its headers, and files for CMake and
+pkg-config.")
+
+set(CPACK_DEBIAN_DOCUMENTS_PACKAGE_NAME ${documents_package})
+set(CPACK_DEBIAN_DOCUMENTS_PACKAGE_SECTION doc)
+set(CPACK_DEBIAN_DOCUMENTS_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_DOCUMENTS_DESCRIPTION
+"MASTER-K Cnet communication driver for operator panels - documentation
+${what_it_is}
+
+This package contains the documents, and the sources of two example programs.")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME cnet-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION comm)
