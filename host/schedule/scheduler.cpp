@@ -14,8 +14,6 @@ namespace {
 
 // How often values are looked at that nobody reads: a dead line makes them stale, too.
 const int kLookMs = 500;
-// After a silent station was greeted for one job the next one need not wait for the same.
-const int kFreshMs = 1000;
 // How often it is looked at whether enough was saved up for a greeting.
 const int kSavingMs = 20;
 
@@ -65,7 +63,13 @@ void Scheduler::add(Job *job)
     m_jobs.append(job);
     watchWrites(job);
     connect(job, &Job::cancelRequested, this, [this, job] { cancelJob(job); });
-    connect(job, &QObject::destroyed, this, [this] { proceedSoon(); });
+    connect(job, &QObject::destroyed, this, [this] {
+        // The driver has forgotten the transfer with its job: what comes in now belongs to nobody.
+        if (m_requestOpen && !m_job && m_request.kind == BlockRequest::Recipe) {
+            dropRequest();
+        }
+        proceedSoon();
+    });
     proceedSoon();
 }
 
@@ -139,17 +143,20 @@ void Scheduler::stop()
     m_alarm->cancel();
     m_conversation.cancel();
     m_carrier.giveUp();
+    endAllJobs();
+}
+
+void Scheduler::endAllJobs()
+{
     Failure reason;
     reason.kind = Failure::Cancelled;
-    reason.sent = m_requestOpen;
     reason.detail = QLatin1String("the session was closed");
-    m_requestOpen = false;
+    const bool requestOpen = std::exchange(m_requestOpen, false);
     const QList<QPointer<Job>> jobs = std::exchange(m_jobs, {});
     for (const QPointer<Job> &job : jobs) {
         if (job) {
-            Failure own = reason;
-            own.sent = reason.sent && job == m_job;
-            endJob(job, own);
+            reason.sent = requestOpen && job == m_job;
+            endJob(job, reason);
         }
     }
 }
@@ -157,7 +164,11 @@ void Scheduler::stop()
 // Where nothing is out, something is asked, or the alarm is set for when there is.
 void Scheduler::proceed()
 {
-    if (m_stopped || m_conversation.isBusy()) {
+    if (m_stopped) {
+        endAllJobs(); // that were added since
+        return;
+    }
+    if (m_conversation.isBusy()) {
         return;
     }
     if (m_clock.nowMs() - m_lookedMs >= kLookMs) {
@@ -262,10 +273,12 @@ Scheduler::Admission Scheduler::admit(const BlockRequest &request)
             m_greetings = 0;
         }
         const bool silent = state == StationHealth::State::Silent;
-        const bool fresh = silent && m_greetings == 0 &&
-                           m_clock.nowMs() < m_health.missedAtMs(station) + kFreshMs;
         const bool tried = m_greetings >= m_settings.attempts;
-        if (fresh || tried || (silent && m_settings.silentStation == SilentStation::Fail)) {
+        if (tried) {
+            m_health.turnDown(station, m_clock.nowMs());
+        }
+        if (m_health.turnedDownLately(station, m_clock.nowMs()) ||
+            (silent && m_settings.silentStation == SilentStation::Fail)) {
             m_forJob = -1;
             return Admission::Refused;
         }
@@ -390,10 +403,10 @@ void Scheduler::handleFrame(const Reply &reply)
     if (report.final) {
         handleFinalFrame(report, range);
     }
+    Q_EMIT exchangeEnded(report);
     if (report.final && !heard) {
         stationMissed(report.station(), report.failure());
     }
-    Q_EMIT exchangeEnded(report);
 }
 
 bool Scheduler::concernsRequest(const ExchangeReport &report) const
@@ -486,14 +499,19 @@ void Scheduler::cancelJob(Job *job)
         if (m_request.kind != BlockRequest::Recipe) {
             return;
         }
-        m_conversation.cancel();
-        m_carrier.giveUp();
-        m_requestOpen = false;
-        m_job = nullptr;
+        dropRequest();
         reason.sent = true;
     }
     endJob(job, reason);
     proceedSoon();
+}
+
+void Scheduler::dropRequest()
+{
+    m_conversation.cancel();
+    m_carrier.giveUp();
+    m_requestOpen = false;
+    m_job = nullptr;
 }
 
 void Scheduler::endJob(Job *job, const Failure &reason)

@@ -88,6 +88,8 @@ private:
     void watchWrites(Job *job);
     void cancelJob(Job *job);
     void endJob(Job *job, const Failure &reason);
+    void endAllJobs();
+    void dropRequest();
 
     DriverCore &m_driver;
     Conversation &m_conversation;

@@ -8,6 +8,7 @@ namespace {
 
 const int kFirstPauseMs = 1000;
 const int kLongestPauseMs = 30000;
+const int kTurnedDownMs = 1000;
 const double kShare = 0.05;
 // Enough for the longest silence that is waited for.
 const double kMostSavedMs = 10000;
@@ -41,9 +42,14 @@ bool StationHealth::missed(int station, qint64 nowMs)
     known.state = State::Silent;
     const int doublings = std::min(known.missed, 5);
     ++known.missed;
-    known.missedAtMs = nowMs;
     known.dueMs = nowMs + std::min(kFirstPauseMs << doublings, kLongestPauseMs);
     return !was;
+}
+
+bool StationHealth::turnedDownLately(int station, qint64 nowMs) const
+{
+    const std::optional<qint64> atMs = m_stations.value(station).turnedDownAtMs;
+    return atMs && nowMs < *atMs + kTurnedDownMs;
 }
 
 bool StationHealth::mayCost(double costMs, qint64 nowMs)

@@ -52,15 +52,18 @@ public:
     /** Greetings without an answer since the station was heard last. */
     int missedGreetings(int station) const { return m_stations.value(station).missed; }
 
-    /** When it was given up last; 0: never. */
-    qint64 missedAtMs(int station) const { return m_stations.value(station).missedAtMs; }
+    /** A job was turned down: the station was greeted for it and did not answer. */
+    void turnDown(int station, qint64 nowMs) { m_stations[station].turnedDownAtMs = nowMs; }
+
+    /** True for a second after that: the next job need not wait for the same. */
+    bool turnedDownLately(int station, qint64 nowMs) const;
 
 private:
     struct Station
     {
         State state = State::Unproven;
         int missed = 0;
-        qint64 missedAtMs = 0;
+        std::optional<qint64> turnedDownAtMs;
         qint64 dueMs = 0;
     };
 
