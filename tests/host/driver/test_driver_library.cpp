@@ -1,4 +1,4 @@
-#include "host/driver/driver_library.h"
+#include <host/driver/driver_library.h>
 
 #include <QDir>
 #include <QFile>
@@ -6,6 +6,28 @@
 #include <QtTest>
 
 using namespace cnet;
+
+namespace {
+
+const QString kFile = QLatin1String(DRIVER_FILE);
+
+// Files under the driver's short name that are mapped into this process.
+QStringList copies()
+{
+    QFile maps(QLatin1String("/proc/self/maps"));
+    QStringList files;
+    if (maps.open(QIODevice::ReadOnly)) {
+        for (const QByteArray &line : maps.readAll().split('\n')) {
+            const QString file = QString::fromUtf8(line.mid(line.indexOf('/')));
+            if (file.endsWith(QLatin1String(CNET_HOST_DRIVER_NAME)) && !files.contains(file)) {
+                files.append(file);
+            }
+        }
+    }
+    return files;
+}
+
+} // namespace
 
 class TestDriverLibrary : public QObject
 {
@@ -15,6 +37,9 @@ private Q_SLOTS:
     void findsItBesideTheProgram_data();
     void findsItBesideTheProgram();
     void loads();
+    void loadsACopyWhereItIsInUse();
+    void takesTheFileAgainWhenItIsFree();
+    void removesTheCopy();
     void refusesWhatIsNoDriver_data();
     void refusesWhatIsNoDriver();
 };
@@ -55,9 +80,66 @@ void TestDriverLibrary::findsItBesideTheProgram()
 void TestDriverLibrary::loads()
 {
     DriverLibrary driver;
-    QVERIFY2(driver.load(QLatin1String(DRIVER_FILE)), qPrintable(driver.errorText()));
-    QVERIFY(driver.errorText().isEmpty());
+    QString error;
+    QVERIFY2(driver.load(kFile, error), qPrintable(error));
+    QCOMPARE(driver.fileName(), kFile);
     QCOMPARE(driver.functions().getVersion(), QLatin1String("2.0.0.0"));
+}
+
+void TestDriverLibrary::loadsACopyWhereItIsInUse()
+{
+    DriverLibrary first;
+    DriverLibrary second;
+    DriverLibrary third;
+    QString error;
+    QVERIFY2(first.load(kFile, error), qPrintable(error));
+    QVERIFY2(second.load(kFile, error), qPrintable(error));
+    QVERIFY2(third.load(kFile, error), qPrintable(error));
+    QCOMPARE(second.fileName(), kFile); // that was asked for
+    QVERIFY(first.functions().getSendFrame != second.functions().getSendFrame);
+    QVERIFY(first.functions().getSendFrame != third.functions().getSendFrame);
+    QVERIFY(second.functions().getSendFrame != third.functions().getSendFrame);
+}
+
+// Under whatever name.
+void TestDriverLibrary::takesTheFileAgainWhenItIsFree()
+{
+    const QTemporaryDir directory;
+    const QString other = directory.filePath(QLatin1String("other.so"));
+    QVERIFY(QFile::link(kFile, other));
+    decltype(DriverFunctions::getSendFrame) function = nullptr;
+    QString error;
+    {
+        DriverLibrary first;
+        QVERIFY2(first.load(kFile, error), qPrintable(error));
+        function = first.functions().getSendFrame;
+        DriverLibrary second;
+        QVERIFY2(second.load(other, error), qPrintable(error));
+        QVERIFY(second.functions().getSendFrame != function);
+    }
+    DriverLibrary again;
+    QVERIFY2(again.load(other, error), qPrintable(error));
+    QVERIFY(again.functions().getSendFrame == function);
+}
+
+void TestDriverLibrary::removesTheCopy()
+{
+    const QStringList before = copies();
+    QStringList during;
+    {
+        DriverLibrary first;
+        DriverLibrary second;
+        QString error;
+        QVERIFY2(first.load(kFile, error), qPrintable(error));
+        QVERIFY2(second.load(kFile, error), qPrintable(error));
+        during = copies();
+        QVERIFY(during.size() > before.size());
+        QVERIFY(QFile::exists(during.last()));
+    }
+    QCOMPARE(copies(), before);
+    for (const QString &file : during) {
+        QVERIFY2(before.contains(file) || !QFile::exists(file), qPrintable(file));
+    }
 }
 
 void TestDriverLibrary::refusesWhatIsNoDriver_data()
@@ -66,6 +148,8 @@ void TestDriverLibrary::refusesWhatIsNoDriver_data()
     QTest::addColumn<QString>("message");
     QTest::newRow("no file") << "/nowhere/libx.so"
                              << "cannot load the driver: .*libx.*";
+    QTest::newRow("a folder") << "/tmp"
+                              << "cannot load the driver: /tmp is no regular file";
     QTest::newRow("another library")
         << QT_CORE_FILE << ".*is not this driver: it has no function intf_.*";
 }
@@ -75,9 +159,10 @@ void TestDriverLibrary::refusesWhatIsNoDriver()
     QFETCH(QString, path);
     QFETCH(QString, message);
     DriverLibrary driver;
-    QVERIFY(!driver.load(path));
+    QString error;
+    QVERIFY(!driver.load(path, error));
     const QRegularExpression expected(QRegularExpression::anchoredPattern(message));
-    QVERIFY2(expected.match(driver.errorText()).hasMatch(), qPrintable(driver.errorText()));
+    QVERIFY2(expected.match(error).hasMatch(), qPrintable(error));
 }
 
 QTEST_GUILESS_MAIN(TestDriverLibrary)

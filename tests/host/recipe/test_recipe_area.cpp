@@ -1,4 +1,4 @@
-#include "host/recipe/recipe_area.h"
+#include <host/recipe/recipe_area.h>
 
 #include <QtTest>
 
@@ -9,19 +9,11 @@ class TestRecipeArea : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void requests_data();
     void requests();
     void words();
 
-private:
-    DriverLibrary m_driver;
 };
-
-void TestRecipeArea::initTestCase()
-{
-    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE)), qPrintable(m_driver.errorText()));
-}
 
 void TestRecipeArea::requests_data()
 {
@@ -38,15 +30,15 @@ void TestRecipeArea::requests()
     QFETCH(int, direction);
     QFETCH(int, place);
     const auto asked = static_cast<RecipeDirection>(direction);
-    DriverSession session(m_driver.functions());
-    RecipeArea area(session);
+    DriverCore core;
+    RecipeArea area(core);
     QVERIFY(!area.isRequested(asked));
     area.request(asked);
     QVERIFY(area.isRequested(asked));
-    QCOMPARE(static_cast<int>(session.sharedBlock()[place]), 1);
-    QCOMPARE(session.sharedBlock()[kRecipeWriteByte] + session.sharedBlock()[kRecipeReadByte], 1);
+    QCOMPARE(static_cast<int>(core.sharedBlock()[place]), 1);
+    QCOMPARE(core.sharedBlock()[kRecipeWriteByte] + core.sharedBlock()[kRecipeReadByte], 1);
     // The driver withdraws it with a 0.
-    session.sharedBlock()[place] = 0;
+    core.sharedBlock()[place] = 0;
     QVERIFY(!area.isRequested(asked));
     area.request(RecipeDirection::Write);
     area.request(RecipeDirection::Read);
@@ -54,21 +46,21 @@ void TestRecipeArea::requests()
     QVERIFY(!area.isRequested(RecipeDirection::Write));
     QVERIFY(!area.isRequested(RecipeDirection::Read));
     // The lock is free again.
-    QVERIFY(session.sharedBlockLock().tryLock());
-    session.sharedBlockLock().unlock();
+    QVERIFY(core.sharedBlockLock().tryLock());
+    core.sharedBlockLock().unlock();
 }
 
 void TestRecipeArea::words()
 {
-    DriverSession session(m_driver.functions());
-    RecipeArea area(session);
+    DriverCore core;
+    RecipeArea area(core);
     area.setWord(3, 0x1234);
-    QCOMPARE(static_cast<int>(session.recipeBuffer()[6]), 0x34);
-    QCOMPARE(static_cast<int>(session.recipeBuffer()[7]), 0x12);
+    QCOMPARE(static_cast<int>(core.recipeBuffer()[6]), 0x34);
+    QCOMPARE(static_cast<int>(core.recipeBuffer()[7]), 0x12);
     QCOMPARE(area.word(3), quint16(0x1234));
-    area.setWord(DriverSession::kRecipeWords - 1, 7);
-    QCOMPARE(area.word(DriverSession::kRecipeWords - 1), quint16(7));
-    for (const int beyond : {-1, DriverSession::kRecipeWords}) {
+    area.setWord(DriverCore::kRecipeWords - 1, 7);
+    QCOMPARE(area.word(DriverCore::kRecipeWords - 1), quint16(7));
+    for (const int beyond : {-1, DriverCore::kRecipeWords}) {
         area.setWord(beyond, 9);
         QCOMPARE(area.word(beyond), quint16(0));
     }

@@ -1,5 +1,5 @@
-#include "host/driver/driver_library.h"
-#include "host/recipe/recipe_layout.h"
+#include <host/driver/driver.h>
+#include <host/recipe/recipe_layout.h>
 
 #include <QtTest>
 
@@ -15,14 +15,13 @@ private Q_SLOTS:
     void laysOut();
 
 private:
-    DriverLibrary m_driver;
-    RegisterCatalog m_registers;
+    Driver m_driver;
 };
 
 void TestRecipeLayout::initTestCase()
 {
-    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE)), qPrintable(m_driver.errorText()));
-    m_registers = RegisterCatalog(m_driver.functions());
+    QString error;
+    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE), error), qPrintable(error));
 }
 
 void TestRecipeLayout::laysOut_data()
@@ -59,11 +58,11 @@ void TestRecipeLayout::laysOut()
     QVector<RecipeItem> recipe;
     QString error;
     for (const QString &text : items.split(QLatin1Char(' '))) {
-        const auto item = parseItem(text, 1, m_registers, error);
+        const auto item = parseItem(text, 1, m_driver.registers(), error);
         QVERIFY2(item.has_value(), qPrintable(error));
         recipe.append({*item, {}, 0});
     }
-    const RecipeLayout layout = layOutRecipe(recipe, m_registers, 3, 10);
+    const RecipeLayout layout = layOutRecipe(recipe, m_driver.registers(), 3, 10);
     QStringList laidOut;
     int words = 0;
     for (const _RCP_VAR_PRO &item : layout.items) {

@@ -3,7 +3,6 @@
 #include "host/link/link.h"
 
 #include <QList>
-#include <QTimer>
 
 namespace cnet {
 
@@ -14,11 +13,8 @@ class FakeLink : public Link
 
 public:
     QList<QByteArray> sentFrames;
-    /** What comes back to each request in turn; an empty list of chunks is silence. */
-    QList<QList<QByteArray>> answers;
     int openCalls = 0;
     bool opensFine = true;
-    int breaksWithFrame = 0; ///< it is lost while that frame is handed over, counted from 1
 
     void open() override
     {
@@ -34,22 +30,10 @@ public:
     void close() override { m_open = false; }
     bool isOpen() const override { return m_open; }
     QString name() const override { return QLatin1String("fake"); }
+    void send(const QByteArray &bytes) override { sentFrames.append(bytes); }
 
-    void send(const QByteArray &bytes) override
-    {
-        sentFrames.append(bytes);
-        if (sentFrames.size() == breaksWithFrame) {
-            breakDown();
-            return;
-        }
-        if (answers.isEmpty()) {
-            return;
-        }
-        const QList<QByteArray> chunks = answers.takeFirst();
-        for (const QByteArray &chunk : chunks) {
-            QTimer::singleShot(0, this, [this, chunk] { Q_EMIT received(chunk); });
-        }
-    }
+    /** What the stations say. */
+    void say(const QByteArray &bytes) { Q_EMIT received(bytes); }
 
     void breakDown(const char *reason = "unplugged")
     {

@@ -6,6 +6,7 @@
 #include <plc/bus.h>
 
 #include <QHash>
+#include <QPointer>
 
 #include <algorithm>
 #include <functional>
@@ -50,7 +51,7 @@ public:
 
     void open() override
     {
-        m_clock.after(1, [this] {
+        later(m_clock.nowNs() + VirtualClock::kNsPerMs, [this] {
             if (opensFine) {
                 m_open = true;
                 Q_EMIT opened();
@@ -82,7 +83,8 @@ public:
             return;
         }
         const int life = m_life;
-        m_clock.after(now.requestMs, [this, bytes, station, now, life] {
+        const qint64 arrivesNs = m_clock.nowNs() + now.requestMs * VirtualClock::kNsPerMs;
+        later(arrivesNs, [this, bytes, station, now, life] {
             plc::Unit *const unit = bus.find(station);
             if (unit == nullptr || life != m_life) {
                 return;
@@ -104,13 +106,23 @@ private:
         return std::uniform_int_distribution<int>(low, std::max(low, high))(m_random);
     }
 
+    // The line may be gone by then.
+    void later(qint64 ns, const std::function<void()> &what)
+    {
+        m_clock.at(ns, [self = QPointer<VirtualLine>(this), what] {
+            if (self) {
+                what();
+            }
+        });
+    }
+
     // A station sends one thing after the other.
     void put(int station, int delayMs, const QByteArray &bytes)
     {
         qint64 &free = m_freeNs[station];
         free = std::max(free, m_clock.nowNs()) + delayMs * VirtualClock::kNsPerMs;
         const int life = m_life;
-        m_clock.at(free, [this, bytes, life] {
+        later(free, [this, bytes, life] {
             if (m_open && life == m_life) {
                 Q_EMIT received(bytes);
             }

@@ -1,91 +1,103 @@
-#include "host/exchange/deadline.h"
+#include <host/time/system_clock.h>
 
 #include <QSignalSpy>
 #include <QtTest>
 
 using namespace cnet;
 
-class TestDeadline : public QObject
+class TestSystemClock : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void passesOnce();
-    void isForgottenWhenCalledOff();
+    void firesOnce();
+    void isForgottenWhenCancelled();
     void isForgottenWhenSetAnew_data();
     void isForgottenWhenSetAnew();
     void canBeSetAgainFromWithin();
+    void neverFalls();
 };
 
-void TestDeadline::passesOnce()
+void TestSystemClock::firesOnce()
 {
-    Deadline deadline;
-    QSignalSpy passed(&deadline, &Deadline::passed);
+    const std::unique_ptr<Alarm> alarm = SystemClock::instance().makeAlarm();
+    QSignalSpy fired(alarm.get(), &Alarm::fired);
     QElapsedTimer clock;
     clock.start();
-    deadline.set(20);
-    QVERIFY(passed.wait(5000));
+    alarm->set(20);
+    QVERIFY(fired.wait(5000));
     QVERIFY(clock.elapsed() >= 19);
-    QVERIFY(!passed.wait(60));
-    QCOMPARE(static_cast<int>(passed.size()), 1);
+    QVERIFY(!fired.wait(60));
+    QCOMPARE(static_cast<int>(fired.size()), 1);
 }
 
-void TestDeadline::isForgottenWhenCalledOff()
+void TestSystemClock::isForgottenWhenCancelled()
 {
-    Deadline deadline;
-    QSignalSpy passed(&deadline, &Deadline::passed);
-    deadline.set(5);
-    deadline.callOff();
-    QVERIFY(!passed.wait(40));
-    deadline.set(0);
-    QVERIFY(passed.wait(5000));
+    const std::unique_ptr<Alarm> alarm = SystemClock::instance().makeAlarm();
+    QSignalSpy fired(alarm.get(), &Alarm::fired);
+    alarm->set(5);
+    alarm->cancel();
+    QVERIFY(!fired.wait(40));
+    alarm->set(0);
+    QVERIFY(fired.wait(5000));
 }
 
-void TestDeadline::isForgottenWhenSetAnew_data()
+void TestSystemClock::isForgottenWhenSetAnew_data()
 {
     QTest::addColumn<int>("firstMs");
-    QTest::addColumn<bool>("calledOff");
+    QTest::addColumn<bool>("cancelled");
     QTest::addColumn<int>("thenMs");
     QTest::newRow("later") << 10 << false << 60;
     QTest::newRow("earlier") << 20000 << false << 30;
-    QTest::newRow("called off, then later") << 10 << true << 60;
-    QTest::newRow("called off, then earlier") << 20000 << true << 30;
+    QTest::newRow("cancelled, then later") << 10 << true << 60;
+    QTest::newRow("cancelled, then earlier") << 20000 << true << 30;
 }
 
-void TestDeadline::isForgottenWhenSetAnew()
+void TestSystemClock::isForgottenWhenSetAnew()
 {
     QFETCH(int, firstMs);
-    QFETCH(bool, calledOff);
+    QFETCH(bool, cancelled);
     QFETCH(int, thenMs);
-    Deadline deadline;
-    QSignalSpy passed(&deadline, &Deadline::passed);
+    const std::unique_ptr<Alarm> alarm = SystemClock::instance().makeAlarm();
+    QSignalSpy fired(alarm.get(), &Alarm::fired);
     QElapsedTimer clock;
     clock.start();
-    deadline.set(firstMs);
-    if (calledOff) {
-        deadline.callOff();
+    alarm->set(firstMs);
+    if (cancelled) {
+        alarm->cancel();
     }
-    deadline.set(thenMs);
-    QVERIFY(passed.wait(5000));
+    alarm->set(thenMs);
+    QVERIFY(fired.wait(5000));
     QVERIFY(clock.elapsed() >= thenMs - 1);
-    QVERIFY(!passed.wait(40));
-    QCOMPARE(static_cast<int>(passed.size()), 1);
+    QVERIFY(!fired.wait(40));
+    QCOMPARE(static_cast<int>(fired.size()), 1);
 }
 
-void TestDeadline::canBeSetAgainFromWithin()
+void TestSystemClock::canBeSetAgainFromWithin()
 {
-    Deadline deadline;
+    const std::unique_ptr<Alarm> alarm = SystemClock::instance().makeAlarm();
     int times = 0;
-    connect(&deadline, &Deadline::passed, &deadline, [&] {
+    connect(alarm.get(), &Alarm::fired, alarm.get(), [&] {
         if (++times < 3) {
-            deadline.set(5);
+            alarm->set(5);
         }
     });
-    deadline.set(0);
+    alarm->set(0);
     QTRY_COMPARE(times, 3);
     QTest::qWait(30);
     QCOMPARE(times, 3);
 }
 
-QTEST_GUILESS_MAIN(TestDeadline)
-#include "test_deadline.moc"
+void TestSystemClock::neverFalls()
+{
+    SystemClock &clock = SystemClock::instance();
+    const qint64 beforeNs = clock.nowNs();
+    const qint64 beforeMs = clock.nowMs();
+    QTest::qWait(5);
+    QVERIFY(clock.nowNs() - beforeNs >= 4000000);
+    QVERIFY(clock.nowMs() - beforeMs >= 4);
+    QVERIFY(qAbs(clock.wallMs() - QDateTime::currentMSecsSinceEpoch()) < 5000);
+}
+
+QTEST_GUILESS_MAIN(TestSystemClock)
+#include "test_system_clock.moc"

@@ -40,6 +40,8 @@ private Q_SLOTS:
     void refusalCode();
     void refusalInWords_data();
     void refusalInWords();
+    void knowsWrites_data();
+    void knowsWrites();
     void hex();
 };
 
@@ -131,6 +133,24 @@ void TestFrameWords::refusalInWords()
 {
     QFETCH(int, code);
     QTEST(cnet::refusalInWords(code), "words");
+}
+
+void TestFrameWords::knowsWrites_data()
+{
+    QTest::addColumn<QByteArray>("frame");
+    QTest::addColumn<bool>("writes");
+    QTest::newRow("wSB") << wire("<ENQ>01wSB08%DW0000101") << true;
+    QTest::newRow("WSS") << wire("<ENQ>01WSS0109%MX") << true;
+    QTest::newRow("rSB") << wire("<ENQ>01rSB08%DW0000101") << false;
+    QTest::newRow("w as a station") << wire("<ENQ>w0r") << false;
+    QTest::newRow("too short") << wire("<ENQ>01") << false;
+    QTest::newRow("nothing") << QByteArray() << false;
+}
+
+void TestFrameWords::knowsWrites()
+{
+    QFETCH(QByteArray, frame);
+    QTEST(isWriteRequest(frame), "writes");
 }
 
 void TestFrameWords::hex()
