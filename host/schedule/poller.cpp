@@ -177,8 +177,11 @@ void Poller::writeBegun(const Item &item, const QVector<quint16> &values)
     m_set.forEach([&](Monitor &monitor) { monitor.writeBegun(item, values, surroundings()); });
 }
 
+// The driver shows a value from its writing on, and reports nothing when the PLC has it, too. Words that
+// hold a written bit would keep what they showed before.
 void Poller::writeEnded(const Item &item, const QVector<quint16> &values, bool confirmed)
 {
+    m_set.distrustCallbacks();
     m_set.forEach(
         [&](Monitor &monitor) { monitor.writeEnded(item, values, confirmed, surroundings()); });
 }
