@@ -1,5 +1,7 @@
 #include "host/support/virtual_plant.h"
 
+#include <host/driver/driver_core.h>
+
 #include <QtTest>
 
 using namespace cnet;
