@@ -1,8 +1,16 @@
-#include "host/exchange/trace.h"
+#include <host/exchange/trace.h>
 
 #include <QtTest>
 
 using namespace cnet;
+
+namespace {
+
+const QTime kTime(7, 8, 9, 10);
+
+} // namespace
+
+Q_DECLARE_METATYPE(cnet::Outcome)
 
 class TestTrace : public QObject
 {
@@ -12,6 +20,7 @@ private Q_SLOTS:
     void request();
     void answers_data();
     void answers();
+    void lateAnswer();
 };
 
 void TestTrace::request()
@@ -19,60 +28,72 @@ void TestTrace::request()
     const QByteArray frame("\x05"
                            "01rSB08%DW0010005\x04"
                            "EF");
-    QCOMPARE(traceRequest(QTime(7, 8, 9, 10), frame),
+    QCOMPARE(traceRequest(kTime, frame),
              QLatin1String("07:08:09.010 -> 21 bytes [05 30 31 72 53 42 30 38 25 44 57 30 30 31 30 "
                            "30 30 35 04 45 46] station 1, read 5 words from %DW00100"));
 }
 
 void TestTrace::answers_data()
 {
-    QTest::addColumn<int>("outcome");
-    QTest::addColumn<int>("result");
+    QTest::addColumn<Outcome>("outcome");
+    QTest::addColumn<bool>("final");
     QTest::addColumn<QByteArray>("answer");
     QTest::addColumn<QString>("note");
     QTest::addColumn<int>("stray");
     QTest::addColumn<QString>("text");
     const QByteArray done("\x06"
                           "01wSB\x03"
-                          "77");
-    const QString bytes = QLatin1String("9 bytes [06 30 31 77 53 42 03 37 37] station 1, done "
-                                        "(block check wrong)");
-    const auto row = [](const char *name, Outcome outcome, int result, const QByteArray &answer,
+                          "76");
+    const QString bytes = QLatin1String("9 bytes [06 30 31 77 53 42 03 37 36] station 1, done");
+    const auto row = [](const char *name, Outcome outcome, bool final, const QByteArray &answer,
                         const char *note, int stray, const QString &text) {
-        QTest::newRow(name) << static_cast<int>(outcome) << result << answer
-                            << QString::fromLatin1(note) << stray << text;
+        QTest::newRow(name) << outcome << final << answer << QString::fromLatin1(note) << stray
+                            << text;
     };
-    row("taken", Outcome::Answered, kAnswerGood, done, "", 0, bytes);
-    row("noise about it", Outcome::Answered, kAnswerGood, done, "", 3,
+    row("taken", Outcome::Answered, true, done, "", 0, bytes);
+    row("noise about it", Outcome::Answered, true, done, "", 3,
         bytes + QLatin1String("; 3 stray bytes"));
-    row("not accepted", Outcome::Bad, kAnswerResend, done, "", 0,
+    row("taken after a note", Outcome::Answered, true, done, "another station or command", 0, bytes);
+    row("not accepted", Outcome::Bad, false, done, "", 0,
         bytes + QLatin1String("; not accepted, sent again"));
-    row("not used", Outcome::Bad, kAnswerGivenUp, done, "another station or command", 0,
+    row("not used", Outcome::Bad, true, done, "another station or command", 0,
         bytes + QLatin1String("; not used: another station or command, given up"));
-    row("silence", Outcome::TimedOut, kAnswerResend, QByteArray(), "", 0,
+    row("silence", Outcome::TimedOut, false, QByteArray(), "", 0,
         QLatin1String("no answer; sent again"));
-    row("cut off", Outcome::TimedOut, kAnswerGivenUp, "\x06", "", 0,
-        QLatin1String("answer incomplete, 1 bytes [06]; given up"));
+    row("noise only", Outcome::Bad, true, QByteArray(), "", 7,
+        QLatin1String("no usable answer; 7 stray bytes, given up"));
+    row("cut off", Outcome::Bad, true, "\x06", "", 0,
+        QLatin1String("1 bytes [06] a frame without its end; not accepted, given up"));
 }
 
 void TestTrace::answers()
 {
-    QFETCH(int, outcome);
-    ExchangeReport report;
-    report.outcome = static_cast<Outcome>(outcome);
-    report.tookMs = 12.34;
-    QFETCH(int, result);
-    report.result = result;
+    QFETCH(Outcome, outcome);
+    QFETCH(bool, final);
     QFETCH(QByteArray, answer);
     QFETCH(QString, note);
     QFETCH(int, stray);
     QFETCH(QString, text);
-    report.answer = answer;
-    report.note = note;
-    report.strayBytes = stray;
-    QCOMPARE(traceAnswer(QTime(7, 8, 9, 10), report),
-             QLatin1String("07:08:09.010 <- 12.3 ms ") + text);
+    ExchangeReport report;
+    report.final = final;
+    report.reply.outcome = outcome;
+    report.reply.tookMs = 12.34;
+    report.reply.answer = answer;
+    report.reply.note = note;
+    report.reply.strayBytes = stray;
+    QCOMPARE(traceAnswer(kTime, report), QLatin1String("07:08:09.010 <- 12.3 ms ") + text);
+}
+
+void TestTrace::lateAnswer()
+{
+    QCOMPARE(traceLate(kTime, QByteArray("\x06"
+                                         "01wSB\x03"
+                                         "76"),
+                       700.04),
+             QLatin1String("07:08:09.010 <- 700.0 ms 9 bytes [06 30 31 77 53 42 03 37 36] station "
+                           "1, done; too late, not used"));
 }
 
 QTEST_APPLESS_MAIN(TestTrace)
+
 #include "test_trace.moc"

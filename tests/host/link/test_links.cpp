@@ -1,6 +1,11 @@
-#include "host/link/link_serial.h"
-#include "simulation/link_sim.h"
-#include "host/link/link_tcp.h"
+#include <host/driver/driver.h>
+#include <host/link/link_serial.h>
+#include <host/link/link_tcp.h>
+#include <host/session.h>
+
+#include <plc/bus.h>
+#include <plc/pty_server.h>
+#include <plc/tcp_server.h>
 
 #include <QSignalSpy>
 #include <QTcpServer>
@@ -15,9 +20,6 @@
 using namespace cnet;
 
 namespace {
-
-const QByteArray kReadWord("\x05"
-                           "01RSB08%DW0000001\x04");
 
 // The far end of a pseudo-terminal.
 class Terminal
@@ -78,9 +80,6 @@ class TestLinks : public QObject
 private Q_SLOTS:
     void makesEachKind_data();
     void makesEachKind();
-    void simAnswers();
-    void simIsSilentForOthers();
-    void simForgetsWhatIsUnderwayWhenClosed();
     void tcpCarriesBytes();
     void tcpTellsWhenTheOtherEndHangsUp();
     void tcpTellsWhenNobodyListens();
@@ -89,12 +88,14 @@ private Q_SLOTS:
     void serialCarriesBytes();
     void serialTellsWhenTheDeviceGoes();
     void serialTellsWhenThereIsNoDevice();
+    void talksToAPlc_data();
+    void talksToAPlc();
+    void babbleComesInBits();
 };
 
 void TestLinks::makesEachKind_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("sim") << "simulated PLC";
     QTest::newRow("tcp:plc:8000") << "tcp plc:8000";
     QTest::newRow("serial:/dev/ttyS9,9600") << "serial /dev/ttyS9,9600,8,NONE,1";
 }
@@ -104,44 +105,11 @@ void TestLinks::makesEachKind()
     QString error;
     const auto address = parseLinkAddress(QLatin1String(QTest::currentDataTag()), error);
     QVERIFY2(address.has_value(), qPrintable(error));
-    const std::unique_ptr<Link> link = makeLink(*address, {1});
+    const std::unique_ptr<Link> link = makeLink(*address);
+    QVERIFY(link != nullptr);
     QTEST(link->name(), "name");
     QVERIFY(!link->isOpen());
-}
-
-void TestLinks::simAnswers()
-{
-    LinkSim link({1, 2}, 0);
-    QVERIFY(link.bus().find(1)->station.memory().setWord('F', 0, 0x4321));
-    QSignalSpy opened(&link, &Link::opened);
-    QSignalSpy received(&link, &Link::received);
-    link.open();
-    QCOMPARE(opened.size(), 1);
-    link.send(QByteArray(kReadWord).replace("%DW", "%FW"));
-    QVERIFY(received.wait());
-    QCOMPARE(joined(received), QByteArray("\x06"
-                                          "01RSB01024321\x03"));
-}
-
-void TestLinks::simIsSilentForOthers()
-{
-    LinkSim link({1}, 0);
-    QSignalSpy received(&link, &Link::received);
-    link.send(kReadWord); // not open yet
-    link.open();
-    link.send(QByteArray(kReadWord).replace(1, 2, "02"));
-    QVERIFY(!received.wait(20));
-}
-
-void TestLinks::simForgetsWhatIsUnderwayWhenClosed()
-{
-    LinkSim link({1}, 0);
-    QSignalSpy received(&link, &Link::received);
-    link.open();
-    link.send(kReadWord);
-    link.close();
-    QVERIFY(!received.wait(20));
-    QVERIFY(!link.isOpen());
+    QVERIFY(makeLink(LinkAddress()) == nullptr); // a simulation is none of the library's business
 }
 
 void TestLinks::tcpCarriesBytes()
@@ -266,6 +234,66 @@ void TestLinks::serialTellsWhenThereIsNoDevice()
     link.open();
     QCOMPARE(failed.size(), 1);
     QVERIFY(!link.isOpen());
+}
+
+void TestLinks::talksToAPlc_data()
+{
+    QTest::addColumn<bool>("serial");
+    QTest::newRow("tcp") << false;
+    QTest::newRow("serial") << true;
+}
+
+// A whole session over a real line.
+void TestLinks::talksToAPlc()
+{
+    QFETCH(bool, serial);
+    plc::Bus bus;
+    bus.add(1).station.memory().setWord('D', 5, 4711);
+    plc::ServerSetup setup;
+    setup.bus = &bus;
+    setup.clock.start();
+    plc::TcpServer tcp(setup);
+    plc::PtyServer terminal(setup);
+    LinkAddress address;
+    if (serial) {
+        QVERIFY2(terminal.open(QString()), qPrintable(terminal.errorString()));
+        address.kind = LinkAddress::Kind::Serial;
+        address.device = terminal.device();
+    } else {
+        QVERIFY2(tcp.listen(QHostAddress::LocalHost, 0), qPrintable(tcp.errorString()));
+        address.kind = LinkAddress::Kind::Tcp;
+        address.host = QLatin1String("127.0.0.1");
+        address.port = tcp.port();
+    }
+    Driver driver;
+    QString error;
+    QVERIFY2(driver.load(QLatin1String(DRIVER_FILE), error), qPrintable(error));
+    Session session(driver, makeLink(address));
+    const Item item{1, *driver.registers().find(QLatin1String("D_W")), 5, 2};
+    Monitor *const monitor = session.monitor({item});
+    WriteJob *const write = session.write({{item, {7, 8}}});
+    session.open();
+    QTRY_VERIFY(monitor->isGood());
+    QCOMPARE(write->failure(), QString());
+    QCOMPARE(monitor->items().first().values.at(1).value, quint16(8));
+    QCOMPARE(bus.find(1)->station.memory().word('D', 5).value_or(0), quint16(7));
+}
+
+// A line that talks without end leaves time for everything else.
+void TestLinks::babbleComesInBits()
+{
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    LinkTcp link(QLatin1String("127.0.0.1"), server.serverPort());
+    QSignalSpy received(&link, &Link::received);
+    link.open();
+    QTRY_VERIFY(server.hasPendingConnections());
+    const int length = 1000000;
+    server.nextPendingConnection()->write(QByteArray(length, 'x'));
+    QTRY_COMPARE(static_cast<int>(joined(received).size()), length);
+    for (const QList<QVariant> &call : received) {
+        QVERIFY(call.first().toByteArray().size() <= kMostBytesAtOnce);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestLinks)
