@@ -83,20 +83,212 @@ class TestForeignHost : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
-    void init();
-    void everyNameIsThere_data();
-    void everyNameIsThere();
-    void describesItselfAtOnce();
-    void describesRegisters();
-    void keepsThePropertyPageToItself();
-    void checksAddresses();
-    void makesSeries();
-    void readsAndNotifies();
-    void writes();
-    void readsOnCondition();
-    void transfersRecipes();
+    void initTestCase()
+    {
+        m_library = dlopen(DRIVER_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+        QVERIFY2(m_library != nullptr, dlerror());
+        QString parameter;
+        find<void (*)(QString &)>("intf_getDriverParameter")(parameter);
+        QVERIFY(parameter.endsWith(text("TX,CX,D_bit")));
+    }
+
+    void cleanupTestCase() { QCOMPARE(dlclose(m_library), 0); }
+
+    void init()
+    {
+        g_calls.clear();
+        m_shared.fill('\0');
+        m_recipe.fill('\0');
+        find<void (*)(Callback)>("intf_setAddrValueChangeCallBack")(&recordCall);
+        int status = -1;
+        const int result =
+            find<int (*)(unsigned char *, int, unsigned char *, int *, const char *, QMutex *)>(
+                "intf_initProperty")(reinterpret_cast<unsigned char *>(m_shared.data()), 0,
+                                     reinterpret_cast<unsigned char *>(m_recipe.data()), &status,
+                                     "3#0#0#2#60", &m_lock);
+        QCOMPARE(result, 1);
+        QCOMPARE(status, 0);
+    }
+
+    void everyNameIsThere_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        const char *const names[] = {"intf_getProtocolType",
+                                     "intf_getDriverParameter",
+                                     "intf_getDriverPropertyPage",
+                                     "intf_SetDriverPropertyPage",
+                                     "intf_setAddrValueChangeCallBack",
+                                     "intf_getVersion",
+                                     "intf_getRegListByType",
+                                     "intf_getRegDiscription",
+                                     "intf_initProperty",
+                                     "intf_checkAddrValidity",
+                                     "intf_checkAddr",
+                                     "intf_addrMerge",
+                                     "intf_multiCopy",
+                                     "intf_getSendFrame",
+                                     "intf_dealRcvFrame",
+                                     "intf_getData",
+                                     "intf_setData",
+                                     "intf_addConditionRead",
+                                     "intf_setRcpAddress"};
+        for (const char *const name : names) {
+            QTest::newRow(name) << QByteArray(name);
+        }
+    }
+
+    void everyNameIsThere()
+    {
+        QFETCH(QByteArray, name);
+        QVERIFY(dlsym(m_library, name.constData()) != nullptr);
+    }
+
+    void describesItselfAtOnce()
+    {
+        int type = -1;
+        find<void (*)(int *)>("intf_getProtocolType")(&type);
+        QCOMPARE(type, 0);
+        QCOMPARE(find<QString (*)()>("intf_getVersion")(), text("2.0.0.0"));
+        QString parameter;
+        find<void (*)(QString &)>("intf_getDriverParameter")(parameter);
+        QCOMPARE(
+            parameter,
+            text("0,38400,8,NONE,1,0,1,192.168.0.100,8000,ls_master_k_cnet,D_W,C_W,T_W,K_W,P_W,F_W,"
+                 "L_W,M_W,P_bit,K_bit,M_bit,L_bit,F_bit,TX,CX,D_bit"));
+    }
+
+    void describesRegisters()
+    {
+        QList<QString> names;
+        QCOMPARE(find<int (*)(int, QList<QString> &)>("intf_getRegListByType")(0, names), 1);
+        QCOMPARE(static_cast<int>(names.size()), 8);
+        QList<QString> description;
+        QCOMPARE(find<int (*)(const QString &, QList<QString> &)>("intf_getRegDiscription")(
+                     text("D_bit"), description),
+                 0);
+        QCOMPARE(QStringList(description).join(text(" ")), text("DDDD.dd 0.0 9999.15 0 1"));
+    }
+
+    void keepsThePropertyPageToItself()
+    {
+        find<void (*)(const QString &)>("intf_SetDriverPropertyPage")(text("any text"));
+        QString page;
+        find<void (*)(QString &)>("intf_getDriverPropertyPage")(page);
+        QCOMPARE(page, text("0_0"));
+    }
+
+    void checksAddresses()
+    {
+        int addr = -1;
+        QCOMPARE(find<int (*)(const QString &, const QString &, int &, int, int)>(
+                     "intf_checkAddrValidity")(text("M_bit"), text("255.15"), addr, 1, 0),
+                 0);
+        QCOMPARE(addr, 4095);
+        QCOMPARE(find<int (*)(const QString &, const QString &, int &, int, int, int)>(
+                     "intf_checkAddr")(text("D_W"), text("10000"), addr, 0, 1, 0),
+                 2);
+    }
+
+    void makesSeries()
+    {
+        QString reg = text("M_bit");
+        QVector<QString> texts;
+        QVector<int> numbers;
+        QCOMPARE(find<int (*)(QString &, int, int, int, QVector<QString> &, QVector<int> &)>(
+                     "intf_multiCopy")(reg, 4094, 3, 1, texts, numbers),
+                 2);
+        QCOMPARE(QStringList(texts.toList()).join(text(" ")), text("255.14 255.15 255.15"));
+        QCOMPARE(numbers.at(2), 4095);
+    }
+
+    void readsAndNotifies()
+    {
+        Key key = Key();
+        key.stationNo = 1;
+        key.regName = text("D_W");
+        key.startAddr = 100;
+        key.count = 5;
+        QList<Key> keys;
+        keys.append(key);
+        QCOMPARE(find<int (*)(QList<Key> &)>("intf_addrMerge")(keys), 1);
+
+        const Frame frame = nextFrame();
+        QCOMPARE(QByteArray(reinterpret_cast<const char *>(frame.sendBuf), frame.sendLen),
+                 QByteArray("\x05"
+                            "01rSB08%DW0010005\x04"
+                            "EF"));
+        QCOMPARE(frame.recvLen, 33);
+        QCOMPARE(frame.dataPos, 10);
+        QCOMPARE(frame.unitCount, 5);
+        QCOMPARE(frame.spare, 0);
+        QCOMPARE(frame.var.opKind, 4);
+        QCOMPARE(frame.var.regName, text("D_W"));
+        QCOMPARE(frame.var.count, 5);
+
+        QString errorText;
+        QCOMPARE(answer("01rSB010A00000000000000001234", &errorText), 1);
+        QCOMPARE(errorText, text("1#D_W100(5)(33)"));
+        QCOMPARE(g_calls, QStringList(text("3 1 D_W 104")));
+
+        unsigned char bytes[4] = {9, 9, 9, 9};
+        QString reg = text("D_W");
+        QCOMPARE(find<int (*)(int, QString &, int, int, unsigned char *)>("intf_getData")(
+                     1, reg, 104, 1, bytes),
+                 1);
+        QCOMPARE(static_cast<int>(bytes[0]), 0x34);
+        QCOMPARE(static_cast<int>(bytes[1]), 0x12);
+        QCOMPARE(static_cast<int>(bytes[2]), 9);
+    }
+
+    void writes()
+    {
+        unsigned char values[4] = {0x34, 0x12, 0xCD, 0xAB};
+        QString reg = text("D_W");
+        QCOMPARE(find<int (*)(int, QString &, int, int, unsigned char *, int)>("intf_setData")(
+                     1, reg, 100, 2, values, 9),
+                 1);
+        const Frame frame = nextFrame();
+        QCOMPARE(QByteArray(reinterpret_cast<const char *>(frame.sendBuf), frame.sendLen),
+                 QByteArray("\x05"
+                            "01wSB08%DW00100021234ABCD\x04"
+                            "C5"));
+        QCOMPARE(frame.var.opKind, 9);
+        QCOMPARE(answer("01wSB"), 1);
+        QCOMPARE(nextFrame().sendLen, 0);
+    }
+
+    void readsOnCondition()
+    {
+        Key key = Key();
+        key.stationNo = 2;
+        key.regName = text("T_W");
+        key.startAddr = 7;
+        key.count = 1;
+        QCOMPARE(find<int (*)(Key &, int)>("intf_addConditionRead")(key, 5), 1);
+        QCOMPARE(nextFrame().var.opKind, 5);
+        QCOMPARE(answer("02rSB01020001"), 1);
+        QCOMPARE(g_calls, QStringList(text("-1 -1 -1 0")));
+    }
+
+    void transfersRecipes()
+    {
+        RecipeItem item = RecipeItem();
+        item.deviceNo = 3;
+        item.stationNo = 1;
+        item.regName = text("D_W");
+        item.startAddr = 10;
+        item.count = 2;
+        item.bufOffset = 4;
+        QVector<RecipeItem> items;
+        items.append(item);
+        QCOMPARE(find<int (*)(QVector<RecipeItem> &)>("intf_setRcpAddress")(items), 1);
+        m_shared[60116] = 1;
+        QCOMPARE(nextFrame().var.count, 2);
+        QCOMPARE(answer("01rSB01040102FFFE"), 1);
+        QCOMPARE(static_cast<int>(m_shared.at(60116)), 0);
+        QCOMPARE(m_recipe.mid(8, 4), QByteArray("\x02\x01\xFE\xFF"));
+        QCOMPARE(g_calls, QStringList() << text("0 -1 RWI 4") << text("0 -1 RWI 5"));
+    }
 
 private:
     // The function of that name with the type that the documentation gives.
@@ -109,8 +301,26 @@ private:
         return function;
     }
 
-    Frame nextFrame() const;
-    int answer(const char *text, QString *errorText = nullptr) const;
+    Frame nextFrame() const
+    {
+        Frame frame = Frame();
+        find<int (*)(Frame &)>("intf_getSendFrame")(frame);
+        return frame;
+    }
+
+    // Hands in ACK, the text, ETX and its block check.
+    int answer(const char *body, QString *errorText = nullptr) const
+    {
+        QByteArray reply = QByteArray("\x06") + body + "\x03";
+        unsigned sum = 0;
+        for (int i = 0; i < reply.size(); ++i) {
+            sum += static_cast<unsigned char>(reply.at(i));
+        }
+        reply += QByteArray::number(sum % 256 + 256, 16).toUpper().right(2);
+        QString unused;
+        return find<int (*)(QByteArray &, QString &)>("intf_dealRcvFrame")(
+            reply, errorText != nullptr ? *errorText : unused);
+    }
 
     void *m_library = nullptr;
     QByteArray m_shared = QByteArray(60117, '\0');
@@ -118,237 +328,5 @@ private:
     QMutex m_lock;
 };
 
-void TestForeignHost::initTestCase()
-{
-    m_library = dlopen(DRIVER_LIBRARY, RTLD_NOW | RTLD_LOCAL);
-    QVERIFY2(m_library != nullptr, dlerror());
-    QString parameter;
-    find<void (*)(QString &)>("intf_getDriverParameter")(parameter);
-    QVERIFY(parameter.endsWith(text("TX,CX,D_bit")));
-}
-
-void TestForeignHost::cleanupTestCase()
-{
-    QCOMPARE(dlclose(m_library), 0);
-}
-
-void TestForeignHost::init()
-{
-    g_calls.clear();
-    m_shared.fill('\0');
-    m_recipe.fill('\0');
-    find<void (*)(Callback)>("intf_setAddrValueChangeCallBack")(&recordCall);
-    int status = -1;
-    const int result =
-        find<int (*)(unsigned char *, int, unsigned char *, int *, const char *, QMutex *)>(
-            "intf_initProperty")(reinterpret_cast<unsigned char *>(m_shared.data()), 0,
-                                 reinterpret_cast<unsigned char *>(m_recipe.data()), &status,
-                                 "3#0#0#2#60", &m_lock);
-    QCOMPARE(result, 1);
-    QCOMPARE(status, 0);
-}
-
-void TestForeignHost::everyNameIsThere_data()
-{
-    QTest::addColumn<QByteArray>("name");
-    const char *const names[] = {"intf_getProtocolType",
-                                 "intf_getDriverParameter",
-                                 "intf_getDriverPropertyPage",
-                                 "intf_SetDriverPropertyPage",
-                                 "intf_setAddrValueChangeCallBack",
-                                 "intf_getVersion",
-                                 "intf_getRegListByType",
-                                 "intf_getRegDiscription",
-                                 "intf_initProperty",
-                                 "intf_checkAddrValidity",
-                                 "intf_checkAddr",
-                                 "intf_addrMerge",
-                                 "intf_multiCopy",
-                                 "intf_getSendFrame",
-                                 "intf_dealRcvFrame",
-                                 "intf_getData",
-                                 "intf_setData",
-                                 "intf_addConditionRead",
-                                 "intf_setRcpAddress"};
-    for (const char *const name : names) {
-        QTest::newRow(name) << QByteArray(name);
-    }
-}
-
-void TestForeignHost::everyNameIsThere()
-{
-    QFETCH(QByteArray, name);
-    QVERIFY(dlsym(m_library, name.constData()) != nullptr);
-}
-
-void TestForeignHost::describesItselfAtOnce()
-{
-    int type = -1;
-    find<void (*)(int *)>("intf_getProtocolType")(&type);
-    QCOMPARE(type, 0);
-    QCOMPARE(find<QString (*)()>("intf_getVersion")(), text("2.0.0.0"));
-    QString parameter;
-    find<void (*)(QString &)>("intf_getDriverParameter")(parameter);
-    QCOMPARE(
-        parameter,
-        text("0,38400,8,NONE,1,0,1,192.168.0.100,8000,ls_master_k_cnet,D_W,C_W,T_W,K_W,P_W,F_W,"
-             "L_W,M_W,P_bit,K_bit,M_bit,L_bit,F_bit,TX,CX,D_bit"));
-}
-
-void TestForeignHost::describesRegisters()
-{
-    QList<QString> names;
-    QCOMPARE(find<int (*)(int, QList<QString> &)>("intf_getRegListByType")(0, names), 1);
-    QCOMPARE(static_cast<int>(names.size()), 8);
-    QList<QString> description;
-    QCOMPARE(find<int (*)(const QString &, QList<QString> &)>("intf_getRegDiscription")(
-                 text("D_bit"), description),
-             0);
-    QCOMPARE(QStringList(description).join(text(" ")), text("DDDD.dd 0.0 9999.15 0 1"));
-}
-
-void TestForeignHost::keepsThePropertyPageToItself()
-{
-    find<void (*)(const QString &)>("intf_SetDriverPropertyPage")(text("any text"));
-    QString page;
-    find<void (*)(QString &)>("intf_getDriverPropertyPage")(page);
-    QCOMPARE(page, text("0_0"));
-}
-
-void TestForeignHost::checksAddresses()
-{
-    int addr = -1;
-    QCOMPARE(find<int (*)(const QString &, const QString &, int &, int, int)>(
-                 "intf_checkAddrValidity")(text("M_bit"), text("255.15"), addr, 1, 0),
-             0);
-    QCOMPARE(addr, 4095);
-    QCOMPARE(find<int (*)(const QString &, const QString &, int &, int, int, int)>(
-                 "intf_checkAddr")(text("D_W"), text("10000"), addr, 0, 1, 0),
-             2);
-}
-
-void TestForeignHost::makesSeries()
-{
-    QString reg = text("M_bit");
-    QVector<QString> texts;
-    QVector<int> numbers;
-    QCOMPARE(find<int (*)(QString &, int, int, int, QVector<QString> &, QVector<int> &)>(
-                 "intf_multiCopy")(reg, 4094, 3, 1, texts, numbers),
-             2);
-    QCOMPARE(QStringList(texts.toList()).join(text(" ")), text("255.14 255.15 255.15"));
-    QCOMPARE(numbers.at(2), 4095);
-}
-
-Frame TestForeignHost::nextFrame() const
-{
-    Frame frame = Frame();
-    find<int (*)(Frame &)>("intf_getSendFrame")(frame);
-    return frame;
-}
-
-// Hands in ACK, the text, ETX and its block check.
-int TestForeignHost::answer(const char *body, QString *errorText) const
-{
-    QByteArray reply = QByteArray("\x06") + body + "\x03";
-    unsigned sum = 0;
-    for (int i = 0; i < reply.size(); ++i) {
-        sum += static_cast<unsigned char>(reply.at(i));
-    }
-    reply += QByteArray::number(sum % 256 + 256, 16).toUpper().right(2);
-    QString unused;
-    return find<int (*)(QByteArray &, QString &)>("intf_dealRcvFrame")(
-        reply, errorText != nullptr ? *errorText : unused);
-}
-
-void TestForeignHost::readsAndNotifies()
-{
-    Key key = Key();
-    key.stationNo = 1;
-    key.regName = text("D_W");
-    key.startAddr = 100;
-    key.count = 5;
-    QList<Key> keys;
-    keys.append(key);
-    QCOMPARE(find<int (*)(QList<Key> &)>("intf_addrMerge")(keys), 1);
-
-    const Frame frame = nextFrame();
-    QCOMPARE(QByteArray(reinterpret_cast<const char *>(frame.sendBuf), frame.sendLen),
-             QByteArray("\x05"
-                        "01rSB08%DW0010005\x04"
-                        "EF"));
-    QCOMPARE(frame.recvLen, 33);
-    QCOMPARE(frame.dataPos, 10);
-    QCOMPARE(frame.unitCount, 5);
-    QCOMPARE(frame.spare, 0);
-    QCOMPARE(frame.var.opKind, 4);
-    QCOMPARE(frame.var.regName, text("D_W"));
-    QCOMPARE(frame.var.count, 5);
-
-    QString errorText;
-    QCOMPARE(answer("01rSB010A00000000000000001234", &errorText), 1);
-    QCOMPARE(errorText, text("1#D_W100(5)(33)"));
-    QCOMPARE(g_calls, QStringList(text("3 1 D_W 104")));
-
-    unsigned char bytes[4] = {9, 9, 9, 9};
-    QString reg = text("D_W");
-    QCOMPARE(find<int (*)(int, QString &, int, int, unsigned char *)>("intf_getData")(1, reg, 104,
-                                                                                      1, bytes),
-             1);
-    QCOMPARE(static_cast<int>(bytes[0]), 0x34);
-    QCOMPARE(static_cast<int>(bytes[1]), 0x12);
-    QCOMPARE(static_cast<int>(bytes[2]), 9);
-}
-
-void TestForeignHost::writes()
-{
-    unsigned char values[4] = {0x34, 0x12, 0xCD, 0xAB};
-    QString reg = text("D_W");
-    QCOMPARE(find<int (*)(int, QString &, int, int, unsigned char *, int)>("intf_setData")(
-                 1, reg, 100, 2, values, 9),
-             1);
-    const Frame frame = nextFrame();
-    QCOMPARE(QByteArray(reinterpret_cast<const char *>(frame.sendBuf), frame.sendLen),
-             QByteArray("\x05"
-                        "01wSB08%DW00100021234ABCD\x04"
-                        "C5"));
-    QCOMPARE(frame.var.opKind, 9);
-    QCOMPARE(answer("01wSB"), 1);
-    QCOMPARE(nextFrame().sendLen, 0);
-}
-
-void TestForeignHost::readsOnCondition()
-{
-    Key key = Key();
-    key.stationNo = 2;
-    key.regName = text("T_W");
-    key.startAddr = 7;
-    key.count = 1;
-    QCOMPARE(find<int (*)(Key &, int)>("intf_addConditionRead")(key, 5), 1);
-    QCOMPARE(nextFrame().var.opKind, 5);
-    QCOMPARE(answer("02rSB01020001"), 1);
-    QCOMPARE(g_calls, QStringList(text("-1 -1 -1 0")));
-}
-
-void TestForeignHost::transfersRecipes()
-{
-    RecipeItem item = RecipeItem();
-    item.deviceNo = 3;
-    item.stationNo = 1;
-    item.regName = text("D_W");
-    item.startAddr = 10;
-    item.count = 2;
-    item.bufOffset = 4;
-    QVector<RecipeItem> items;
-    items.append(item);
-    QCOMPARE(find<int (*)(QVector<RecipeItem> &)>("intf_setRcpAddress")(items), 1);
-    m_shared[60116] = 1;
-    QCOMPARE(nextFrame().var.count, 2);
-    QCOMPARE(answer("01rSB01040102FFFE"), 1);
-    QCOMPARE(static_cast<int>(m_shared.at(60116)), 0);
-    QCOMPARE(m_recipe.mid(8, 4), QByteArray("\x02\x01\xFE\xFF"));
-    QCOMPARE(g_calls, QStringList() << text("0 -1 RWI 4") << text("0 -1 RWI 5"));
-}
-
 QTEST_APPLESS_MAIN(TestForeignHost)
-
 #include "test_foreign_host.moc"

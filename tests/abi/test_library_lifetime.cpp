@@ -140,15 +140,135 @@ class TestLibraryLifetime : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
-    void init();
-    void unloadingTakesItOutOfMemory();
-    void loadedAgainItStartsAfresh();
-    void textsOutliveTheLibrary();
-    void loadedManyTimes();
-    void twoFilesHaveTwoStates();
-    void oneOfTwoIsUnloaded();
+    void initTestCase()
+    {
+        QByteArray pattern = QFile::encodeName(QDir::tempPath() + text("/driver-XXXXXX"));
+        QVERIFY(mkdtemp(pattern.data()) != nullptr);
+        m_directory = QFile::decodeName(pattern);
+        QVERIFY(QFile::copy(text(DRIVER_LIBRARY), copy("libline_1.so")));
+        QVERIFY(QFile::copy(text(DRIVER_LIBRARY), copy("libline_2.so")));
+    }
+
+    void cleanupTestCase()
+    {
+        QFile::remove(copy("libline_1.so"));
+        QFile::remove(copy("libline_2.so"));
+        QVERIFY(QDir().rmdir(m_directory));
+    }
+
+    void init() { g_calls.clear(); }
+
+    void unloadingTakesItOutOfMemory()
+    {
+        const QString file = text(DRIVER_LIBRARY);
+        QVERIFY(!isMapped(file));
+        Library library(file);
+        QVERIFY2(library.isLoaded(), dlerror());
+        QVERIFY(isMapped(file));
+        library.start("3#0#0#3#60");
+        library.write(100, 0x1234);
+        library.unload();
+        QVERIFY(!isMapped(file));
+    }
+
+    void loadedAgainItStartsAfresh()
+    {
+        Library before((text(DRIVER_LIBRARY)));
+        QVERIFY2(before.isLoaded(), dlerror());
+        before.start("3#0#0#3#60");
+        before.watch(&callOfOne);
+        before.monitor(100);
+        before.write(100, 0x1234);
+        QCOMPARE(g_calls, QStringList(text("one: device 3, address 100")));
+        QCOMPARE(before.value(100), 0x1234);
+        QVERIFY(!before.nextFrame().isEmpty());
+        before.unload();
+
+        Library after((text(DRIVER_LIBRARY)));
+        QVERIFY2(after.isLoaded(), dlerror());
+        QCOMPARE(after.value(100), 0);
+        QCOMPARE(after.nextFrame(), QByteArray());
+        after.monitor(100);
+        after.write(100, 1);
+        QCOMPARE(g_calls.size(), 1); // the new one knows no callback yet
+        after.start("");             // a text without fields leaves the settings as they are
+        after.watch(&callOfOther);
+        after.monitor(100);
+        after.write(100, 2);
+        QCOMPARE(g_calls.last(), text("other: device 0, address 100"));
+    }
+
+    // Texts are shared until one side changes them: none may lie in the library itself.
+    void textsOutliveTheLibrary()
+    {
+        Library library((text(DRIVER_LIBRARY)));
+        QVERIFY2(library.isLoaded(), dlerror());
+        const QString version = library.CALL(intf_getVersion)();
+        QString page;
+        library.CALL(intf_getDriverPropertyPage)(page);
+        QList<QString> row;
+        library.CALL(intf_getRegListByType)(0, row);
+        library.CALL(intf_getRegDiscription)(text("D_bit"), row);
+        library.unload();
+        QVERIFY(!isMapped(text(DRIVER_LIBRARY)));
+        QCOMPARE(version, text("2.0.0.0"));
+        QCOMPARE(page, text("0_0"));
+        QCOMPARE(row.first(), text("P_bit"));
+        QCOMPARE(row.last(), text("1"));
+    }
+
+    void loadedManyTimes()
+    {
+        for (int round = 1; round <= 50; ++round) {
+            const Library library((text(DRIVER_LIBRARY)));
+            QVERIFY2(library.isLoaded(), dlerror());
+            QCOMPARE(library.value(round - 1), 0);
+            library.start("3#0#0#3#60");
+            library.write(round, 0x1234);
+            QCOMPARE(library.value(round), 0x1234);
+        }
+        QVERIFY(!isMapped(text(DRIVER_LIBRARY)));
+    }
+
+    void twoFilesHaveTwoStates()
+    {
+        const Library one(copy("libline_1.so"));
+        const Library other(copy("libline_2.so"));
+        QVERIFY2(one.isLoaded() && other.isLoaded(), dlerror());
+        one.start("1#0#0#3#60");
+        other.start("2#0#0#3#60");
+        one.watch(&callOfOne);
+        other.watch(&callOfOther);
+        one.monitor(100);
+        other.monitor(200);
+
+        one.write(100, 0x1111);
+        QCOMPARE(g_calls, QStringList(text("one: device 1, address 100")));
+        QCOMPARE(one.value(100), 0x1111);
+        QCOMPARE(other.value(100), 0);
+        QCOMPARE(one.nextFrame(), QByteArray("01wSB08%DW00100011111"));
+        QCOMPARE(other.nextFrame(), QByteArray("01rSB08%DW0020001"));
+
+        other.write(200, 0x2222);
+        QCOMPARE(g_calls.last(), text("other: device 2, address 200"));
+        QCOMPARE(g_calls.size(), 2);
+        QCOMPARE(one.value(200), 0);
+    }
+
+    void oneOfTwoIsUnloaded()
+    {
+        Library one(copy("libline_1.so"));
+        const Library other(copy("libline_2.so"));
+        QVERIFY2(one.isLoaded() && other.isLoaded(), dlerror());
+        one.start("1#0#0#3#60");
+        other.start("2#0#0#3#60");
+        one.write(100, 0x1111);
+        other.write(100, 0x2222);
+        one.unload();
+        QVERIFY(!isMapped(copy("libline_1.so")));
+        QCOMPARE(other.value(100), 0x2222);
+        QCOMPARE(other.nextFrame(), QByteArray("01wSB08%DW00100012222"));
+    }
 
 private:
     QString copy(const char *name) const { return m_directory + QLatin1Char('/') + text(name); }
@@ -156,139 +276,5 @@ private:
     QString m_directory;
 };
 
-void TestLibraryLifetime::initTestCase()
-{
-    QByteArray pattern = QFile::encodeName(QDir::tempPath() + text("/driver-XXXXXX"));
-    QVERIFY(mkdtemp(pattern.data()) != nullptr);
-    m_directory = QFile::decodeName(pattern);
-    QVERIFY(QFile::copy(text(DRIVER_LIBRARY), copy("libline_1.so")));
-    QVERIFY(QFile::copy(text(DRIVER_LIBRARY), copy("libline_2.so")));
-}
-
-void TestLibraryLifetime::cleanupTestCase()
-{
-    QFile::remove(copy("libline_1.so"));
-    QFile::remove(copy("libline_2.so"));
-    QVERIFY(QDir().rmdir(m_directory));
-}
-
-void TestLibraryLifetime::init()
-{
-    g_calls.clear();
-}
-
-void TestLibraryLifetime::unloadingTakesItOutOfMemory()
-{
-    const QString file = text(DRIVER_LIBRARY);
-    QVERIFY(!isMapped(file));
-    Library library(file);
-    QVERIFY2(library.isLoaded(), dlerror());
-    QVERIFY(isMapped(file));
-    library.start("3#0#0#3#60");
-    library.write(100, 0x1234);
-    library.unload();
-    QVERIFY(!isMapped(file));
-}
-
-void TestLibraryLifetime::loadedAgainItStartsAfresh()
-{
-    Library before((text(DRIVER_LIBRARY)));
-    QVERIFY2(before.isLoaded(), dlerror());
-    before.start("3#0#0#3#60");
-    before.watch(&callOfOne);
-    before.monitor(100);
-    before.write(100, 0x1234);
-    QCOMPARE(g_calls, QStringList(text("one: device 3, address 100")));
-    QCOMPARE(before.value(100), 0x1234);
-    QVERIFY(!before.nextFrame().isEmpty());
-    before.unload();
-
-    Library after((text(DRIVER_LIBRARY)));
-    QVERIFY2(after.isLoaded(), dlerror());
-    QCOMPARE(after.value(100), 0);
-    QCOMPARE(after.nextFrame(), QByteArray());
-    after.monitor(100);
-    after.write(100, 1);
-    QCOMPARE(g_calls.size(), 1); // the new one knows no callback yet
-    after.start("");             // a text without fields leaves the settings as they are
-    after.watch(&callOfOther);
-    after.monitor(100);
-    after.write(100, 2);
-    QCOMPARE(g_calls.last(), text("other: device 0, address 100"));
-}
-
-// Texts are shared until one side changes them: none may lie in the library itself.
-void TestLibraryLifetime::textsOutliveTheLibrary()
-{
-    Library library((text(DRIVER_LIBRARY)));
-    QVERIFY2(library.isLoaded(), dlerror());
-    const QString version = library.CALL(intf_getVersion)();
-    QString page;
-    library.CALL(intf_getDriverPropertyPage)(page);
-    QList<QString> row;
-    library.CALL(intf_getRegListByType)(0, row);
-    library.CALL(intf_getRegDiscription)(text("D_bit"), row);
-    library.unload();
-    QVERIFY(!isMapped(text(DRIVER_LIBRARY)));
-    QCOMPARE(version, text("2.0.0.0"));
-    QCOMPARE(page, text("0_0"));
-    QCOMPARE(row.first(), text("P_bit"));
-    QCOMPARE(row.last(), text("1"));
-}
-
-void TestLibraryLifetime::loadedManyTimes()
-{
-    for (int round = 1; round <= 50; ++round) {
-        const Library library((text(DRIVER_LIBRARY)));
-        QVERIFY2(library.isLoaded(), dlerror());
-        QCOMPARE(library.value(round - 1), 0);
-        library.start("3#0#0#3#60");
-        library.write(round, 0x1234);
-        QCOMPARE(library.value(round), 0x1234);
-    }
-    QVERIFY(!isMapped(text(DRIVER_LIBRARY)));
-}
-
-void TestLibraryLifetime::twoFilesHaveTwoStates()
-{
-    const Library one(copy("libline_1.so"));
-    const Library other(copy("libline_2.so"));
-    QVERIFY2(one.isLoaded() && other.isLoaded(), dlerror());
-    one.start("1#0#0#3#60");
-    other.start("2#0#0#3#60");
-    one.watch(&callOfOne);
-    other.watch(&callOfOther);
-    one.monitor(100);
-    other.monitor(200);
-
-    one.write(100, 0x1111);
-    QCOMPARE(g_calls, QStringList(text("one: device 1, address 100")));
-    QCOMPARE(one.value(100), 0x1111);
-    QCOMPARE(other.value(100), 0);
-    QCOMPARE(one.nextFrame(), QByteArray("01wSB08%DW00100011111"));
-    QCOMPARE(other.nextFrame(), QByteArray("01rSB08%DW0020001"));
-
-    other.write(200, 0x2222);
-    QCOMPARE(g_calls.last(), text("other: device 2, address 200"));
-    QCOMPARE(g_calls.size(), 2);
-    QCOMPARE(one.value(200), 0);
-}
-
-void TestLibraryLifetime::oneOfTwoIsUnloaded()
-{
-    Library one(copy("libline_1.so"));
-    const Library other(copy("libline_2.so"));
-    QVERIFY2(one.isLoaded() && other.isLoaded(), dlerror());
-    one.start("1#0#0#3#60");
-    other.start("2#0#0#3#60");
-    one.write(100, 0x1111);
-    other.write(100, 0x2222);
-    one.unload();
-    QVERIFY(!isMapped(copy("libline_1.so")));
-    QCOMPARE(other.value(100), 0x2222);
-    QCOMPARE(other.nextFrame(), QByteArray("01wSB08%DW00100012222"));
-}
-
 QTEST_APPLESS_MAIN(TestLibraryLifetime)
-
 #include "test_library_lifetime.moc"

@@ -1,167 +1,161 @@
 #include "plc/exchange_text.h"
 #include "plc/fault_kinds.h"
 #include "plc/setup_text.h"
+#include "support/rows.h"
 
 #include <QtTest>
 
 using namespace plc;
+
+static const Case<int, int> kUsualValues[] = {
+    {"silence", 0, 0},
+    {"delay", 500, 500},
+    {"noise-before", 1, 8},
+    {"noise-after", 1, 8},
+    {"split", 1, 1},
+    {"wrong-check", 0, 0},
+    {"wrong-station", -1, -1},
+    {"refuse", 0x1132, 0x1132},
+    {"truncate", -1, -1},
+    {"oversize", 300, 300},
+    {"echo", 0, 0},
+    {"repeat", 1, 1},
+};
+
+static const struct
+{
+    const char *what;
+    int station, kind, low, high, times, percent;
+} kFaults[] = {
+    {"1:silence*3", 1, int(FaultKind::Silence), 0, 0, 3, 100},
+    {"2:delay=50..200", 2, int(FaultKind::Delay), 50, 200, -1, 100},
+    {"delay=50", -1, int(FaultKind::Delay), 50, 50, -1, 100},
+    {"wrong-check@10%", -1, int(FaultKind::WrongCheck), 0, 0, -1, 10},
+    {"31:refuse=12ab*2@50%", 31, int(FaultKind::Refuse), 0x12AB, 0x12AB, 2, 50},
+    {"0:wrong-station=31", 0, int(FaultKind::WrongStation), 31, 31, -1, 100},
+    {"truncate=0..5", -1, int(FaultKind::Truncate), 0, 5, -1, 100},
+    {"repeat=5", -1, int(FaultKind::Repeat), 5, 5, -1, 100},
+    {"repeat=1..3*2@7%", -1, int(FaultKind::Repeat), 1, 3, 2, 7},
+    {"echo@0%", -1, int(FaultKind::Echo), 0, 0, -1, 0},
+};
 
 class TestFaultText : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void tableFollowsTheKinds();
-    void usualValues_data();
-    void usualValues();
-    void helpTellsLimitsAndDefaults();
-    void faults_data();
-    void faults();
-    void wrongFaults_data();
-    void wrongFaults();
+    void tableFollowsTheKinds()
+    {
+        QCOMPARE(int(FaultKind::Repeat) + 1, kFaultKinds);
+        for (int i = 0; i < kFaultKinds; ++i) {
+            const FaultKindText &row = faultKindTexts()[static_cast<std::size_t>(i)];
+            QCOMPARE(int(row.kind), i);
+            QCOMPARE(faultName(row.kind), QString::fromLatin1(row.name));
+            QVERIFY(faultHelp().contains(QString::fromLatin1(row.name)));
+            QVERIFY(std::holds_alternative<FaultSetting>(parseFault(faultName(row.kind))));
+        }
+    }
+
+    void usualValues_data() { addRows(kUsualValues); }
+    void usualValues()
+    {
+        const auto &row = currentRow(kUsualValues);
+        const auto parsed = parseFault(QString::fromLatin1(QTest::currentDataTag()));
+        const FaultSetting setting = std::get<FaultSetting>(parsed);
+        QCOMPARE(setting.fault.low, row.given);
+        QCOMPARE(setting.fault.high, row.expected);
+        QCOMPARE(setting.station, -1);
+        QCOMPARE(setting.fault.times, -1);
+        QCOMPARE(setting.fault.percent, 100);
+    }
+
+    void helpTellsLimitsAndDefaults()
+    {
+        const QStringList lines = faultHelp().split(QLatin1Char('\n'));
+        for (const QString &line : lines) {
+            QVERIFY2(line.size() <= 100, qPrintable(line));
+        }
+        QCOMPARE(lines.filter(QLatin1String("(0 to 600000; default 500)")).size(), 1); // delay
+        QCOMPARE(lines.filter(QLatin1String("(0 to FFFF; default 1132)")).size(), 1);  // refuse
+        QCOMPARE(lines.filter(QLatin1String("(1 to 5; default 1)")).size(), 1);        // repeat
+        for (const FaultKindText &kind : faultKindTexts()) {
+            const Fault fault = usualFault(kind.kind);
+            const int base = kind.kind == FaultKind::Refuse ? 16 : 10;
+            QString usual = QString::number(fault.low, base);
+            if (fault.low != fault.high) {
+                usual += QLatin1String("..") + QString::number(fault.high, base);
+            }
+            if (*kind.value != '\0' && fault.low >= 0) {
+                QCOMPARE(QLatin1String(kind.usual), usual);
+            }
+        }
+    }
+
+    void faults_data() { addRows(kFaults); }
+    void faults()
+    {
+        const auto &row = currentRow(kFaults);
+        const auto parsed = parseFault(QString::fromLatin1(QTest::currentDataTag()));
+        QVERIFY(std::holds_alternative<FaultSetting>(parsed));
+        const FaultSetting setting = std::get<FaultSetting>(parsed);
+        QCOMPARE(setting.station, row.station);
+        QCOMPARE(int(setting.fault.kind), row.kind);
+        QCOMPARE(setting.fault.low, row.low);
+        QCOMPARE(setting.fault.high, row.high);
+        QCOMPARE(setting.fault.times, row.times);
+        QCOMPARE(setting.fault.percent, row.percent);
+    }
+
+    void wrongFaults_data()
+    {
+        QTest::addColumn<QString>("expected");
+        const auto row = [](const char *text, const char *expected) {
+            QTest::newRow(text) << QString::fromLatin1(expected);
+        };
+        const char *const times =
+            "expected *TIMES behind the kind and its value, with TIMES from 1 to 1000000000";
+        const char *const percent = "expected @PERCENT% at the end, with PERCENT from 0 to 100";
+        row("", "expected one of silence, delay");
+        row("silent", "expected one of silence, delay");
+        row("32:silence", "expected a station from 0 to 31");
+        row("a:silence", "expected a station from 0 to 31");
+        row("silence*0", times);
+        row("silence*", times);
+        row("silence*-1", times);
+        row("silence*1000000001", times);
+        row("silence@10", percent);
+        row("silence@101%", percent);
+        row("silence@-1%", percent);
+        row("silence@10%*3", percent);
+        row("silence@%", percent);
+        row("silence=3", "silence takes no value");
+        row("echo=", "echo takes no value");
+        row("delay=", "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
+        row("delay=5..",
+            "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
+        row("delay=5..4",
+            "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
+        row("delay=600001",
+            "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
+        row("refuse=1..2", "expected refuse=CODE with values from 0 to FFFF");
+        row("refuse=10000", "expected refuse=CODE with values from 0 to FFFF");
+        row("wrong-station=32", "expected wrong-station=STATION with values from 0 to 31");
+        row("oversize=4097", "expected oversize=BYTES[..BYTES] with values from 0 to 4096");
+        row("repeat=0", "expected repeat=COPIES[..COPIES] with values from 1 to 5");
+        row("repeat=2..6", "expected repeat=COPIES[..COPIES] with values from 1 to 5");
+    }
+
+    void wrongFaults()
+    {
+        QFETCH(QString, expected);
+        const QString text = QString::fromLatin1(QTest::currentDataTag());
+        const auto parsed = parseFault(text);
+        QVERIFY(std::holds_alternative<TextError>(parsed));
+        const QString message = std::get<TextError>(parsed).message;
+        QVERIFY2(message.contains(expected), qPrintable(message));
+        QVERIFY(message.contains(QLatin1Char('"') + text + QLatin1Char('"')));
+    }
 };
-
-void TestFaultText::tableFollowsTheKinds()
-{
-    QCOMPARE(int(FaultKind::Repeat) + 1, kFaultKinds);
-    for (int i = 0; i < kFaultKinds; ++i) {
-        const FaultKindText &row = faultKindTexts()[static_cast<std::size_t>(i)];
-        QCOMPARE(int(row.kind), i);
-        QCOMPARE(faultName(row.kind), QString::fromLatin1(row.name));
-        QVERIFY(faultHelp().contains(QString::fromLatin1(row.name)));
-        QVERIFY(std::holds_alternative<FaultSetting>(parseFault(faultName(row.kind))));
-    }
-}
-
-void TestFaultText::usualValues_data()
-{
-    QTest::addColumn<int>("low");
-    QTest::addColumn<int>("high");
-    QTest::newRow("silence") << 0 << 0;
-    QTest::newRow("delay") << 500 << 500;
-    QTest::newRow("noise-before") << 1 << 8;
-    QTest::newRow("noise-after") << 1 << 8;
-    QTest::newRow("split") << 1 << 1;
-    QTest::newRow("wrong-check") << 0 << 0;
-    QTest::newRow("wrong-station") << -1 << -1;
-    QTest::newRow("refuse") << 0x1132 << 0x1132;
-    QTest::newRow("truncate") << -1 << -1;
-    QTest::newRow("oversize") << 300 << 300;
-    QTest::newRow("echo") << 0 << 0;
-    QTest::newRow("repeat") << 1 << 1;
-}
-
-void TestFaultText::usualValues()
-{
-    const auto parsed = parseFault(QString::fromLatin1(QTest::currentDataTag()));
-    const FaultSetting setting = std::get<FaultSetting>(parsed);
-    QTEST(setting.fault.low, "low");
-    QTEST(setting.fault.high, "high");
-    QCOMPARE(setting.station, -1);
-    QCOMPARE(setting.fault.times, -1);
-    QCOMPARE(setting.fault.percent, 100);
-}
-
-void TestFaultText::helpTellsLimitsAndDefaults()
-{
-    const QStringList lines = faultHelp().split(QLatin1Char('\n'));
-    for (const QString &line : lines) {
-        QVERIFY2(line.size() <= 100, qPrintable(line));
-    }
-    QCOMPARE(lines.filter(QLatin1String("(0 to 600000; default 500)")).size(), 1); // delay
-    QCOMPARE(lines.filter(QLatin1String("(0 to FFFF; default 1132)")).size(), 1);  // refuse
-    QCOMPARE(lines.filter(QLatin1String("(1 to 5; default 1)")).size(), 1);        // repeat
-    for (const FaultKindText &kind : faultKindTexts()) {
-        const Fault fault = usualFault(kind.kind);
-        const int base = kind.kind == FaultKind::Refuse ? 16 : 10;
-        QString usual = QString::number(fault.low, base);
-        if (fault.low != fault.high) {
-            usual += QLatin1String("..") + QString::number(fault.high, base);
-        }
-        if (*kind.value != '\0' && fault.low >= 0) {
-            QCOMPARE(QLatin1String(kind.usual), usual);
-        }
-    }
-}
-
-void TestFaultText::faults_data()
-{
-    QTest::addColumn<int>("station");
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<int>("low");
-    QTest::addColumn<int>("high");
-    QTest::addColumn<int>("times");
-    QTest::addColumn<int>("percent");
-    QTest::newRow("1:silence*3") << 1 << int(FaultKind::Silence) << 0 << 0 << 3 << 100;
-    QTest::newRow("2:delay=50..200") << 2 << int(FaultKind::Delay) << 50 << 200 << -1 << 100;
-    QTest::newRow("delay=50") << -1 << int(FaultKind::Delay) << 50 << 50 << -1 << 100;
-    QTest::newRow("wrong-check@10%") << -1 << int(FaultKind::WrongCheck) << 0 << 0 << -1 << 10;
-    QTest::newRow("31:refuse=12ab*2@50%")
-        << 31 << int(FaultKind::Refuse) << 0x12AB << 0x12AB << 2 << 50;
-    QTest::newRow("0:wrong-station=31")
-        << 0 << int(FaultKind::WrongStation) << 31 << 31 << -1 << 100;
-    QTest::newRow("truncate=0..5") << -1 << int(FaultKind::Truncate) << 0 << 5 << -1 << 100;
-    QTest::newRow("repeat=5") << -1 << int(FaultKind::Repeat) << 5 << 5 << -1 << 100;
-    QTest::newRow("repeat=1..3*2@7%") << -1 << int(FaultKind::Repeat) << 1 << 3 << 2 << 7;
-    QTest::newRow("echo@0%") << -1 << int(FaultKind::Echo) << 0 << 0 << -1 << 0;
-}
-
-void TestFaultText::faults()
-{
-    QFETCH(int, kind);
-    const auto parsed = parseFault(QString::fromLatin1(QTest::currentDataTag()));
-    QVERIFY(std::holds_alternative<FaultSetting>(parsed));
-    const FaultSetting setting = std::get<FaultSetting>(parsed);
-    QTEST(setting.station, "station");
-    QCOMPARE(int(setting.fault.kind), kind);
-    QTEST(setting.fault.low, "low");
-    QTEST(setting.fault.high, "high");
-    QTEST(setting.fault.times, "times");
-    QTEST(setting.fault.percent, "percent");
-}
-
-void TestFaultText::wrongFaults_data()
-{
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char *text, const char *expected) {
-        QTest::newRow(text) << QString::fromLatin1(expected);
-    };
-    row("", "expected one of silence, delay");
-    row("silent", "expected one of silence, delay");
-    row("32:silence", "expected a station from 0 to 31");
-    row("a:silence", "expected a station from 0 to 31");
-    for (const char *const text : {"silence*0", "silence*", "silence*-1", "silence*1000000001"}) {
-        row(text, "expected *TIMES behind the kind and its value, with TIMES from 1 to 1000000000");
-    }
-    for (const char *const text :
-         {"silence@10", "silence@101%", "silence@-1%", "silence@10%*3", "silence@%"}) {
-        row(text, "expected @PERCENT% at the end, with PERCENT from 0 to 100");
-    }
-    row("silence=3", "silence takes no value");
-    row("echo=", "echo takes no value");
-    row("delay=", "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
-    row("delay=5..", "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
-    row("delay=5..4", "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
-    row("delay=600001",
-        "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
-    row("refuse=1..2", "expected refuse=CODE with values from 0 to FFFF");
-    row("refuse=10000", "expected refuse=CODE with values from 0 to FFFF");
-    row("wrong-station=32", "expected wrong-station=STATION with values from 0 to 31");
-    row("oversize=4097", "expected oversize=BYTES[..BYTES] with values from 0 to 4096");
-    row("repeat=0", "expected repeat=COPIES[..COPIES] with values from 1 to 5");
-    row("repeat=2..6", "expected repeat=COPIES[..COPIES] with values from 1 to 5");
-}
-
-void TestFaultText::wrongFaults()
-{
-    QFETCH(QString, expected);
-    const QString text = QString::fromLatin1(QTest::currentDataTag());
-    const auto parsed = parseFault(text);
-    QVERIFY(std::holds_alternative<TextError>(parsed));
-    const QString message = std::get<TextError>(parsed).message;
-    QVERIFY2(message.contains(expected), qPrintable(message));
-    QVERIFY(message.contains(QLatin1Char('"') + text + QLatin1Char('"')));
-}
 
 QTEST_APPLESS_MAIN(TestFaultText)
 #include "test_fault_text.moc"

@@ -1,27 +1,9 @@
 #include "plc/options.h"
+#include "support/rows.h"
 
 #include <QtTest>
 
 using namespace plc;
-
-class TestOptions : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void addresses_data();
-    void addresses();
-    void everything();
-    void defaults();
-    void pty_data();
-    void pty();
-    void wrong_data();
-    void wrong();
-    void unfitting_data();
-    void unfitting();
-    void fillsTheBus();
-    void helpNamesEverything();
-};
 
 namespace {
 
@@ -32,168 +14,176 @@ QStringList arguments(const QString &line)
 
 } // namespace
 
-void TestOptions::addresses_data()
-{
-    QTest::addColumn<QString>("host");
-    QTest::addColumn<int>("port");
-    const auto row = [](const char *text, const char *host, int port) {
-        QTest::newRow(text) << QString::fromLatin1(host) << port;
-    };
-    row("127.0.0.1:8000", "127.0.0.1", 8000);
-    row("8000", "127.0.0.1", 8000);
-    row(":0", "127.0.0.1", 0);
-    row("localhost:65535", "127.0.0.1", 65535);
-    row("0.0.0.0:1", "0.0.0.0", 1);
-    row("[::1]:8000", "::1", 8000);
-    row("", "", -1);
-    row("127.0.0.1", "", -1);
-    row("127.0.0.1:", "", -1);
-    row("127.0.0.1:65536", "", -1);
-    row("127.0.0.1:-1", "", -1);
-    row("nowhere:80", "", -1);
-    row("127.0.0.1:http", "", -1);
-}
+static const Case<const char *, bool> kPty[] = {
+    {"--pty", "", false},
+    {"--pty --trace", "", true},
+    {"--trace --pty", "", true},
+    {"--pty /tmp/plc --trace", "/tmp/plc", true},
+    {"--pty=/tmp/plc", "/tmp/plc", false},
+};
 
-void TestOptions::addresses()
+class TestOptions : public QObject
 {
-    QFETCH(QString, host);
-    QFETCH(int, port);
-    const auto parsed = parseTcpAddress(QString::fromLatin1(QTest::currentDataTag()));
-    QCOMPARE(std::holds_alternative<TcpAddress>(parsed), port >= 0);
-    if (port >= 0) {
-        QCOMPARE(std::get<TcpAddress>(parsed).host, QHostAddress(host));
-        QCOMPARE(int(std::get<TcpAddress>(parsed).port), port);
+    Q_OBJECT
+
+private Q_SLOTS:
+    void addresses_data()
+    {
+        QTest::addColumn<QString>("host");
+        QTest::addColumn<int>("port");
+        const auto row = [](const char *text, const char *host, int port) {
+            QTest::newRow(text) << QString::fromLatin1(host) << port;
+        };
+        row("127.0.0.1:8000", "127.0.0.1", 8000);
+        row("8000", "127.0.0.1", 8000);
+        row(":0", "127.0.0.1", 0);
+        row("localhost:65535", "127.0.0.1", 65535);
+        row("0.0.0.0:1", "0.0.0.0", 1);
+        row("[::1]:8000", "::1", 8000);
+        row("", "", -1);
+        row("127.0.0.1", "", -1);
+        row("127.0.0.1:", "", -1);
+        row("127.0.0.1:65536", "", -1);
+        row("127.0.0.1:-1", "", -1);
+        row("nowhere:80", "", -1);
+        row("127.0.0.1:http", "", -1);
     }
-}
 
-void TestOptions::everything()
-{
-    const auto parsed = readOptions(arguments(QLatin1String(
-        "--tcp 0 --tcp 127.0.0.1:8000 --pty /tmp/plc --station 0 --station 31 --model k120s "
-        "--set M_W:3=0x1234 --set D_W:0=-1 --ramp D_W:100-119 --fault silence*3 --baud 9600 "
-        "--seed 7 --trace")));
-    QVERIFY(std::holds_alternative<Options>(parsed));
-    const Options options = std::get<Options>(parsed);
-    QCOMPARE(options.tcp.size(), std::size_t(2));
-    QCOMPARE(options.ptyLink.value_or(QString()), QString::fromLatin1("/tmp/plc"));
-    QVERIFY(options.stations == std::vector<int>({0, 31}));
-    QCOMPARE(int(options.model), int(Model::K120s));
-    QCOMPARE(options.settings.size(), std::size_t(2));
-    QCOMPARE(options.ramps.size(), std::size_t(1));
-    QCOMPARE(options.faults.size(), std::size_t(1));
-    QCOMPARE(options.baud, 9600);
-    QCOMPARE(options.seed, 7U);
-    QVERIFY(options.trace);
-}
-
-void TestOptions::defaults()
-{
-    const Options options = std::get<Options>(readOptions(arguments(QLatin1String("--tcp 0"))));
-    QVERIFY(options.stations == std::vector<int>({1}));
-    QVERIFY(!options.ptyLink);
-    QCOMPARE(int(options.model), int(Model::Full));
-    QCOMPARE(options.baud, 0);
-    QVERIFY(!options.trace);
-}
-
-void TestOptions::pty_data()
-{
-    QTest::addColumn<QString>("link");
-    QTest::addColumn<bool>("trace");
-    QTest::newRow("--pty") << QString() << false;
-    QTest::newRow("--pty --trace") << QString() << true;
-    QTest::newRow("--trace --pty") << QString() << true;
-    QTest::newRow("--pty /tmp/plc --trace") << QString::fromLatin1("/tmp/plc") << true;
-    QTest::newRow("--pty=/tmp/plc") << QString::fromLatin1("/tmp/plc") << false;
-}
-
-void TestOptions::pty()
-{
-    const auto parsed = readOptions(arguments(QString::fromLatin1(QTest::currentDataTag())));
-    QVERIFY(std::holds_alternative<Options>(parsed));
-    const Options options = std::get<Options>(parsed);
-    QVERIFY(options.ptyLink);
-    QTEST(*options.ptyLink, "link");
-    QTEST(options.trace, "trace");
-}
-
-void TestOptions::wrong_data()
-{
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char *line, const char *expected) {
-        QTest::newRow(line) << QString::fromLatin1(expected);
-    };
-    row("--trace", "expected --tcp [HOST:]PORT or --pty [LINK]");
-    row("--bogus", "bogus");
-    row("--tcp", "tcp");
-    row("--tcp 0 more", "\"more\": expected options only");
-    row("--tcp x:y", "--tcp: \"x:y\": expected [HOST:]PORT");
-    row("--tcp 0 --station 32", "--station: expected a number from 0 to 31, not \"32\"");
-    row("--tcp 0 --station one", "--station: expected a number from 0 to 31, not \"one\"");
-    row("--tcp 0 --model k80", "--model: expected full or k120s, not \"k80\"");
-    row("--tcp 0 --baud 0", "--baud: expected a number from 50 to 4000000, not \"0\"");
-    row("--tcp 0 --seed -1", "--seed: expected a number from 0 to 4294967295, not \"-1\"");
-    row("--tcp 0 --set DW:1=1", "--set: \"DW:1\": expected REGISTER:ADDRESS");
-    row("--tcp 0 --ramp D_W:5-4", "--ramp: \"D_W:5-4\": expected FIRST-LAST");
-    row("--tcp 0 --fault sleep", "--fault: fault \"sleep\": expected one of");
-}
-
-void TestOptions::wrong()
-{
-    QFETCH(QString, expected);
-    const auto parsed = readOptions(arguments(QString::fromLatin1(QTest::currentDataTag())));
-    QVERIFY(std::holds_alternative<TextError>(parsed));
-    const QString message = std::get<TextError>(parsed).message;
-    QVERIFY2(message.contains(expected), qPrintable(message));
-    QVERIFY(!message.contains(QLatin1Char('\n')));
-}
-
-void TestOptions::unfitting_data()
-{
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char *line, const char *expected) {
-        QTest::newRow(line) << QString::fromLatin1(expected);
-    };
-    row("--tcp 0 --set 2/D_W:0=1", "--set: no station 2: add it with --station 2");
-    row("--tcp 0 --fault 2:silence", "--fault: no station 2: add it with --station 2");
-    row("--tcp 0 --ramp D_W:9999-10000", "--ramp: D_W:10000 does not exist in station 1");
-    row("--tcp 0 --set D_W:5000=1 --model k120s", "--set: D_W:5000 does not exist in station 1");
-}
-
-void TestOptions::unfitting()
-{
-    const auto parsed = readOptions(arguments(QString::fromLatin1(QTest::currentDataTag())));
-    QVERIFY(std::holds_alternative<Options>(parsed));
-    Bus bus;
-    const auto error = fillBus(std::get<Options>(parsed), bus);
-    QVERIFY(error);
-    QTEST(error->message, "expected");
-}
-
-void TestOptions::fillsTheBus()
-{
-    const auto parsed = readOptions(arguments(QLatin1String(
-        "--tcp 0 --station 3 --station 4 --set 4/M_W:3=0x1234 --fault 3:silence --ramp T_W:0")));
-    Bus bus;
-    QVERIFY(!fillBus(std::get<Options>(parsed), bus));
-    QCOMPARE(bus.units().size(), std::size_t(2));
-    QCOMPARE(*bus.find(4)->station.memory().word('M', 3), quint16(0x1234));
-    QCOMPARE(*bus.find(3)->station.memory().word('M', 3), quint16(0));
-    QCOMPARE(bus.find(3)->faults.draw().size(), std::size_t(1));
-    QCOMPARE(bus.find(4)->faults.draw().size(), std::size_t(0));
-    QCOMPARE(bus.find(4)->ramps.size(), std::size_t(1));
-}
-
-void TestOptions::helpNamesEverything()
-{
-    const QString help = helpText();
-    for (const char *name : {"--tcp", "--pty", "--station", "--model", "--set", "--ramp", "--fault",
-                             "--seed", "--baud", "--trace", "wrong-station", "Exit codes"}) {
-        QVERIFY2(help.contains(QLatin1String(name)), name);
+    void addresses()
+    {
+        QFETCH(QString, host);
+        QFETCH(int, port);
+        const auto parsed = parseTcpAddress(QString::fromLatin1(QTest::currentDataTag()));
+        QCOMPARE(std::holds_alternative<TcpAddress>(parsed), port >= 0);
+        if (port >= 0) {
+            QCOMPARE(std::get<TcpAddress>(parsed).host, QHostAddress(host));
+            QCOMPARE(int(std::get<TcpAddress>(parsed).port), port);
+        }
     }
-    QVERIFY(std::get<Options>(readOptions(arguments(QLatin1String("--help")))).help);
-    QVERIFY(std::get<Options>(readOptions(arguments(QLatin1String("--version")))).version);
-}
+
+    void everything()
+    {
+        const auto parsed = readOptions(arguments(QLatin1String(
+            "--tcp 0 --tcp 127.0.0.1:8000 --pty /tmp/plc --station 0 --station 31 --model k120s "
+            "--set M_W:3=0x1234 --set D_W:0=-1 --ramp D_W:100-119 --fault silence*3 --baud 9600 "
+            "--seed 7 --trace")));
+        QVERIFY(std::holds_alternative<Options>(parsed));
+        const Options options = std::get<Options>(parsed);
+        QCOMPARE(options.tcp.size(), std::size_t(2));
+        QCOMPARE(options.ptyLink.value_or(QString()), QString::fromLatin1("/tmp/plc"));
+        QVERIFY(options.stations == std::vector<int>({0, 31}));
+        QCOMPARE(int(options.model), int(Model::K120s));
+        QCOMPARE(options.settings.size(), std::size_t(2));
+        QCOMPARE(options.ramps.size(), std::size_t(1));
+        QCOMPARE(options.faults.size(), std::size_t(1));
+        QCOMPARE(options.baud, 9600);
+        QCOMPARE(options.seed, 7U);
+        QVERIFY(options.trace);
+    }
+
+    void defaults()
+    {
+        const Options options = std::get<Options>(readOptions(arguments(QLatin1String("--tcp 0"))));
+        QVERIFY(options.stations == std::vector<int>({1}));
+        QVERIFY(!options.ptyLink);
+        QCOMPARE(int(options.model), int(Model::Full));
+        QCOMPARE(options.baud, 0);
+        QVERIFY(!options.trace);
+    }
+
+    void pty_data() { addRows(kPty); }
+    void pty()
+    {
+        const auto &row = currentRow(kPty);
+        const auto parsed = readOptions(arguments(QString::fromLatin1(QTest::currentDataTag())));
+        QVERIFY(std::holds_alternative<Options>(parsed));
+        const Options options = std::get<Options>(parsed);
+        QVERIFY(options.ptyLink);
+        QCOMPARE(*options.ptyLink, latin(row.given));
+        QCOMPARE(options.trace, row.expected);
+    }
+
+    void wrong_data()
+    {
+        QTest::addColumn<QString>("expected");
+        const auto row = [](const char *line, const char *expected) {
+            QTest::newRow(line) << QString::fromLatin1(expected);
+        };
+        row("--trace", "expected --tcp [HOST:]PORT or --pty [LINK]");
+        row("--bogus", "bogus");
+        row("--tcp", "tcp");
+        row("--tcp 0 more", "\"more\": expected options only");
+        row("--tcp x:y", "--tcp: \"x:y\": expected [HOST:]PORT");
+        row("--tcp 0 --station 32", "--station: expected a number from 0 to 31, not \"32\"");
+        row("--tcp 0 --station one", "--station: expected a number from 0 to 31, not \"one\"");
+        row("--tcp 0 --model k80", "--model: expected full or k120s, not \"k80\"");
+        row("--tcp 0 --baud 0", "--baud: expected a number from 50 to 4000000, not \"0\"");
+        row("--tcp 0 --seed -1", "--seed: expected a number from 0 to 4294967295, not \"-1\"");
+        row("--tcp 0 --set DW:1=1", "--set: \"DW:1\": expected REGISTER:ADDRESS");
+        row("--tcp 0 --ramp D_W:5-4", "--ramp: \"D_W:5-4\": expected FIRST-LAST");
+        row("--tcp 0 --fault sleep", "--fault: fault \"sleep\": expected one of");
+    }
+
+    void wrong()
+    {
+        QFETCH(QString, expected);
+        const auto parsed = readOptions(arguments(QString::fromLatin1(QTest::currentDataTag())));
+        QVERIFY(std::holds_alternative<TextError>(parsed));
+        const QString message = std::get<TextError>(parsed).message;
+        QVERIFY2(message.contains(expected), qPrintable(message));
+        QVERIFY(!message.contains(QLatin1Char('\n')));
+    }
+
+    void unfitting_data()
+    {
+        QTest::addColumn<QString>("expected");
+        const auto row = [](const char *line, const char *expected) {
+            QTest::newRow(line) << QString::fromLatin1(expected);
+        };
+        row("--tcp 0 --set 2/D_W:0=1", "--set: no station 2: add it with --station 2");
+        row("--tcp 0 --fault 2:silence", "--fault: no station 2: add it with --station 2");
+        row("--tcp 0 --ramp D_W:9999-10000", "--ramp: D_W:10000 does not exist in station 1");
+        row("--tcp 0 --set D_W:5000=1 --model k120s",
+            "--set: D_W:5000 does not exist in station 1");
+    }
+
+    void unfitting()
+    {
+        const auto parsed = readOptions(arguments(QString::fromLatin1(QTest::currentDataTag())));
+        QVERIFY(std::holds_alternative<Options>(parsed));
+        Bus bus;
+        const auto error = fillBus(std::get<Options>(parsed), bus);
+        QVERIFY(error);
+        QTEST(error->message, "expected");
+    }
+
+    void fillsTheBus()
+    {
+        const auto parsed =
+            readOptions(arguments(QLatin1String("--tcp 0 --station 3 --station 4 --set "
+                                                "4/M_W:3=0x1234 --fault 3:silence --ramp T_W:0")));
+        Bus bus;
+        QVERIFY(!fillBus(std::get<Options>(parsed), bus));
+        QCOMPARE(bus.units().size(), std::size_t(2));
+        QCOMPARE(*bus.find(4)->station.memory().word('M', 3), quint16(0x1234));
+        QCOMPARE(*bus.find(3)->station.memory().word('M', 3), quint16(0));
+        QCOMPARE(bus.find(3)->faults.draw().size(), std::size_t(1));
+        QCOMPARE(bus.find(4)->faults.draw().size(), std::size_t(0));
+        QCOMPARE(bus.find(4)->ramps.size(), std::size_t(1));
+    }
+
+    void helpNamesEverything()
+    {
+        const QString help = helpText();
+        for (const char *name :
+             {"--tcp", "--pty", "--station", "--model", "--set", "--ramp", "--fault", "--seed",
+              "--baud", "--trace", "wrong-station", "Exit codes"}) {
+            QVERIFY2(help.contains(QLatin1String(name)), name);
+        }
+        QVERIFY(std::get<Options>(readOptions(arguments(QLatin1String("--help")))).help);
+        QVERIFY(std::get<Options>(readOptions(arguments(QLatin1String("--version")))).version);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestOptions)
 #include "test_options.moc"

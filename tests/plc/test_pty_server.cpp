@@ -13,25 +13,6 @@
 
 using namespace plc;
 
-class TestPtyServer : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void init();
-    void everyByteArrives();
-    void clientsComeAndGo();
-    void nobodyReads();
-    void linkComesAndGoes();
-    void linkOfAnEarlierRunIsReplaced();
-    void otherFilesStay();
-    void foreignLinkStaysAtTheEnd();
-
-private:
-    ServerSetup m_setup;
-    std::unique_ptr<Bus> m_bus;
-};
-
 namespace {
 
 const QByteArray kRead = wire("[ENQ]01RSS0107%DW0100[EOT]");
@@ -73,111 +54,121 @@ private:
 
 } // namespace
 
-void TestPtyServer::init()
+class TestPtyServer : public QObject
 {
-    m_bus = std::make_unique<Bus>();
-    m_bus->add(1).station.memory().setWord('D', 100, 0x1234);
-    m_setup = ServerSetup();
-    m_setup.bus = m_bus.get();
-    m_setup.clock.start();
-}
+    Q_OBJECT
 
-void TestPtyServer::everyByteArrives()
-{
-    // No terminal may act upon the control characters of a frame, nor double what it is sent.
-    PtyServer server(m_setup);
-    QVERIFY2(server.open(QString()), qPrintable(server.errorString()));
-    Master master(server.device());
-    QVERIFY(master.isOpen());
-    QVERIFY(master.send(wire("[0D][0A][11][13][1A][1C][7F][00][FF]") + kRead));
-    QTRY_COMPARE(master.received(), kData);
-}
+private Q_SLOTS:
+    void init()
+    {
+        m_bus = std::make_unique<Bus>();
+        m_bus->add(1).station.memory().setWord('D', 100, 0x1234);
+        m_setup = ServerSetup();
+        m_setup.bus = m_bus.get();
+        m_setup.clock.start();
+    }
 
-void TestPtyServer::clientsComeAndGo()
-{
-    PtyServer server(m_setup);
-    QVERIFY(server.open(QString()));
-    for (int i = 0; i < 3; ++i) {
+    void everyByteArrives()
+    {
+        // No terminal may act upon the control characters of a frame, nor double what it is sent.
+        PtyServer server(m_setup);
+        QVERIFY2(server.open(QString()), qPrintable(server.errorString()));
         Master master(server.device());
         QVERIFY(master.isOpen());
-        QVERIFY(master.send(kRead));
+        QVERIFY(master.send(wire("[0D][0A][11][13][1A][1C][7F][00][FF]") + kRead));
         QTRY_COMPARE(master.received(), kData);
     }
-}
 
-void TestPtyServer::nobodyReads()
-{
-    PtyServer server(m_setup);
-    QVERIFY(server.open(QString()));
+    void clientsComeAndGo()
     {
-        const Master deaf(server.device());
-        for (int i = 0; i < 2000; ++i) {
-            QTRY_VERIFY(deaf.send(kRead));
-            QCoreApplication::processEvents();
+        PtyServer server(m_setup);
+        QVERIFY(server.open(QString()));
+        for (int i = 0; i < 3; ++i) {
+            Master master(server.device());
+            QVERIFY(master.isOpen());
+            QVERIFY(master.send(kRead));
+            QTRY_COMPARE(master.received(), kData);
         }
     }
-    Master master(server.device());
-    const QByteArray marked = wire("[ENQ]01RSS0104%DW5[EOT]");
-    m_bus->find(1)->station.memory().setWord('D', 5, 0xBEEF);
-    QVERIFY(master.send(marked));
-    QTRY_VERIFY(master.received().endsWith(wire("[ACK]01RSS0102BEEF[ETX]")));
-}
 
-void TestPtyServer::linkComesAndGoes()
-{
-    const QTemporaryDir folder;
-    const QString link = folder.filePath(QLatin1String("plc"));
+    void nobodyReads()
     {
+        PtyServer server(m_setup);
+        QVERIFY(server.open(QString()));
+        {
+            const Master deaf(server.device());
+            for (int i = 0; i < 2000; ++i) {
+                QTRY_VERIFY(deaf.send(kRead));
+                QCoreApplication::processEvents();
+            }
+        }
+        Master master(server.device());
+        const QByteArray marked = wire("[ENQ]01RSS0104%DW5[EOT]");
+        m_bus->find(1)->station.memory().setWord('D', 5, 0xBEEF);
+        QVERIFY(master.send(marked));
+        QTRY_VERIFY(master.received().endsWith(wire("[ACK]01RSS0102BEEF[ETX]")));
+    }
+
+    void linkComesAndGoes()
+    {
+        const QTemporaryDir folder;
+        const QString link = folder.filePath(QLatin1String("plc"));
+        {
+            PtyServer server(m_setup);
+            QVERIFY(server.open(link));
+            QCOMPARE(server.device(), link);
+            Master master(link);
+            QVERIFY(master.send(kRead));
+            QTRY_COMPARE(master.received(), kData);
+        }
+        QVERIFY(!QFileInfo(link).isSymLink());
+    }
+
+    void linkOfAnEarlierRunIsReplaced()
+    {
+        const QTemporaryDir folder;
+        const QString link = folder.filePath(QLatin1String("plc"));
+        QVERIFY(QFile::link(QLatin1String("/dev/pts/999999"), link));
         PtyServer server(m_setup);
         QVERIFY(server.open(link));
-        QCOMPARE(server.device(), link);
-        Master master(link);
-        QVERIFY(master.send(kRead));
-        QTRY_COMPARE(master.received(), kData);
+        const Master master(link);
+        QVERIFY(master.isOpen());
     }
-    QVERIFY(!QFileInfo(link).isSymLink());
-}
 
-void TestPtyServer::linkOfAnEarlierRunIsReplaced()
-{
-    const QTemporaryDir folder;
-    const QString link = folder.filePath(QLatin1String("plc"));
-    QVERIFY(QFile::link(QLatin1String("/dev/pts/999999"), link));
-    PtyServer server(m_setup);
-    QVERIFY(server.open(link));
-    const Master master(link);
-    QVERIFY(master.isOpen());
-}
-
-void TestPtyServer::otherFilesStay()
-{
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(QLatin1String("precious"));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("keep");
-    file.close();
+    void otherFilesStay()
     {
-        PtyServer server(m_setup);
-        QVERIFY(!server.open(path));
-        QVERIFY(server.errorString().contains(path));
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QLatin1String("precious"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("keep");
+        file.close();
+        {
+            PtyServer server(m_setup);
+            QVERIFY(!server.open(path));
+            QVERIFY(server.errorString().contains(path));
+        }
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("keep"));
     }
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray("keep"));
-}
 
-void TestPtyServer::foreignLinkStaysAtTheEnd()
-{
-    const QTemporaryDir folder;
-    const QString link = folder.filePath(QLatin1String("plc"));
+    void foreignLinkStaysAtTheEnd()
     {
-        PtyServer server(m_setup);
-        QVERIFY(server.open(link));
-        QVERIFY(QFile::remove(link));
-        QVERIFY(QFile::link(folder.path(), link));
+        const QTemporaryDir folder;
+        const QString link = folder.filePath(QLatin1String("plc"));
+        {
+            PtyServer server(m_setup);
+            QVERIFY(server.open(link));
+            QVERIFY(QFile::remove(link));
+            QVERIFY(QFile::link(folder.path(), link));
+        }
+        QVERIFY(QFileInfo(link).isSymLink());
     }
-    QVERIFY(QFileInfo(link).isSymLink());
-}
+
+private:
+    ServerSetup m_setup;
+    std::unique_ptr<Bus> m_bus;
+};
 
 QTEST_GUILESS_MAIN(TestPtyServer)
 #include "test_pty_server.moc"

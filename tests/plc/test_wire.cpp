@@ -1,112 +1,103 @@
 #include "plc/wire.h"
 
+#include "support/rows.h"
 #include "wire_text.h"
 
 #include <QtTest>
 
 using namespace plc;
 
+static const Case<QByteArray, QByteArray> kBlockCheck[] = {
+    {"nothing", QByteArray(), "00"},
+    {"one byte", wire("[05]"), "05"},
+    // 05+30+31+72+53+53+04 = 182
+    {"low byte of the sum", wire("[ENQ]01rSS[EOT]"), "82"},
+    {"upper-case digits", wire("[AF]"), "AF"},
+    {"bytes are unsigned", wire("[FF][FF]"), "FE"},
+};
+
+static const struct
+{
+    const char *what;
+    uint value;
+    int digits;
+    QByteArray text;
+} kHex[] = {
+    {"filled with zeros", 0xAU, 4, "000A"},
+    {"upper case", 0xBEEFU, 4, "BEEF"},
+    {"high digits cut", 0x1234U, 2, "34"},
+};
+
+static const Case<char, bool> kCaseDecidesOnBlockCheck[] = {
+    // clang-format off
+    {"r", 'r', true},
+    {"w", 'w', true},
+    {"R", 'R', false},
+    {"W", 'W', false},
+    {"no letter", '1', false},
+    // clang-format on
+};
+
+static const Case<QByteArray, int> kReaderTakesHex[] = {
+    // clang-format off
+    {"FFFF", "FFFF", 0xFFFF},
+    {"either case", "aBcD", 0xABCD},
+    {"no sign", "-001", -1},
+    {"no blank", " 001", -1},
+    {"no 0x", "0x12", -1},
+    {"G is no digit", "000G", -1},
+    {"too short", "000", -1},
+    // clang-format on
+};
+
 class TestWire : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void blockCheck_data();
-    void blockCheck();
-    void hex_data();
-    void hex();
-    void caseDecidesOnBlockCheck_data();
-    void caseDecidesOnBlockCheck();
-    void readerStaysInside();
-    void readerTakesHex_data();
-    void readerTakesHex();
+    void blockCheck_data() { addRows(kBlockCheck); }
+    void blockCheck()
+    {
+        const auto &row = currentRow(kBlockCheck);
+        QCOMPARE(plc::blockCheck(row.given), row.expected);
+    }
+
+    void hex_data() { addRows(kHex); }
+    void hex()
+    {
+        const auto &row = currentRow(kHex);
+        QCOMPARE(plc::hex(row.value, row.digits), row.text);
+    }
+
+    void caseDecidesOnBlockCheck_data() { addRows(kCaseDecidesOnBlockCheck); }
+    void caseDecidesOnBlockCheck()
+    {
+        const auto &row = currentRow(kCaseDecidesOnBlockCheck);
+        QCOMPARE(wantsBlockCheck(row.given), row.expected);
+    }
+
+    void readerStaysInside()
+    {
+        FieldReader reader("0AXY");
+        QCOMPARE(reader.take(5).has_value(), false);
+        QCOMPARE(reader.take(-1).has_value(), false);
+        QCOMPARE(reader.left(), 4);
+        QCOMPARE(reader.takeHex(2).value_or(-1), 10);
+        QCOMPARE(reader.takeHex(2).has_value(), false);
+        QCOMPARE(reader.left(), 2);
+        QCOMPARE(reader.take(2).value_or(QByteArray()), QByteArray("XY"));
+        QVERIFY(reader.atEnd());
+        QCOMPARE(reader.take(1).has_value(), false);
+        QCOMPARE(reader.takeHex(1).has_value(), false);
+    }
+
+    void readerTakesHex_data() { addRows(kReaderTakesHex); }
+    void readerTakesHex()
+    {
+        const auto &row = currentRow(kReaderTakesHex);
+        QCOMPARE(FieldReader(row.given).takeHex(4).value_or(-1), row.expected);
+    }
 };
-
-void TestWire::blockCheck_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QByteArray>("check");
-    QTest::newRow("nothing") << QByteArray() << QByteArray("00");
-    QTest::newRow("one byte") << wire("[05]") << QByteArray("05");
-    // 05+30+31+72+53+53+04 = 182
-    QTest::newRow("low byte of the sum") << wire("[ENQ]01rSS[EOT]") << QByteArray("82");
-    QTest::newRow("upper-case digits") << wire("[AF]") << QByteArray("AF");
-    QTest::newRow("bytes are unsigned") << wire("[FF][FF]") << QByteArray("FE");
-}
-
-void TestWire::blockCheck()
-{
-    QFETCH(QByteArray, bytes);
-    QTEST(plc::blockCheck(bytes), "check");
-}
-
-void TestWire::hex_data()
-{
-    QTest::addColumn<uint>("value");
-    QTest::addColumn<int>("digits");
-    QTest::addColumn<QByteArray>("text");
-    QTest::newRow("filled with zeros") << 0xAU << 4 << QByteArray("000A");
-    QTest::newRow("upper case") << 0xBEEFU << 4 << QByteArray("BEEF");
-    QTest::newRow("high digits cut") << 0x1234U << 2 << QByteArray("34");
-}
-
-void TestWire::hex()
-{
-    QFETCH(uint, value);
-    QFETCH(int, digits);
-    QTEST(plc::hex(value, digits), "text");
-}
-
-void TestWire::caseDecidesOnBlockCheck_data()
-{
-    QTest::addColumn<char>("command");
-    QTest::addColumn<bool>("wanted");
-    QTest::newRow("r") << 'r' << true;
-    QTest::newRow("w") << 'w' << true;
-    QTest::newRow("R") << 'R' << false;
-    QTest::newRow("W") << 'W' << false;
-    QTest::newRow("no letter") << '1' << false;
-}
-
-void TestWire::caseDecidesOnBlockCheck()
-{
-    QFETCH(char, command);
-    QTEST(wantsBlockCheck(command), "wanted");
-}
-
-void TestWire::readerStaysInside()
-{
-    FieldReader reader("0AXY");
-    QCOMPARE(reader.take(5).has_value(), false);
-    QCOMPARE(reader.take(-1).has_value(), false);
-    QCOMPARE(reader.left(), 4);
-    QCOMPARE(reader.takeHex(2).value_or(-1), 10);
-    QCOMPARE(reader.takeHex(2).has_value(), false);
-    QCOMPARE(reader.left(), 2);
-    QCOMPARE(reader.take(2).value_or(QByteArray()), QByteArray("XY"));
-    QVERIFY(reader.atEnd());
-    QCOMPARE(reader.take(1).has_value(), false);
-    QCOMPARE(reader.takeHex(1).has_value(), false);
-}
-
-void TestWire::readerTakesHex_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<int>("value");
-    QTest::newRow("FFFF") << QByteArray("FFFF") << 0xFFFF;
-    QTest::newRow("either case") << QByteArray("aBcD") << 0xABCD;
-    QTest::newRow("no sign") << QByteArray("-001") << -1;
-    QTest::newRow("no blank") << QByteArray(" 001") << -1;
-    QTest::newRow("no 0x") << QByteArray("0x12") << -1;
-    QTest::newRow("G is no digit") << QByteArray("000G") << -1;
-    QTest::newRow("too short") << QByteArray("000") << -1;
-}
-
-void TestWire::readerTakesHex()
-{
-    QFETCH(QByteArray, text);
-    QTEST(FieldReader(text).takeHex(4).value_or(-1), "value");
-}
 
 QTEST_APPLESS_MAIN(TestWire)
 #include "test_wire.moc"

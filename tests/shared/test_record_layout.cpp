@@ -7,6 +7,7 @@
 #include "ls_master_k_cnet/records.h"
 #include "shared/data_record.h"
 #include "shared/protocol.h"
+#include "support/rows.h"
 
 // A host may declare these records by itself, so every offset is part of the interface. Text is one
 // pointer wide in Qt 4 and 5 and three in Qt 6; the panels' processors have 32-bit pointers, the
@@ -93,18 +94,6 @@ static_assert(sizeof(VARIABLE().data) == 1024 && sizeof(KEY_ADDRESS().data) == 1
               "value and send areas");
 static_assert(sizeof(_DATA_().readValue) == 4 && sizeof(_DATA_().writeValue) == 4, "unit values");
 
-class TestRecordLayout : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void emptyRecordIsAllZero();
-    void itemIsCopiedWhole();
-    void keyIsCopiedWhole();
-    void frameIsCopiedWhole();
-    void recipeItemIsCopiedWhole();
-};
-
 static void fill(unsigned char *area, int size, int seed)
 {
     for (int i = 0; i < size; ++i) {
@@ -131,104 +120,110 @@ static bool isCopyOf(const VARIABLE &copy, const VARIABLE &item)
            copy.count == item.count && std::memcmp(copy.data, item.data, sizeof(item.data)) == 0;
 }
 
-void TestRecordLayout::emptyRecordIsAllZero()
-{
-    const FRAME_PRO frame = FRAME_PRO();
-    const KEY_ADDRESS key = KEY_ADDRESS();
-    const _DATA_ record = _DATA_();
-    const unsigned char nothing[kSendBufSize] = {};
-
-    QCOMPARE(std::memcmp(frame.sendBuf, nothing, sizeof(frame.sendBuf)), 0);
-    QCOMPARE(frame.sendLen | frame.recvLen | frame.dataPos | frame.unitCount | frame.spare, 0);
-    QVERIFY(isCopyOf(frame.var, VARIABLE()));
-    QVERIFY(frame.var.regName.isNull());
-    QCOMPARE(std::memcmp(key.data, nothing, sizeof(key.data)), 0);
-    QCOMPARE(key.keyA | key.keyB | key.stationNo | key.startAddr | key.bitFlag | key.count, 0);
-    QCOMPARE(record.pendingBits | record.monitorFlags | record.bitMonitorFlags, 0);
-    QCOMPARE(std::memcmp(record.readValue, nothing, sizeof(record.readValue)), 0);
-    QCOMPARE(std::memcmp(record.writeValue, nothing, sizeof(record.writeValue)), 0);
-}
-
-void TestRecordLayout::itemIsCopiedWhole()
-{
-    const VARIABLE item = filledItem();
-    const VARIABLE made = item; // NOLINT(performance-unnecessary-copy-initialization)
-    VARIABLE assigned = VARIABLE();
-    assigned = item;
-
-    QVERIFY(isCopyOf(made, item));
-    QVERIFY(isCopyOf(assigned, item));
-    assigned.data[kValueAreaSize - 1] ^= 1;
-    QVERIFY(!isCopyOf(assigned, item));
-}
-
 static QString numbersOf(const KEY_ADDRESS &key)
 {
-    return QString::fromLatin1("%1 %2 %3 %4 %5 %6")
+    return latin("%1 %2 %3 %4 %5 %6")
         .arg(QString::number(key.keyA), QString::number(key.keyB), QString::number(key.stationNo),
              QString::number(key.startAddr), QString::number(key.bitFlag),
              QString::number(key.count));
 }
 
-void TestRecordLayout::keyIsCopiedWhole()
+class TestRecordLayout : public QObject
 {
-    KEY_ADDRESS key = KEY_ADDRESS();
-    key.keyText = QLatin1String("text");
-    key.keyA = 1;
-    key.keyB = 2;
-    key.stationNo = 3;
-    key.regName = QLatin1String("D_W");
-    key.addrText = QLatin1String("100");
-    key.startAddr = 4;
-    key.bitFlag = -1;
-    key.count = 5;
-    fill(key.data, kValueAreaSize, 9);
-    const KEY_ADDRESS copy = key;
-    key.keyText.append(QLatin1Char('!'));
+    Q_OBJECT
 
-    QCOMPARE(copy.keyText, QString::fromLatin1("text"));
-    QCOMPARE(copy.regName, QString::fromLatin1("D_W"));
-    QCOMPARE(copy.addrText, QString::fromLatin1("100"));
-    QCOMPARE(numbersOf(copy), QString::fromLatin1("1 2 3 4 -1 5"));
-    QCOMPARE(std::memcmp(copy.data, key.data, sizeof(key.data)), 0);
-}
+private Q_SLOTS:
+    void emptyRecordIsAllZero()
+    {
+        const FRAME_PRO frame = FRAME_PRO();
+        const KEY_ADDRESS key = KEY_ADDRESS();
+        const _DATA_ record = _DATA_();
+        const unsigned char nothing[kSendBufSize] = {};
 
-void TestRecordLayout::frameIsCopiedWhole()
-{
-    FRAME_PRO frame = FRAME_PRO();
-    fill(frame.sendBuf, kSendBufSize, 3);
-    frame.sendLen = 1;
-    frame.recvLen = 2;
-    frame.dataPos = 3;
-    frame.unitCount = 4;
-    frame.spare = 5;
-    frame.var = filledItem();
-    FRAME_PRO copy = FRAME_PRO();
-    copy = frame;
+        QCOMPARE(std::memcmp(frame.sendBuf, nothing, sizeof(frame.sendBuf)), 0);
+        QCOMPARE(frame.sendLen | frame.recvLen | frame.dataPos | frame.unitCount | frame.spare, 0);
+        QVERIFY(isCopyOf(frame.var, VARIABLE()));
+        QVERIFY(frame.var.regName.isNull());
+        QCOMPARE(std::memcmp(key.data, nothing, sizeof(key.data)), 0);
+        QCOMPARE(key.keyA | key.keyB | key.stationNo | key.startAddr | key.bitFlag | key.count, 0);
+        QCOMPARE(record.pendingBits | record.monitorFlags | record.bitMonitorFlags, 0);
+        QCOMPARE(std::memcmp(record.readValue, nothing, sizeof(record.readValue)), 0);
+        QCOMPARE(std::memcmp(record.writeValue, nothing, sizeof(record.writeValue)), 0);
+    }
 
-    QCOMPARE(std::memcmp(copy.sendBuf, frame.sendBuf, sizeof(frame.sendBuf)), 0);
-    QCOMPARE(copy.sendLen, 1);
-    QCOMPARE(copy.recvLen, 2);
-    QCOMPARE(copy.dataPos, 3);
-    QCOMPARE(copy.unitCount, 4);
-    QCOMPARE(copy.spare, 5);
-    QVERIFY(isCopyOf(copy.var, frame.var));
-}
+    void itemIsCopiedWhole()
+    {
+        const VARIABLE item = filledItem();
+        const VARIABLE made = item; // NOLINT(performance-unnecessary-copy-initialization)
+        VARIABLE assigned = VARIABLE();
+        assigned = item;
 
-void TestRecordLayout::recipeItemIsCopiedWhole()
-{
-    _RCP_VAR_PRO item = {1, 2, QString::fromLatin1("D_W"), 3, 4, 5, 6};
-    const _RCP_VAR_PRO copy = item;
-    item.regName.clear();
+        QVERIFY(isCopyOf(made, item));
+        QVERIFY(isCopyOf(assigned, item));
+        assigned.data[kValueAreaSize - 1] ^= 1;
+        QVERIFY(!isCopyOf(assigned, item));
+    }
 
-    QCOMPARE(copy.deviceNo, 1);
-    QCOMPARE(copy.stationNo, 2);
-    QCOMPARE(copy.regName, QString::fromLatin1("D_W"));
-    QCOMPARE(copy.startAddr, 3);
-    QCOMPARE(copy.count, 4);
-    QCOMPARE(copy.bufOffset, 5);
-    QCOMPARE(copy.reserved, 6);
-}
+    void keyIsCopiedWhole()
+    {
+        KEY_ADDRESS key = KEY_ADDRESS();
+        key.keyText = QLatin1String("text");
+        key.keyA = 1;
+        key.keyB = 2;
+        key.stationNo = 3;
+        key.regName = QLatin1String("D_W");
+        key.addrText = QLatin1String("100");
+        key.startAddr = 4;
+        key.bitFlag = -1;
+        key.count = 5;
+        fill(key.data, kValueAreaSize, 9);
+        const KEY_ADDRESS copy = key;
+        key.keyText.append(QLatin1Char('!'));
+
+        QCOMPARE(copy.keyText, latin("text"));
+        QCOMPARE(copy.regName, latin("D_W"));
+        QCOMPARE(copy.addrText, latin("100"));
+        QCOMPARE(numbersOf(copy), latin("1 2 3 4 -1 5"));
+        QCOMPARE(std::memcmp(copy.data, key.data, sizeof(key.data)), 0);
+    }
+
+    void frameIsCopiedWhole()
+    {
+        FRAME_PRO frame = FRAME_PRO();
+        fill(frame.sendBuf, kSendBufSize, 3);
+        frame.sendLen = 1;
+        frame.recvLen = 2;
+        frame.dataPos = 3;
+        frame.unitCount = 4;
+        frame.spare = 5;
+        frame.var = filledItem();
+        FRAME_PRO copy = FRAME_PRO();
+        copy = frame;
+
+        QCOMPARE(std::memcmp(copy.sendBuf, frame.sendBuf, sizeof(frame.sendBuf)), 0);
+        QCOMPARE(copy.sendLen, 1);
+        QCOMPARE(copy.recvLen, 2);
+        QCOMPARE(copy.dataPos, 3);
+        QCOMPARE(copy.unitCount, 4);
+        QCOMPARE(copy.spare, 5);
+        QVERIFY(isCopyOf(copy.var, frame.var));
+    }
+
+    void recipeItemIsCopiedWhole()
+    {
+        _RCP_VAR_PRO item = {1, 2, latin("D_W"), 3, 4, 5, 6};
+        const _RCP_VAR_PRO copy = item;
+        item.regName.clear();
+
+        QCOMPARE(copy.deviceNo, 1);
+        QCOMPARE(copy.stationNo, 2);
+        QCOMPARE(copy.regName, latin("D_W"));
+        QCOMPARE(copy.startAddr, 3);
+        QCOMPARE(copy.count, 4);
+        QCOMPARE(copy.bufOffset, 5);
+        QCOMPARE(copy.reserved, 6);
+    }
+};
 
 QTEST_APPLESS_MAIN(TestRecordLayout)
 #include "test_record_layout.moc"

@@ -2,46 +2,25 @@
 
 #include "shared/request_copy.h"
 #include "support/area_helpers.h"
+#include "support/rows.h"
 
-class TestRequestCopy : public QObject
+static const QString text = latin("M_bit");
+
+static const struct
 {
-    Q_OBJECT
-
-private Q_SLOTS:
-    void textBecomesTheOther_data();
-    void textBecomesTheOther();
-    void rangeIsCopiedWithoutItsValues();
-    void wholeFrameIsCopied();
+    const char *what;
+    QString to, from;
+} kTextBecomesTheOther[] = {
+    {"the same", text, text},
+    {"equal, elsewhere", latin("M_bit"), text},
+    {"another one", latin("D_W"), text},
+    {"its beginning, in the same place", QString::fromRawData(text.constData(), 2), text},
+    {"from nothing", QString(), text},
+    {"to nothing", text, QString()},
+    {"to an empty one", text, latin("")},
+    {"from an empty one to nothing", latin(""), QString()},
+    {"from nothing to an empty one", QString(), latin("")},
 };
-
-void TestRequestCopy::textBecomesTheOther_data()
-{
-    QTest::addColumn<QString>("to");
-    QTest::addColumn<QString>("from");
-
-    const QString text = latin("M_bit");
-    QTest::newRow("the same") << text << text;
-    QTest::newRow("equal, elsewhere") << latin("M_bit") << text;
-    QTest::newRow("another one") << latin("D_W") << text;
-    QTest::newRow("its beginning, in the same place")
-        << QString::fromRawData(text.constData(), 2) << text;
-    QTest::newRow("from nothing") << QString() << text;
-    QTest::newRow("to nothing") << text << QString();
-    QTest::newRow("to an empty one") << text << latin("");
-    QTest::newRow("from an empty one to nothing") << latin("") << QString();
-    QTest::newRow("from nothing to an empty one") << QString() << latin("");
-}
-
-void TestRequestCopy::textBecomesTheOther()
-{
-    QFETCH(QString, to);
-    QFETCH(QString, from);
-
-    shareText(to, from);
-    QCOMPARE(to, from);
-    QCOMPARE(to.isNull(), from.isNull());
-    QVERIFY(to.constData() == from.constData() || from.isNull());
-}
 
 static VARIABLE numberedItem(int number, char value)
 {
@@ -51,40 +30,57 @@ static VARIABLE numberedItem(int number, char value)
     return item;
 }
 
-void TestRequestCopy::rangeIsCopiedWithoutItsValues()
+class TestRequestCopy : public QObject
 {
-    VARIABLE to = numberedItem(0, '\x11');
-    const VARIABLE from = numberedItem(10, '\x22');
-    copyRange(to, from);
-    QCOMPARE(itemText(to), itemText(from));
-    QCOMPARE(to.opKind, 14);
-    QCOMPARE(bytesOf(to.data, 1024), QByteArray(1024, '\x11'));
-}
+    Q_OBJECT
 
-void TestRequestCopy::wholeFrameIsCopied()
-{
-    FRAME_PRO from = FRAME_PRO();
-    std::memset(from.sendBuf, 0x44, sizeof from.sendBuf);
-    from.sendLen = 1;
-    from.recvLen = 2;
-    from.dataPos = 3;
-    from.unitCount = 4;
-    from.spare = 5;
-    from.var = numberedItem(10, '\x22');
-    FRAME_PRO to = FRAME_PRO();
-    std::memset(to.sendBuf, 0xEE, sizeof to.sendBuf);
-    to.var = numberedItem(0, '\x11');
-    copyFrame(to, from);
-    QCOMPARE(bytesOf(to.sendBuf, 1024), QByteArray(1024, '\x44'));
-    QCOMPARE(to.sendLen, 1);
-    QCOMPARE(to.recvLen, 2);
-    QCOMPARE(to.dataPos, 3);
-    QCOMPARE(to.unitCount, 4);
-    QCOMPARE(to.spare, 5);
-    QCOMPARE(itemText(to.var), itemText(from.var));
-    QCOMPARE(to.var.opKind, 14);
-    QCOMPARE(bytesOf(to.var.data, 1024), QByteArray(1024, '\x22'));
-}
+private Q_SLOTS:
+    void textBecomesTheOther_data() { addRows(kTextBecomesTheOther); }
+    void textBecomesTheOther()
+    {
+        const auto &row = currentRow(kTextBecomesTheOther);
+        QString to = row.to;
+        shareText(to, row.from);
+        QCOMPARE(to, row.from);
+        QCOMPARE(to.isNull(), row.from.isNull());
+        QVERIFY(to.constData() == row.from.constData() || row.from.isNull());
+    }
+
+    void rangeIsCopiedWithoutItsValues()
+    {
+        VARIABLE to = numberedItem(0, '\x11');
+        const VARIABLE from = numberedItem(10, '\x22');
+        copyRange(to, from);
+        QCOMPARE(itemText(to), itemText(from));
+        QCOMPARE(to.opKind, 14);
+        QCOMPARE(bytesOf(to.data, 1024), QByteArray(1024, '\x11'));
+    }
+
+    void wholeFrameIsCopied()
+    {
+        FRAME_PRO from = FRAME_PRO();
+        std::memset(from.sendBuf, 0x44, sizeof from.sendBuf);
+        from.sendLen = 1;
+        from.recvLen = 2;
+        from.dataPos = 3;
+        from.unitCount = 4;
+        from.spare = 5;
+        from.var = numberedItem(10, '\x22');
+        FRAME_PRO to = FRAME_PRO();
+        std::memset(to.sendBuf, 0xEE, sizeof to.sendBuf);
+        to.var = numberedItem(0, '\x11');
+        copyFrame(to, from);
+        QCOMPARE(bytesOf(to.sendBuf, 1024), QByteArray(1024, '\x44'));
+        QCOMPARE(to.sendLen, 1);
+        QCOMPARE(to.recvLen, 2);
+        QCOMPARE(to.dataPos, 3);
+        QCOMPARE(to.unitCount, 4);
+        QCOMPARE(to.spare, 5);
+        QCOMPARE(itemText(to.var), itemText(from.var));
+        QCOMPARE(to.var.opKind, 14);
+        QCOMPARE(bytesOf(to.var.data, 1024), QByteArray(1024, '\x22'));
+    }
+};
 
 QTEST_APPLESS_MAIN(TestRequestCopy)
 #include "test_request_copy.moc"

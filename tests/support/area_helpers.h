@@ -19,23 +19,10 @@ inline RegisterWidths makeWidths(int unitBits, int wordBits, bool bitName = fals
     return widths;
 }
 
-inline QString latin(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
-/// The size as an int, whatever type the Qt version counts in.
-template <typename Container>
-int sizeOf(const Container &container)
-{
-    return static_cast<int>(container.size());
-}
-
 /// The record of a unit of `driver.dataArea`, made when it is missing; good until the area grows.
 inline _DATA_ &unitAt(int stationNo, const char *letter, int unitAddr)
 {
-    return driver.dataArea[getIndexOfDataArea(stationNo, QString::fromLatin1(letter), unitAddr,
-                                              driver.dataArea)];
+    return driver.dataArea[getIndexOfDataArea(stationNo, latin(letter), unitAddr, driver.dataArea)];
 }
 
 inline QByteArray bytesOf(const unsigned char *bytes, int size)
@@ -65,7 +52,7 @@ inline QString callsText()
 /// A request item in one line: "station register start xcount".
 inline QString itemText(const VARIABLE &item)
 {
-    return QString::fromLatin1("%1 %2 %3 x%4")
+    return latin("%1 %2 %3 x%4")
         .arg(QString::number(item.stationNo), item.regName, QString::number(item.startAddr),
              QString::number(item.count));
 }

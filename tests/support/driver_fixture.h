@@ -10,6 +10,7 @@
 
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
 #include "shared/protocol.h"
+#include "support/rows.h"
 
 /// What a host shares with the driver, and a record of what the driver calls back. The driver is
 /// one for the process, so a test has one fixture at a time; construction starts communication
@@ -74,10 +75,10 @@ public:
 private:
     static int record(int deviceNo, int stationNo, QString &name, int address)
     {
-        calls().append(QString::fromLatin1("%1 %2 %3 %4")
+        calls().append(latin("%1 %2 %3 %4")
                            .arg(QString::number(deviceNo), QString::number(stationNo), name,
                                 QString::number(address)));
-        name = QString::fromLatin1("changed by the host");
+        name = latin("changed by the host");
         if (hook() != nullptr) {
             hook()();
         }
@@ -93,7 +94,7 @@ inline VARIABLE makeItem(int stationNo, const char *regName, int startAddr, int 
 {
     VARIABLE item = VARIABLE();
     item.stationNo = stationNo;
-    item.regName = QString::fromLatin1(regName);
+    item.regName = latin(regName);
     item.startAddr = startAddr;
     item.count = count;
     std::memcpy(item.data, values.constData(), static_cast<size_t>(values.size()));
@@ -105,7 +106,7 @@ inline KEY_ADDRESS makeKey(int stationNo, const char *regName, int startAddr, in
 {
     KEY_ADDRESS key = KEY_ADDRESS();
     key.stationNo = stationNo;
-    key.regName = QString::fromLatin1(regName);
+    key.regName = latin(regName);
     key.startAddr = startAddr;
     key.count = count;
     key.bitFlag = bitFlag;

@@ -16,7 +16,7 @@ inline QByteArray goodAnswer(const FRAME_PRO &frame)
 inline QString jobText()
 {
     const QByteArray letters("-HWCRwr");
-    return QString::fromLatin1("%1 %2 %3")
+    return latin("%1 %2 %3")
         .arg(QChar::fromLatin1(letters.at(driver.sendState)), driver.curVar.regName,
              QString::number(driver.curVar.startAddr));
 }
@@ -43,13 +43,13 @@ inline QString takeTurn()
 {
     FRAME_PRO frame = FRAME_PRO();
     if (intf_getSendFrame(frame) == 0) {
-        return QString::fromLatin1("idle");
+        return latin("idle");
     }
     const QString job = jobText();
     QByteArray answer = goodAnswer(frame);
     QString errorText;
     const int result = intf_dealRcvFrame(answer, errorText);
-    return result == kAnswerGood ? job : job + QString::fromLatin1(" answered with %1").arg(result);
+    return result == kAnswerGood ? job : job + latin(" answered with %1").arg(result);
 }
 
 inline QString takeTurns(int turns)
@@ -64,7 +64,7 @@ inline QString takeTurns(int turns)
 /// Hands an answer over; `text` receives the description of the request.
 inline int answerWith(QByteArray answer, QString *text = nullptr)
 {
-    QString errorText = QString::fromLatin1("left over");
+    QString errorText = latin("left over");
     const int result = intf_dealRcvFrame(answer, errorText);
     if (text != nullptr) {
         *text = errorText;

@@ -15,7 +15,7 @@ inline _RCP_VAR_PRO recipeItem(const QByteArray &text)
     _RCP_VAR_PRO item = _RCP_VAR_PRO();
     item.deviceNo = slash < 0 ? 7 : text.left(slash).toInt();
     item.stationNo = fields.at(0).toInt();
-    item.regName = QString::fromLatin1(fields.at(1).constData());
+    item.regName = latin(fields.at(1).constData());
     item.startAddr = fields.at(2).toInt();
     item.count = fields.at(3).toInt();
     item.bufOffset = fields.at(4).toInt();

@@ -4,30 +4,7 @@
 
 #include "serviceForProtocol/cache/change_notify.h"
 #include "support/area_helpers.h"
-
-class TestChangeNotify : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void viewsOfUnit_data();
-    void viewsOfUnit();
-    void oneNullValueReportsEveryBit_data();
-    void oneNullValueReportsEveryBit();
-    void contactUnit_data();
-    void contactUnit();
-    void routineOfTheWidth_data();
-    void routineOfTheWidth();
-    void indexOutsideReportsNothing_data();
-    void indexOutsideReportsNothing();
-    void hostMayChangeTheName();
-    void nameIsRightWhateverTheHostDoes_data();
-    void nameIsRightWhateverTheHostDoes();
-    void everyBitOfADoubleWord();
-    void namesFollowTheUnits();
-    void noCallbackNoCall();
-    void recordMayMoveDuringTheCall();
-};
+#include "support/rows.h"
 
 static void watch(int unitAddr, int monitorFlags, int bitMonitorFlags)
 {
@@ -50,210 +27,74 @@ static void change(int bytes, bool compare, int before, int after, int index, in
     }
 }
 
-void TestChangeNotify::viewsOfUnit_data()
+static const struct
 {
-    QTest::addColumn<int>("bytes");
-    QTest::addColumn<int>("unitAddr");
-    QTest::addColumn<int>("monitorFlags");
-    QTest::addColumn<int>("bitFlags");
-    QTest::addColumn<bool>("compare");
-    QTest::addColumn<int>("before");
-    QTest::addColumn<int>("after");
-    QTest::addColumn<int>("skipBits");
-    QTest::addColumn<QString>("calls");
+    const char *what;
+    int bytes, unitAddr, monitorFlags, bitFlags;
+    bool compare;
+    int before, after, skipBits;
+    const char *calls;
+} kViewsOfUnit[] = {
+    {"word: only the bit that differs, before the word", 2, 3, 1, 0x5, true, 0, 4, 0,
+     "7 2 M_bit 50, 7 2 M_W 3"},
+    {"word: bits ascend from 0 to 15", 2, 1, 0, 0x8101, true, 0, 0xFFFF, 0,
+     "7 2 M_bit 16, 7 2 M_bit 24, 7 2 M_bit 31"},
+    {"word: a bit above 15 is none of its bits", 2, 1, 0, 0x10000, false, 0, 0, 0, ""},
+    {"word: unwatched bits say nothing", 2, 3, 0, 0x2, true, 0, 4, 0, ""},
+    {"word: bits that stay say nothing", 2, 3, 0, 0xFFFF, true, 0x1234, 0x1234, 0, ""},
+    {"word: null values report every watched bit", 2, 3, 0, 0x5, false, 0, 0, 0,
+     "7 2 M_bit 48, 7 2 M_bit 50"},
+    {"word: skipped bits, and nothing else", 2, 3, 0x7, 0x5, true, 0, 5, 1,
+     "7 2 M_W 3, 7 2 M_D 3, 7 2 M_D 2"},
+    {"word: the unit without a comparison", 2, 3, 1, 0, true, 9, 9, 0, "7 2 M_W 3"},
+    {"word: low half", 2, 3, 2, 0, true, 0, 1, 0, "7 2 M_D 3"},
+    {"word: high half", 2, 3, 4, 0, true, 0, 1, 0, "7 2 M_D 2"},
+    {"word: no double word below address 0", 2, 0, 4, 0, true, 0, 1, 0, ""},
+    {"word: flags of four units mean nothing", 2, 3, 0x78, 0, true, 0, 1, 0, ""},
+    {"word: unwatched", 2, 3, 0, 0, true, 0, 1, 0, ""},
 
-    QTest::newRow("word: only the bit that differs, before the word")
-        << 2 << 3 << 1 << 0x5 << true << 0 << 4 << 0 << latin("7 2 M_bit 50, 7 2 M_W 3");
-    QTest::newRow("word: bits ascend from 0 to 15")
-        << 2 << 1 << 0 << 0x8101 << true << 0 << 0xFFFF << 0
-        << latin("7 2 M_bit 16, 7 2 M_bit 24, 7 2 M_bit 31");
-    QTest::newRow("word: a bit above 15 is none of its bits")
-        << 2 << 1 << 0 << 0x10000 << false << 0 << 0 << 0 << QString();
-    QTest::newRow("word: unwatched bits say nothing")
-        << 2 << 3 << 0 << 0x2 << true << 0 << 4 << 0 << QString();
-    QTest::newRow("word: bits that stay say nothing")
-        << 2 << 3 << 0 << 0xFFFF << true << 0x1234 << 0x1234 << 0 << QString();
-    QTest::newRow("word: null values report every watched bit")
-        << 2 << 3 << 0 << 0x5 << false << 0 << 0 << 0 << latin("7 2 M_bit 48, 7 2 M_bit 50");
-    QTest::newRow("word: skipped bits, and nothing else")
-        << 2 << 3 << 0x7 << 0x5 << true << 0 << 5 << 1 << latin("7 2 M_W 3, 7 2 M_D 3, 7 2 M_D 2");
-    QTest::newRow("word: the unit without a comparison")
-        << 2 << 3 << 1 << 0 << true << 9 << 9 << 0 << latin("7 2 M_W 3");
-    QTest::newRow("word: low half")
-        << 2 << 3 << 2 << 0 << true << 0 << 1 << 0 << latin("7 2 M_D 3");
-    QTest::newRow("word: high half")
-        << 2 << 3 << 4 << 0 << true << 0 << 1 << 0 << latin("7 2 M_D 2");
-    QTest::newRow("word: no double word below address 0")
-        << 2 << 0 << 4 << 0 << true << 0 << 1 << 0 << QString();
-    QTest::newRow("word: flags of four units mean nothing")
-        << 2 << 3 << 0x78 << 0 << true << 0 << 1 << 0 << QString();
-    QTest::newRow("word: unwatched") << 2 << 3 << 0 << 0 << true << 0 << 1 << 0 << QString();
+    {"byte: bits, byte, words, double words", 1, 5, 0x7F, 0x81, true, 0, 0xFF, 0,
+     "7 2 M_bit 40, 7 2 M_bit 47, 7 2 M_B 5, 7 2 M_W 5, 7 2 M_W 4, 7 2 M_D 5, "
+     "7 2 M_D 4, 7 2 M_D 3, 7 2 M_D 2"},
+    {"byte: a bit above 7 is none of its bits", 1, 5, 0, 0x100, false, 0, 0, 0, ""},
+    {"byte: null values report every watched bit", 1, 5, 0, 0x21, false, 0, 0, 0,
+     "7 2 M_bit 40, 7 2 M_bit 45"},
+    {"byte: only the bit that differs", 1, 5, 0, 0xFF, true, 0x0F, 0x1F, 0, "7 2 M_bit 44"},
+    {"byte: skipped bits, and nothing else", 1, 5, 1, 0xFF, true, 0, 0xFF, 1, "7 2 M_B 5"},
+    {"byte: nothing below address 0", 1, 1, 0x7E, 0, true, 0, 1, 0,
+     "7 2 M_W 1, 7 2 M_W 0, 7 2 M_D 1, 7 2 M_D 0"},
+    {"byte: second part at address 0", 1, 0, 0x74, 0, true, 0, 1, 0, ""},
 
-    QTest::newRow("byte: bits, byte, words, double words")
-        << 1 << 5 << 0x7F << 0x81 << true << 0 << 0xFF << 0
-        << latin("7 2 M_bit 40, 7 2 M_bit 47, 7 2 M_B 5, 7 2 M_W 5, 7 2 M_W 4, 7 2 M_D 5, "
-                 "7 2 M_D 4, 7 2 M_D 3, 7 2 M_D 2");
-    QTest::newRow("byte: a bit above 7 is none of its bits")
-        << 1 << 5 << 0 << 0x100 << false << 0 << 0 << 0 << QString();
-    QTest::newRow("byte: null values report every watched bit")
-        << 1 << 5 << 0 << 0x21 << false << 0 << 0 << 0 << latin("7 2 M_bit 40, 7 2 M_bit 45");
-    QTest::newRow("byte: only the bit that differs")
-        << 1 << 5 << 0 << 0xFF << true << 0x0F << 0x1F << 0 << latin("7 2 M_bit 44");
-    QTest::newRow("byte: skipped bits, and nothing else")
-        << 1 << 5 << 1 << 0xFF << true << 0 << 0xFF << 1 << latin("7 2 M_B 5");
-    QTest::newRow("byte: nothing below address 0")
-        << 1 << 1 << 0x7E << 0 << true << 0 << 1 << 0
-        << latin("7 2 M_W 1, 7 2 M_W 0, 7 2 M_D 1, 7 2 M_D 0");
-    QTest::newRow("byte: second part at address 0")
-        << 1 << 0 << 0x74 << 0 << true << 0 << 1 << 0 << QString();
+    {"double word: bits, then the letter alone", 4, 2, 0x7F, INT_MIN | 1, true, 0, -1, 0,
+     "7 2 M_bit 64, 7 2 M_bit 95, 7 2 M 2"},
+    {"double word: null values report every watched bit", 4, 2, 0, 0x10, false, 0, 0, 0,
+     "7 2 M_bit 68"},
+    {"double word: skipped bits, and nothing else", 4, 2, 1, 0x10, true, 0, -1, 2, "7 2 M 2"},
+};
 
-    QTest::newRow("double word: bits, then the letter alone")
-        << 4 << 2 << 0x7F << (INT_MIN | 1) << true << 0 << -1 << 0
-        << latin("7 2 M_bit 64, 7 2 M_bit 95, 7 2 M 2");
-    QTest::newRow("double word: null values report every watched bit")
-        << 4 << 2 << 0 << 0x10 << false << 0 << 0 << 0 << latin("7 2 M_bit 68");
-    QTest::newRow("double word: skipped bits, and nothing else")
-        << 4 << 2 << 1 << 0x10 << true << 0 << -1 << 2 << latin("7 2 M 2");
-}
-
-void TestChangeNotify::viewsOfUnit()
+static const struct
 {
-    QFETCH(int, bytes);
-    QFETCH(int, unitAddr);
-    QFETCH(int, monitorFlags);
-    QFETCH(int, bitFlags);
-    QFETCH(bool, compare);
-    QFETCH(int, before);
-    QFETCH(int, after);
-    QFETCH(int, skipBits);
-    QFETCH(QString, calls);
+    const char *what;
+    int monitorFlags, bitFlags;
+    const char *calls;
+} kContactUnit[] = {
+    {"watched", 1, 0, "7 2 M 4"},
+    {"unwatched", 0, 0, ""},
+    {"only as a unit", 0x7E, 0xFFFF, ""},
+};
 
-    DriverFixture fixture;
-    watch(unitAddr, monitorFlags, bitFlags);
-    change(bytes, compare, before, after, 0, skipBits);
-    QCOMPARE(callsText(), calls);
-}
+static const Case<int, const char *> kRoutineOfTheWidth[] = {
+    {"byte", 1, "7 2 M_bit 14, 7 2 M_B 1"},
+    {"word", 2, "7 2 M_bit 22, 7 2 M_W 1"},
+    {"double word", 4, "7 2 M_bit 38, 7 2 M 1"},
+};
 
-void TestChangeNotify::oneNullValueReportsEveryBit_data()
-{
-    QTest::addColumn<int>("bytes");
-    QTest::addColumn<bool>("nullOld");
-    QTest::addColumn<QString>("calls");
-
-    for (int null = 0; null < 2; ++null) {
-        const QByteArray side = null != 0 ? "old value" : "new value";
-        QTest::newRow(("byte, no " + side).constData())
-            << 1 << (null != 0) << latin("7 2 M_bit 8, 7 2 M_bit 10");
-        QTest::newRow(("word, no " + side).constData())
-            << 2 << (null != 0) << latin("7 2 M_bit 16, 7 2 M_bit 18");
-        QTest::newRow(("double word, no " + side).constData())
-            << 4 << (null != 0) << latin("7 2 M_bit 32, 7 2 M_bit 34");
-    }
-}
-
-void TestChangeNotify::oneNullValueReportsEveryBit()
-{
-    QFETCH(int, bytes);
-    QFETCH(bool, nullOld);
-    QFETCH(QString, calls);
-
-    DriverFixture fixture;
-    watch(1, 0, 0x5);
-    const int number = 4;
-    const unsigned char byte = 4;
-    const int *const oldNumber = nullOld ? nullptr : &number;
-    const int *const newNumber = nullOld ? &number : nullptr;
-    if (bytes == 1) {
-        _byteDataChange(nullOld ? nullptr : &byte, nullOld ? &byte : nullptr, 0, 0);
-    } else if (bytes == 2) {
-        _wordDataChange(oldNumber, newNumber, 0, 0);
-    } else {
-        _dwordDataChange(oldNumber, newNumber, 0, 0);
-    }
-    QCOMPARE(callsText(), calls);
-}
-
-void TestChangeNotify::contactUnit_data()
-{
-    QTest::addColumn<int>("monitorFlags");
-    QTest::addColumn<int>("bitFlags");
-    QTest::addColumn<QString>("calls");
-
-    QTest::newRow("watched") << 1 << 0 << latin("7 2 M 4");
-    QTest::newRow("unwatched") << 0 << 0 << QString();
-    QTest::newRow("only as a unit") << 0x7E << 0xFFFF << QString();
-}
-
-void TestChangeNotify::contactUnit()
-{
-    QFETCH(int, monitorFlags);
-    QFETCH(int, bitFlags);
-    QFETCH(QString, calls);
-
-    DriverFixture fixture;
-    watch(4, monitorFlags, bitFlags);
-    _bitDataChange(0);
-    QCOMPARE(callsText(), calls);
-}
-
-void TestChangeNotify::routineOfTheWidth_data()
-{
-    QTest::addColumn<int>("bytes");
-    QTest::addColumn<QString>("calls");
-
-    QTest::newRow("byte") << 1 << latin("7 2 M_bit 14, 7 2 M_B 1");
-    QTest::newRow("word") << 2 << latin("7 2 M_bit 22, 7 2 M_W 1");
-    QTest::newRow("double word") << 4 << latin("7 2 M_bit 38, 7 2 M 1");
-}
-
-void TestChangeNotify::routineOfTheWidth()
-{
-    QFETCH(int, bytes);
-    QFETCH(QString, calls);
-
-    DriverFixture fixture;
-    watch(1, 1, 0x41);
-    notifyUnitChange(bytes, 0x01, 0x41, 0);
-    QCOMPARE(callsText(), calls);
-}
-
-void TestChangeNotify::indexOutsideReportsNothing_data()
-{
-    QTest::addColumn<int>("index");
-
-    QTest::newRow("negative") << -1;
-    QTest::newRow("behind the last") << 1;
-    QTest::newRow("most negative") << INT_MIN;
-    QTest::newRow("largest") << INT_MAX;
-}
-
-void TestChangeNotify::indexOutsideReportsNothing()
-{
-    QFETCH(int, index);
-
-    DriverFixture fixture;
-    watch(1, 0x7F, 0xFF);
-    change(1, false, 0, 0, index, 0);
-    change(2, false, 0, 0, index, 0);
-    change(4, false, 0, 0, index, 0);
-    _bitDataChange(index);
-    QCOMPARE(callsText(), QString());
-}
-
-void TestChangeNotify::hostMayChangeTheName()
-{
-    DriverFixture fixture; // its callback overwrites each name
-    const QString name = latin("M_W");
-    notifyHost(1, 2, name, 3);
-    notifyHost(4, 5, name, 6);
-    QCOMPARE(name, latin("M_W"));
-    QCOMPARE(callsText(), latin("1 2 M_W 3, 4 5 M_W 6"));
-    DriverFixture::calls().clear();
-    watch(3, 0x7, 0);
-    change(2, true, 0, 1, 0, 0);
-    QCOMPARE(callsText(), latin("7 2 M_W 3, 7 2 M_D 3, 7 2 M_D 2"));
-    QCOMPARE(driver.dataArea.at(0).regPrefix, latin("M"));
-}
+static const Given<int> kIndexOutsideReportsNothing[] = {
+    {"negative", -1},
+    {"behind the last", 1},
+    {"most negative", INT_MIN},
+    {"largest", INT_MAX},
+};
 
 static QStringList namesHeard;
 
@@ -277,66 +118,11 @@ static int emptyName(int, int, QString &name, int)
     return 0;
 }
 
-void TestChangeNotify::nameIsRightWhateverTheHostDoes_data()
-{
-    QTest::addColumn<int>("host");
-
-    QTest::newRow("leaves it") << 0;
-    QTest::newRow("writes into it") << 1;
-    QTest::newRow("empties it") << 2;
-}
-
-void TestChangeNotify::nameIsRightWhateverTheHostDoes()
-{
-    QFETCH(int, host);
-
-    DriverFixture fixture;
-    const ValueChangeCallback hosts[] = {&leaveName, &overwriteName, &emptyName};
-    intf_setAddrValueChangeCallBack(hosts[host]);
-    namesHeard.clear();
-    watch(3, 0x7, 0x3);
-    change(2, true, 0, 3, 0, 0);
-    QCOMPARE(namesHeard.join(latin(" ")), latin("M_bit M_bit M_W M_D M_D"));
-}
-
-void TestChangeNotify::everyBitOfADoubleWord()
-{
-    DriverFixture fixture;
-    watch(0, 0, -1);
-    change(4, true, 0, -1, 0, 0);
-    QCOMPARE(sizeOf(DriverFixture::calls()), 32);
-    QCOMPARE(DriverFixture::calls().last(), latin("7 2 M_bit 31"));
-}
-
-// One notifier serves a whole answer, the fixture's host changes the name at each call, and letters
-// that no register has stand between those that have one.
-void TestChangeNotify::namesFollowTheUnits()
-{
-    DriverFixture fixture;
-    const char *const letters[] = {"D", "D", "Q", "D", "Q", "R", "M", "TX"};
-    for (int i = 0; i < 8; ++i) {
-        unitAt(1, letters[i], i).monitorFlags = 1;
-    }
-    ChangeNotifier notifier;
-    for (int i = 0; i < 8; ++i) {
-        notifier.unitChanged(driver.dataArea.at(i), 2, 1);
-    }
-    QCOMPARE(callsText(), latin("7 1 D_W 0, 7 1 D_W 1, 7 1 Q_W 2, 7 1 D_W 3, 7 1 Q_W 4, "
-                                "7 1 R_W 5, 7 1 M_W 6, 7 1 TX_W 7"));
-}
-
-void TestChangeNotify::noCallbackNoCall()
-{
-    DriverFixture fixture;
-    watch(1, 0x7F, 0xFF);
-    intf_setAddrValueChangeCallBack(nullptr);
-    change(1, false, 0, 0, 0, 0);
-    change(2, false, 0, 0, 0, 0);
-    change(4, false, 0, 0, 0, 0);
-    _bitDataChange(0);
-    notifyHost(1, 2, latin("M_W"), 3);
-    QCOMPARE(callsText(), QString());
-}
+static const Given<int> kNameIsRightWhateverTheHostDoes[] = {
+    {"leaves it", 0},
+    {"writes into it", 1},
+    {"empties it", 2},
+};
 
 static void growArea()
 {
@@ -345,15 +131,170 @@ static void growArea()
     }
 }
 
-void TestChangeNotify::recordMayMoveDuringTheCall()
+class TestChangeNotify : public QObject
 {
-    DriverFixture fixture;
-    DriverFixture::hook() = &growArea;
-    watch(5, 0x7F, 0x3);
-    change(1, false, 0, 0, 0, 0);
-    QCOMPARE(callsText(), latin("7 2 M_bit 40, 7 2 M_bit 41, 7 2 M_B 5, 7 2 M_W 5, 7 2 M_W 4, "
-                                "7 2 M_D 5, 7 2 M_D 4, 7 2 M_D 3, 7 2 M_D 2"));
-}
+    Q_OBJECT
+
+private Q_SLOTS:
+    void viewsOfUnit_data() { addRows(kViewsOfUnit); }
+    void viewsOfUnit()
+    {
+        const auto &row = currentRow(kViewsOfUnit);
+        DriverFixture fixture;
+        watch(row.unitAddr, row.monitorFlags, row.bitFlags);
+        change(row.bytes, row.compare, row.before, row.after, 0, row.skipBits);
+        QCOMPARE(callsText(), latin(row.calls));
+    }
+
+    void oneNullValueReportsEveryBit_data()
+    {
+        QTest::addColumn<int>("bytes");
+        QTest::addColumn<bool>("nullOld");
+        QTest::addColumn<QString>("calls");
+
+        for (int null = 0; null < 2; ++null) {
+            const QByteArray side = null != 0 ? "old value" : "new value";
+            QTest::newRow(("byte, no " + side).constData())
+                << 1 << (null != 0) << latin("7 2 M_bit 8, 7 2 M_bit 10");
+            QTest::newRow(("word, no " + side).constData())
+                << 2 << (null != 0) << latin("7 2 M_bit 16, 7 2 M_bit 18");
+            QTest::newRow(("double word, no " + side).constData())
+                << 4 << (null != 0) << latin("7 2 M_bit 32, 7 2 M_bit 34");
+        }
+    }
+
+    void oneNullValueReportsEveryBit()
+    {
+        QFETCH(int, bytes);
+        QFETCH(bool, nullOld);
+        QFETCH(QString, calls);
+
+        DriverFixture fixture;
+        watch(1, 0, 0x5);
+        const int number = 4;
+        const unsigned char byte = 4;
+        const int *const oldNumber = nullOld ? nullptr : &number;
+        const int *const newNumber = nullOld ? &number : nullptr;
+        if (bytes == 1) {
+            _byteDataChange(nullOld ? nullptr : &byte, nullOld ? &byte : nullptr, 0, 0);
+        } else if (bytes == 2) {
+            _wordDataChange(oldNumber, newNumber, 0, 0);
+        } else {
+            _dwordDataChange(oldNumber, newNumber, 0, 0);
+        }
+        QCOMPARE(callsText(), calls);
+    }
+
+    void contactUnit_data() { addRows(kContactUnit); }
+    void contactUnit()
+    {
+        const auto &row = currentRow(kContactUnit);
+        DriverFixture fixture;
+        watch(4, row.monitorFlags, row.bitFlags);
+        _bitDataChange(0);
+        QCOMPARE(callsText(), latin(row.calls));
+    }
+
+    void routineOfTheWidth_data() { addRows(kRoutineOfTheWidth); }
+    void routineOfTheWidth()
+    {
+        const auto &row = currentRow(kRoutineOfTheWidth);
+        DriverFixture fixture;
+        watch(1, 1, 0x41);
+        notifyUnitChange(row.given, 0x01, 0x41, 0);
+        QCOMPARE(callsText(), latin(row.expected));
+    }
+
+    void indexOutsideReportsNothing_data() { addRows(kIndexOutsideReportsNothing); }
+    void indexOutsideReportsNothing()
+    {
+        const auto &row = currentRow(kIndexOutsideReportsNothing);
+        DriverFixture fixture;
+        watch(1, 0x7F, 0xFF);
+        change(1, false, 0, 0, row.given, 0);
+        change(2, false, 0, 0, row.given, 0);
+        change(4, false, 0, 0, row.given, 0);
+        _bitDataChange(row.given);
+        QCOMPARE(callsText(), QString());
+    }
+
+    void hostMayChangeTheName()
+    {
+        DriverFixture fixture; // its callback overwrites each name
+        const QString name = latin("M_W");
+        notifyHost(1, 2, name, 3);
+        notifyHost(4, 5, name, 6);
+        QCOMPARE(name, latin("M_W"));
+        QCOMPARE(callsText(), latin("1 2 M_W 3, 4 5 M_W 6"));
+        DriverFixture::calls().clear();
+        watch(3, 0x7, 0);
+        change(2, true, 0, 1, 0, 0);
+        QCOMPARE(callsText(), latin("7 2 M_W 3, 7 2 M_D 3, 7 2 M_D 2"));
+        QCOMPARE(driver.dataArea.at(0).regPrefix, latin("M"));
+    }
+
+    void nameIsRightWhateverTheHostDoes_data() { addRows(kNameIsRightWhateverTheHostDoes); }
+    void nameIsRightWhateverTheHostDoes()
+    {
+        const auto &row = currentRow(kNameIsRightWhateverTheHostDoes);
+        DriverFixture fixture;
+        const ValueChangeCallback hosts[] = {&leaveName, &overwriteName, &emptyName};
+        intf_setAddrValueChangeCallBack(hosts[row.given]);
+        namesHeard.clear();
+        watch(3, 0x7, 0x3);
+        change(2, true, 0, 3, 0, 0);
+        QCOMPARE(namesHeard.join(latin(" ")), latin("M_bit M_bit M_W M_D M_D"));
+    }
+
+    void everyBitOfADoubleWord()
+    {
+        DriverFixture fixture;
+        watch(0, 0, -1);
+        change(4, true, 0, -1, 0, 0);
+        QCOMPARE(sizeOf(DriverFixture::calls()), 32);
+        QCOMPARE(DriverFixture::calls().last(), latin("7 2 M_bit 31"));
+    }
+
+    // One notifier serves a whole answer, the fixture's host changes the name at each call, and
+    // letters that no register has stand between those that have one.
+    void namesFollowTheUnits()
+    {
+        DriverFixture fixture;
+        const char *const letters[] = {"D", "D", "Q", "D", "Q", "R", "M", "TX"};
+        for (int i = 0; i < 8; ++i) {
+            unitAt(1, letters[i], i).monitorFlags = 1;
+        }
+        ChangeNotifier notifier;
+        for (int i = 0; i < 8; ++i) {
+            notifier.unitChanged(driver.dataArea.at(i), 2, 1);
+        }
+        QCOMPARE(callsText(), latin("7 1 D_W 0, 7 1 D_W 1, 7 1 Q_W 2, 7 1 D_W 3, 7 1 Q_W 4, "
+                                    "7 1 R_W 5, 7 1 M_W 6, 7 1 TX_W 7"));
+    }
+
+    void noCallbackNoCall()
+    {
+        DriverFixture fixture;
+        watch(1, 0x7F, 0xFF);
+        intf_setAddrValueChangeCallBack(nullptr);
+        change(1, false, 0, 0, 0, 0);
+        change(2, false, 0, 0, 0, 0);
+        change(4, false, 0, 0, 0, 0);
+        _bitDataChange(0);
+        notifyHost(1, 2, latin("M_W"), 3);
+        QCOMPARE(callsText(), QString());
+    }
+
+    void recordMayMoveDuringTheCall()
+    {
+        DriverFixture fixture;
+        DriverFixture::hook() = &growArea;
+        watch(5, 0x7F, 0x3);
+        change(1, false, 0, 0, 0, 0);
+        QCOMPARE(callsText(), latin("7 2 M_bit 40, 7 2 M_bit 41, 7 2 M_B 5, 7 2 M_W 5, 7 2 M_W 4, "
+                                    "7 2 M_D 5, 7 2 M_D 4, 7 2 M_D 3, 7 2 M_D 2"));
+    }
+};
 
 QTEST_APPLESS_MAIN(TestChangeNotify)
 #include "test_change_notify.moc"

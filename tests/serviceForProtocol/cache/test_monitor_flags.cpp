@@ -4,19 +4,7 @@
 
 #include "serviceForProtocol/cache/monitor_flags.h"
 #include "support/area_helpers.h"
-
-class TestMonitorFlags : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void marksOfWidths_data();
-    void marksOfWidths();
-    void marksOfRegisters_data();
-    void marksOfRegisters();
-    void marksAddUp();
-    void clearingKeepsValuesAndWrites();
-};
+#include "support/rows.h"
 
 // The whole area in order of first use: "letter address:marks", or "/bit marks" in hexadecimal.
 static QString marksText()
@@ -33,126 +21,119 @@ static QString marksText()
     return texts.join(QLatin1String(" "));
 }
 
-void TestMonitorFlags::marksOfWidths_data()
+static const char *const none = "";
+
+static const struct
 {
-    QTest::addColumn<int>("unitBits");
-    QTest::addColumn<int>("wordBits");
-    QTest::addColumn<bool>("bitName");
-    QTest::addColumn<int>("startAddr");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<QString>("marks");
+    const char *what;
+    int unitBits, wordBits;
+    bool bitName;
+    int startAddr, count;
+    const char *marks;
+} kMarksOfWidths[] = {
+    {"32 over words", 32, 16, false, 4, 4, "M4:2 M5:4 M6:2 M7:4"},
+    {"32 over words, one word: nothing", 32, 16, false, 4, 1, none},
+    {"32 over words, three: the pair", 32, 16, false, 4, 3, "M4:2 M5:4"},
+    {"32 over bytes", 32, 8, false, 4, 2, "M4:8 M5:10 M6:20 M7:40"},
+    {"32 over bytes, two values", 32, 8, false, 0, 5,
+     "M0:8 M1:10 M2:20 M3:40 M4:8 M5:10 M6:20 M7:40"},
+    {"32 over bytes, one word: nothing", 32, 8, false, 4, 1, none},
+    {"32 kept whole", 32, 32, false, 4, 5, "M4:1 M5:1"},
+    {"32 kept whole, one word: nothing", 32, 32, false, 4, 1, none},
+    {"16 over bytes", 16, 8, false, 4, 2, "M4:2 M5:4 M6:2 M7:4"},
+    {"16 over words", 16, 16, false, 4, 3, "M4:1 M5:1 M6:1"},
+    {"16, none: nothing", 16, 16, false, 4, 0, none},
+    {"16, negative: nothing", 16, 16, false, 4, -2, none},
+    {"8", 8, 8, false, 4, 2, "M4:1 M5:1"},
+    {"1 without bit name", 1, 1, false, 4, 2, "M4:1 M5:1"},
+    {"1 without bit name, none", 1, 1, false, 4, 0, none},
+    {"bits of words, across units", 1, 16, true, 46, 4, "M2:0/c000 M3:0/3"},
+    {"bits of bytes, across units", 1, 8, true, 22, 4, "M2:0/c0 M3:0/3"},
+    {"8 with bit name", 8, 16, true, 16, 1, "M1:0/1"},
+    {"bits, none", 1, 16, true, 46, 0, none},
+    {"bits of 32: nothing", 1, 32, true, 46, 4, none},
+    {"any other width: nothing", 64, 16, false, 4, 2, none},
+    {"most negative count", 1, 16, true, 0, INT_MIN, none},
+    {"addresses wrap round", 16, 16, false, INT_MAX, 2, "M2147483647:1 M-2147483648:1"},
+};
 
-    const QString none;
-    QTest::newRow("32 over words") << 32 << 16 << false << 4 << 4 << latin("M4:2 M5:4 M6:2 M7:4");
-    QTest::newRow("32 over words, one word: nothing") << 32 << 16 << false << 4 << 1 << none;
-    QTest::newRow("32 over words, three: the pair")
-        << 32 << 16 << false << 4 << 3 << latin("M4:2 M5:4");
-    QTest::newRow("32 over bytes") << 32 << 8 << false << 4 << 2 << latin("M4:8 M5:10 M6:20 M7:40");
-    QTest::newRow("32 over bytes, two values")
-        << 32 << 8 << false << 0 << 5 << latin("M0:8 M1:10 M2:20 M3:40 M4:8 M5:10 M6:20 M7:40");
-    QTest::newRow("32 over bytes, one word: nothing") << 32 << 8 << false << 4 << 1 << none;
-    QTest::newRow("32 kept whole") << 32 << 32 << false << 4 << 5 << latin("M4:1 M5:1");
-    QTest::newRow("32 kept whole, one word: nothing") << 32 << 32 << false << 4 << 1 << none;
-    QTest::newRow("16 over bytes") << 16 << 8 << false << 4 << 2 << latin("M4:2 M5:4 M6:2 M7:4");
-    QTest::newRow("16 over words") << 16 << 16 << false << 4 << 3 << latin("M4:1 M5:1 M6:1");
-    QTest::newRow("16, none: nothing") << 16 << 16 << false << 4 << 0 << none;
-    QTest::newRow("16, negative: nothing") << 16 << 16 << false << 4 << -2 << none;
-    QTest::newRow("8") << 8 << 8 << false << 4 << 2 << latin("M4:1 M5:1");
-    QTest::newRow("1 without bit name") << 1 << 1 << false << 4 << 2 << latin("M4:1 M5:1");
-    QTest::newRow("1 without bit name, none") << 1 << 1 << false << 4 << 0 << none;
-    QTest::newRow("bits of words, across units")
-        << 1 << 16 << true << 46 << 4 << latin("M2:0/c000 M3:0/3");
-    QTest::newRow("bits of bytes, across units")
-        << 1 << 8 << true << 22 << 4 << latin("M2:0/c0 M3:0/3");
-    QTest::newRow("8 with bit name") << 8 << 16 << true << 16 << 1 << latin("M1:0/1");
-    QTest::newRow("bits, none") << 1 << 16 << true << 46 << 0 << none;
-    QTest::newRow("bits of 32: nothing") << 1 << 32 << true << 46 << 4 << none;
-    QTest::newRow("any other width: nothing") << 64 << 16 << false << 4 << 2 << none;
-    QTest::newRow("most negative count") << 1 << 16 << true << 0 << INT_MIN << none;
-    QTest::newRow("addresses wrap round")
-        << 16 << 16 << false << INT_MAX << 2 << latin("M2147483647:1 M-2147483648:1");
-}
-
-void TestMonitorFlags::marksOfWidths()
+static const struct
 {
-    QFETCH(int, unitBits);
-    QFETCH(int, wordBits);
-    QFETCH(bool, bitName);
-    QFETCH(int, startAddr);
-    QFETCH(int, count);
-    QFETCH(QString, marks);
+    const char *what, *regName;
+    int startAddr, count;
+    const char *marks;
+} kMarksOfRegisters[] = {
+    {"D_W 100 x2", "D_W", 100, 2, "D100:1 D101:1"},
+    {"M_bit 37 is bit 5 of word 2", "M_bit", 37, 1, "M2:0/20"},
+    {"D_bit 15", "D_bit", 15, 1, "D0:0/8000"},
+    {"a contact is its own letter", "TX", 7, 2, "TX7:1 TX8:1"},
+    {"unknown bit name: bits of words", "Q_bit", 16, 2, "Q1:0/3"},
+    {"unknown name: units", "Q_W", 16, 2, "Q16:1 Q17:1"},
+    {"names are compared exactly", "m_bit", 16, 1, "m1:0/1"},
+};
 
-    DriverFixture fixture;
-    markMonitored(makeWidths(unitBits, wordBits, bitName), 1, latin("M"), startAddr, count);
-    QCOMPARE(marksText(), marks);
-}
-
-void TestMonitorFlags::marksOfRegisters_data()
+class TestMonitorFlags : public QObject
 {
-    QTest::addColumn<QString>("regName");
-    QTest::addColumn<int>("startAddr");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<QString>("marks");
+    Q_OBJECT
 
-    QTest::newRow("D_W 100 x2") << latin("D_W") << 100 << 2 << latin("D100:1 D101:1");
-    QTest::newRow("M_bit 37 is bit 5 of word 2") << latin("M_bit") << 37 << 1 << latin("M2:0/20");
-    QTest::newRow("D_bit 15") << latin("D_bit") << 15 << 1 << latin("D0:0/8000");
-    QTest::newRow("a contact is its own letter") << latin("TX") << 7 << 2 << latin("TX7:1 TX8:1");
-    QTest::newRow("unknown bit name: bits of words")
-        << latin("Q_bit") << 16 << 2 << latin("Q1:0/3");
-    QTest::newRow("unknown name: units") << latin("Q_W") << 16 << 2 << latin("Q16:1 Q17:1");
-    QTest::newRow("names are compared exactly") << latin("m_bit") << 16 << 1 << latin("m1:0/1");
-}
+private Q_SLOTS:
+    void marksOfWidths_data() { addRows(kMarksOfWidths); }
+    void marksOfWidths()
+    {
+        const auto &row = currentRow(kMarksOfWidths);
+        DriverFixture fixture;
+        markMonitored(makeWidths(row.unitBits, row.wordBits, row.bitName), 1, latin("M"),
+                      row.startAddr, row.count);
+        QCOMPARE(marksText(), latin(row.marks));
+    }
 
-void TestMonitorFlags::marksOfRegisters()
-{
-    QFETCH(QString, regName);
-    QFETCH(int, startAddr);
-    QFETCH(int, count);
-    QFETCH(QString, marks);
+    void marksOfRegisters_data() { addRows(kMarksOfRegisters); }
+    void marksOfRegisters()
+    {
+        const auto &row = currentRow(kMarksOfRegisters);
+        DriverFixture fixture;
+        QCOMPARE(_setDataAreaMonitorFlag(3, latin(row.regName), row.startAddr, row.count), 0);
+        QCOMPARE(marksText(), latin(row.marks));
+        QCOMPARE(driver.dataArea.at(0).stationNo, 3);
+    }
 
-    DriverFixture fixture;
-    QCOMPARE(_setDataAreaMonitorFlag(3, regName, startAddr, count), 0);
-    QCOMPARE(marksText(), marks);
-    QCOMPARE(driver.dataArea.at(0).stationNo, 3);
-}
+    void marksAddUp()
+    {
+        DriverFixture fixture;
+        _setDataAreaMonitorFlag(1, latin("M_W"), 2, 1);
+        _setDataAreaMonitorFlag(1, latin("M_bit"), 37, 1);
+        _setDataAreaMonitorFlag(1, latin("M_bit"), 32, 1);
+        markMonitored(makeWidths(32, 16), 1, latin("M"), 1, 2);
+        _setDataAreaMonitorFlag(1, latin("M_W"), 2, 1);
+        QCOMPARE(marksText(), latin("M2:5/21 M1:2"));
+    }
 
-void TestMonitorFlags::marksAddUp()
-{
-    DriverFixture fixture;
-    _setDataAreaMonitorFlag(1, latin("M_W"), 2, 1);
-    _setDataAreaMonitorFlag(1, latin("M_bit"), 37, 1);
-    _setDataAreaMonitorFlag(1, latin("M_bit"), 32, 1);
-    markMonitored(makeWidths(32, 16), 1, latin("M"), 1, 2);
-    _setDataAreaMonitorFlag(1, latin("M_W"), 2, 1);
-    QCOMPARE(marksText(), latin("M2:5/21 M1:2"));
-}
+    void clearingKeepsValuesAndWrites()
+    {
+        DriverFixture fixture;
+        unitAt(1, "D", 0);
+        _DATA_ &record = unitAt(1, "M", 2);
+        record.spareFlag = 1;
+        record.writePending = 1;
+        record.pendingBits = 0x30;
+        record.monitorFlags = 0x7F;
+        record.bitMonitorFlags = 0xFFFF;
+        setBytes(record.readValue, "1234");
+        setBytes(record.writeValue, "5678");
+        clearMonitorFlags();
 
-void TestMonitorFlags::clearingKeepsValuesAndWrites()
-{
-    DriverFixture fixture;
-    unitAt(1, "D", 0);
-    _DATA_ &record = unitAt(1, "M", 2);
-    record.spareFlag = 1;
-    record.writePending = 1;
-    record.pendingBits = 0x30;
-    record.monitorFlags = 0x7F;
-    record.bitMonitorFlags = 0xFFFF;
-    setBytes(record.readValue, "1234");
-    setBytes(record.writeValue, "5678");
-    clearMonitorFlags();
-
-    QCOMPARE(sizeOf(driver.dataArea), 2);
-    const _DATA_ &cleared = driver.dataArea.at(1);
-    QCOMPARE(static_cast<int>(cleared.spareFlag), 0);
-    QCOMPARE(cleared.monitorFlags, 0);
-    QCOMPARE(cleared.bitMonitorFlags, 0);
-    QCOMPARE(static_cast<int>(cleared.writePending), 1);
-    QCOMPARE(cleared.pendingBits, 0x30);
-    QCOMPARE(hexOf(cleared.readValue, 2), QByteArray("1234"));
-    QCOMPARE(hexOf(cleared.writeValue, 2), QByteArray("5678"));
-    QCOMPARE(cleared.unitAddr, 2);
-}
+        QCOMPARE(sizeOf(driver.dataArea), 2);
+        const _DATA_ &cleared = driver.dataArea.at(1);
+        QCOMPARE(static_cast<int>(cleared.spareFlag), 0);
+        QCOMPARE(cleared.monitorFlags, 0);
+        QCOMPARE(cleared.bitMonitorFlags, 0);
+        QCOMPARE(static_cast<int>(cleared.writePending), 1);
+        QCOMPARE(cleared.pendingBits, 0x30);
+        QCOMPARE(hexOf(cleared.readValue, 2), QByteArray("1234"));
+        QCOMPARE(hexOf(cleared.writeValue, 2), QByteArray("5678"));
+        QCOMPARE(cleared.unitAddr, 2);
+    }
+};
 
 QTEST_APPLESS_MAIN(TestMonitorFlags)
 #include "test_monitor_flags.moc"

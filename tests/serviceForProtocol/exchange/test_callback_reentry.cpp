@@ -4,17 +4,6 @@
 
 /// The host calls back into the driver from each place at which the driver calls the host. What the
 /// driver was doing must come out as if the host had kept still.
-class TestCallbackReentry : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void hostCallsBack_data();
-    void hostCallsBack();
-    void withoutCallback_data();
-    void withoutCallback();
-    void hostReusesItsBuffer();
-};
 
 static DriverFixture *&host()
 {
@@ -118,40 +107,6 @@ static QByteArray runPlace(int place, void (*hook)(), ValueChangeCallback *callb
     return result;
 }
 
-void TestCallbackReentry::hostCallsBack_data()
-{
-    addPlaces();
-}
-
-void TestCallbackReentry::hostCallsBack()
-{
-    QFETCH(int, place);
-
-    troubles().clear();
-    const QByteArray quiet = runPlace(place, nullptr, nullptr);
-    const QString quietCalls = callsText();
-    QVERIFY2(!quietCalls.isEmpty(), "the host is called at this place");
-    const QByteArray busy = runPlace(place, &callBack, nullptr);
-    QCOMPARE(busy, quiet);
-    QCOMPARE(callsText(), quietCalls);
-    QCOMPARE(troubles(), QStringList());
-}
-
-void TestCallbackReentry::withoutCallback_data()
-{
-    addPlaces();
-}
-
-void TestCallbackReentry::withoutCallback()
-{
-    QFETCH(int, place);
-
-    const QByteArray quiet = runPlace(place, nullptr, nullptr);
-    ValueChangeCallback none = nullptr;
-    QCOMPARE(runPlace(place, nullptr, &none), quiet);
-    QCOMPARE(callsText(), QString());
-}
-
 // A host may have one scratch buffer for all that it reads and writes.
 static unsigned char *scratchBuffer()
 {
@@ -165,22 +120,56 @@ static void readIntoTheScratchBuffer()
     intf_getData(1, words, 500, 2, scratchBuffer());
 }
 
-void TestCallbackReentry::hostReusesItsBuffer()
+class TestCallbackReentry : public QObject
 {
-    DriverFixture fixture;
-    QList<KEY_ADDRESS> keys;
-    keys.append(makeKey(1, "D_W", 10, 2));
-    intf_addrMerge(keys);
-    DriverFixture::hook() = &readIntoTheScratchBuffer;
-    const unsigned char values[4] = {0x11, 0x22, 0x33, 0x44};
-    std::memcpy(scratchBuffer(), values, sizeof values);
-    QString words = latin("D_W");
-    intf_setData(1, words, 10, 2, scratchBuffer(), 0);
-    QCOMPARE(hexOf(driver.pendingWrites.at(0).data, 4), hexOf(values, 4));
-    unsigned char shown[4] = {};
-    intf_getData(1, words, 10, 2, shown);
-    QCOMPARE(hexOf(shown, 4), hexOf(values, 4));
-}
+    Q_OBJECT
+
+private Q_SLOTS:
+    void hostCallsBack_data() { addPlaces(); }
+
+    void hostCallsBack()
+    {
+        QFETCH(int, place);
+
+        troubles().clear();
+        const QByteArray quiet = runPlace(place, nullptr, nullptr);
+        const QString quietCalls = callsText();
+        QVERIFY2(!quietCalls.isEmpty(), "the host is called at this place");
+        const QByteArray busy = runPlace(place, &callBack, nullptr);
+        QCOMPARE(busy, quiet);
+        QCOMPARE(callsText(), quietCalls);
+        QCOMPARE(troubles(), QStringList());
+    }
+
+    void withoutCallback_data() { addPlaces(); }
+
+    void withoutCallback()
+    {
+        QFETCH(int, place);
+
+        const QByteArray quiet = runPlace(place, nullptr, nullptr);
+        ValueChangeCallback none = nullptr;
+        QCOMPARE(runPlace(place, nullptr, &none), quiet);
+        QCOMPARE(callsText(), QString());
+    }
+
+    void hostReusesItsBuffer()
+    {
+        DriverFixture fixture;
+        QList<KEY_ADDRESS> keys;
+        keys.append(makeKey(1, "D_W", 10, 2));
+        intf_addrMerge(keys);
+        DriverFixture::hook() = &readIntoTheScratchBuffer;
+        const unsigned char values[4] = {0x11, 0x22, 0x33, 0x44};
+        std::memcpy(scratchBuffer(), values, sizeof values);
+        QString words = latin("D_W");
+        intf_setData(1, words, 10, 2, scratchBuffer(), 0);
+        QCOMPARE(hexOf(driver.pendingWrites.at(0).data, 4), hexOf(values, 4));
+        unsigned char shown[4] = {};
+        intf_getData(1, words, 10, 2, shown);
+        QCOMPARE(hexOf(shown, 4), hexOf(values, 4));
+    }
+};
 
 QTEST_APPLESS_MAIN(TestCallbackReentry)
 #include "test_callback_reentry.moc"

@@ -4,19 +4,7 @@
 
 #include "serviceForProtocol/exchange/error_info.h"
 #include "support/area_helpers.h"
-
-class TestErrorInfo : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void description_data();
-    void description();
-    void nothingInFlight();
-    void firstFrameIsDescribed();
-    void addressOfFormat_data();
-    void addressOfFormat();
-};
+#include "support/rows.h"
 
 static void putInFlight(const VARIABLE &item)
 {
@@ -25,94 +13,84 @@ static void putInFlight(const VARIABLE &item)
     queueFrame(frame);
 }
 
-void TestErrorInfo::description_data()
+static const struct
 {
-    QTest::addColumn<int>("stationNo");
-    QTest::addColumn<QByteArray>("regName");
-    QTest::addColumn<int>("startAddr");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("answerSize");
-    QTest::addColumn<QString>("text");
+    const char *what;
+    int stationNo;
+    QByteArray regName;
+    int startAddr, count, answerSize;
+    const char *text;
+} kDescription[] = {
+    {"a word", 1, "D_W", 100, 2, 7, "1#D_W100(2)(7)"},
+    {"no answer", 31, "T_W", 0, 1, 0, "31#T_W0(1)(0)"},
+    {"a bit as word.bit", 1, "M_bit", 53, 1, 9, "1#M_bit3.5(1)(9)"},
+    {"a data-register bit", 0, "D_bit", 159999, 16, 9, "0#D_bit9999.15(16)(9)"},
+    {"a contact is a plain number", 2, "TX", 10, 1, 15, "2#TX10(1)(15)"},
+    {"a negative address without its sign", 2, "D_W", -1, 1, 0, "2#D_W4294967295(1)(0)"},
+    {"negative station and count", -1, "D_W", 3, -4, 0, "-1#D_W3(-4)(0)"},
+    {"the longest text", INT_MIN, "M_bit", INT_MIN, INT_MIN, 65535,
+     "-2147483648#M_bit-134217728.0(-2147483648)(65535)"},
+    {"the largest numbers", INT_MAX, "D_W", INT_MAX, INT_MAX, 0,
+     "2147483647#D_W2147483647(2147483647)(0)"},
+    {"unknown register", 1, "Q_W", 1, 1, 7, ""},
+    {"unknown bit register", 1, "Q_bit", 1, 1, 7, ""},
+    {"wrong case", 1, "d_W", 1, 1, 7, ""},
+    {"no register: the handshake", 0, QByteArray(), 0, 0, 0, ""},
+};
 
-    QTest::newRow("a word") << 1 << QByteArray("D_W") << 100 << 2 << 7 << latin("1#D_W100(2)(7)");
-    QTest::newRow("no answer") << 31 << QByteArray("T_W") << 0 << 1 << 0 << latin("31#T_W0(1)(0)");
-    QTest::newRow("a bit as word.bit")
-        << 1 << QByteArray("M_bit") << 53 << 1 << 9 << latin("1#M_bit3.5(1)(9)");
-    QTest::newRow("a data-register bit")
-        << 0 << QByteArray("D_bit") << 159999 << 16 << 9 << latin("0#D_bit9999.15(16)(9)");
-    QTest::newRow("a contact is a plain number")
-        << 2 << QByteArray("TX") << 10 << 1 << 15 << latin("2#TX10(1)(15)");
-    QTest::newRow("a negative address without its sign")
-        << 2 << QByteArray("D_W") << -1 << 1 << 0 << latin("2#D_W4294967295(1)(0)");
-    QTest::newRow("negative station and count")
-        << -1 << QByteArray("D_W") << 3 << -4 << 0 << latin("-1#D_W3(-4)(0)");
-    QTest::newRow("the longest text")
-        << INT_MIN << QByteArray("M_bit") << INT_MIN << INT_MIN << 65535
-        << latin("-2147483648#M_bit-134217728.0(-2147483648)(65535)");
-    QTest::newRow("the largest numbers") << INT_MAX << QByteArray("D_W") << INT_MAX << INT_MAX << 0
-                                         << latin("2147483647#D_W2147483647(2147483647)(0)");
-    QTest::newRow("unknown register") << 1 << QByteArray("Q_W") << 1 << 1 << 7 << QString();
-    QTest::newRow("unknown bit register") << 1 << QByteArray("Q_bit") << 1 << 1 << 7 << QString();
-    QTest::newRow("wrong case") << 1 << QByteArray("d_W") << 1 << 1 << 7 << QString();
-    QTest::newRow("no register: the handshake") << 0 << QByteArray() << 0 << 0 << 0 << QString();
-}
-
-void TestErrorInfo::description()
+static const struct
 {
-    QFETCH(int, stationNo);
-    QFETCH(QByteArray, regName);
-    QFETCH(int, startAddr);
-    QFETCH(int, count);
-    QFETCH(int, answerSize);
-    QFETCH(QString, text);
+    const char *what;
+    int address;
+    QByteArray regName, format;
+    const char *text;
+} kAddressOfFormat[] = {
+    {"decimal", 255, "D_W", "DDDD", "255"},
+    {"octal", 255, "D_W", "OOO", "377"},
+    {"hexadecimal", 255, "D_W", "HHHH", "ff"},
+    {"hexadecimal, negative", -1, "D_W", "H", "ffffffff"},
+    {"no format", 255, "D_W", QByteArray(), "255"},
+    {"a bit name goes by word.bit, whatever the format", 255, "M_bit", "HHHH", "15.15"},
+    {"a negative bit", -17, "M_bit", "DDD.dd", "-1.-1"},
+};
 
-    DriverFixture fixture;
-    putInFlight(makeItem(stationNo, regName.constData(), startAddr, count));
-    QCOMPARE(getErrorInfo(QByteArray(answerSize, '%')), text);
-}
-
-void TestErrorInfo::nothingInFlight()
+class TestErrorInfo : public QObject
 {
-    DriverFixture fixture;
-    QCOMPARE(getErrorInfo(QByteArray("1234567")), QString());
-}
+    Q_OBJECT
 
-void TestErrorInfo::firstFrameIsDescribed()
-{
-    DriverFixture fixture;
-    putInFlight(makeItem(1, "D_W", 1, 1));
-    putInFlight(makeItem(2, "M_W", 2, 2));
-    QCOMPARE(getErrorInfo(QByteArray()), latin("1#D_W1(1)(0)"));
-}
+private Q_SLOTS:
+    void description_data() { addRows(kDescription); }
+    void description()
+    {
+        const auto &row = currentRow(kDescription);
+        DriverFixture fixture;
+        putInFlight(makeItem(row.stationNo, row.regName.constData(), row.startAddr, row.count));
+        QCOMPARE(getErrorInfo(QByteArray(row.answerSize, '%')), latin(row.text));
+    }
 
-void TestErrorInfo::addressOfFormat_data()
-{
-    QTest::addColumn<int>("address");
-    QTest::addColumn<QByteArray>("regName");
-    QTest::addColumn<QByteArray>("format");
-    QTest::addColumn<QString>("text");
+    void nothingInFlight()
+    {
+        DriverFixture fixture;
+        QCOMPARE(getErrorInfo(QByteArray("1234567")), QString());
+    }
 
-    QTest::newRow("decimal") << 255 << QByteArray("D_W") << QByteArray("DDDD") << latin("255");
-    QTest::newRow("octal") << 255 << QByteArray("D_W") << QByteArray("OOO") << latin("377");
-    QTest::newRow("hexadecimal") << 255 << QByteArray("D_W") << QByteArray("HHHH") << latin("ff");
-    QTest::newRow("hexadecimal, negative")
-        << -1 << QByteArray("D_W") << QByteArray("H") << latin("ffffffff");
-    QTest::newRow("no format") << 255 << QByteArray("D_W") << QByteArray() << latin("255");
-    QTest::newRow("a bit name goes by word.bit, whatever the format")
-        << 255 << QByteArray("M_bit") << QByteArray("HHHH") << latin("15.15");
-    QTest::newRow("a negative bit")
-        << -17 << QByteArray("M_bit") << QByteArray("DDD.dd") << latin("-1.-1");
-}
+    void firstFrameIsDescribed()
+    {
+        DriverFixture fixture;
+        putInFlight(makeItem(1, "D_W", 1, 1));
+        putInFlight(makeItem(2, "M_W", 2, 2));
+        QCOMPARE(getErrorInfo(QByteArray()), latin("1#D_W1(1)(0)"));
+    }
 
-void TestErrorInfo::addressOfFormat()
-{
-    QFETCH(int, address);
-    QFETCH(QByteArray, regName);
-    QFETCH(QByteArray, format);
-    QFETCH(QString, text);
-
-    QCOMPARE(addressText(address, latin(regName.constData()), latin(format.constData())), text);
-}
+    void addressOfFormat_data() { addRows(kAddressOfFormat); }
+    void addressOfFormat()
+    {
+        const auto &row = currentRow(kAddressOfFormat);
+        QCOMPARE(
+            addressText(row.address, latin(row.regName.constData()), latin(row.format.constData())),
+            latin(row.text));
+    }
+};
 
 QTEST_APPLESS_MAIN(TestErrorInfo)
 #include "test_error_info.moc"

@@ -5,25 +5,7 @@
 #include "serviceForProtocol/exchange/job_finish.h"
 #include "support/exchange_helpers.h"
 #include "support/recipe_helpers.h"
-
-class TestJobFinish : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void onlyItsOwnListIsTouched_data();
-    void onlyItsOwnListIsTouched();
-    void emptyLists_data();
-    void emptyLists();
-    void cyclicReadsRotate_data();
-    void cyclicReadsRotate();
-    void conditionReadSignals_data();
-    void conditionReadSignals();
-    void askingAgainFromTheSignal();
-    void recipeBlock_data();
-    void recipeBlock();
-    void locksAreFree();
-};
+#include "support/rows.h"
 
 static QString listsText()
 {
@@ -31,137 +13,56 @@ static QString listsText()
            latin(" | ") + listText(readsInTurn());
 }
 
-void TestJobFinish::onlyItsOwnListIsTouched_data()
+static const char *const all =
+    "1 D_W 1 x1, 1 D_W 2 x1 | 1 K_W 1 x1, 1 K_W 2 x1 | 1 M_W 1 x1, 1 M_W 2 x1";
+static const char *const written = "1 D_W 2 x1 | 1 K_W 1 x1, 1 K_W 2 x1 | 1 M_W 1 x1, 1 M_W 2 x1";
+static const char *const rotated =
+    "1 D_W 1 x1, 1 D_W 2 x1 | 1 K_W 1 x1, 1 K_W 2 x1 | 1 M_W 2 x1, 1 M_W 1 x1";
+
+static const struct
 {
-    QTest::addColumn<int>("sendState");
-    QTest::addColumn<int>("lastFailed");
-    QTest::addColumn<QString>("lists");
+    const char *what;
+    int sendState, lastFailed;
+    const char *lists;
+} kOnlyItsOwnListIsTouched[] = {
+    {"idle", 0, 0, all},
+    {"handshake", 1, 0, all},
+    {"handshake, failed", 1, 1, all},
+    {"write", 2, 0, written},
+    {"write, failed", 2, 1, written},
+    {"condition read", 3, 0, "1 D_W 1 x1, 1 D_W 2 x1 | 1 K_W 2 x1 | 1 M_W 1 x1, 1 M_W 2 x1"},
+    {"condition read, failed: all of them go", 3, 1,
+     "1 D_W 1 x1, 1 D_W 2 x1 |  | 1 M_W 1 x1, 1 M_W 2 x1"},
+    {"cyclic read", 4, 0, rotated},
+    {"cyclic read, failed: moves on all the same", 4, 1, rotated},
+    {"recipe write", 5, 0, all},
+    {"recipe read", 6, 0, all},
+    {"unknown", 7, 0, all},
+    {"negative", -1, 1, all},
+};
 
-    const QString all = latin("1 D_W 1 x1, 1 D_W 2 x1 | 1 K_W 1 x1, 1 K_W 2 x1 | "
-                              "1 M_W 1 x1, 1 M_W 2 x1");
-    const QString written = latin("1 D_W 2 x1 | 1 K_W 1 x1, 1 K_W 2 x1 | 1 M_W 1 x1, 1 M_W 2 x1");
-    const QString rotated = latin("1 D_W 1 x1, 1 D_W 2 x1 | 1 K_W 1 x1, 1 K_W 2 x1 | "
-                                  "1 M_W 2 x1, 1 M_W 1 x1");
-    QTest::newRow("idle") << 0 << 0 << all;
-    QTest::newRow("handshake") << 1 << 0 << all;
-    QTest::newRow("handshake, failed") << 1 << 1 << all;
-    QTest::newRow("write") << 2 << 0 << written;
-    QTest::newRow("write, failed") << 2 << 1 << written;
-    QTest::newRow("condition read")
-        << 3 << 0 << latin("1 D_W 1 x1, 1 D_W 2 x1 | 1 K_W 2 x1 | 1 M_W 1 x1, 1 M_W 2 x1");
-    QTest::newRow("condition read, failed: all of them go")
-        << 3 << 1 << latin("1 D_W 1 x1, 1 D_W 2 x1 |  | 1 M_W 1 x1, 1 M_W 2 x1");
-    QTest::newRow("cyclic read") << 4 << 0 << rotated;
-    QTest::newRow("cyclic read, failed: moves on all the same") << 4 << 1 << rotated;
-    QTest::newRow("recipe write") << 5 << 0 << all;
-    QTest::newRow("recipe read") << 6 << 0 << all;
-    QTest::newRow("unknown") << 7 << 0 << all;
-    QTest::newRow("negative") << -1 << 1 << all;
-}
+static const Case<int, const char *> kCyclicReadsRotate[] = {
+    {"one stays", 1, "1 M_W 1 x1"},
+    {"two", 2, "1 M_W 2 x1, 1 M_W 1 x1"},
+    {"three", 3, "1 M_W 2 x1, 1 M_W 3 x1, 1 M_W 1 x1"},
+};
 
-void TestJobFinish::onlyItsOwnListIsTouched()
+static const struct
 {
-    QFETCH(int, sendState);
-    QFETCH(int, lastFailed);
-    QFETCH(QString, lists);
-
-    DriverFixture fixture;
-    queueWrites(1, 2);
-    queueReads(driver.conditionReads, "K_W", 1, 2);
-    queueReads(driver.cyclicReads, "M_W", 1, 2);
-    driver.sendState = sendState;
-    driver.lastFailed = lastFailed;
-    dealListWhenFinish();
-    QCOMPARE(listsText(), lists);
-    QCOMPARE(driver.sendState, sendState);
-    QCOMPARE(callsText(), QString());
-}
-
-void TestJobFinish::emptyLists_data()
-{
-    QTest::addColumn<int>("sendState");
-    QTest::addColumn<int>("lastFailed");
-
-    for (int state = 0; state < 7; ++state) {
-        QTest::newRow(("state " + QByteArray::number(state)).constData()) << state << 0;
-        QTest::newRow(("failed, state " + QByteArray::number(state)).constData()) << state << 1;
-    }
-}
-
-void TestJobFinish::emptyLists()
-{
-    QFETCH(int, sendState);
-    QFETCH(int, lastFailed);
-
-    DriverFixture fixture;
-    driver.sendState = sendState;
-    driver.lastFailed = lastFailed;
-    dealListWhenFinish();
-    QCOMPARE(listsText(), latin(" |  | "));
-    QCOMPARE(driver.rcpIndex, 0);
-    QCOMPARE(callsText(), QString());
-}
-
-void TestJobFinish::cyclicReadsRotate_data()
-{
-    QTest::addColumn<int>("blocks");
-    QTest::addColumn<QString>("after");
-
-    QTest::newRow("one stays") << 1 << latin("1 M_W 1 x1");
-    QTest::newRow("two") << 2 << latin("1 M_W 2 x1, 1 M_W 1 x1");
-    QTest::newRow("three") << 3 << latin("1 M_W 2 x1, 1 M_W 3 x1, 1 M_W 1 x1");
-}
-
-void TestJobFinish::cyclicReadsRotate()
-{
-    QFETCH(int, blocks);
-    QFETCH(QString, after);
-
-    DriverFixture fixture;
-    queueReads(driver.cyclicReads, "M_W", 1, blocks);
-    driver.sendState = kJobCyclicRead;
-    dealListWhenFinish();
-    QCOMPARE(listText(readsInTurn()), after);
-}
-
-void TestJobFinish::conditionReadSignals_data()
-{
-    QTest::addColumn<QByteArray>("differs"); // the head from the read that the host waits for
-    QTest::addColumn<int>("lastFailed");
-    QTest::addColumn<QString>("calls");
-
-    QTest::newRow("done") << QByteArray() << 0 << latin("-1 -1 -1 0");
-    QTest::newRow("failed") << QByteArray() << 1 << latin("-1 -1 -1 -1");
-    QTest::newRow("another station") << QByteArray("station") << 0 << QString();
-    QTest::newRow("another register") << QByteArray("register") << 0 << QString();
-    QTest::newRow("another address") << QByteArray("address") << 0 << QString();
-    QTest::newRow("another count") << QByteArray("count") << 0 << QString();
-    QTest::newRow("another, failed") << QByteArray("address") << 1 << QString();
-    QTest::newRow("another tag is the same read") << QByteArray("tag") << 0 << latin("-1 -1 -1 0");
-}
-
-void TestJobFinish::conditionReadSignals()
-{
-    QFETCH(QByteArray, differs);
-    QFETCH(int, lastFailed);
-    QFETCH(QString, calls);
-
-    DriverFixture fixture;
-    driver.lastVar = makeItem(differs == "station" ? 2 : 1, differs == "register" ? "M_W" : "D_W",
-                              differs == "address" ? 6 : 5, differs == "count" ? 2 : 1);
-    driver.lastVar.opKind = differs == "tag" ? 9 : 0;
-    queueReads(driver.conditionReads, "D_W", 5, 2);
-    driver.sendState = kJobConditionRead;
-    driver.lastFailed = lastFailed;
-    dealListWhenFinish();
-    QCOMPARE(callsText(), calls);
-    QCOMPARE(listText(driver.conditionReads), lastFailed != 0 ? QString() : latin("1 D_W 6 x1"));
-
-    intf_setAddrValueChangeCallBack(nullptr);
-    queueReads(driver.conditionReads, "D_W", 5, 1);
-    dealListWhenFinish();
-    QCOMPARE(callsText(), calls);
-}
+    const char *what;
+    QByteArray differs; // the head from the read that the host waits for
+    int lastFailed;
+    const char *calls;
+} kConditionReadSignals[] = {
+    {"done", QByteArray(), 0, "-1 -1 -1 0"},
+    {"failed", QByteArray(), 1, "-1 -1 -1 -1"},
+    {"another station", "station", 0, ""},
+    {"another register", "register", 0, ""},
+    {"another address", "address", 0, ""},
+    {"another count", "count", 0, ""},
+    {"another, failed", "address", 1, ""},
+    {"another tag is the same read", "tag", 0, "-1 -1 -1 0"},
+};
 
 static void askAgain()
 {
@@ -169,74 +70,153 @@ static void askAgain()
     intf_addConditionRead(key, 0);
 }
 
-void TestJobFinish::askingAgainFromTheSignal()
+static const struct
 {
-    DriverFixture fixture;
-    askAgain();
-    DriverFixture::hook() = &askAgain;
-    driver.sendState = kJobConditionRead;
-    dealListWhenFinish();
-    QCOMPARE(callsText(), latin("-1 -1 -1 0"));
-    QCOMPARE(listText(driver.conditionReads), latin("1 D_W 5 x1"));
-    driver.lastFailed = 1;
-    dealListWhenFinish();
-    QCOMPARE(callsText(), latin("-1 -1 -1 0, -1 -1 -1 -1"));
-    QCOMPARE(listText(driver.conditionReads), QString());
-}
+    const char *what;
+    int sendState, lastFailed;
+    int rcpIndex; // of three blocks
+    int indexAfter;
+    QByteArray bytesAfter; // write, read
+} kRecipeBlock[] = {
+    // clang-format off
+    {"write, first", 5, 0, 0, 1, "0101"},
+    {"write, second", 5, 0, 1, 2, "0101"},
+    {"write, last", 5, 0, 2, 0, "0001"},
+    {"write, first failed", 5, 1, 0, 0, "0001"},
+    {"write, second failed", 5, 1, 1, 0, "0001"},
+    {"write, beyond the last", 5, 0, 7, 0, "0001"},
+    {"read, first", 6, 0, 0, 1, "0101"},
+    {"read, last", 6, 0, 2, 0, "0100"},
+    {"read, second failed", 6, 1, 1, 0, "0100"},
+    {"any other job", 4, 1, 1, 1, "0101"},
+    // clang-format on
+};
 
-void TestJobFinish::recipeBlock_data()
+class TestJobFinish : public QObject
 {
-    QTest::addColumn<int>("sendState");
-    QTest::addColumn<int>("lastFailed");
-    QTest::addColumn<int>("rcpIndex"); // of three blocks
-    QTest::addColumn<int>("indexAfter");
-    QTest::addColumn<QByteArray>("bytesAfter"); // write, read
+    Q_OBJECT
 
-    QTest::newRow("write, first") << 5 << 0 << 0 << 1 << QByteArray("0101");
-    QTest::newRow("write, second") << 5 << 0 << 1 << 2 << QByteArray("0101");
-    QTest::newRow("write, last") << 5 << 0 << 2 << 0 << QByteArray("0001");
-    QTest::newRow("write, first failed") << 5 << 1 << 0 << 0 << QByteArray("0001");
-    QTest::newRow("write, second failed") << 5 << 1 << 1 << 0 << QByteArray("0001");
-    QTest::newRow("write, beyond the last") << 5 << 0 << 7 << 0 << QByteArray("0001");
-    QTest::newRow("read, first") << 6 << 0 << 0 << 1 << QByteArray("0101");
-    QTest::newRow("read, last") << 6 << 0 << 2 << 0 << QByteArray("0100");
-    QTest::newRow("read, second failed") << 6 << 1 << 1 << 0 << QByteArray("0100");
-    QTest::newRow("any other job") << 4 << 1 << 1 << 1 << QByteArray("0101");
-}
-
-void TestJobFinish::recipeBlock()
-{
-    QFETCH(int, sendState);
-    QFETCH(int, lastFailed);
-    QFETCH(int, rcpIndex);
-    QFETCH(int, indexAfter);
-    QFETCH(QByteArray, bytesAfter);
-
-    DriverFixture fixture;
-    QVector<_RCP_VAR_PRO> items = recipeItems("1 D_W 1 1 0; 1 D_W 3 1 1; 1 D_W 5 1 2");
-    intf_setRcpAddress(items);
-    driver.shmBase[kRecipeWriteByte] = kRecipeRequested;
-    driver.shmBase[kRecipeReadByte] = kRecipeRequested;
-    driver.sendState = sendState;
-    driver.lastFailed = lastFailed;
-    driver.rcpIndex = rcpIndex;
-    dealListWhenFinish();
-    QCOMPARE(driver.rcpIndex, indexAfter);
-    QCOMPARE(hexOf(driver.shmBase + kRecipeWriteByte, 2), bytesAfter);
-}
-
-void TestJobFinish::locksAreFree()
-{
-    DriverFixture fixture;
-    for (int state = 0; state < 7; ++state) {
-        driver.sendState = state;
+private Q_SLOTS:
+    void onlyItsOwnListIsTouched_data() { addRows(kOnlyItsOwnListIsTouched); }
+    void onlyItsOwnListIsTouched()
+    {
+        const auto &row = currentRow(kOnlyItsOwnListIsTouched);
+        DriverFixture fixture;
+        queueWrites(1, 2);
+        queueReads(driver.conditionReads, "K_W", 1, 2);
+        queueReads(driver.cyclicReads, "M_W", 1, 2);
+        driver.sendState = row.sendState;
+        driver.lastFailed = row.lastFailed;
         dealListWhenFinish();
-        QVERIFY(driver.listMutex.tryLock());
-        driver.listMutex.unlock();
-        QVERIFY(fixture.shmLock.tryLock());
-        fixture.shmLock.unlock();
+        QCOMPARE(listsText(), latin(row.lists));
+        QCOMPARE(driver.sendState, row.sendState);
+        QCOMPARE(callsText(), QString());
     }
-}
+
+    void emptyLists_data()
+    {
+        QTest::addColumn<int>("sendState");
+        QTest::addColumn<int>("lastFailed");
+
+        for (int state = 0; state < 7; ++state) {
+            QTest::newRow(("state " + QByteArray::number(state)).constData()) << state << 0;
+            QTest::newRow(("failed, state " + QByteArray::number(state)).constData()) << state << 1;
+        }
+    }
+
+    void emptyLists()
+    {
+        QFETCH(int, sendState);
+        QFETCH(int, lastFailed);
+
+        DriverFixture fixture;
+        driver.sendState = sendState;
+        driver.lastFailed = lastFailed;
+        dealListWhenFinish();
+        QCOMPARE(listsText(), latin(" |  | "));
+        QCOMPARE(driver.rcpIndex, 0);
+        QCOMPARE(callsText(), QString());
+    }
+
+    void cyclicReadsRotate_data() { addRows(kCyclicReadsRotate); }
+    void cyclicReadsRotate()
+    {
+        const auto &row = currentRow(kCyclicReadsRotate);
+        DriverFixture fixture;
+        queueReads(driver.cyclicReads, "M_W", 1, row.given);
+        driver.sendState = kJobCyclicRead;
+        dealListWhenFinish();
+        QCOMPARE(listText(readsInTurn()), latin(row.expected));
+    }
+
+    void conditionReadSignals_data() { addRows(kConditionReadSignals); }
+    void conditionReadSignals()
+    {
+        const auto &row = currentRow(kConditionReadSignals);
+        DriverFixture fixture;
+        driver.lastVar =
+            makeItem(row.differs == "station" ? 2 : 1, row.differs == "register" ? "M_W" : "D_W",
+                     row.differs == "address" ? 6 : 5, row.differs == "count" ? 2 : 1);
+        driver.lastVar.opKind = row.differs == "tag" ? 9 : 0;
+        queueReads(driver.conditionReads, "D_W", 5, 2);
+        driver.sendState = kJobConditionRead;
+        driver.lastFailed = row.lastFailed;
+        dealListWhenFinish();
+        QCOMPARE(callsText(), latin(row.calls));
+        QCOMPARE(listText(driver.conditionReads),
+                 row.lastFailed != 0 ? QString() : latin("1 D_W 6 x1"));
+
+        intf_setAddrValueChangeCallBack(nullptr);
+        queueReads(driver.conditionReads, "D_W", 5, 1);
+        dealListWhenFinish();
+        QCOMPARE(callsText(), latin(row.calls));
+    }
+
+    void askingAgainFromTheSignal()
+    {
+        DriverFixture fixture;
+        askAgain();
+        DriverFixture::hook() = &askAgain;
+        driver.sendState = kJobConditionRead;
+        dealListWhenFinish();
+        QCOMPARE(callsText(), latin("-1 -1 -1 0"));
+        QCOMPARE(listText(driver.conditionReads), latin("1 D_W 5 x1"));
+        driver.lastFailed = 1;
+        dealListWhenFinish();
+        QCOMPARE(callsText(), latin("-1 -1 -1 0, -1 -1 -1 -1"));
+        QCOMPARE(listText(driver.conditionReads), QString());
+    }
+
+    void recipeBlock_data() { addRows(kRecipeBlock); }
+    void recipeBlock()
+    {
+        const auto &row = currentRow(kRecipeBlock);
+        DriverFixture fixture;
+        QVector<_RCP_VAR_PRO> items = recipeItems("1 D_W 1 1 0; 1 D_W 3 1 1; 1 D_W 5 1 2");
+        intf_setRcpAddress(items);
+        driver.shmBase[kRecipeWriteByte] = kRecipeRequested;
+        driver.shmBase[kRecipeReadByte] = kRecipeRequested;
+        driver.sendState = row.sendState;
+        driver.lastFailed = row.lastFailed;
+        driver.rcpIndex = row.rcpIndex;
+        dealListWhenFinish();
+        QCOMPARE(driver.rcpIndex, row.indexAfter);
+        QCOMPARE(hexOf(driver.shmBase + kRecipeWriteByte, 2), row.bytesAfter);
+    }
+
+    void locksAreFree()
+    {
+        DriverFixture fixture;
+        for (int state = 0; state < 7; ++state) {
+            driver.sendState = state;
+            dealListWhenFinish();
+            QVERIFY(driver.listMutex.tryLock());
+            driver.listMutex.unlock();
+            QVERIFY(fixture.shmLock.tryLock());
+            fixture.shmLock.unlock();
+        }
+    }
+};
 
 QTEST_APPLESS_MAIN(TestJobFinish)
 #include "test_job_finish.moc"

@@ -6,14 +6,6 @@
 
 /// The same random history on a driver that remembers and on one that forgets before each step what
 /// went over the line: a host must see no difference.
-class TestShortWay : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void memoryIsNotSeen_data();
-    void memoryIsNotSeen();
-};
 
 namespace {
 
@@ -141,19 +133,6 @@ static const Mix kMixes[] = {
     {"much that differs a little", 8, 20, 20, false}, {"a host out of bounds", 6, 60, 40, true},
 };
 
-void TestShortWay::memoryIsNotSeen_data()
-{
-    QTest::addColumn<int>("mix");
-    QTest::addColumn<int>("seed");
-
-    for (int mix = 0; mix < static_cast<int>(sizeof kMixes / sizeof kMixes[0]); ++mix) {
-        for (int seed = 1; seed <= 3; ++seed) {
-            QTest::newRow(qPrintable(latin(kMixes[mix].name) + QString::number(seed)))
-                << mix << seed;
-        }
-    }
-}
-
 static QList<QByteArray> seenIn(const QByteArray &history, HostHistory::Memory memory)
 {
     HostHistory host(memory);
@@ -161,21 +140,40 @@ static QList<QByteArray> seenIn(const QByteArray &history, HostHistory::Memory m
     return host.seen();
 }
 
-void TestShortWay::memoryIsNotSeen()
+class TestShortWay : public QObject
 {
-    QFETCH(int, mix);
-    QFETCH(int, seed);
+    Q_OBJECT
 
-    const QByteArray history = HistoryMaker(kMixes[mix], static_cast<unsigned>(seed)).make(250);
-    const QList<QByteArray> kept = seenIn(history, HostHistory::kAsItIs);
-    const QList<QByteArray> forgetful = seenIn(history, HostHistory::kForgetful);
-    for (int i = 0; i < sizeOf(kept); ++i) {
-        if (kept.at(i) != forgetful.value(i)) {
-            qDebug("step %d of: %s", i, history.constData());
+private Q_SLOTS:
+    void memoryIsNotSeen_data()
+    {
+        QTest::addColumn<int>("mix");
+        QTest::addColumn<int>("seed");
+
+        for (int mix = 0; mix < static_cast<int>(sizeof kMixes / sizeof kMixes[0]); ++mix) {
+            for (int seed = 1; seed <= 3; ++seed) {
+                QTest::newRow(qPrintable(latin(kMixes[mix].name) + QString::number(seed)))
+                    << mix << seed;
+            }
         }
-        QCOMPARE(kept.at(i), forgetful.value(i));
     }
-}
+
+    void memoryIsNotSeen()
+    {
+        QFETCH(int, mix);
+        QFETCH(int, seed);
+
+        const QByteArray history = HistoryMaker(kMixes[mix], static_cast<unsigned>(seed)).make(250);
+        const QList<QByteArray> kept = seenIn(history, HostHistory::kAsItIs);
+        const QList<QByteArray> forgetful = seenIn(history, HostHistory::kForgetful);
+        for (int i = 0; i < sizeOf(kept); ++i) {
+            if (kept.at(i) != forgetful.value(i)) {
+                qDebug("step %d of: %s", i, history.constData());
+            }
+            QCOMPARE(kept.at(i), forgetful.value(i));
+        }
+    }
+};
 
 QTEST_APPLESS_MAIN(TestShortWay)
 #include "test_short_way.moc"

@@ -4,25 +4,7 @@
 
 #include "serviceForProtocol/exchange/write_settle.h"
 #include "support/area_helpers.h"
-
-class TestWriteSettle : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void success_data();
-    void success();
-    void failure_data();
-    void failure();
-    void bitsAreSettled_data();
-    void bitsAreSettled();
-    void bitOfByteUnits_data();
-    void bitOfByteUnits();
-    void registers_data();
-    void registers();
-    void nothingToSettle_data();
-    void nothingToSettle();
-};
+#include "support/rows.h"
 
 // Letter M, units 4 to 9: the PLC said 0n 00 00 01, the panel wrote 0n 10 20 30; all are pending.
 static void fillUnits(const char *letter)
@@ -63,269 +45,247 @@ static void addWidthColumns()
     QTest::addColumn<QString>("settled");
 }
 
-void TestWriteSettle::success_data()
+static const char *const all = "7 1 M_bit 48, 7 1 M_bit 59, 7 1 M_W 3";
+
+static const struct
 {
-    addWidthColumns();
+    const char *what;
+    int startAddr; // unit 3: confirmed 0x0800, written 0x0021
+    int count, marks;
+    bool success;
+    int marksAfter, pendingAfter;
+    QByteArray confirmed;
+    const char *calls;
+} kBitsAreSettled[] = {
+    {"the only write, taken", 53, 1, 0x400, true, 0, 0, "2008", all},
+    {"the only write, failed", 53, 1, 0x400, false, 0, 0, "0008", all},
+    {"a cleared bit, taken", 59, 1, 0x400000, true, 0, 0, "0000", all},
+    {"the first of two, taken", 53, 1, 0xC00, true, 0x800, 1, "2008", ""},
+    {"the first of two, failed", 53, 1, 0xC00, false, 0x800, 1, "0008", ""},
+    {"the second of two, taken", 53, 1, 0x800, true, 0, 0, "2008", all},
+    {"another bit still waits", 53, 1, 0x401, true, 0x1, 1, "2008", ""},
+    {"two bits, the last one ends the wait", 53, 2, 0x1400, true, 0, 0, "2008", all},
+    {"no mark at all", 53, 1, 0, true, 0, 0, "2008", all},
+    {"no mark of this bit", 53, 1, 0x1, true, 0x1, 1, "2008", ""},
+    {"bit 15, second write", 63, 1, INT_MIN, false, 0, 0, "0008", all},
+    {"bit 15's second write still waits", 53, 1, INT_MIN | 0x400, true, INT_MIN, 1, "2008", ""},
+    {"no bits", 53, 0, 0x400, true, 0x400, 1, "0008", ""},
+};
 
-    QTest::newRow("16 over words: two bytes")
-        << 16 << 16 << QByteArray("M") << 2 << latin("4=04100001 5=05100001");
-    QTest::newRow("16 over anything else: two bytes")
-        << 16 << 32 << QByteArray("M") << 1 << latin("4=04100001");
-    QTest::newRow("16 over bytes: always the first unit")
-        << 16 << 8 << QByteArray("M") << 2 << latin("4=04000001");
-    QTest::newRow("8: always the first unit")
-        << 8 << 8 << QByteArray("M") << 3 << latin("4=04000001");
-    QTest::newRow("8 over words: always the first unit")
-        << 8 << 16 << QByteArray("M") << 3 << latin("4=04000001");
-    QTest::newRow("32 over bytes: two units for each word")
-        << 32 << 8 << QByteArray("M") << 2 << latin("4=04000001 5=05000001 6=06000001 7=07000001");
-    QTest::newRow("32 over words: two bytes")
-        << 32 << 16 << QByteArray("M") << 2 << latin("4=04100001 5=05100001");
-    QTest::newRow("32 whole: half as many, under the whole name")
-        << 32 << 32 << QByteArray("M_W") << 5 << latin("4=04102030 5=05102030");
-    QTest::newRow("32 over anything else, under the whole name")
-        << 32 << 1 << QByteArray("M_W") << 2 << latin("4=04102030");
-    QTest::newRow("single bits, under the whole name")
-        << 1 << 1 << QByteArray("M_W") << 2 << latin("4=04000001 5=05000001");
-    QTest::newRow("1 over words without bit name, under the whole name")
-        << 1 << 16 << QByteArray("M_W") << 1 << latin("4=04000001");
-    QTest::newRow("any other width: nothing") << 64 << 16 << QByteArray("M") << 2 << QString();
-    QTest::newRow("none") << 16 << 16 << QByteArray("M") << 0 << QString();
-    QTest::newRow("half a double word") << 32 << 32 << QByteArray("M_W") << 1 << QString();
-}
-
-void TestWriteSettle::success()
+static const struct
 {
-    QFETCH(int, unitBits);
-    QFETCH(int, wordBits);
-    QFETCH(QByteArray, letter);
-    QFETCH(int, count);
-    QFETCH(QString, settled);
+    const char *what;
+    int wordBits;
+    bool success;
+    QByteArray confirmed;
+    int pendingAfter;
+    const char *calls;
+} kBitOfByteUnits[] = {
+    {"bytes, taken", 8, true, "20", 0, "7 1 M_bit 48, 7 1 M_B 6"},
+    {"bytes, failed", 8, false, "00", 0, "7 1 M_bit 48, 7 1 M_B 6"},
+    {"32: nothing", 32, true, "00", 1, ""},
+    {"1: nothing", 1, true, "00", 1, ""},
+};
 
-    DriverFixture fixture;
-    fillUnits(letter.constData());
-    settleWrite(makeWidths(unitBits, wordBits), 1, latin("M_W"), 4, count, 1);
-    QCOMPARE(settledText(letter.constData()), settled);
-    QCOMPARE(callsText(), QString());
-    QCOMPARE(sizeOf(driver.dataArea), 6);
-}
-
-void TestWriteSettle::failure_data()
+static const struct
 {
-    addWidthColumns();
-    QTest::addColumn<QString>("calls");
+    const char *what;
+    QByteArray regName, letter;
+    const char *settled; // of one unit at 4
+    const char *calls;
+} kRegisters[] = {
+    {"word", "D_W", "D", "4=04000001", "7 1 D_bit 76, 7 1 D_W 4"},
+    {"contact: reported though unwatched", "TX", "TX", "4=04000001", "7 1 TX 4"},
+    {"unknown name: as the spare row says, under the whole name", "Q_W", "Q_W", "4=04000001",
+     "7 1 Q_W 4"},
+};
 
-    // Written against confirmed, the values differ in bit 12 of a word and in no bit of a byte.
-    QTest::newRow("16 over words: what differs")
-        << 16 << 16 << QByteArray("M") << 2 << latin("4=04000001 5=05000001")
-        << latin("7 1 M_bit 76, 7 1 M_W 4, 7 1 M_bit 92, 7 1 M_W 5");
-    QTest::newRow("16 over bytes: the first unit twice for each word, without bits")
-        << 16 << 8 << QByteArray("M") << 2 << latin("4=04000001")
-        << latin("7 1 M_B 4, 7 1 M_B 4, 7 1 M_B 4, 7 1 M_B 4");
-    QTest::newRow("8: the first unit each time, with every bit")
-        << 8 << 8 << QByteArray("M") << 2 << latin("4=04000001")
-        << latin("7 1 M_bit 32, 7 1 M_bit 33, 7 1 M_bit 34, 7 1 M_bit 35, 7 1 M_bit 36, "
-                 "7 1 M_bit 37, 7 1 M_bit 38, 7 1 M_bit 39, 7 1 M_B 4, "
-                 "7 1 M_bit 32, 7 1 M_bit 33, 7 1 M_bit 34, 7 1 M_bit 35, 7 1 M_bit 36, "
-                 "7 1 M_bit 37, 7 1 M_bit 38, 7 1 M_bit 39, 7 1 M_B 4");
-    QTest::newRow("32 over bytes: what differs")
-        << 32 << 8 << QByteArray("M") << 1 << latin("4=04000001 5=05000001")
-        << latin("7 1 M_B 4, 7 1 M_B 5");
-    QTest::newRow("32 over words: what differs")
-        << 32 << 16 << QByteArray("M") << 1 << latin("4=04000001")
-        << latin("7 1 M_bit 76, 7 1 M_W 4");
-    QTest::newRow("32 whole: every bit")
-        << 32 << 32 << QByteArray("M_W") << 2 << latin("4=04000001")
-        << latin("7 1 M_W_bit 128, 7 1 M_W_bit 129, 7 1 M_W_bit 130, 7 1 M_W_bit 131, "
-                 "7 1 M_W_bit 132, 7 1 M_W_bit 133, 7 1 M_W_bit 134, 7 1 M_W_bit 135, "
-                 "7 1 M_W_bit 136, 7 1 M_W_bit 137, 7 1 M_W_bit 138, 7 1 M_W_bit 139, "
-                 "7 1 M_W_bit 140, 7 1 M_W_bit 141, 7 1 M_W_bit 142, 7 1 M_W_bit 143, 7 1 M_W 4");
-    QTest::newRow("single bits: the address itself")
-        << 1 << 1 << QByteArray("M_W") << 2 << latin("4=04000001 5=05000001")
-        << latin("7 1 M_W 4, 7 1 M_W 5");
-}
-
-void TestWriteSettle::failure()
+static const struct
 {
-    QFETCH(int, unitBits);
-    QFETCH(int, wordBits);
-    QFETCH(QByteArray, letter);
-    QFETCH(int, count);
-    QFETCH(QString, settled);
-    QFETCH(QString, calls);
+    const char *what;
+    int unitBits, wordBits;
+    bool bitName;
+    int count;
+} kNothingToSettle[] = {
+    {"negative words", 16, 16, false, -1},
+    {"negative bits", 1, 16, true, -1},
+    {"a bit of a double word", 1, 32, true, 1},
+    {"most negative bits", 1, 16, true, INT_MIN},
+    {"most negative whole double words", 32, 32, false, INT_MIN},
+    {"most negative words", 16, 16, false, INT_MIN},
+    {"most negative words of bytes", 16, 8, false, INT_MIN},
+};
 
-    DriverFixture fixture;
-    fillUnits(letter.constData());
-    settleWrite(makeWidths(unitBits, wordBits), 1, latin("M_W"), 4, count, 0);
-    QCOMPARE(settledText(letter.constData()), settled);
-    QCOMPARE(callsText(), calls);
-}
-
-void TestWriteSettle::bitsAreSettled_data()
+class TestWriteSettle : public QObject
 {
-    QTest::addColumn<int>("startAddr"); // unit 3: confirmed 0x0800, written 0x0021
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("marks");
-    QTest::addColumn<bool>("success");
-    QTest::addColumn<int>("marksAfter");
-    QTest::addColumn<int>("pendingAfter");
-    QTest::addColumn<QByteArray>("confirmed");
-    QTest::addColumn<QString>("calls");
+    Q_OBJECT
 
-    const QString all = latin("7 1 M_bit 48, 7 1 M_bit 59, 7 1 M_W 3");
-    QTest::newRow("the only write, taken")
-        << 53 << 1 << 0x400 << true << 0 << 0 << QByteArray("2008") << all;
-    QTest::newRow("the only write, failed")
-        << 53 << 1 << 0x400 << false << 0 << 0 << QByteArray("0008") << all;
-    QTest::newRow("a cleared bit, taken")
-        << 59 << 1 << 0x400000 << true << 0 << 0 << QByteArray("0000") << all;
-    QTest::newRow("the first of two, taken")
-        << 53 << 1 << 0xC00 << true << 0x800 << 1 << QByteArray("2008") << QString();
-    QTest::newRow("the first of two, failed")
-        << 53 << 1 << 0xC00 << false << 0x800 << 1 << QByteArray("0008") << QString();
-    QTest::newRow("the second of two, taken")
-        << 53 << 1 << 0x800 << true << 0 << 0 << QByteArray("2008") << all;
-    QTest::newRow("another bit still waits")
-        << 53 << 1 << 0x401 << true << 0x1 << 1 << QByteArray("2008") << QString();
-    QTest::newRow("two bits, the last one ends the wait")
-        << 53 << 2 << 0x1400 << true << 0 << 0 << QByteArray("2008") << all;
-    QTest::newRow("no mark at all") << 53 << 1 << 0 << true << 0 << 0 << QByteArray("2008") << all;
-    QTest::newRow("no mark of this bit")
-        << 53 << 1 << 0x1 << true << 0x1 << 1 << QByteArray("2008") << QString();
-    QTest::newRow("bit 15, second write")
-        << 63 << 1 << INT_MIN << false << 0 << 0 << QByteArray("0008") << all;
-    QTest::newRow("bit 15's second write still waits")
-        << 53 << 1 << (INT_MIN | 0x400) << true << INT_MIN << 1 << QByteArray("2008") << QString();
-    QTest::newRow("no bits") << 53 << 0 << 0x400 << true << 0x400 << 1 << QByteArray("0008")
-                             << QString();
-}
+private Q_SLOTS:
+    void success_data()
+    {
+        addWidthColumns();
 
-void TestWriteSettle::bitsAreSettled()
-{
-    QFETCH(int, startAddr);
-    QFETCH(int, count);
-    QFETCH(int, marks);
-    QFETCH(bool, success);
-    QFETCH(int, marksAfter);
-    QFETCH(int, pendingAfter);
-    QFETCH(QByteArray, confirmed);
-    QFETCH(QString, calls);
-
-    DriverFixture fixture;
-    _DATA_ &record = unitAt(1, "M", 3);
-    setBytes(record.readValue, "0008");
-    setBytes(record.writeValue, "2100");
-    record.writePending = 1;
-    record.pendingBits = marks;
-    record.monitorFlags = 1;
-    record.bitMonitorFlags = 0x0801;
-    _write_FailOrSuc(1, latin("M_bit"), startAddr, count, success ? 1 : 0);
-    QCOMPARE(driver.dataArea.at(0).pendingBits, marksAfter);
-    QCOMPARE(static_cast<int>(driver.dataArea.at(0).writePending), pendingAfter);
-    QCOMPARE(hexOf(driver.dataArea.at(0).readValue, 2), confirmed);
-    QCOMPARE(callsText(), calls);
-    QCOMPARE(sizeOf(driver.dataArea), 1);
-}
-
-void TestWriteSettle::bitOfByteUnits_data()
-{
-    QTest::addColumn<int>("wordBits");
-    QTest::addColumn<bool>("success");
-    QTest::addColumn<QByteArray>("confirmed");
-    QTest::addColumn<int>("pendingAfter");
-    QTest::addColumn<QString>("calls");
-
-    QTest::newRow("bytes, taken") << 8 << true << QByteArray("20") << 0
-                                  << latin("7 1 M_bit 48, 7 1 M_B 6");
-    QTest::newRow("bytes, failed")
-        << 8 << false << QByteArray("00") << 0 << latin("7 1 M_bit 48, 7 1 M_B 6");
-    QTest::newRow("32: nothing") << 32 << true << QByteArray("00") << 1 << QString();
-    QTest::newRow("1: nothing") << 1 << true << QByteArray("00") << 1 << QString();
-}
-
-void TestWriteSettle::bitOfByteUnits()
-{
-    QFETCH(int, wordBits);
-    QFETCH(bool, success);
-    QFETCH(QByteArray, confirmed);
-    QFETCH(int, pendingAfter);
-    QFETCH(QString, calls);
-
-    DriverFixture fixture;
-    _DATA_ &record = unitAt(1, "M", 6);
-    record.writeValue[0] = 0x21;
-    record.writePending = 1;
-    record.pendingBits = 0x400;
-    record.monitorFlags = 1;
-    record.bitMonitorFlags = 0x1;
-    settleWrite(makeWidths(1, wordBits, true), 1, latin("M_bit"), 53, 1, success ? 1 : 0);
-    QCOMPARE(hexOf(driver.dataArea.at(0).readValue, 1), confirmed);
-    QCOMPARE(static_cast<int>(driver.dataArea.at(0).writePending), pendingAfter);
-    QCOMPARE(callsText(), calls);
-}
-
-void TestWriteSettle::registers_data()
-{
-    QTest::addColumn<QByteArray>("regName");
-    QTest::addColumn<QByteArray>("letter");
-    QTest::addColumn<QString>("settled"); // of one unit at 4
-    QTest::addColumn<QString>("calls");
-
-    QTest::newRow("word") << QByteArray("D_W") << QByteArray("D") << latin("4=04000001")
-                          << latin("7 1 D_bit 76, 7 1 D_W 4");
-    QTest::newRow("contact: reported though unwatched")
-        << QByteArray("TX") << QByteArray("TX") << latin("4=04000001") << latin("7 1 TX 4");
-    QTest::newRow("unknown name: as the spare row says, under the whole name")
-        << QByteArray("Q_W") << QByteArray("Q_W") << latin("4=04000001") << latin("7 1 Q_W 4");
-}
-
-void TestWriteSettle::registers()
-{
-    QFETCH(QByteArray, regName);
-    QFETCH(QByteArray, letter);
-    QFETCH(QString, settled);
-    QFETCH(QString, calls);
-
-    DriverFixture fixture;
-    fillUnits(letter.constData());
-    if (regName == "TX") {
-        unitAt(1, "TX", 4).monitorFlags = 0;
+        QTest::newRow("16 over words: two bytes")
+            << 16 << 16 << QByteArray("M") << 2 << latin("4=04100001 5=05100001");
+        QTest::newRow("16 over anything else: two bytes")
+            << 16 << 32 << QByteArray("M") << 1 << latin("4=04100001");
+        QTest::newRow("16 over bytes: always the first unit")
+            << 16 << 8 << QByteArray("M") << 2 << latin("4=04000001");
+        QTest::newRow("8: always the first unit")
+            << 8 << 8 << QByteArray("M") << 3 << latin("4=04000001");
+        QTest::newRow("8 over words: always the first unit")
+            << 8 << 16 << QByteArray("M") << 3 << latin("4=04000001");
+        QTest::newRow("32 over bytes: two units for each word")
+            << 32 << 8 << QByteArray("M") << 2
+            << latin("4=04000001 5=05000001 6=06000001 7=07000001");
+        QTest::newRow("32 over words: two bytes")
+            << 32 << 16 << QByteArray("M") << 2 << latin("4=04100001 5=05100001");
+        QTest::newRow("32 whole: half as many, under the whole name")
+            << 32 << 32 << QByteArray("M_W") << 5 << latin("4=04102030 5=05102030");
+        QTest::newRow("32 over anything else, under the whole name")
+            << 32 << 1 << QByteArray("M_W") << 2 << latin("4=04102030");
+        QTest::newRow("single bits, under the whole name")
+            << 1 << 1 << QByteArray("M_W") << 2 << latin("4=04000001 5=05000001");
+        QTest::newRow("1 over words without bit name, under the whole name")
+            << 1 << 16 << QByteArray("M_W") << 1 << latin("4=04000001");
+        QTest::newRow("any other width: nothing") << 64 << 16 << QByteArray("M") << 2 << QString();
+        QTest::newRow("none") << 16 << 16 << QByteArray("M") << 0 << QString();
+        QTest::newRow("half a double word") << 32 << 32 << QByteArray("M_W") << 1 << QString();
     }
-    _write_FailOrSuc(1, latin(regName.constData()), 4, 1, 0);
-    QCOMPARE(settledText(letter.constData()), settled);
-    QCOMPARE(callsText(), calls);
-}
 
-void TestWriteSettle::nothingToSettle_data()
-{
-    QTest::addColumn<int>("unitBits");
-    QTest::addColumn<int>("wordBits");
-    QTest::addColumn<bool>("bitName");
-    QTest::addColumn<int>("count");
+    void success()
+    {
+        QFETCH(int, unitBits);
+        QFETCH(int, wordBits);
+        QFETCH(QByteArray, letter);
+        QFETCH(int, count);
+        QFETCH(QString, settled);
 
-    QTest::newRow("negative words") << 16 << 16 << false << -1;
-    QTest::newRow("negative bits") << 1 << 16 << true << -1;
-    QTest::newRow("a bit of a double word") << 1 << 32 << true << 1;
-    QTest::newRow("most negative bits") << 1 << 16 << true << INT_MIN;
-    QTest::newRow("most negative whole double words") << 32 << 32 << false << INT_MIN;
-    QTest::newRow("most negative words") << 16 << 16 << false << INT_MIN;
-    QTest::newRow("most negative words of bytes") << 16 << 8 << false << INT_MIN;
-}
+        DriverFixture fixture;
+        fillUnits(letter.constData());
+        settleWrite(makeWidths(unitBits, wordBits), 1, latin("M_W"), 4, count, 1);
+        QCOMPARE(settledText(letter.constData()), settled);
+        QCOMPARE(callsText(), QString());
+        QCOMPARE(sizeOf(driver.dataArea), 6);
+    }
 
-void TestWriteSettle::nothingToSettle()
-{
-    QFETCH(int, unitBits);
-    QFETCH(int, wordBits);
-    QFETCH(bool, bitName);
-    QFETCH(int, count);
+    void failure_data()
+    {
+        addWidthColumns();
+        QTest::addColumn<QString>("calls");
 
-    DriverFixture fixture;
-    fillUnits("M");
-    settleWrite(makeWidths(unitBits, wordBits, bitName), 1, latin("M_W"), 4, count, 0);
-    QCOMPARE(settledText("M"), QString());
-    QCOMPARE(callsText(), QString());
-    QCOMPARE(sizeOf(driver.dataArea), 6);
-}
+        // Written against confirmed, the values differ in bit 12 of a word and in no bit of a byte.
+        QTest::newRow("16 over words: what differs")
+            << 16 << 16 << QByteArray("M") << 2 << latin("4=04000001 5=05000001")
+            << latin("7 1 M_bit 76, 7 1 M_W 4, 7 1 M_bit 92, 7 1 M_W 5");
+        QTest::newRow("16 over bytes: the first unit twice for each word, without bits")
+            << 16 << 8 << QByteArray("M") << 2 << latin("4=04000001")
+            << latin("7 1 M_B 4, 7 1 M_B 4, 7 1 M_B 4, 7 1 M_B 4");
+        QTest::newRow("8: the first unit each time, with every bit")
+            << 8 << 8 << QByteArray("M") << 2 << latin("4=04000001")
+            << latin("7 1 M_bit 32, 7 1 M_bit 33, 7 1 M_bit 34, 7 1 M_bit 35, 7 1 M_bit 36, "
+                     "7 1 M_bit 37, 7 1 M_bit 38, 7 1 M_bit 39, 7 1 M_B 4, "
+                     "7 1 M_bit 32, 7 1 M_bit 33, 7 1 M_bit 34, 7 1 M_bit 35, 7 1 M_bit 36, "
+                     "7 1 M_bit 37, 7 1 M_bit 38, 7 1 M_bit 39, 7 1 M_B 4");
+        QTest::newRow("32 over bytes: what differs")
+            << 32 << 8 << QByteArray("M") << 1 << latin("4=04000001 5=05000001")
+            << latin("7 1 M_B 4, 7 1 M_B 5");
+        QTest::newRow("32 over words: what differs")
+            << 32 << 16 << QByteArray("M") << 1 << latin("4=04000001")
+            << latin("7 1 M_bit 76, 7 1 M_W 4");
+        QTest::newRow("32 whole: every bit")
+            << 32 << 32 << QByteArray("M_W") << 2 << latin("4=04000001")
+            << latin(
+                   "7 1 M_W_bit 128, 7 1 M_W_bit 129, 7 1 M_W_bit 130, 7 1 M_W_bit 131, "
+                   "7 1 M_W_bit 132, 7 1 M_W_bit 133, 7 1 M_W_bit 134, 7 1 M_W_bit 135, "
+                   "7 1 M_W_bit 136, 7 1 M_W_bit 137, 7 1 M_W_bit 138, 7 1 M_W_bit 139, "
+                   "7 1 M_W_bit 140, 7 1 M_W_bit 141, 7 1 M_W_bit 142, 7 1 M_W_bit 143, 7 1 M_W 4");
+        QTest::newRow("single bits: the address itself")
+            << 1 << 1 << QByteArray("M_W") << 2 << latin("4=04000001 5=05000001")
+            << latin("7 1 M_W 4, 7 1 M_W 5");
+    }
+
+    void failure()
+    {
+        QFETCH(int, unitBits);
+        QFETCH(int, wordBits);
+        QFETCH(QByteArray, letter);
+        QFETCH(int, count);
+        QFETCH(QString, settled);
+        QFETCH(QString, calls);
+
+        DriverFixture fixture;
+        fillUnits(letter.constData());
+        settleWrite(makeWidths(unitBits, wordBits), 1, latin("M_W"), 4, count, 0);
+        QCOMPARE(settledText(letter.constData()), settled);
+        QCOMPARE(callsText(), calls);
+    }
+
+    void bitsAreSettled_data() { addRows(kBitsAreSettled); }
+    void bitsAreSettled()
+    {
+        const auto &row = currentRow(kBitsAreSettled);
+        DriverFixture fixture;
+        _DATA_ &record = unitAt(1, "M", 3);
+        setBytes(record.readValue, "0008");
+        setBytes(record.writeValue, "2100");
+        record.writePending = 1;
+        record.pendingBits = row.marks;
+        record.monitorFlags = 1;
+        record.bitMonitorFlags = 0x0801;
+        _write_FailOrSuc(1, latin("M_bit"), row.startAddr, row.count, row.success ? 1 : 0);
+        QCOMPARE(driver.dataArea.at(0).pendingBits, row.marksAfter);
+        QCOMPARE(static_cast<int>(driver.dataArea.at(0).writePending), row.pendingAfter);
+        QCOMPARE(hexOf(driver.dataArea.at(0).readValue, 2), row.confirmed);
+        QCOMPARE(callsText(), latin(row.calls));
+        QCOMPARE(sizeOf(driver.dataArea), 1);
+    }
+
+    void bitOfByteUnits_data() { addRows(kBitOfByteUnits); }
+    void bitOfByteUnits()
+    {
+        const auto &row = currentRow(kBitOfByteUnits);
+        DriverFixture fixture;
+        _DATA_ &record = unitAt(1, "M", 6);
+        record.writeValue[0] = 0x21;
+        record.writePending = 1;
+        record.pendingBits = 0x400;
+        record.monitorFlags = 1;
+        record.bitMonitorFlags = 0x1;
+        settleWrite(makeWidths(1, row.wordBits, true), 1, latin("M_bit"), 53, 1,
+                    row.success ? 1 : 0);
+        QCOMPARE(hexOf(driver.dataArea.at(0).readValue, 1), row.confirmed);
+        QCOMPARE(static_cast<int>(driver.dataArea.at(0).writePending), row.pendingAfter);
+        QCOMPARE(callsText(), latin(row.calls));
+    }
+
+    void registers_data() { addRows(kRegisters); }
+    void registers()
+    {
+        const auto &row = currentRow(kRegisters);
+        DriverFixture fixture;
+        fillUnits(row.letter.constData());
+        if (row.regName == "TX") {
+            unitAt(1, "TX", 4).monitorFlags = 0;
+        }
+        _write_FailOrSuc(1, latin(row.regName.constData()), 4, 1, 0);
+        QCOMPARE(settledText(row.letter.constData()), latin(row.settled));
+        QCOMPARE(callsText(), latin(row.calls));
+    }
+
+    void nothingToSettle_data() { addRows(kNothingToSettle); }
+    void nothingToSettle()
+    {
+        const auto &row = currentRow(kNothingToSettle);
+        DriverFixture fixture;
+        fillUnits("M");
+        settleWrite(makeWidths(row.unitBits, row.wordBits, row.bitName), 1, latin("M_W"), 4,
+                    row.count, 0);
+        QCOMPARE(settledText("M"), QString());
+        QCOMPARE(callsText(), QString());
+        QCOMPARE(sizeOf(driver.dataArea), 6);
+    }
+};
 
 QTEST_APPLESS_MAIN(TestWriteSettle)
 #include "test_write_settle.moc"

@@ -2,18 +2,7 @@
 
 #include "serviceForProtocol/request/job_queue.h"
 #include "support/area_helpers.h"
-
-class TestJobQueue : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void insertion_data();
-    void insertion();
-    void wholeEntryIsReplaced();
-    void fullList_data();
-    void fullList();
-};
+#include "support/rows.h"
 
 // A job in short: "M_W:5x2a" is station 1, register, address, count and a letter as its value.
 static VARIABLE jobOf(const QByteArray &text)
@@ -56,101 +45,86 @@ static QByteArray textsOf(const QList<VARIABLE> &list)
     return texts;
 }
 
-void TestJobQueue::insertion_data()
+static const struct
 {
-    QTest::addColumn<QByteArray>("jobs");
-    QTest::addColumn<QByteArray>("job");
-    QTest::addColumn<QByteArray>("after");
+    const char *what;
+    QByteArray jobs, job, after;
+} kInsertion[] = {
+    {"the first", "", "D:1x1a", "D:1x1a"},
+    {"another request goes to the end", "D:1x1a D:2x1b", "D:3x1c", "D:1x1a D:2x1b D:3x1c"},
+    {"the head is never replaced", "D:1x1a", "D:1x1z", "D:1x1a D:1x1z"},
+    {"one that waits is replaced in its place", "D:1x1a D:2x1b D:3x1c", "D:2x1z",
+     "D:1x1a D:2x1z D:3x1c"},
+    {"the last one, too", "D:1x1a D:2x1b", "D:2x1z", "D:1x1a D:2x1z"},
+    {"the same as the head and behind it: the one behind", "D:1x1a D:1x1b", "D:1x1z",
+     "D:1x1a D:1x1z"},
+    {"only the newest of two", "D:9x1a D:1x1b D:2x1c D:1x1d D:3x1e", "D:1x1z",
+     "D:9x1a D:1x1b D:2x1c D:1x1z D:3x1e"},
+    {"another count is another request", "D:9x1a D:1x1b", "D:1x2z", "D:9x1a D:1x1b D:1x2z"},
+    {"another register is another request", "D:9x1a D:1x1b", "M:1x1z", "D:9x1a D:1x1b M:1x1z"},
+    {"another station is another request", "D:9x1a D:1x1b", "/D:1x1z", "D:9x1a D:1x1b /D:1x1z"},
+    {"another address is another request", "D:9x1a D:1x1b", "D:2x1z", "D:9x1a D:1x1b D:2x1z"},
+};
 
-    QTest::newRow("the first") << QByteArray("") << QByteArray("D:1x1a") << QByteArray("D:1x1a");
-    QTest::newRow("another request goes to the end")
-        << QByteArray("D:1x1a D:2x1b") << QByteArray("D:3x1c")
-        << QByteArray("D:1x1a D:2x1b D:3x1c");
-    QTest::newRow("the head is never replaced")
-        << QByteArray("D:1x1a") << QByteArray("D:1x1z") << QByteArray("D:1x1a D:1x1z");
-    QTest::newRow("one that waits is replaced in its place")
-        << QByteArray("D:1x1a D:2x1b D:3x1c") << QByteArray("D:2x1z")
-        << QByteArray("D:1x1a D:2x1z D:3x1c");
-    QTest::newRow("the last one, too")
-        << QByteArray("D:1x1a D:2x1b") << QByteArray("D:2x1z") << QByteArray("D:1x1a D:2x1z");
-    QTest::newRow("the same as the head and behind it: the one behind")
-        << QByteArray("D:1x1a D:1x1b") << QByteArray("D:1x1z") << QByteArray("D:1x1a D:1x1z");
-    QTest::newRow("only the newest of two")
-        << QByteArray("D:9x1a D:1x1b D:2x1c D:1x1d D:3x1e") << QByteArray("D:1x1z")
-        << QByteArray("D:9x1a D:1x1b D:2x1c D:1x1z D:3x1e");
-    QTest::newRow("another count is another request")
-        << QByteArray("D:9x1a D:1x1b") << QByteArray("D:1x2z")
-        << QByteArray("D:9x1a D:1x1b D:1x2z");
-    QTest::newRow("another register is another request")
-        << QByteArray("D:9x1a D:1x1b") << QByteArray("M:1x1z")
-        << QByteArray("D:9x1a D:1x1b M:1x1z");
-    QTest::newRow("another station is another request")
-        << QByteArray("D:9x1a D:1x1b") << QByteArray("/D:1x1z")
-        << QByteArray("D:9x1a D:1x1b /D:1x1z");
-    QTest::newRow("another address is another request")
-        << QByteArray("D:9x1a D:1x1b") << QByteArray("D:2x1z")
-        << QByteArray("D:9x1a D:1x1b D:2x1z");
-}
-
-void TestJobQueue::insertion()
+static const struct
 {
-    QFETCH(QByteArray, jobs);
-    QFETCH(QByteArray, job);
-    QFETCH(QByteArray, after);
+    const char *what;
+    int size; // addresses 0 .. size - 1
+    int address, sizeAfter, place;
+} kFullList[] = {
+    {"511 wait: appended", 511, 1000, 512, 511},
+    {"512 wait: appended", 512, 1000, 513, 512},
+    {"513 wait: the last is replaced", 513, 1000, 513, 512},
+    {"513 wait, the same as the head: the last is replaced", 513, 0, 513, 512},
+    {"513 wait, one is the same: that one is replaced", 513, 100, 513, 100},
+    {"513 wait, the last is the same", 513, 512, 513, 512},
+    {"600 wait: entry 512 is replaced", 600, 1000, 600, 512},
+    {"600 wait, one beyond is the same", 600, 599, 600, 599},
+};
 
-    QList<VARIABLE> list = listOf(jobs);
-    insertJob(list, jobOf(job));
-    QCOMPARE(textsOf(list), after);
-}
-
-void TestJobQueue::wholeEntryIsReplaced()
+class TestJobQueue : public QObject
 {
-    QList<VARIABLE> list = listOf("D:9x1a D:1x2b");
-    VARIABLE job = makeItem(1, "D", 1, 2, "\x11\x22\x33\x44");
-    job.opKind = 77;
-    job.data[1023] = 0x55;
-    insertJob(list, job);
-    QCOMPARE(sizeOf(list), 2);
-    QCOMPARE(list.at(1).opKind, 77);
-    QCOMPARE(hexOf(list.at(1).data, 4), QByteArray("11223344"));
-    QCOMPARE(static_cast<int>(list.at(1).data[1023]), 0x55);
-}
+    Q_OBJECT
 
-void TestJobQueue::fullList_data()
-{
-    QTest::addColumn<int>("size"); // addresses 0 .. size - 1
-    QTest::addColumn<int>("address");
-    QTest::addColumn<int>("sizeAfter");
-    QTest::addColumn<int>("place");
-
-    QTest::newRow("511 wait: appended") << 511 << 1000 << 512 << 511;
-    QTest::newRow("512 wait: appended") << 512 << 1000 << 513 << 512;
-    QTest::newRow("513 wait: the last is replaced") << 513 << 1000 << 513 << 512;
-    QTest::newRow("513 wait, the same as the head: the last is replaced") << 513 << 0 << 513 << 512;
-    QTest::newRow("513 wait, one is the same: that one is replaced") << 513 << 100 << 513 << 100;
-    QTest::newRow("513 wait, the last is the same") << 513 << 512 << 513 << 512;
-    QTest::newRow("600 wait: entry 512 is replaced") << 600 << 1000 << 600 << 512;
-    QTest::newRow("600 wait, one beyond is the same") << 600 << 599 << 600 << 599;
-}
-
-void TestJobQueue::fullList()
-{
-    QFETCH(int, size);
-    QFETCH(int, address);
-    QFETCH(int, sizeAfter);
-    QFETCH(int, place);
-
-    QList<VARIABLE> list;
-    for (int i = 0; i < size; ++i) {
-        list.append(makeItem(1, "D_W", i, 1, "a"));
+private Q_SLOTS:
+    void insertion_data() { addRows(kInsertion); }
+    void insertion()
+    {
+        const auto &row = currentRow(kInsertion);
+        QList<VARIABLE> list = listOf(row.jobs);
+        insertJob(list, jobOf(row.job));
+        QCOMPARE(textsOf(list), row.after);
     }
-    insertJob(list, makeItem(1, "D_W", address, 1, "z"));
-    QCOMPARE(sizeOf(list), sizeAfter);
-    for (int i = 0; i < sizeAfter; ++i) {
-        QCOMPARE(list.at(i).startAddr, i == place ? address : i);
-        QCOMPARE(static_cast<char>(list.at(i).data[0]), i == place ? 'z' : 'a');
+
+    void wholeEntryIsReplaced()
+    {
+        QList<VARIABLE> list = listOf("D:9x1a D:1x2b");
+        VARIABLE job = makeItem(1, "D", 1, 2, "\x11\x22\x33\x44");
+        job.opKind = 77;
+        job.data[1023] = 0x55;
+        insertJob(list, job);
+        QCOMPARE(sizeOf(list), 2);
+        QCOMPARE(list.at(1).opKind, 77);
+        QCOMPARE(hexOf(list.at(1).data, 4), QByteArray("11223344"));
+        QCOMPARE(static_cast<int>(list.at(1).data[1023]), 0x55);
     }
-}
+
+    void fullList_data() { addRows(kFullList); }
+    void fullList()
+    {
+        const auto &row = currentRow(kFullList);
+        QList<VARIABLE> list;
+        for (int i = 0; i < row.size; ++i) {
+            list.append(makeItem(1, "D_W", i, 1, "a"));
+        }
+        insertJob(list, makeItem(1, "D_W", row.address, 1, "z"));
+        QCOMPARE(sizeOf(list), row.sizeAfter);
+        for (int i = 0; i < row.sizeAfter; ++i) {
+            QCOMPARE(list.at(i).startAddr, i == row.place ? row.address : i);
+            QCOMPARE(static_cast<char>(list.at(i).data[0]), i == row.place ? 'z' : 'a');
+        }
+    }
+};
 
 QTEST_APPLESS_MAIN(TestJobQueue)
 #include "test_job_queue.moc"

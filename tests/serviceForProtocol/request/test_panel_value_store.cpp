@@ -5,28 +5,7 @@
 #include "serviceForProtocol/cache/monitor_flags.h"
 #include "serviceForProtocol/request/panel_value_store.h"
 #include "support/area_helpers.h"
-
-class TestPanelValueStore : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void valuesOfWidths_data();
-    void valuesOfWidths();
-    void bitsOfUnits_data();
-    void bitsOfUnits();
-    void changeIsAgainstTheCurrentValue_data();
-    void changeIsAgainstTheCurrentValue();
-    void bitMarks_data();
-    void bitMarks();
-    void registers_data();
-    void registers();
-    void hostStillSeesTheOldValue();
-    void sameValueTwiceIsReportedOnce();
-    void hostMayEmptyTheAreaMeanwhile();
-    void whatTheHostWritesMeanwhileIsOverwritten_data();
-    void whatTheHostWritesMeanwhileIsOverwritten();
-};
+#include "support/rows.h"
 
 static const unsigned char *dataOf(const QByteArray &bytes)
 {
@@ -47,225 +26,108 @@ static QString pendingText(int bytes)
     return texts.join(QLatin1String(" "));
 }
 
-void TestPanelValueStore::valuesOfWidths_data()
+static const struct
 {
-    QTest::addColumn<int>("unitBits");
-    QTest::addColumn<int>("wordBits");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("bytes");
-    QTest::addColumn<QString>("pending"); // of the bytes 11 22 .. 88, written from unit 4 on
-    QTest::addColumn<QString>("calls");
+    const char *what;
+    int unitBits, wordBits, count, bytes;
+    const char *pending; // of the bytes 11 22 .. 88, written from unit 4 on
+    const char *calls;
+} kValuesOfWidths[] = {
+    {"32 over words, the high unit first", 32, 16, 4, 2, "4=1122 5=3344 6=5566 7=7788",
+     "7 1 M_W 5, 7 1 M_W 4, 7 1 M_W 7, 7 1 M_W 6"},
+    {"32 over words, odd word dropped", 32, 16, 3, 2, "4=1122 5=3344", "7 1 M_W 5, 7 1 M_W 4"},
+    {"32 over words, too few", 32, 16, 1, 2, "", ""},
+    {"32 over bytes", 32, 8, 2, 1, "4=11 5=22 6=33 7=44",
+     "7 1 M_B 4, 7 1 M_B 5, 7 1 M_B 6, 7 1 M_B 7"},
+    {"32 over bytes, too few", 32, 8, 1, 1, "", ""},
+    {"32 whole", 32, 32, 4, 4, "4=11223344 5=55667788", "7 1 M 4, 7 1 M 5"},
+    {"16 over bytes", 16, 8, 2, 1, "4=11 5=22 6=33 7=44",
+     "7 1 M_B 4, 7 1 M_B 5, 7 1 M_B 6, 7 1 M_B 7"},
+    {"16 over words", 16, 16, 2, 2, "4=1122 5=3344", "7 1 M_W 4, 7 1 M_W 5"},
+    {"16 over double words: reported as words", 16, 32, 2, 2, "4=1122 5=3344",
+     "7 1 M_W 4, 7 1 M_W 5"},
+    {"8 over bytes", 8, 8, 2, 1, "4=11 5=22", "7 1 M_B 4, 7 1 M_B 5"},
+    {"single bits: the contact itself", 1, 1, 2, 1, "4=11 5=22", "7 1 M 4, 7 1 M 5"},
+    {"1 over words without bit name: reported as a word", 1, 16, 2, 1, "4=11 5=22",
+     "7 1 M_W 4, 7 1 M_W 5"},
+    {"none", 16, 16, 0, 2, "", ""},
+    {"negative", 16, 16, -1, 2, "", ""},
+    {"most negative", 32, 16, INT_MIN, 2, "", ""},
+    {"any other width", 64, 16, 2, 2, "", ""},
+};
 
-    QTest::newRow("32 over words, the high unit first")
-        << 32 << 16 << 4 << 2 << latin("4=1122 5=3344 6=5566 7=7788")
-        << latin("7 1 M_W 5, 7 1 M_W 4, 7 1 M_W 7, 7 1 M_W 6");
-    QTest::newRow("32 over words, odd word dropped")
-        << 32 << 16 << 3 << 2 << latin("4=1122 5=3344") << latin("7 1 M_W 5, 7 1 M_W 4");
-    QTest::newRow("32 over words, too few") << 32 << 16 << 1 << 2 << QString() << QString();
-    QTest::newRow("32 over bytes") << 32 << 8 << 2 << 1 << latin("4=11 5=22 6=33 7=44")
-                                   << latin("7 1 M_B 4, 7 1 M_B 5, 7 1 M_B 6, 7 1 M_B 7");
-    QTest::newRow("32 over bytes, too few") << 32 << 8 << 1 << 1 << QString() << QString();
-    QTest::newRow("32 whole") << 32 << 32 << 4 << 4 << latin("4=11223344 5=55667788")
-                              << latin("7 1 M 4, 7 1 M 5");
-    QTest::newRow("16 over bytes") << 16 << 8 << 2 << 1 << latin("4=11 5=22 6=33 7=44")
-                                   << latin("7 1 M_B 4, 7 1 M_B 5, 7 1 M_B 6, 7 1 M_B 7");
-    QTest::newRow("16 over words")
-        << 16 << 16 << 2 << 2 << latin("4=1122 5=3344") << latin("7 1 M_W 4, 7 1 M_W 5");
-    QTest::newRow("16 over double words: reported as words")
-        << 16 << 32 << 2 << 2 << latin("4=1122 5=3344") << latin("7 1 M_W 4, 7 1 M_W 5");
-    QTest::newRow("8 over bytes") << 8 << 8 << 2 << 1 << latin("4=11 5=22")
-                                  << latin("7 1 M_B 4, 7 1 M_B 5");
-    QTest::newRow("single bits: the contact itself")
-        << 1 << 1 << 2 << 1 << latin("4=11 5=22") << latin("7 1 M 4, 7 1 M 5");
-    QTest::newRow("1 over words without bit name: reported as a word")
-        << 1 << 16 << 2 << 1 << latin("4=11 5=22") << latin("7 1 M_W 4, 7 1 M_W 5");
-    QTest::newRow("none") << 16 << 16 << 0 << 2 << QString() << QString();
-    QTest::newRow("negative") << 16 << 16 << -1 << 2 << QString() << QString();
-    QTest::newRow("most negative") << 32 << 16 << INT_MIN << 2 << QString() << QString();
-    QTest::newRow("any other width") << 64 << 16 << 2 << 2 << QString() << QString();
-}
-
-void TestPanelValueStore::valuesOfWidths()
+static const struct
 {
-    QFETCH(int, unitBits);
-    QFETCH(int, wordBits);
-    QFETCH(int, count);
-    QFETCH(int, bytes);
-    QFETCH(QString, pending);
-    QFETCH(QString, calls);
+    const char *what;
+    int wordBits, startAddr;
+    QByteArray values;
+    const char *pending; // unit 2 holds 0x8000 or 0x80
+    const char *calls;
+} kBitsOfUnits[] = {
+    {"bits of words, across units", 16, 46, QByteArray::fromHex("01000101"), "2=0040 3=0300",
+     "7 1 M_bit 46, 7 1 M_W 2, 7 1 M_bit 47, 7 1 M_W 2, 7 1 M_bit 48, 7 1 M_W 3, "
+     "7 1 M_bit 49, 7 1 M_W 3"},
+    {"bits of words that stay", 16, 46, QByteArray::fromHex("0001"), "2=0080", ""},
+    {"only 1 sets a bit", 16, 46, QByteArray::fromHex("0201"), "2=0080", ""},
+    {"anything but 1 clears a bit", 16, 47, QByteArray::fromHex("FF"), "2=0000",
+     "7 1 M_bit 47, 7 1 M_W 2"},
+    {"bits of bytes, across units", 8, 22, QByteArray::fromHex("010001"), "2=4000 3=0100",
+     "7 1 M_bit 22, 7 1 M_B 2, 7 1 M_bit 23, 7 1 M_B 2, 7 1 M_bit 24, 7 1 M_B 3"},
+    {"bits of 32: nothing", 32, 46, QByteArray::fromHex("01"), "", ""},
+    {"no bits", 16, 46, QByteArray(), "", ""},
+};
 
-    DriverFixture fixture;
-    for (int unitAddr = 0; unitAddr < 10; ++unitAddr) {
-        unitAt(1, "M", unitAddr).monitorFlags = 1;
-    }
-    const QByteArray data = QByteArray::fromHex("1122334455667788");
-    storePanelValues(makeWidths(unitBits, wordBits), 1, latin("M_W"), 4, count, dataOf(data));
-    QCOMPARE(pendingText(bytes), pending);
-    QCOMPARE(callsText(), calls);
-    QCOMPARE(hexOf(unitAt(1, "M", 4).readValue, 4), QByteArray("00000000"));
-}
-
-void TestPanelValueStore::bitsOfUnits_data()
+static const struct
 {
-    QTest::addColumn<int>("wordBits");
-    QTest::addColumn<int>("startAddr");
-    QTest::addColumn<QByteArray>("values");
-    QTest::addColumn<QString>("pending"); // unit 2 holds 0x8000 or 0x80
-    QTest::addColumn<QString>("calls");
+    const char *what;
+    int writePending;
+    QByteArray written; // the PLC said 0111, the panel wrote 0222 before
+    const char *calls;
+} kChangeIsAgainstTheCurrentValue[] = {
+    {"nothing pending, as the PLC said", 0, "1101", ""},
+    {"nothing pending, as written before", 0, "2202", "7 1 D_W 5"},
+    {"pending, as the PLC said", 1, "1101", "7 1 D_W 5"},
+    {"pending, as written before", 1, "2202", ""},
+    {"only the high byte differs", 0, "1102", "7 1 D_W 5"},
+};
 
-    QTest::newRow("bits of words, across units")
-        << 16 << 46 << QByteArray::fromHex("01000101") << latin("2=0040 3=0300")
-        << latin("7 1 M_bit 46, 7 1 M_W 2, 7 1 M_bit 47, 7 1 M_W 2, 7 1 M_bit 48, 7 1 M_W 3, "
-                 "7 1 M_bit 49, 7 1 M_W 3");
-    QTest::newRow("bits of words that stay")
-        << 16 << 46 << QByteArray::fromHex("0001") << latin("2=0080") << QString();
-    QTest::newRow("only 1 sets a bit")
-        << 16 << 46 << QByteArray::fromHex("0201") << latin("2=0080") << QString();
-    QTest::newRow("anything but 1 clears a bit")
-        << 16 << 47 << QByteArray::fromHex("FF") << latin("2=0000")
-        << latin("7 1 M_bit 47, 7 1 M_W 2");
-    QTest::newRow("bits of bytes, across units")
-        << 8 << 22 << QByteArray::fromHex("010001") << latin("2=4000 3=0100")
-        << latin("7 1 M_bit 22, 7 1 M_B 2, 7 1 M_bit 23, 7 1 M_B 2, 7 1 M_bit 24, 7 1 M_B 3");
-    QTest::newRow("bits of 32: nothing")
-        << 32 << 46 << QByteArray::fromHex("01") << QString() << QString();
-    QTest::newRow("no bits") << 16 << 46 << QByteArray() << QString() << QString();
-}
-
-void TestPanelValueStore::bitsOfUnits()
+static const struct
 {
-    QFETCH(int, wordBits);
-    QFETCH(int, startAddr);
-    QFETCH(QByteArray, values);
-    QFETCH(QString, pending);
-    QFETCH(QString, calls);
+    const char *what;
+    int marks;
+    int queued;       // writes of this very bit
+    QByteArray other; // one more, which differs in this
+    int marksAfter;   // of bit 5: 0x400 a write, 0x800 a second one
+} kBitMarks[] = {
+    {"first write", 0, 1, QByteArray(), 0x400},
+    {"first write, none queued", 0, 0, QByteArray(), 0x400},
+    {"first write, whatever is queued", 0, 2, QByteArray(), 0x400},
+    {"second write, two queued", 0x400, 2, QByteArray(), 0xC00},
+    {"second write, one queued", 0x400, 1, QByteArray(), 0x400},
+    {"second write, three queued", 0x400, 3, QByteArray(), 0x400},
+    {"third write", 0xC00, 2, QByteArray(), 0xC00},
+    {"first gone, the second waits", 0x800, 1, QByteArray(), 0xC00},
+    {"marks of other bits stay", 0x3, 1, QByteArray(), 0x403},
+    {"another station does not count", 0x400, 1, "station", 0x400},
+    {"another register does not count", 0x400, 1, "register", 0x400},
+    {"another address does not count", 0x400, 1, "address", 0x400},
+    {"another count does not count", 0x400, 1, "count", 0x400},
+};
 
-    DriverFixture fixture;
-    for (int unitAddr = 0; unitAddr < 10; ++unitAddr) {
-        _DATA_ &record = unitAt(1, "M", unitAddr);
-        record.monitorFlags = 1;
-        record.bitMonitorFlags = 0xFFFF;
-    }
-    setBytes(unitAt(1, "M", 2).readValue, wordBits == 8 ? "80" : "0080");
-    storePanelValues(makeWidths(1, wordBits, true), 1, latin("M_bit"), startAddr, sizeOf(values),
-                     dataOf(values));
-    QCOMPARE(pendingText(2), pending);
-    QCOMPARE(callsText(), calls);
-}
-
-void TestPanelValueStore::changeIsAgainstTheCurrentValue_data()
+static const struct
 {
-    QTest::addColumn<int>("writePending");
-    QTest::addColumn<QByteArray>("written"); // the PLC said 0111, the panel wrote 0222 before
-    QTest::addColumn<QString>("calls");
-
-    QTest::newRow("nothing pending, as the PLC said") << 0 << QByteArray("1101") << QString();
-    QTest::newRow("nothing pending, as written before")
-        << 0 << QByteArray("2202") << latin("7 1 D_W 5");
-    QTest::newRow("pending, as the PLC said") << 1 << QByteArray("1101") << latin("7 1 D_W 5");
-    QTest::newRow("pending, as written before") << 1 << QByteArray("2202") << QString();
-    QTest::newRow("only the high byte differs") << 0 << QByteArray("1102") << latin("7 1 D_W 5");
-}
-
-void TestPanelValueStore::changeIsAgainstTheCurrentValue()
-{
-    QFETCH(int, writePending);
-    QFETCH(QByteArray, written);
-    QFETCH(QString, calls);
-
-    DriverFixture fixture;
-    _DATA_ &record = unitAt(1, "D", 5);
-    record.monitorFlags = 1;
-    record.writePending = static_cast<quint8>(writePending);
-    setBytes(record.readValue, "1101");
-    setBytes(record.writeValue, "2202");
-    const QByteArray data = QByteArray::fromHex(written);
-    write_saveDataToArea(1, latin("D_W"), 5, 1, dataOf(data));
-    QCOMPARE(callsText(), calls);
-    QCOMPARE(hexOf(driver.dataArea.at(0).writeValue, 2), written);
-    QCOMPARE(hexOf(driver.dataArea.at(0).readValue, 2), QByteArray("1101"));
-    QCOMPARE(static_cast<int>(driver.dataArea.at(0).writePending), 1);
-}
-
-void TestPanelValueStore::bitMarks_data()
-{
-    QTest::addColumn<int>("marks");
-    QTest::addColumn<int>("queued");       // writes of this very bit
-    QTest::addColumn<QByteArray>("other"); // one more, which differs in this
-    QTest::addColumn<int>("marksAfter");   // of bit 5: 0x400 a write, 0x800 a second one
-
-    QTest::newRow("first write") << 0 << 1 << QByteArray() << 0x400;
-    QTest::newRow("first write, none queued") << 0 << 0 << QByteArray() << 0x400;
-    QTest::newRow("first write, whatever is queued") << 0 << 2 << QByteArray() << 0x400;
-    QTest::newRow("second write, two queued") << 0x400 << 2 << QByteArray() << 0xC00;
-    QTest::newRow("second write, one queued") << 0x400 << 1 << QByteArray() << 0x400;
-    QTest::newRow("second write, three queued") << 0x400 << 3 << QByteArray() << 0x400;
-    QTest::newRow("third write") << 0xC00 << 2 << QByteArray() << 0xC00;
-    QTest::newRow("first gone, the second waits") << 0x800 << 1 << QByteArray() << 0xC00;
-    QTest::newRow("marks of other bits stay") << 0x3 << 1 << QByteArray() << 0x403;
-    QTest::newRow("another station does not count") << 0x400 << 1 << QByteArray("station") << 0x400;
-    QTest::newRow("another register does not count")
-        << 0x400 << 1 << QByteArray("register") << 0x400;
-    QTest::newRow("another address does not count") << 0x400 << 1 << QByteArray("address") << 0x400;
-    QTest::newRow("another count does not count") << 0x400 << 1 << QByteArray("count") << 0x400;
-}
-
-void TestPanelValueStore::bitMarks()
-{
-    QFETCH(int, marks);
-    QFETCH(int, queued);
-    QFETCH(QByteArray, other);
-    QFETCH(int, marksAfter);
-
-    DriverFixture fixture;
-    unitAt(1, "M", 3).pendingBits = marks;
-    for (int i = 0; i < queued; ++i) {
-        driver.pendingWrites.append(makeItem(1, "M_bit", 53, 1));
-    }
-    if (!other.isEmpty()) {
-        driver.pendingWrites.append(
-            makeItem(other == "station" ? 2 : 1, other == "register" ? "K_bit" : "M_bit",
-                     other == "address" ? 54 : 53, other == "count" ? 2 : 1));
-    }
-    const unsigned char value = 1;
-    write_saveDataToArea(1, latin("M_bit"), 53, 1, &value);
-    QCOMPARE(driver.dataArea.at(0).pendingBits, marksAfter);
-    QVERIFY2(driver.listMutex.tryLock(), "the list is locked no longer than for the count");
-    driver.listMutex.unlock();
-}
-
-void TestPanelValueStore::registers_data()
-{
-    QTest::addColumn<QByteArray>("regName");
-    QTest::addColumn<int>("startAddr");
-    QTest::addColumn<QString>("calls");
-    QTest::addColumn<QByteArray>("current"); // of the unit that is watched, as a word
-
-    QTest::newRow("word") << QByteArray("D_W") << 3 << latin("7 1 D_W 3") << QByteArray("0100");
-    QTest::newRow("bit and its word")
-        << QByteArray("M_bit") << 50 << latin("7 1 M_W 3") << QByteArray("0400");
-    QTest::newRow("contact") << QByteArray("TX") << 3 << latin("7 1 TX 3") << QByteArray("0100");
-    QTest::newRow("unknown bit name: a bit of a word")
-        << QByteArray("Q_bit") << 50 << latin("7 1 Q_W 3") << QByteArray("0400");
-    QTest::newRow("unknown name: a byte of a word")
-        << QByteArray("Q_W") << 3 << latin("7 1 Q_W 3") << QByteArray("0100");
-}
-
-void TestPanelValueStore::registers()
-{
-    QFETCH(QByteArray, regName);
-    QFETCH(int, startAddr);
-    QFETCH(QString, calls);
-    QFETCH(QByteArray, current);
-
-    DriverFixture fixture;
-    const QByteArray letter = regName.left(regName == "TX" ? 2 : 1);
-    unitAt(1, letter.constData(), 3).monitorFlags = 1;
-    const unsigned char value[2] = {1, 0};
-    write_saveDataToArea(1, latin(regName.constData()), startAddr, 1, value);
-    QCOMPARE(callsText(), calls);
-    QCOMPARE(hexOf(currentBytes(unitAt(1, letter.constData(), 3)), 2), current);
-}
+    const char *what;
+    QByteArray regName;
+    int startAddr;
+    const char *calls;
+    QByteArray current; // of the unit that is watched, as a word
+} kRegisters[] = {
+    {"word", "D_W", 3, "7 1 D_W 3", "0100"},
+    {"bit and its word", "M_bit", 50, "7 1 M_W 3", "0400"},
+    {"contact", "TX", 3, "7 1 TX 3", "0100"},
+    {"unknown bit name: a bit of a word", "Q_bit", 50, "7 1 Q_W 3", "0400"},
+    {"unknown name: a byte of a word", "Q_W", 3, "7 1 Q_W 3", "0100"},
+};
 
 static QByteArray &seen()
 {
@@ -281,54 +143,9 @@ static void readWatchedWord()
     seen() += hexOf(buffer, 2);
 }
 
-void TestPanelValueStore::hostStillSeesTheOldValue()
-{
-    DriverFixture fixture;
-    seen().clear();
-    DriverFixture::hook() = &readWatchedWord;
-    unitAt(1, "D", 5).monitorFlags = 1;
-    setBytes(unitAt(1, "D", 5).readValue, "1101");
-    const unsigned char value[2] = {0x22, 0x02};
-    write_saveDataToArea(1, latin("D_W"), 5, 1, value);
-    QCOMPARE(seen(), QByteArray("1101"));
-    QCOMPARE(hexOf(currentBytes(unitAt(1, "D", 5)), 2), QByteArray("2202"));
-}
-
-void TestPanelValueStore::sameValueTwiceIsReportedOnce()
-{
-    DriverFixture fixture;
-    _setDataAreaMonitorFlag(1, latin("D_W"), 5, 1);
-    const unsigned char value[2] = {0x22, 0x02};
-    write_saveDataToArea(1, latin("D_W"), 5, 1, value);
-    write_saveDataToArea(1, latin("D_W"), 5, 1, value);
-    QCOMPARE(callsText(), latin("7 1 D_W 5"));
-    QCOMPARE(static_cast<int>(unitAt(1, "D", 5).writePending), 1);
-}
-
 static void emptyArea()
 {
     driver.dataArea.clear();
-}
-
-void TestPanelValueStore::hostMayEmptyTheAreaMeanwhile()
-{
-    DriverFixture fixture;
-    DriverFixture::hook() = &emptyArea;
-    unitAt(1, "K", 0);
-    _setDataAreaMonitorFlag(1, latin("D_W"), 5, 1);
-    const unsigned char values[4] = {0x22, 0x02, 0x33, 0x03};
-    write_saveDataToArea(1, latin("D_W"), 5, 2, values);
-    QCOMPARE(callsText(), latin("7 1 D_W 5"));
-    QCOMPARE(sizeOf(driver.dataArea), 2);
-    QCOMPARE(hexOf(currentBytes(unitAt(1, "D", 5)), 2), QByteArray("2202"));
-
-    driver.dataArea.clear();
-    _setDataAreaMonitorFlag(1, latin("M_bit"), 53, 1);
-    const unsigned char bit = 1;
-    write_saveDataToArea(1, latin("M_bit"), 53, 1, &bit);
-    QCOMPARE(callsText(), latin("7 1 D_W 5, 7 1 M_bit 53"));
-    QCOMPARE(hexOf(currentBytes(unitAt(1, "M", 3)), 2), QByteArray("2000"));
-    QCOMPARE(unitAt(1, "M", 3).pendingBits, 0x400);
 }
 
 static void writeBit50()
@@ -348,41 +165,173 @@ static void writeWord3()
 typedef void (*Hook)();
 Q_DECLARE_METATYPE(Hook)
 
-void TestPanelValueStore::whatTheHostWritesMeanwhileIsOverwritten_data()
+static const struct
 {
-    QTest::addColumn<QByteArray>("regName");
-    QTest::addColumn<int>("startAddr");
-    QTest::addColumn<Hook>("hook");
-    QTest::addColumn<QByteArray>("current");
-    QTest::addColumn<int>("marks");
+    const char *what;
+    QByteArray regName;
+    int startAddr;
+    Hook hook;
+    QByteArray current;
+    int marks;
+} kWhatTheHostWritesMeanwhileIsOverwritten[] = {
+    {"another bit of the word", "M_bit", 49, Hook(writeBit50), "0200", 0x14},
+    {"the word of the bit", "M_bit", 49, Hook(writeWord3), "0200", 0x04},
+    {"a bit of the word", "M_W", 3, Hook(writeBit50), "0101", 0x10},
+    {"the same word", "M_W", 3, Hook(writeWord3), "0101", 0},
+};
 
-    QTest::newRow("another bit of the word")
-        << QByteArray("M_bit") << 49 << Hook(writeBit50) << QByteArray("0200") << 0x14;
-    QTest::newRow("the word of the bit")
-        << QByteArray("M_bit") << 49 << Hook(writeWord3) << QByteArray("0200") << 0x04;
-    QTest::newRow("a bit of the word")
-        << QByteArray("M_W") << 3 << Hook(writeBit50) << QByteArray("0101") << 0x10;
-    QTest::newRow("the same word")
-        << QByteArray("M_W") << 3 << Hook(writeWord3) << QByteArray("0101") << 0;
-}
-
-void TestPanelValueStore::whatTheHostWritesMeanwhileIsOverwritten()
+class TestPanelValueStore : public QObject
 {
-    QFETCH(QByteArray, regName);
-    QFETCH(int, startAddr);
-    QFETCH(Hook, hook);
-    QFETCH(QByteArray, current);
-    QFETCH(int, marks);
+    Q_OBJECT
 
-    DriverFixture fixture;
-    DriverFixture::hook() = hook;
-    _setDataAreaMonitorFlag(1, latin("M_W"), 3, 1);
-    const unsigned char ones[2] = {1, 1};
-    write_saveDataToArea(1, latin(regName.constData()), startAddr, 1, ones);
-    QVERIFY(callsText().startsWith(latin("7 1 M_W 3")));
-    QCOMPARE(hexOf(currentBytes(unitAt(1, "M", 3)), 2), current);
-    QCOMPARE(unitAt(1, "M", 3).pendingBits, marks);
-}
+private Q_SLOTS:
+    void valuesOfWidths_data() { addRows(kValuesOfWidths); }
+    void valuesOfWidths()
+    {
+        const auto &row = currentRow(kValuesOfWidths);
+        DriverFixture fixture;
+        for (int unitAddr = 0; unitAddr < 10; ++unitAddr) {
+            unitAt(1, "M", unitAddr).monitorFlags = 1;
+        }
+        const QByteArray data = QByteArray::fromHex("1122334455667788");
+        storePanelValues(makeWidths(row.unitBits, row.wordBits), 1, latin("M_W"), 4, row.count,
+                         dataOf(data));
+        QCOMPARE(pendingText(row.bytes), latin(row.pending));
+        QCOMPARE(callsText(), latin(row.calls));
+        QCOMPARE(hexOf(unitAt(1, "M", 4).readValue, 4), QByteArray("00000000"));
+    }
+
+    void bitsOfUnits_data() { addRows(kBitsOfUnits); }
+    void bitsOfUnits()
+    {
+        const auto &row = currentRow(kBitsOfUnits);
+        DriverFixture fixture;
+        for (int unitAddr = 0; unitAddr < 10; ++unitAddr) {
+            _DATA_ &record = unitAt(1, "M", unitAddr);
+            record.monitorFlags = 1;
+            record.bitMonitorFlags = 0xFFFF;
+        }
+        setBytes(unitAt(1, "M", 2).readValue, row.wordBits == 8 ? "80" : "0080");
+        storePanelValues(makeWidths(1, row.wordBits, true), 1, latin("M_bit"), row.startAddr,
+                         sizeOf(row.values), dataOf(row.values));
+        QCOMPARE(pendingText(2), latin(row.pending));
+        QCOMPARE(callsText(), latin(row.calls));
+    }
+
+    void changeIsAgainstTheCurrentValue_data() { addRows(kChangeIsAgainstTheCurrentValue); }
+    void changeIsAgainstTheCurrentValue()
+    {
+        const auto &row = currentRow(kChangeIsAgainstTheCurrentValue);
+        DriverFixture fixture;
+        _DATA_ &record = unitAt(1, "D", 5);
+        record.monitorFlags = 1;
+        record.writePending = static_cast<quint8>(row.writePending);
+        setBytes(record.readValue, "1101");
+        setBytes(record.writeValue, "2202");
+        const QByteArray data = QByteArray::fromHex(row.written);
+        write_saveDataToArea(1, latin("D_W"), 5, 1, dataOf(data));
+        QCOMPARE(callsText(), latin(row.calls));
+        QCOMPARE(hexOf(driver.dataArea.at(0).writeValue, 2), row.written);
+        QCOMPARE(hexOf(driver.dataArea.at(0).readValue, 2), QByteArray("1101"));
+        QCOMPARE(static_cast<int>(driver.dataArea.at(0).writePending), 1);
+    }
+
+    void bitMarks_data() { addRows(kBitMarks); }
+    void bitMarks()
+    {
+        const auto &row = currentRow(kBitMarks);
+        DriverFixture fixture;
+        unitAt(1, "M", 3).pendingBits = row.marks;
+        for (int i = 0; i < row.queued; ++i) {
+            driver.pendingWrites.append(makeItem(1, "M_bit", 53, 1));
+        }
+        if (!row.other.isEmpty()) {
+            driver.pendingWrites.append(makeItem(
+                row.other == "station" ? 2 : 1, row.other == "register" ? "K_bit" : "M_bit",
+                row.other == "address" ? 54 : 53, row.other == "count" ? 2 : 1));
+        }
+        const unsigned char value = 1;
+        write_saveDataToArea(1, latin("M_bit"), 53, 1, &value);
+        QCOMPARE(driver.dataArea.at(0).pendingBits, row.marksAfter);
+        QVERIFY2(driver.listMutex.tryLock(), "the list is locked no longer than for the count");
+        driver.listMutex.unlock();
+    }
+
+    void registers_data() { addRows(kRegisters); }
+    void registers()
+    {
+        const auto &row = currentRow(kRegisters);
+        DriverFixture fixture;
+        const QByteArray letter = row.regName.left(row.regName == "TX" ? 2 : 1);
+        unitAt(1, letter.constData(), 3).monitorFlags = 1;
+        const unsigned char value[2] = {1, 0};
+        write_saveDataToArea(1, latin(row.regName.constData()), row.startAddr, 1, value);
+        QCOMPARE(callsText(), latin(row.calls));
+        QCOMPARE(hexOf(currentBytes(unitAt(1, letter.constData(), 3)), 2), row.current);
+    }
+
+    void hostStillSeesTheOldValue()
+    {
+        DriverFixture fixture;
+        seen().clear();
+        DriverFixture::hook() = &readWatchedWord;
+        unitAt(1, "D", 5).monitorFlags = 1;
+        setBytes(unitAt(1, "D", 5).readValue, "1101");
+        const unsigned char value[2] = {0x22, 0x02};
+        write_saveDataToArea(1, latin("D_W"), 5, 1, value);
+        QCOMPARE(seen(), QByteArray("1101"));
+        QCOMPARE(hexOf(currentBytes(unitAt(1, "D", 5)), 2), QByteArray("2202"));
+    }
+
+    void sameValueTwiceIsReportedOnce()
+    {
+        DriverFixture fixture;
+        _setDataAreaMonitorFlag(1, latin("D_W"), 5, 1);
+        const unsigned char value[2] = {0x22, 0x02};
+        write_saveDataToArea(1, latin("D_W"), 5, 1, value);
+        write_saveDataToArea(1, latin("D_W"), 5, 1, value);
+        QCOMPARE(callsText(), latin("7 1 D_W 5"));
+        QCOMPARE(static_cast<int>(unitAt(1, "D", 5).writePending), 1);
+    }
+
+    void hostMayEmptyTheAreaMeanwhile()
+    {
+        DriverFixture fixture;
+        DriverFixture::hook() = &emptyArea;
+        unitAt(1, "K", 0);
+        _setDataAreaMonitorFlag(1, latin("D_W"), 5, 1);
+        const unsigned char values[4] = {0x22, 0x02, 0x33, 0x03};
+        write_saveDataToArea(1, latin("D_W"), 5, 2, values);
+        QCOMPARE(callsText(), latin("7 1 D_W 5"));
+        QCOMPARE(sizeOf(driver.dataArea), 2);
+        QCOMPARE(hexOf(currentBytes(unitAt(1, "D", 5)), 2), QByteArray("2202"));
+
+        driver.dataArea.clear();
+        _setDataAreaMonitorFlag(1, latin("M_bit"), 53, 1);
+        const unsigned char bit = 1;
+        write_saveDataToArea(1, latin("M_bit"), 53, 1, &bit);
+        QCOMPARE(callsText(), latin("7 1 D_W 5, 7 1 M_bit 53"));
+        QCOMPARE(hexOf(currentBytes(unitAt(1, "M", 3)), 2), QByteArray("2000"));
+        QCOMPARE(unitAt(1, "M", 3).pendingBits, 0x400);
+    }
+
+    void whatTheHostWritesMeanwhileIsOverwritten_data()
+    {
+        addRows(kWhatTheHostWritesMeanwhileIsOverwritten);
+    }
+    void whatTheHostWritesMeanwhileIsOverwritten()
+    {
+        const auto &row = currentRow(kWhatTheHostWritesMeanwhileIsOverwritten);
+        DriverFixture fixture;
+        DriverFixture::hook() = row.hook;
+        _setDataAreaMonitorFlag(1, latin("M_W"), 3, 1);
+        const unsigned char ones[2] = {1, 1};
+        write_saveDataToArea(1, latin(row.regName.constData()), row.startAddr, 1, ones);
+        QVERIFY(callsText().startsWith(latin("7 1 M_W 3")));
+        QCOMPARE(hexOf(currentBytes(unitAt(1, "M", 3)), 2), row.current);
+        QCOMPARE(unitAt(1, "M", 3).pendingBits, row.marks);
+    }
+};
 
 QTEST_APPLESS_MAIN(TestPanelValueStore)
 #include "test_panel_value_store.moc"
