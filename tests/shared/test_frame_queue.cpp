@@ -2,7 +2,6 @@
 
 #include "shared/frame_queue.h"
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 static FRAME_PRO &appendNumbered(FrameQueue &queue, int number)
 {

@@ -2,7 +2,6 @@
 
 #include "shared/request_copy.h"
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 static const QString text = latin("M_bit");
 

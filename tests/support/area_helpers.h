@@ -36,11 +36,39 @@ inline QByteArray hexOf(const unsigned char *bytes, int size)
     return bytesOf(bytes, size).toHex().toUpper();
 }
 
+/// A record in one line: "1D5=read/written/pending/bits that wait/marks/marks of its bits".
+inline QByteArray recordText(const _DATA_ &record)
+{
+    return QByteArray::number(record.stationNo) + record.regPrefix.toLatin1() +
+           QByteArray::number(record.unitAddr) + '=' + hexOf(record.readValue, 4) + '/' +
+           hexOf(record.writeValue, 4) + '/' + QByteArray::number(record.writePending) + '/' +
+           QByteArray::number(record.pendingBits) + '/' + QByteArray::number(record.monitorFlags) +
+           '/' + QByteArray::number(record.bitMonitorFlags);
+}
+
 inline void setBytes(unsigned char (&target)[4], const char *hex)
 {
     const QByteArray bytes = QByteArray::fromHex(hex);
     std::memset(target, 0, sizeof target);
     std::memcpy(target, bytes.constData(), static_cast<size_t>(bytes.size()));
+}
+
+/// The panel writes to station 1.
+/// @param data  two bytes a word, one a bit or a contact
+inline int panelWrite(const char *regName, int startAddr, int count, QByteArray data,
+                      int opKind = 0)
+{
+    QString name = latin(regName);
+    return intf_setData(1, name, startAddr, count, DriverFixture::bytes(data), opKind);
+}
+
+/// What the panel shows of station 1, so many bytes of it, in hexadecimal.
+inline QByteArray panelRead(const char *regName, int startAddr, int count, int bytes)
+{
+    QString name = latin(regName);
+    QByteArray data(kValueAreaSize, '\xEE');
+    intf_getData(1, name, startAddr, count, DriverFixture::bytes(data));
+    return data.left(bytes).toHex().toUpper();
 }
 
 /// All calls of the host so far, as "device station name address", parted by ", ".

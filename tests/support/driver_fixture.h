@@ -119,6 +119,27 @@ inline void queueFrame(const FRAME_PRO &frame)
     driver.frames.append(frame.var) = frame;
 }
 
+/// "sendLen recvLen dataPos unitCount spare".
+inline QString numbersText(const FRAME_PRO &frame)
+{
+    return latin("%1 %2 %3 %4 %5")
+        .arg(frame.sendLen)
+        .arg(frame.recvLen)
+        .arg(frame.dataPos)
+        .arg(frame.unitCount)
+        .arg(frame.spare);
+}
+
+/// Whether nobody holds the lock.
+inline bool isFree(QMutex &lock)
+{
+    const bool isTaken = lock.tryLock();
+    if (isTaken) {
+        lock.unlock();
+    }
+    return isTaken;
+}
+
 /// The bytes of a frame that go on the wire.
 inline QByteArray sentBytes(const FRAME_PRO &frame)
 {

@@ -22,19 +22,25 @@ inline QString jobText()
 }
 
 /// Asks for a frame and leaves it unanswered.
-inline void send()
+inline FRAME_PRO send()
 {
     FRAME_PRO frame = FRAME_PRO();
     intf_getSendFrame(frame);
+    return frame;
 }
 
 /// The panel writes one unit.
 /// @param data  its bytes in hexadecimal
 inline int panelWrite(const char *regName, int startAddr, const char *data)
 {
-    QString name = latin(regName);
-    QByteArray bytes = QByteArray::fromHex(data);
-    return intf_setData(1, name, startAddr, 1, DriverFixture::bytes(bytes), 0);
+    return panelWrite(regName, startAddr, 1, QByteArray::fromHex(data));
+}
+
+/// The host wants to know one unit once.
+inline void askOnce(const char *regName, int startAddr)
+{
+    KEY_ADDRESS key = makeKey(1, regName, startAddr, 1);
+    intf_addConditionRead(key, 0);
 }
 
 /// Asks for a frame and answers it well.

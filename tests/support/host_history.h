@@ -285,10 +285,7 @@ private:
         QByteArray text;
         const QList<_DATA_> &area = driver.dataArea;
         for (const _DATA_ &record : area) {
-            text += QByteArray::number(record.stationNo) + record.regPrefix.toLatin1() +
-                    QByteArray::number(record.unitAddr) + '=' + hexOf(record.readValue, 4) + '/' +
-                    hexOf(record.writeValue, 4) + '/' + QByteArray::number(record.writePending) +
-                    '/' + QByteArray::number(record.pendingBits) + ' ';
+            text += recordText(record) + ' ';
         }
         return text;
     }
@@ -303,3 +300,23 @@ private:
 
     Q_DISABLE_COPY(HostHistory)
 };
+
+inline QList<QByteArray> seenIn(const QByteArray &history, HostHistory::Memory memory)
+{
+    HostHistory host(memory);
+    host.run(history);
+    return host.seen();
+}
+
+/// A host must not see whether the driver remembers.
+inline void compareWithForgetful(const QByteArray &history)
+{
+    const QList<QByteArray> kept = seenIn(history, HostHistory::kAsItIs);
+    const QList<QByteArray> forgetful = seenIn(history, HostHistory::kForgetful);
+    for (int i = 0; i < sizeOf(kept); ++i) {
+        if (kept.at(i) != forgetful.value(i)) {
+            qDebug("step %d of: %s", i, history.constData());
+        }
+        QCOMPARE(kept.at(i), forgetful.value(i));
+    }
+}

@@ -35,6 +35,14 @@ inline QVector<_RCP_VAR_PRO> recipeItems(const QByteArray &texts)
     return items;
 }
 
+/// The host's recipe is these items.
+/// @return  the driver's result
+inline int setRecipeItems(const QByteArray &texts)
+{
+    QVector<_RCP_VAR_PRO> items = recipeItems(texts);
+    return intf_setRcpAddress(items);
+}
+
 inline QByteArray recipeText(const QVector<_RCP_VAR_PRO> &items)
 {
     QByteArray texts;

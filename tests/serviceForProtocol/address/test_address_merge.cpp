@@ -5,7 +5,6 @@
 
 #include "serviceForProtocol/address/address_merge.h"
 #include "support/driver_fixture.h"
-#include "support/rows.h"
 
 // "1/D_W:100*5", station/register:address*count.
 static QString described(int stationNo, const QString &name, int startAddr, int count)

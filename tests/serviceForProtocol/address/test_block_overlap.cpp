@@ -5,7 +5,6 @@
 
 #include "serviceForProtocol/address/block_overlap.h"
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 // Blocks as "D_W 10 5", "2/D_W 10 5" at station 2, parted by "; ".
 static QVector<MergeKey> blocksOf(const QByteArray &text)

@@ -4,7 +4,6 @@
 
 #include "serviceForProtocol/address/address_merge.h"
 #include "support/driver_fixture.h"
-#include "support/rows.h"
 
 // "D_W:100*5", register:address*count.
 static QString described(const KEY_ADDRESS &key)

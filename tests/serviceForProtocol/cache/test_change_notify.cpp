@@ -4,7 +4,6 @@
 
 #include "serviceForProtocol/cache/change_notify.h"
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 static void watch(int unitAddr, int monitorFlags, int bitMonitorFlags)
 {

@@ -3,7 +3,6 @@
 #include <QtTest/QtTest>
 
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 static int find(int stationNo, const char *letter, int unitAddr)
 {

@@ -4,7 +4,6 @@
 
 #include "serviceForProtocol/cache/monitor_flags.h"
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 // The whole area in order of first use: "letter address:marks", or "/bit marks" in hexadecimal.
 static QString marksText()

@@ -5,7 +5,6 @@
 #include "ls_master_k_cnet/protocol_tables.h"
 #include "serviceForProtocol/cache/unit_layout.h"
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 static const struct
 {

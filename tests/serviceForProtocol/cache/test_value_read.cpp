@@ -4,7 +4,6 @@
 
 #include "serviceForProtocol/cache/value_read.h"
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 // Unit n of letter M holds the bytes 1n 2n 3n 4n.
 static void fillUnits()

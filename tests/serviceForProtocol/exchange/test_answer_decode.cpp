@@ -4,7 +4,6 @@
 
 #include "serviceForProtocol/exchange/answer_decode.h"
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 static const int kDataPos = 10;
 
@@ -116,7 +115,7 @@ static const struct
 {
     const char *what;
     int sendState;
-    QByteArray regName;
+    const char *regName;
     const char *values;
 } kDecodingFollowsTheJob[] = {
     {"cyclic read", 4, "D_W", "D3=34120000"},
@@ -131,25 +130,13 @@ static const struct
     {"contact", 4, "TX", "TX3=00000000"},
 };
 
-static const Case<QByteArray, const char *> kUnknownRegisters[] = {
+static const Case<const char *, const char *> kUnknownRegisters[] = {
     {"unknown name: words, as the spare row says", "Q_W", "Q3=34120000"},
     {"wrong case", "d_w", "d3=34120000"},
     {"no name", "", "3=34120000"},
 };
 
-static QByteArray &seen()
-{
-    static QByteArray bytes;
-    return bytes;
-}
-
-static void readWatchedWord()
-{
-    unsigned char buffer[2] = {0, 0};
-    QString name = latin("D_W");
-    intf_getData(1, name, 100, 1, buffer);
-    seen() += hexOf(buffer, 2);
-}
+static QByteArray seen;
 
 class TestAnswerDecode : public QObject
 {
@@ -232,8 +219,7 @@ private Q_SLOTS:
         const auto &row = currentRow(kDecodingFollowsTheJob);
         DriverFixture fixture;
         driver.sendState = row.sendState;
-        analyzeFrameOfVal(readAnswer("1234"), 1, kDataPos,
-                          makeItem(1, row.regName.constData(), 3, 1));
+        analyzeFrameOfVal(readAnswer("1234"), 1, kDataPos, makeItem(1, row.regName, 3, 1));
         QCOMPARE(valuesText(), latin(row.values));
         QCOMPARE(callsText(), QString());
     }
@@ -244,22 +230,21 @@ private Q_SLOTS:
         const auto &row = currentRow(kUnknownRegisters);
         DriverFixture fixture;
         driver.sendState = kJobCyclicRead;
-        analyzeFrameOfVal(readAnswer("1234"), 1, kDataPos,
-                          makeItem(1, row.given.constData(), 3, 1));
+        analyzeFrameOfVal(readAnswer("1234"), 1, kDataPos, makeItem(1, row.given, 3, 1));
         QCOMPARE(valuesText(), latin(row.expected));
     }
 
     void hostSeesTheNewValue()
     {
         DriverFixture fixture;
-        seen().clear();
-        DriverFixture::hook() = &readWatchedWord;
+        seen.clear();
+        DriverFixture::hook() = [] { seen += panelRead("D_W", 100, 1, 2); };
         _DATA_ &record = unitAt(1, "D", 100);
         record.monitorFlags = 1;
         record.writePending = 1;
         driver.sendState = kJobCyclicRead;
         analyzeFrameOfVal(readAnswer("1234"), 1, kDataPos, makeItem(1, "D_W", 100, 1));
-        QCOMPARE(seen(), QByteArray("3412"));
+        QCOMPARE(seen, QByteArray("3412"));
     }
 };
 

@@ -117,8 +117,7 @@ private Q_SLOTS:
         DriverFixture fixture("7#0#0#1#60");
         _setDataAreaMonitorFlag(1, latin("D_W"), 1, 1);
         unitAt(1, "D", 1).writePending = 1;
-        QVector<_RCP_VAR_PRO> items = recipeItems("1 D_W 1 1 1");
-        intf_setRcpAddress(items);
+        setRecipeItems("1 D_W 1 1 1");
         driver.shmBase[kRecipeWriteByte] = kRecipeRequested;
         QCOMPARE(takeTurn(), latin("w D_W 1"));
         driver.shmBase[kRecipeWriteByte] = kRecipeRequested;

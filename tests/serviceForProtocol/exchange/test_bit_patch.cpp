@@ -6,7 +6,6 @@
 #include "serviceForProtocol/exchange/answer_decode.h"
 #include "serviceForProtocol/exchange/bit_patch.h"
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 static const int kDataPos = 10;
 

@@ -5,22 +5,13 @@
 /// The host calls back into the driver from each place at which the driver calls the host. What the
 /// driver was doing must come out as if the host had kept still.
 
-static DriverFixture *&host()
-{
-    static DriverFixture *fixture = nullptr;
-    return fixture;
-}
-
-static QStringList &troubles()
-{
-    static QStringList list;
-    return list;
-}
+static DriverFixture *host = nullptr;
+static QStringList troubles;
 
 static void expect(bool right, const char *what)
 {
     if (!right) {
-        troubles().append(latin(what));
+        troubles.append(latin(what));
     }
 }
 
@@ -34,10 +25,8 @@ static void callBack()
         return;
     }
     ++depth;
-    expect(driver.listMutex.tryLock(), "the list was locked");
-    driver.listMutex.unlock();
-    expect(host()->shmLock.tryLock(), "the host's block was locked");
-    host()->shmLock.unlock();
+    expect(isFree(driver.listMutex), "the list was locked");
+    expect(isFree(host->shmLock), "the host's block was locked");
 
     place += 40;
     QByteArray values(80, '\x01');
@@ -65,11 +54,7 @@ static QByteArray outcome(DriverFixture &fixture)
 {
     QByteArray text;
     for (int i = 0; i < 40; ++i) {
-        const _DATA_ &record = driver.dataArea.at(i);
-        text += record.regPrefix.toLatin1() + QByteArray::number(record.unitAddr) + '=' +
-                hexOf(record.readValue, 4) + '/' + hexOf(record.writeValue, 4) + '/' +
-                QByteArray::number(record.writePending) + '/' +
-                QByteArray::number(record.pendingBits) + ' ';
+        text += recordText(driver.dataArea.at(i)) + ' ';
     }
     const QList<VARIABLE> *const lists[] = {&driver.pendingWrites, &driver.cyclicReads};
     for (const QList<VARIABLE> *const list : lists) {
@@ -83,73 +68,50 @@ static QByteArray outcome(DriverFixture &fixture)
            hexOf(driver.shmBase + kRecipeWriteByte, 2) + QByteArray::number(sizeOf(driver.frames));
 }
 
-static void addPlaces()
-{
-    QTest::addColumn<int>("place");
-    for (int i = 0; i < static_cast<int>(sizeof kPlaces / sizeof kPlaces[0]); ++i) {
-        QTest::newRow(kPlaces[i].name) << i;
-    }
-}
-
 // Runs one place with a host that does `hook`.
-static QByteArray runPlace(int place, void (*hook)(), ValueChangeCallback *callback)
+static QByteArray runPlace(void (*run)(), void (*hook)(), bool hasCallback = true)
 {
     DriverFixture fixture("7#0#0#1#60");
-    host() = &fixture;
-    if (callback != nullptr) {
-        intf_setAddrValueChangeCallBack(*callback);
+    host = &fixture;
+    if (!hasCallback) {
+        intf_setAddrValueChangeCallBack(nullptr);
     }
     watchAll();
     DriverFixture::hook() = hook;
-    kPlaces[place].run();
+    run();
     QByteArray result = outcome(fixture);
-    host() = nullptr;
+    host = nullptr;
     return result;
 }
 
 // A host may have one scratch buffer for all that it reads and writes.
-static unsigned char *scratchBuffer()
-{
-    static unsigned char buffer[4];
-    return buffer;
-}
-
-static void readIntoTheScratchBuffer()
-{
-    QString words = latin("D_W");
-    intf_getData(1, words, 500, 2, scratchBuffer());
-}
+static unsigned char scratchBuffer[4];
 
 class TestCallbackReentry : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void hostCallsBack_data() { addPlaces(); }
-
+    void hostCallsBack_data() { addRows(kPlaces); }
     void hostCallsBack()
     {
-        QFETCH(int, place);
-
-        troubles().clear();
-        const QByteArray quiet = runPlace(place, nullptr, nullptr);
+        const auto &row = currentRow(kPlaces);
+        troubles.clear();
+        const QByteArray quiet = runPlace(row.run, nullptr);
         const QString quietCalls = callsText();
         QVERIFY2(!quietCalls.isEmpty(), "the host is called at this place");
-        const QByteArray busy = runPlace(place, &callBack, nullptr);
+        const QByteArray busy = runPlace(row.run, &callBack);
         QCOMPARE(busy, quiet);
         QCOMPARE(callsText(), quietCalls);
-        QCOMPARE(troubles(), QStringList());
+        QCOMPARE(troubles, QStringList());
     }
 
-    void withoutCallback_data() { addPlaces(); }
-
+    void withoutCallback_data() { addRows(kPlaces); }
     void withoutCallback()
     {
-        QFETCH(int, place);
-
-        const QByteArray quiet = runPlace(place, nullptr, nullptr);
-        ValueChangeCallback none = nullptr;
-        QCOMPARE(runPlace(place, nullptr, &none), quiet);
+        const auto &row = currentRow(kPlaces);
+        const QByteArray quiet = runPlace(row.run, nullptr);
+        QCOMPARE(runPlace(row.run, nullptr, false), quiet);
         QCOMPARE(callsText(), QString());
     }
 
@@ -159,15 +121,16 @@ private Q_SLOTS:
         QList<KEY_ADDRESS> keys;
         keys.append(makeKey(1, "D_W", 10, 2));
         intf_addrMerge(keys);
-        DriverFixture::hook() = &readIntoTheScratchBuffer;
+        DriverFixture::hook() = [] {
+            QString words = latin("D_W");
+            intf_getData(1, words, 500, 2, scratchBuffer);
+        };
         const unsigned char values[4] = {0x11, 0x22, 0x33, 0x44};
-        std::memcpy(scratchBuffer(), values, sizeof values);
+        std::memcpy(scratchBuffer, values, sizeof values);
         QString words = latin("D_W");
-        intf_setData(1, words, 10, 2, scratchBuffer(), 0);
+        intf_setData(1, words, 10, 2, scratchBuffer, 0);
         QCOMPARE(hexOf(driver.pendingWrites.at(0).data, 4), hexOf(values, 4));
-        unsigned char shown[4] = {};
-        intf_getData(1, words, 10, 2, shown);
-        QCOMPARE(hexOf(shown, 4), hexOf(values, 4));
+        QCOMPARE(panelRead("D_W", 10, 2, 4), hexOf(values, 4));
     }
 };
 

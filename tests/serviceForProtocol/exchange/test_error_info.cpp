@@ -4,7 +4,6 @@
 
 #include "serviceForProtocol/exchange/error_info.h"
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 static void putInFlight(const VARIABLE &item)
 {

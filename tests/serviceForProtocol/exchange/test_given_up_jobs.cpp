@@ -3,7 +3,6 @@
 #include "serviceForProtocol/cache/monitor_flags.h"
 #include "support/exchange_helpers.h"
 #include "support/recipe_helpers.h"
-#include "support/rows.h"
 
 /// Bad answers until a job is given up, and what is left of it.
 
@@ -136,8 +135,7 @@ private Q_SLOTS:
         const auto &row = currentRow(kConditionReadEnds);
         DriverFixture fixture("7#0#0#1#60");
         _setDataAreaMonitorFlag(1, latin("D_W"), 5, 1);
-        KEY_ADDRESS key = makeKey(1, "D_W", 5, 1);
-        intf_addConditionRead(key, 0);
+        askOnce("D_W", 5);
         queueReads(driver.conditionReads, "K_W", 9, 1);
         send();
         QCOMPARE(answerWith(row.answered ? readAnswer("0001") : QByteArray()),
@@ -151,8 +149,7 @@ private Q_SLOTS:
     {
         const auto &row = currentRow(kRecipeGivenUp);
         DriverFixture fixture("7#0#0#2#60");
-        QVector<_RCP_VAR_PRO> items = recipeItems("1 D_W 1 1 1; 1 D_W 3 1 3; 1 D_W 5 1 5");
-        intf_setRcpAddress(items);
+        setRecipeItems("1 D_W 1 1 1; 1 D_W 3 1 3; 1 D_W 5 1 5");
         driver.shmBase[row.given] = kRecipeRequested;
         takeTurn();
         QCOMPARE(driver.rcpIndex, 1);

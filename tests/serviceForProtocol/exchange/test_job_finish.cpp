@@ -5,7 +5,6 @@
 #include "serviceForProtocol/exchange/job_finish.h"
 #include "support/exchange_helpers.h"
 #include "support/recipe_helpers.h"
-#include "support/rows.h"
 
 static QString listsText()
 {
@@ -26,6 +25,7 @@ static const struct
     const char *lists;
 } kOnlyItsOwnListIsTouched[] = {
     {"idle", 0, 0, all},
+    {"idle, failed", 0, 1, all},
     {"handshake", 1, 0, all},
     {"handshake, failed", 1, 1, all},
     {"write", 2, 0, written},
@@ -36,7 +36,9 @@ static const struct
     {"cyclic read", 4, 0, rotated},
     {"cyclic read, failed: moves on all the same", 4, 1, rotated},
     {"recipe write", 5, 0, all},
+    {"recipe write, failed", 5, 1, all},
     {"recipe read", 6, 0, all},
+    {"recipe read, failed", 6, 1, all},
     {"unknown", 7, 0, all},
     {"negative", -1, 1, all},
 };
@@ -63,12 +65,6 @@ static const struct
     {"another, failed", "address", 1, ""},
     {"another tag is the same read", "tag", 0, "-1 -1 -1 0"},
 };
-
-static void askAgain()
-{
-    KEY_ADDRESS key = makeKey(1, "D_W", 5, 1);
-    intf_addConditionRead(key, 0);
-}
 
 static const struct
 {
@@ -113,25 +109,13 @@ private Q_SLOTS:
         QCOMPARE(callsText(), QString());
     }
 
-    void emptyLists_data()
-    {
-        QTest::addColumn<int>("sendState");
-        QTest::addColumn<int>("lastFailed");
-
-        for (int state = 0; state < 7; ++state) {
-            QTest::newRow(("state " + QByteArray::number(state)).constData()) << state << 0;
-            QTest::newRow(("failed, state " + QByteArray::number(state)).constData()) << state << 1;
-        }
-    }
-
+    void emptyLists_data() { addRows(kOnlyItsOwnListIsTouched); }
     void emptyLists()
     {
-        QFETCH(int, sendState);
-        QFETCH(int, lastFailed);
-
+        const auto &row = currentRow(kOnlyItsOwnListIsTouched);
         DriverFixture fixture;
-        driver.sendState = sendState;
-        driver.lastFailed = lastFailed;
+        driver.sendState = row.sendState;
+        driver.lastFailed = row.lastFailed;
         dealListWhenFinish();
         QCOMPARE(listsText(), latin(" |  | "));
         QCOMPARE(driver.rcpIndex, 0);
@@ -175,8 +159,8 @@ private Q_SLOTS:
     void askingAgainFromTheSignal()
     {
         DriverFixture fixture;
-        askAgain();
-        DriverFixture::hook() = &askAgain;
+        askOnce("D_W", 5);
+        DriverFixture::hook() = [] { askOnce("D_W", 5); };
         driver.sendState = kJobConditionRead;
         dealListWhenFinish();
         QCOMPARE(callsText(), latin("-1 -1 -1 0"));
@@ -192,8 +176,7 @@ private Q_SLOTS:
     {
         const auto &row = currentRow(kRecipeBlock);
         DriverFixture fixture;
-        QVector<_RCP_VAR_PRO> items = recipeItems("1 D_W 1 1 0; 1 D_W 3 1 1; 1 D_W 5 1 2");
-        intf_setRcpAddress(items);
+        setRecipeItems("1 D_W 1 1 0; 1 D_W 3 1 1; 1 D_W 5 1 2");
         driver.shmBase[kRecipeWriteByte] = kRecipeRequested;
         driver.shmBase[kRecipeReadByte] = kRecipeRequested;
         driver.sendState = row.sendState;
@@ -210,10 +193,8 @@ private Q_SLOTS:
         for (int state = 0; state < 7; ++state) {
             driver.sendState = state;
             dealListWhenFinish();
-            QVERIFY(driver.listMutex.tryLock());
-            driver.listMutex.unlock();
-            QVERIFY(fixture.shmLock.tryLock());
-            fixture.shmLock.unlock();
+            QVERIFY(isFree(driver.listMutex));
+            QVERIFY(isFree(fixture.shmLock));
         }
     }
 };

@@ -1,6 +1,5 @@
 #include <QtTest/QtTest>
 
-#include "support/rows.h"
 #include "waiting_jobs.h"
 
 /// Which job comes when: priorities, fairness, rotation.
@@ -70,10 +69,8 @@ private Q_SLOTS:
         FRAME_PRO frame = FRAME_PRO();
         QCOMPARE(intf_getSendFrame(frame), row.sendState == 0 ? 0 : 1);
         QCOMPARE(driver.sendState, row.sendState);
-        QVERIFY(fixture.shmLock.tryLock());
-        fixture.shmLock.unlock();
-        QVERIFY(driver.listMutex.tryLock());
-        driver.listMutex.unlock();
+        QVERIFY(isFree(fixture.shmLock));
+        QVERIFY(isFree(driver.listMutex));
     }
 
     void orderOfJobs_data() { addRows(kOrderOfJobs); }

@@ -3,23 +3,6 @@
 #include "serviceForProtocol/cache/expected_blocks.h"
 #include "serviceForProtocol/exchange/known_block.h"
 #include "support/host_history.h"
-#include "support/rows.h"
-
-static QList<QByteArray> seenIn(const QByteArray &history, HostHistory::Memory memory)
-{
-    HostHistory host(memory);
-    host.run(history);
-    return host.seen();
-}
-
-static void compareWithForgetful(const QByteArray &history)
-{
-    const QList<QByteArray> kept = seenIn(history, HostHistory::kAsItIs);
-    const QList<QByteArray> forgetful = seenIn(history, HostHistory::kForgetful);
-    for (int i = 0; i < sizeOf(kept); ++i) {
-        QCOMPARE(kept.at(i), forgetful.value(i));
-    }
-}
 
 // Each history ends with the block's read due, and the answer "1" is tried.
 static const QByteArray words("watch D_W:10*5; ");

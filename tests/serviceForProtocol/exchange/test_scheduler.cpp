@@ -1,6 +1,5 @@
 #include <QtTest/QtTest>
 
-#include "support/rows.h"
 #include "waiting_jobs.h"
 
 static const struct

@@ -133,13 +133,6 @@ static const Mix kMixes[] = {
     {"much that differs a little", 8, 20, 20, false}, {"a host out of bounds", 6, 60, 40, true},
 };
 
-static QList<QByteArray> seenIn(const QByteArray &history, HostHistory::Memory memory)
-{
-    HostHistory host(memory);
-    host.run(history);
-    return host.seen();
-}
-
 class TestShortWay : public QObject
 {
     Q_OBJECT
@@ -162,16 +155,7 @@ private Q_SLOTS:
     {
         QFETCH(int, mix);
         QFETCH(int, seed);
-
-        const QByteArray history = HistoryMaker(kMixes[mix], static_cast<unsigned>(seed)).make(250);
-        const QList<QByteArray> kept = seenIn(history, HostHistory::kAsItIs);
-        const QList<QByteArray> forgetful = seenIn(history, HostHistory::kForgetful);
-        for (int i = 0; i < sizeOf(kept); ++i) {
-            if (kept.at(i) != forgetful.value(i)) {
-                qDebug("step %d of: %s", i, history.constData());
-            }
-            QCOMPARE(kept.at(i), forgetful.value(i));
-        }
+        compareWithForgetful(HistoryMaker(kMixes[mix], static_cast<unsigned>(seed)).make(250));
     }
 };
 

@@ -10,9 +10,7 @@
 
 static void write(int address, int value)
 {
-    QString name = latin("D_W");
-    unsigned char values[2] = {static_cast<unsigned char>(value), 0};
-    intf_setData(1, name, address, 1, values, 0);
+    panelWrite("D_W", address, 1, QByteArray(1, static_cast<char>(value)) + '\0');
 }
 
 static int shown(int address)
@@ -57,8 +55,6 @@ static QString writesText()
     return texts.join(latin(" "));
 }
 
-namespace {
-
 /// What the other thread does during the next callback, once; the thread that called back waits.
 struct Meanwhile
 {
@@ -67,24 +63,16 @@ struct Meanwhile
     QString seen; ///< whatever the work saw
 };
 
-} // namespace
-
-static Meanwhile *&meanwhile()
-{
-    static Meanwhile *plan = nullptr;
-    return plan;
-}
+static Meanwhile *meanwhile = nullptr;
 
 static void doMeanwhile()
 {
-    if (meanwhile()->work) {
+    if (meanwhile->work) {
         std::function<void()> work;
-        work.swap(meanwhile()->work);
-        meanwhile()->other.call(work);
+        work.swap(meanwhile->work);
+        meanwhile->other.call(work);
     }
 }
-
-namespace {
 
 /// A host that has a plan for its next callback.
 class Host
@@ -93,17 +81,13 @@ public:
     explicit Host(const char *props = "7#0#0#3#60")
         : fixture(props)
     {
-        meanwhile() = &plan;
+        meanwhile = &plan;
         DriverFixture::hook() = &doMeanwhile;
     }
 
     DriverFixture fixture;
     Meanwhile plan;
 };
-
-} // namespace
-
-namespace {
 
 /// Two panel threads whose writes are told to the host at once, and the exchange.
 struct Tellings
@@ -115,17 +99,11 @@ struct Tellings
     QString seen;
 };
 
-} // namespace
-
-static Tellings *&tellings()
-{
-    static Tellings *both = nullptr;
-    return both;
-}
+static Tellings *tellings = nullptr;
 
 static int tellBoth(int, int, QString &, int address)
 {
-    Tellings &both = *tellings();
+    Tellings &both = *tellings;
     if (address == 10) {
         both.secondPanel.begin([] { write(11, 8); });
         both.isSecondTold.acquire();
@@ -137,34 +115,20 @@ static int tellBoth(int, int, QString &, int address)
     return 0;
 }
 
-static QMutex &hostLock()
-{
-    static QMutex lock;
-    return lock;
-}
-
-namespace {
+static QMutex hostLock;
 
 /// Two threads that meet within a callback each.
-struct Meeting
+static struct
 {
     QSemaphore first;
     QSemaphore second;
-};
-
-} // namespace
-
-static Meeting &meeting()
-{
-    static Meeting place;
-    return place;
-}
+} meeting;
 
 static int meetTheOther(int, int, QString &, int address)
 {
     const bool isFirst = address == 10;
-    (isFirst ? meeting().first : meeting().second).release();
-    (isFirst ? meeting().second : meeting().first).acquire();
+    (isFirst ? meeting.first : meeting.second).release();
+    (isFirst ? meeting.second : meeting.first).acquire();
     return 0;
 }
 
@@ -210,8 +174,7 @@ private Q_SLOTS:
                 write(1000 + i, 1);
             }
             write(102, 7);
-            KEY_ADDRESS once = makeKey(1, "D_W", 5, 1);
-            intf_addConditionRead(once, 0);
+            askOnce("D_W", 5);
         };
         QCOMPARE(answerWith(readAnswer("000100020003")), 1);
         QCOMPARE(host.plan.seen, latin("1 0"));
@@ -264,9 +227,7 @@ private Q_SLOTS:
                 host.plan.seen += latin(isUnstored(item) ? "1" : "0");
             }
         };
-        QString name = latin("D_W");
-        unsigned char values[6] = {1, 0, 2, 0, 3, 0};
-        intf_setData(1, name, 10, 3, values, 0);
+        panelWrite("D_W", 10, 3, QByteArray::fromHex("010002000300"));
         QCOMPARE(host.plan.seen, latin("01100000"));
         QVERIFY(!isUnstored(items[1]));
     }
@@ -281,9 +242,7 @@ private Q_SLOTS:
             write(20, 5);
             host.plan.seen = takeTurn();
         };
-        QString name = latin("D_W");
-        unsigned char values[6] = {1, 0, 2, 0, 3, 0};
-        intf_setData(1, name, 10, 3, values, 0);
+        panelWrite("D_W", 10, 3, QByteArray::fromHex("010002000300"));
         QCOMPARE(host.plan.seen, latin("idle"));
         QCOMPARE(takeTurns(4), latin("W D_W 10, W D_W 12, W D_W 20, idle"));
     }
@@ -313,7 +272,7 @@ private Q_SLOTS:
     {
         Host host;
         Tellings both;
-        tellings() = &both;
+        tellings = &both;
         monitorWords(10, 2);
         driver.cyclicReads.clear();
         intf_setAddrValueChangeCallBack(&tellBoth);
@@ -352,8 +311,8 @@ private Q_SLOTS:
         monitorWords(100, 2);
         nextJob();
         QSemaphore isLocked;
-        DriverFixture::hook() = [] { QMutexLocker lock(&hostLock()); };
-        hostLock().lock();
+        DriverFixture::hook() = [] { QMutexLocker lock(&hostLock); };
+        hostLock.lock();
         int result = 0;
         host.plan.other.begin([&] {
             isLocked.release();
@@ -365,7 +324,7 @@ private Q_SLOTS:
         }
         letOthersRun();
         write(300, 1);
-        hostLock().unlock();
+        hostLock.unlock();
         host.plan.other.await();
         QCOMPARE(result, 1);
         QCOMPARE(shown(101), 2);
@@ -434,8 +393,7 @@ private Q_SLOTS:
     void restartWhileARequestIsLookedAt()
     {
         Host host;
-        QVector<_RCP_VAR_PRO> items = recipeItems("1 D_W 4 2 10");
-        intf_setRcpAddress(items);
+        setRecipeItems("1 D_W 4 2 10");
         monitorWords(100, 1);
         QString job;
         host.fixture.shmLock.lock();

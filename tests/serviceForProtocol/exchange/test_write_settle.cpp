@@ -4,7 +4,6 @@
 
 #include "serviceForProtocol/exchange/write_settle.h"
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 // Letter M, units 4 to 9: the PLC said 0n 00 00 01, the panel wrote 0n 10 20 30; all are pending.
 static void fillUnits(const char *letter)
@@ -36,14 +35,59 @@ static QString settledText(const char *letter)
     return texts.join(QLatin1String(" "));
 }
 
-static void addWidthColumns()
+static const struct
 {
-    QTest::addColumn<int>("unitBits");
-    QTest::addColumn<int>("wordBits");
-    QTest::addColumn<QByteArray>("letter"); // under which the units of "M_W" are kept
-    QTest::addColumn<int>("count");
-    QTest::addColumn<QString>("settled");
-}
+    const char *what;
+    int unitBits, wordBits;
+    const char *letter; // under which the units of "M_W" are kept
+    int count;
+    const char *settled;
+} kSuccess[] = {
+    {"16 over words: two bytes", 16, 16, "M", 2, "4=04100001 5=05100001"},
+    {"16 over anything else: two bytes", 16, 32, "M", 1, "4=04100001"},
+    {"16 over bytes: always the first unit", 16, 8, "M", 2, "4=04000001"},
+    {"8: always the first unit", 8, 8, "M", 3, "4=04000001"},
+    {"8 over words: always the first unit", 8, 16, "M", 3, "4=04000001"},
+    {"32 over bytes: two units for each word", 32, 8, "M", 2,
+     "4=04000001 5=05000001 6=06000001 7=07000001"},
+    {"32 over words: two bytes", 32, 16, "M", 2, "4=04100001 5=05100001"},
+    {"32 whole: half as many, under the whole name", 32, 32, "M_W", 5, "4=04102030 5=05102030"},
+    {"32 over anything else, under the whole name", 32, 1, "M_W", 2, "4=04102030"},
+    {"single bits, under the whole name", 1, 1, "M_W", 2, "4=04000001 5=05000001"},
+    {"1 over words without bit name, under the whole name", 1, 16, "M_W", 1, "4=04000001"},
+    {"any other width: nothing", 64, 16, "M", 2, ""},
+    {"none", 16, 16, "M", 0, ""},
+    {"half a double word", 32, 32, "M_W", 1, ""},
+};
+
+// Written against confirmed, the values differ in bit 12 of a word and in no bit of a byte.
+static const struct
+{
+    const char *what;
+    int unitBits, wordBits;
+    const char *letter;
+    int count;
+    const char *settled, *calls;
+} kFailure[] = {
+    {"16 over words: what differs", 16, 16, "M", 2, "4=04000001 5=05000001",
+     "7 1 M_bit 76, 7 1 M_W 4, 7 1 M_bit 92, 7 1 M_W 5"},
+    {"16 over bytes: the first unit twice for each word, without bits", 16, 8, "M", 2, "4=04000001",
+     "7 1 M_B 4, 7 1 M_B 4, 7 1 M_B 4, 7 1 M_B 4"},
+    {"8: the first unit each time, with every bit", 8, 8, "M", 2, "4=04000001",
+     "7 1 M_bit 32, 7 1 M_bit 33, 7 1 M_bit 34, 7 1 M_bit 35, 7 1 M_bit 36, "
+     "7 1 M_bit 37, 7 1 M_bit 38, 7 1 M_bit 39, 7 1 M_B 4, "
+     "7 1 M_bit 32, 7 1 M_bit 33, 7 1 M_bit 34, 7 1 M_bit 35, 7 1 M_bit 36, "
+     "7 1 M_bit 37, 7 1 M_bit 38, 7 1 M_bit 39, 7 1 M_B 4"},
+    {"32 over bytes: what differs", 32, 8, "M", 1, "4=04000001 5=05000001", "7 1 M_B 4, 7 1 M_B 5"},
+    {"32 over words: what differs", 32, 16, "M", 1, "4=04000001", "7 1 M_bit 76, 7 1 M_W 4"},
+    {"32 whole: every bit", 32, 32, "M_W", 2, "4=04000001",
+     "7 1 M_W_bit 128, 7 1 M_W_bit 129, 7 1 M_W_bit 130, 7 1 M_W_bit 131, "
+     "7 1 M_W_bit 132, 7 1 M_W_bit 133, 7 1 M_W_bit 134, 7 1 M_W_bit 135, "
+     "7 1 M_W_bit 136, 7 1 M_W_bit 137, 7 1 M_W_bit 138, 7 1 M_W_bit 139, "
+     "7 1 M_W_bit 140, 7 1 M_W_bit 141, 7 1 M_W_bit 142, 7 1 M_W_bit 143, 7 1 M_W 4"},
+    {"single bits: the address itself", 1, 1, "M_W", 2, "4=04000001 5=05000001",
+     "7 1 M_W 4, 7 1 M_W 5"},
+};
 
 static const char *const all = "7 1 M_bit 48, 7 1 M_bit 59, 7 1 M_W 3";
 
@@ -90,9 +134,8 @@ static const struct
 static const struct
 {
     const char *what;
-    QByteArray regName, letter;
-    const char *settled; // of one unit at 4
-    const char *calls;
+    const char *regName, *letter;
+    const char *settled, *calls; // of one unit at 4
 } kRegisters[] = {
     {"word", "D_W", "D", "4=04000001", "7 1 D_bit 76, 7 1 D_W 4"},
     {"contact: reported though unwatched", "TX", "TX", "4=04000001", "7 1 TX 4"},
@@ -121,104 +164,27 @@ class TestWriteSettle : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void success_data()
-    {
-        addWidthColumns();
-
-        QTest::newRow("16 over words: two bytes")
-            << 16 << 16 << QByteArray("M") << 2 << latin("4=04100001 5=05100001");
-        QTest::newRow("16 over anything else: two bytes")
-            << 16 << 32 << QByteArray("M") << 1 << latin("4=04100001");
-        QTest::newRow("16 over bytes: always the first unit")
-            << 16 << 8 << QByteArray("M") << 2 << latin("4=04000001");
-        QTest::newRow("8: always the first unit")
-            << 8 << 8 << QByteArray("M") << 3 << latin("4=04000001");
-        QTest::newRow("8 over words: always the first unit")
-            << 8 << 16 << QByteArray("M") << 3 << latin("4=04000001");
-        QTest::newRow("32 over bytes: two units for each word")
-            << 32 << 8 << QByteArray("M") << 2
-            << latin("4=04000001 5=05000001 6=06000001 7=07000001");
-        QTest::newRow("32 over words: two bytes")
-            << 32 << 16 << QByteArray("M") << 2 << latin("4=04100001 5=05100001");
-        QTest::newRow("32 whole: half as many, under the whole name")
-            << 32 << 32 << QByteArray("M_W") << 5 << latin("4=04102030 5=05102030");
-        QTest::newRow("32 over anything else, under the whole name")
-            << 32 << 1 << QByteArray("M_W") << 2 << latin("4=04102030");
-        QTest::newRow("single bits, under the whole name")
-            << 1 << 1 << QByteArray("M_W") << 2 << latin("4=04000001 5=05000001");
-        QTest::newRow("1 over words without bit name, under the whole name")
-            << 1 << 16 << QByteArray("M_W") << 1 << latin("4=04000001");
-        QTest::newRow("any other width: nothing") << 64 << 16 << QByteArray("M") << 2 << QString();
-        QTest::newRow("none") << 16 << 16 << QByteArray("M") << 0 << QString();
-        QTest::newRow("half a double word") << 32 << 32 << QByteArray("M_W") << 1 << QString();
-    }
-
+    void success_data() { addRows(kSuccess); }
     void success()
     {
-        QFETCH(int, unitBits);
-        QFETCH(int, wordBits);
-        QFETCH(QByteArray, letter);
-        QFETCH(int, count);
-        QFETCH(QString, settled);
-
+        const auto &row = currentRow(kSuccess);
         DriverFixture fixture;
-        fillUnits(letter.constData());
-        settleWrite(makeWidths(unitBits, wordBits), 1, latin("M_W"), 4, count, 1);
-        QCOMPARE(settledText(letter.constData()), settled);
+        fillUnits(row.letter);
+        settleWrite(makeWidths(row.unitBits, row.wordBits), 1, latin("M_W"), 4, row.count, 1);
+        QCOMPARE(settledText(row.letter), latin(row.settled));
         QCOMPARE(callsText(), QString());
         QCOMPARE(sizeOf(driver.dataArea), 6);
     }
 
-    void failure_data()
-    {
-        addWidthColumns();
-        QTest::addColumn<QString>("calls");
-
-        // Written against confirmed, the values differ in bit 12 of a word and in no bit of a byte.
-        QTest::newRow("16 over words: what differs")
-            << 16 << 16 << QByteArray("M") << 2 << latin("4=04000001 5=05000001")
-            << latin("7 1 M_bit 76, 7 1 M_W 4, 7 1 M_bit 92, 7 1 M_W 5");
-        QTest::newRow("16 over bytes: the first unit twice for each word, without bits")
-            << 16 << 8 << QByteArray("M") << 2 << latin("4=04000001")
-            << latin("7 1 M_B 4, 7 1 M_B 4, 7 1 M_B 4, 7 1 M_B 4");
-        QTest::newRow("8: the first unit each time, with every bit")
-            << 8 << 8 << QByteArray("M") << 2 << latin("4=04000001")
-            << latin("7 1 M_bit 32, 7 1 M_bit 33, 7 1 M_bit 34, 7 1 M_bit 35, 7 1 M_bit 36, "
-                     "7 1 M_bit 37, 7 1 M_bit 38, 7 1 M_bit 39, 7 1 M_B 4, "
-                     "7 1 M_bit 32, 7 1 M_bit 33, 7 1 M_bit 34, 7 1 M_bit 35, 7 1 M_bit 36, "
-                     "7 1 M_bit 37, 7 1 M_bit 38, 7 1 M_bit 39, 7 1 M_B 4");
-        QTest::newRow("32 over bytes: what differs")
-            << 32 << 8 << QByteArray("M") << 1 << latin("4=04000001 5=05000001")
-            << latin("7 1 M_B 4, 7 1 M_B 5");
-        QTest::newRow("32 over words: what differs")
-            << 32 << 16 << QByteArray("M") << 1 << latin("4=04000001")
-            << latin("7 1 M_bit 76, 7 1 M_W 4");
-        QTest::newRow("32 whole: every bit")
-            << 32 << 32 << QByteArray("M_W") << 2 << latin("4=04000001")
-            << latin(
-                   "7 1 M_W_bit 128, 7 1 M_W_bit 129, 7 1 M_W_bit 130, 7 1 M_W_bit 131, "
-                   "7 1 M_W_bit 132, 7 1 M_W_bit 133, 7 1 M_W_bit 134, 7 1 M_W_bit 135, "
-                   "7 1 M_W_bit 136, 7 1 M_W_bit 137, 7 1 M_W_bit 138, 7 1 M_W_bit 139, "
-                   "7 1 M_W_bit 140, 7 1 M_W_bit 141, 7 1 M_W_bit 142, 7 1 M_W_bit 143, 7 1 M_W 4");
-        QTest::newRow("single bits: the address itself")
-            << 1 << 1 << QByteArray("M_W") << 2 << latin("4=04000001 5=05000001")
-            << latin("7 1 M_W 4, 7 1 M_W 5");
-    }
-
+    void failure_data() { addRows(kFailure); }
     void failure()
     {
-        QFETCH(int, unitBits);
-        QFETCH(int, wordBits);
-        QFETCH(QByteArray, letter);
-        QFETCH(int, count);
-        QFETCH(QString, settled);
-        QFETCH(QString, calls);
-
+        const auto &row = currentRow(kFailure);
         DriverFixture fixture;
-        fillUnits(letter.constData());
-        settleWrite(makeWidths(unitBits, wordBits), 1, latin("M_W"), 4, count, 0);
-        QCOMPARE(settledText(letter.constData()), settled);
-        QCOMPARE(callsText(), calls);
+        fillUnits(row.letter);
+        settleWrite(makeWidths(row.unitBits, row.wordBits), 1, latin("M_W"), 4, row.count, 0);
+        QCOMPARE(settledText(row.letter), latin(row.settled));
+        QCOMPARE(callsText(), latin(row.calls));
     }
 
     void bitsAreSettled_data() { addRows(kBitsAreSettled); }
@@ -264,12 +230,12 @@ private Q_SLOTS:
     {
         const auto &row = currentRow(kRegisters);
         DriverFixture fixture;
-        fillUnits(row.letter.constData());
-        if (row.regName == "TX") {
+        fillUnits(row.letter);
+        if (row.letter == QByteArray("TX")) {
             unitAt(1, "TX", 4).monitorFlags = 0;
         }
-        _write_FailOrSuc(1, latin(row.regName.constData()), 4, 1, 0);
-        QCOMPARE(settledText(row.letter.constData()), latin(row.settled));
+        _write_FailOrSuc(1, latin(row.regName), 4, 1, 0);
+        QCOMPARE(settledText(row.letter), latin(row.settled));
         QCOMPARE(callsText(), latin(row.calls));
     }
 

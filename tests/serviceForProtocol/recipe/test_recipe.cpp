@@ -5,7 +5,6 @@
 #include "serviceForProtocol/recipe/recipe.h"
 #include "support/area_helpers.h"
 #include "support/recipe_helpers.h"
-#include "support/rows.h"
 
 static const struct
 {
@@ -119,10 +118,8 @@ private Q_SLOTS:
     {
         const auto &row = currentRow(kNoItemOfThisDeviceLeavesTheRest);
         DriverFixture fixture;
-        QVector<_RCP_VAR_PRO> first = recipeItems("1 D_W 10 2 50; 1 D_W 20 1 52");
-        intf_setRcpAddress(first);
-        QVector<_RCP_VAR_PRO> list = recipeItems(row.given);
-        QCOMPARE(intf_setRcpAddress(list), 0);
+        setRecipeItems("1 D_W 10 2 50; 1 D_W 20 1 52");
+        QCOMPARE(setRecipeItems(row.given), 0);
         QCOMPARE(recipeText(driver.rcpItems), QByteArray());
         QCOMPARE(recipeText(driver.rcpBlocks), QByteArray("1 D_W 10 2 50; 1 D_W 20 1 52"));
         QCOMPARE(startsText(), QByteArray("0 1"));
@@ -131,10 +128,8 @@ private Q_SLOTS:
     void newRecipeReplacesTheOld()
     {
         DriverFixture fixture;
-        QVector<_RCP_VAR_PRO> first = recipeItems("1 D_W 10 2 50; 1 D_W 20 1 52");
-        QCOMPARE(intf_setRcpAddress(first), 2);
-        QVector<_RCP_VAR_PRO> second = recipeItems("2 M_W 3 1 7");
-        QCOMPARE(intf_setRcpAddress(second), 1);
+        QCOMPARE(setRecipeItems("1 D_W 10 2 50; 1 D_W 20 1 52"), 2);
+        QCOMPARE(setRecipeItems("2 M_W 3 1 7"), 1);
         QCOMPARE(recipeText(driver.rcpItems), QByteArray("2 M_W 3 1 7"));
         QCOMPARE(recipeText(driver.rcpBlocks), QByteArray("2 M_W 3 1 7"));
         QCOMPARE(startsText(), QByteArray("0"));

@@ -6,7 +6,6 @@
 #include "serviceForProtocol/recipe/recipe_deliver.h"
 #include "support/area_helpers.h"
 #include "support/recipe_helpers.h"
-#include "support/rows.h"
 
 static const int kDataPos = 10;
 
@@ -27,8 +26,7 @@ static void setRecipe(DriverFixture &fixture, const QByteArray &items, int rcpIn
 {
     fixture.recipe.fill('\xEE');
     driver.rcpBuffer = DriverFixture::bytes(fixture.recipe);
-    QVector<_RCP_VAR_PRO> list = recipeItems(items);
-    intf_setRcpAddress(list);
+    setRecipeItems(items);
     driver.rcpIndex = rcpIndex;
 }
 
@@ -133,8 +131,7 @@ private Q_SLOTS:
         DriverFixture fixture;
         setRecipe(fixture, row.items, row.rcpIndex);
         if (row.dropItems) {
-            QVector<_RCP_VAR_PRO> others = recipeItems("8/1 D_W 1 1 0");
-            intf_setRcpAddress(others);
+            setRecipeItems("8/1 D_W 1 1 0");
         }
         deliverRecipeBlock(makeWidths(16, 16), readAnswer("1234"), kDataPos);
         QCOMPARE(bufferText(fixture.recipe), QByteArray());

@@ -3,7 +3,6 @@
 #include "serviceForProtocol/recipe/recipe_request.h"
 #include "support/driver_fixture.h"
 #include "support/other_thread.h"
-#include "support/rows.h"
 
 static const struct
 {
@@ -51,8 +50,7 @@ private Q_SLOTS:
         QCOMPARE(requests.write, row.write);
         QCOMPARE(requests.read, row.read);
         QCOMPARE(QByteArray(fixture.shm), before);
-        QVERIFY(fixture.shmLock.tryLock());
-        fixture.shmLock.unlock();
+        QVERIFY(isFree(fixture.shmLock));
     }
 
     void clearing_data() { addRows(kClearing); }
@@ -65,8 +63,7 @@ private Q_SLOTS:
         QByteArray expected(kSharedBlockSize, '\x01');
         expected[row.given] = '\0';
         QVERIFY(fixture.shm == expected);
-        QVERIFY(fixture.shmLock.tryLock());
-        fixture.shmLock.unlock();
+        QVERIFY(isFree(fixture.shmLock));
     }
 
     void withoutHostObjects_data() { addRows(kWithoutHostObjects); }

@@ -4,7 +4,6 @@
 
 #include "serviceForProtocol/request/condition_read.h"
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 static int ask(const char *regName, int startAddr, int count, int bitFlag = 0)
 {

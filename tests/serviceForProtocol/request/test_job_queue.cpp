@@ -2,7 +2,6 @@
 
 #include "serviceForProtocol/request/job_queue.h"
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 // A job in short: "M_W:5x2a" is station 1, register, address, count and a letter as its value.
 static VARIABLE jobOf(const QByteArray &text)

@@ -5,7 +5,6 @@
 #include "serviceForProtocol/cache/monitor_flags.h"
 #include "serviceForProtocol/request/panel_value_store.h"
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 static const unsigned char *dataOf(const QByteArray &bytes)
 {
@@ -117,36 +116,19 @@ static const struct
 static const struct
 {
     const char *what;
-    QByteArray regName;
+    const char *regName, *letter;
     int startAddr;
     const char *calls;
     QByteArray current; // of the unit that is watched, as a word
 } kRegisters[] = {
-    {"word", "D_W", 3, "7 1 D_W 3", "0100"},
-    {"bit and its word", "M_bit", 50, "7 1 M_W 3", "0400"},
-    {"contact", "TX", 3, "7 1 TX 3", "0100"},
-    {"unknown bit name: a bit of a word", "Q_bit", 50, "7 1 Q_W 3", "0400"},
-    {"unknown name: a byte of a word", "Q_W", 3, "7 1 Q_W 3", "0100"},
+    {"word", "D_W", "D", 3, "7 1 D_W 3", "0100"},
+    {"bit and its word", "M_bit", "M", 50, "7 1 M_W 3", "0400"},
+    {"contact", "TX", "TX", 3, "7 1 TX 3", "0100"},
+    {"unknown bit name: a bit of a word", "Q_bit", "Q", 50, "7 1 Q_W 3", "0400"},
+    {"unknown name: a byte of a word", "Q_W", "Q", 3, "7 1 Q_W 3", "0100"},
 };
 
-static QByteArray &seen()
-{
-    static QByteArray bytes;
-    return bytes;
-}
-
-static void readWatchedWord()
-{
-    unsigned char buffer[2] = {0, 0};
-    QString name = latin("D_W");
-    intf_getData(1, name, 5, 1, buffer);
-    seen() += hexOf(buffer, 2);
-}
-
-static void emptyArea()
-{
-    driver.dataArea.clear();
-}
+static QByteArray seen;
 
 static void writeBit50()
 {
@@ -162,22 +144,19 @@ static void writeWord3()
     write_saveDataToArea(1, latin("M_W"), 3, 1, word);
 }
 
-typedef void (*Hook)();
-Q_DECLARE_METATYPE(Hook)
-
 static const struct
 {
     const char *what;
-    QByteArray regName;
+    const char *regName;
     int startAddr;
-    Hook hook;
+    void (*hook)();
     QByteArray current;
     int marks;
 } kWhatTheHostWritesMeanwhileIsOverwritten[] = {
-    {"another bit of the word", "M_bit", 49, Hook(writeBit50), "0200", 0x14},
-    {"the word of the bit", "M_bit", 49, Hook(writeWord3), "0200", 0x04},
-    {"a bit of the word", "M_W", 3, Hook(writeBit50), "0101", 0x10},
-    {"the same word", "M_W", 3, Hook(writeWord3), "0101", 0},
+    {"another bit of the word", "M_bit", 49, &writeBit50, "0200", 0x14},
+    {"the word of the bit", "M_bit", 49, &writeWord3, "0200", 0x04},
+    {"a bit of the word", "M_W", 3, &writeBit50, "0101", 0x10},
+    {"the same word", "M_W", 3, &writeWord3, "0101", 0},
 };
 
 class TestPanelValueStore : public QObject
@@ -253,8 +232,7 @@ private Q_SLOTS:
         const unsigned char value = 1;
         write_saveDataToArea(1, latin("M_bit"), 53, 1, &value);
         QCOMPARE(driver.dataArea.at(0).pendingBits, row.marksAfter);
-        QVERIFY2(driver.listMutex.tryLock(), "the list is locked no longer than for the count");
-        driver.listMutex.unlock();
+        QVERIFY2(isFree(driver.listMutex), "the list is locked no longer than for the count");
     }
 
     void registers_data() { addRows(kRegisters); }
@@ -262,24 +240,23 @@ private Q_SLOTS:
     {
         const auto &row = currentRow(kRegisters);
         DriverFixture fixture;
-        const QByteArray letter = row.regName.left(row.regName == "TX" ? 2 : 1);
-        unitAt(1, letter.constData(), 3).monitorFlags = 1;
+        unitAt(1, row.letter, 3).monitorFlags = 1;
         const unsigned char value[2] = {1, 0};
-        write_saveDataToArea(1, latin(row.regName.constData()), row.startAddr, 1, value);
+        write_saveDataToArea(1, latin(row.regName), row.startAddr, 1, value);
         QCOMPARE(callsText(), latin(row.calls));
-        QCOMPARE(hexOf(currentBytes(unitAt(1, letter.constData(), 3)), 2), row.current);
+        QCOMPARE(hexOf(currentBytes(unitAt(1, row.letter, 3)), 2), row.current);
     }
 
     void hostStillSeesTheOldValue()
     {
         DriverFixture fixture;
-        seen().clear();
-        DriverFixture::hook() = &readWatchedWord;
+        seen.clear();
+        DriverFixture::hook() = [] { seen += panelRead("D_W", 5, 1, 2); };
         unitAt(1, "D", 5).monitorFlags = 1;
         setBytes(unitAt(1, "D", 5).readValue, "1101");
         const unsigned char value[2] = {0x22, 0x02};
         write_saveDataToArea(1, latin("D_W"), 5, 1, value);
-        QCOMPARE(seen(), QByteArray("1101"));
+        QCOMPARE(seen, QByteArray("1101"));
         QCOMPARE(hexOf(currentBytes(unitAt(1, "D", 5)), 2), QByteArray("2202"));
     }
 
@@ -297,7 +274,7 @@ private Q_SLOTS:
     void hostMayEmptyTheAreaMeanwhile()
     {
         DriverFixture fixture;
-        DriverFixture::hook() = &emptyArea;
+        DriverFixture::hook() = [] { driver.dataArea.clear(); };
         unitAt(1, "K", 0);
         _setDataAreaMonitorFlag(1, latin("D_W"), 5, 1);
         const unsigned char values[4] = {0x22, 0x02, 0x33, 0x03};
@@ -326,7 +303,7 @@ private Q_SLOTS:
         DriverFixture::hook() = row.hook;
         _setDataAreaMonitorFlag(1, latin("M_W"), 3, 1);
         const unsigned char ones[2] = {1, 1};
-        write_saveDataToArea(1, latin(row.regName.constData()), row.startAddr, 1, ones);
+        write_saveDataToArea(1, latin(row.regName), row.startAddr, 1, ones);
         QVERIFY(callsText().startsWith(latin("7 1 M_W 3")));
         QCOMPARE(hexOf(currentBytes(unitAt(1, "M", 3)), 2), row.current);
         QCOMPARE(unitAt(1, "M", 3).pendingBits, row.marks);

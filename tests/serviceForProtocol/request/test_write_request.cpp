@@ -4,7 +4,6 @@
 
 #include "serviceForProtocol/request/write_request.h"
 #include "support/area_helpers.h"
-#include "support/rows.h"
 
 // Each entry as "start xcount=bytes": its first bytes in hexadecimal.
 static QString entriesText(int bytes)
@@ -16,12 +15,6 @@ static QString entriesText(int bytes)
                               latin(hexOf(item.data, bytes).constData())));
     }
     return texts.join(QLatin1String(", "));
-}
-
-static int write(const char *regName, int startAddr, int count, QByteArray data, int opKind = 0)
-{
-    QString name = latin(regName);
-    return intf_setData(1, name, startAddr, count, DriverFixture::bytes(data), opKind);
 }
 
 // 1024 bytes: 00 01 02 ... and again.
@@ -71,10 +64,9 @@ static const struct
 static const struct
 {
     const char *what;
-    QByteArray regName;
+    const char *regName;
     int startAddr, count;
-    QByteArray props;
-    const char *list;
+    const char *props, *list;
 } kEntriesOfRegisters[] = {
     {"300 words in pieces of 120", "D_W", 0, 300, "7#0#0#3#120",
      "1 D_W 0 x120, 1 D_W 120 x120, 1 D_W 240 x60"},
@@ -93,7 +85,7 @@ static const struct
 static const struct
 {
     const char *what;
-    QByteArray regName;
+    const char *regName;
     int count;
     bool taken;
 } kSizeLimits[] = {
@@ -112,7 +104,7 @@ static const struct
 static const struct
 {
     const char *what;
-    QByteArray regName, props;
+    const char *regName, *props;
     int entries;
 } kNoPieceNoEntry[] = {
     {"words, no limit", "D_W", "7#0#0#3#0", 0},
@@ -128,7 +120,7 @@ static const struct
 static const struct
 {
     const char *what;
-    QByteArray regName;
+    const char *regName;
     int count;
     int bytes; // that the host hands over
     int units; // that are stored
@@ -146,37 +138,18 @@ static const struct
     {"most negative", "D_W", INT_MIN, 0, 0},
 };
 
-static QByteArray &hostsValues()
-{
-    static QByteArray values;
-    return values;
-}
-
-static void changeHostsValues()
-{
-    hostsValues().fill('\x55');
-}
+static QByteArray hostsValues;
+static QString hostsName;
 
 static const struct
 {
     const char *what;
-    QByteArray props;
+    const char *props;
     int words;
 } kHostMayChangeItsValues[] = {
     {"a request", "7#0#0#3#60", 512},
     {"longer than a request", "7#1#0#3#60", 600},
 };
-
-static QString &hostsName()
-{
-    static QString name;
-    return name;
-}
-
-static void changeHostsName()
-{
-    hostsName() = latin("K_bit");
-}
 
 class TestWriteRequest : public QObject
 {
@@ -206,15 +179,15 @@ private Q_SLOTS:
     void entriesOfRegisters()
     {
         const auto &row = currentRow(kEntriesOfRegisters);
-        DriverFixture fixture(row.props.constData());
-        QCOMPARE(write(row.regName.constData(), row.startAddr, row.count, countingBytes()), 1);
+        DriverFixture fixture(row.props);
+        QCOMPARE(panelWrite(row.regName, row.startAddr, row.count, countingBytes()), 1);
         QCOMPARE(listText(driver.pendingWrites), latin(row.list));
     }
 
     void laterBitPiecesComeFromTwiceAsFar()
     {
         DriverFixture fixture("7#0#0#3#1"); // pieces of 8 bits
-        write("M_bit", 0, 40, countingBytes());
+        panelWrite("M_bit", 0, 40, countingBytes());
         QCOMPARE(entriesText(8),
                  latin("0 x8=0001020304050607, 8 x8=1011121314151617, 16 x8=2021222324252627, "
                        "24 x8=0000000000000000, 32 x8=0000000000000000"));
@@ -223,7 +196,7 @@ private Q_SLOTS:
     void valuesBeyondTheAreaAreZero()
     {
         DriverFixture fixture("7#0#0#3#60"); // pieces of 480 bits
-        write("M_bit", 0, 1024, QByteArray(1024, '\x01'));
+        panelWrite("M_bit", 0, 1024, QByteArray(1024, '\x01'));
         QCOMPARE(listText(driver.pendingWrites),
                  latin("1 M_bit 0 x480, 1 M_bit 480 x480, 1 M_bit 960 x64"));
         QCOMPARE(bytesOf(driver.pendingWrites.at(0).data, 1024),
@@ -256,8 +229,7 @@ private Q_SLOTS:
                  QByteArray("\x34\x12\xCD\xAB", 4) + QByteArray(1020, '\0'));
         QCOMPARE(hexOf(currentBytes(unitAt(31, "D", 101)), 2), QByteArray("CDAB"));
         QCOMPARE(name, latin("D_W"));
-        QVERIFY(driver.listMutex.tryLock());
-        driver.listMutex.unlock();
+        QVERIFY(isFree(driver.listMutex));
     }
 
     void sizeLimits_data() { addRows(kSizeLimits); }
@@ -265,7 +237,7 @@ private Q_SLOTS:
     {
         const auto &row = currentRow(kSizeLimits);
         DriverFixture fixture;
-        QCOMPARE(write(row.regName.constData(), 0, row.count, countingBytes()), 1);
+        QCOMPARE(panelWrite(row.regName, 0, row.count, countingBytes()), 1);
         QCOMPARE(driver.pendingWrites.isEmpty(), !row.taken);
         QCOMPARE(driver.dataArea.isEmpty(), !row.taken);
     }
@@ -274,8 +246,8 @@ private Q_SLOTS:
     void noPieceNoEntry()
     {
         const auto &row = currentRow(kNoPieceNoEntry);
-        DriverFixture fixture(row.props.constData());
-        QCOMPARE(write(row.regName.constData(), 0, 1, QByteArray("\x01\x00", 2)), 1);
+        DriverFixture fixture(row.props);
+        QCOMPARE(panelWrite(row.regName, 0, 1, QByteArray("\x01\x00", 2)), 1);
         QCOMPARE(sizeOf(driver.pendingWrites), row.entries);
         QCOMPARE(sizeOf(driver.dataArea), 1);
         QCOMPARE(hexOf(currentBytes(driver.dataArea.at(0)), 2), QByteArray("0100"));
@@ -285,13 +257,13 @@ private Q_SLOTS:
     {
         DriverFixture fixture("7#1#0#3#60");
         unitAt(1, "D", 5).monitorFlags = 1;
-        QCOMPARE(write("D_W", 5, 1, QByteArray("\x34\x12")), 1);
+        QCOMPARE(panelWrite("D_W", 5, 1, QByteArray("\x34\x12")), 1);
         QCOMPARE(listText(driver.pendingWrites), QString());
         QCOMPARE(hexOf(currentBytes(unitAt(1, "D", 5)), 2), QByteArray("3412"));
         QCOMPARE(callsText(), latin("7 1 D_W 5"));
 
         fixture.start("7#-1#0#3#60"); // any number but 0
-        write("D_W", 5, 600, QByteArray(1200, '\x34'));
+        panelWrite("D_W", 5, 600, QByteArray(1200, '\x34'));
         QCOMPARE(listText(driver.pendingWrites), QString());
         QCOMPARE(sizeOf(driver.dataArea), 600);
     }
@@ -299,7 +271,7 @@ private Q_SLOTS:
     void noWordsAreAnEntry()
     {
         DriverFixture fixture;
-        QCOMPARE(write("D_W", 5, 0, QByteArray()), 1);
+        QCOMPARE(panelWrite("D_W", 5, 0, QByteArray()), 1);
         QCOMPARE(listText(driver.pendingWrites), latin("1 D_W 5 x0"));
         QVERIFY(driver.dataArea.isEmpty());
     }
@@ -307,13 +279,13 @@ private Q_SLOTS:
     void repeatedWrites()
     {
         DriverFixture fixture;
-        write("D_W", 9, 1, QByteArray("\x01\x00", 2));
-        write("D_W", 9, 1, QByteArray("\x02\x00", 2));
+        panelWrite("D_W", 9, 1, QByteArray("\x01\x00", 2));
+        panelWrite("D_W", 9, 1, QByteArray("\x02\x00", 2));
         QCOMPARE(entriesText(2), latin("9 x1=0100, 9 x1=0200"));
-        write("D_W", 9, 1, QByteArray("\x03\x00", 2), 5);
-        write("D_W", 8, 1, QByteArray("\x04\x00", 2));
-        write("D_W", 9, 2, QByteArray("\x05\x00\x00\x00", 4));
-        write("D_W", 8, 1, QByteArray("\x06\x00", 2));
+        panelWrite("D_W", 9, 1, QByteArray("\x03\x00", 2), 5);
+        panelWrite("D_W", 8, 1, QByteArray("\x04\x00", 2));
+        panelWrite("D_W", 9, 2, QByteArray("\x05\x00\x00\x00", 4));
+        panelWrite("D_W", 8, 1, QByteArray("\x06\x00", 2));
         QCOMPARE(entriesText(2), latin("9 x1=0100, 9 x1=0300, 8 x1=0600, 9 x2=0500"));
         QCOMPARE(driver.pendingWrites.at(1).opKind, 5);
     }
@@ -322,7 +294,7 @@ private Q_SLOTS:
     {
         DriverFixture fixture;
         for (int i = 0; i < 600; ++i) {
-            write("D_W", i, 1, QByteArray("\x01\x00", 2));
+            panelWrite("D_W", i, 1, QByteArray("\x01\x00", 2));
         }
         QCOMPARE(sizeOf(driver.pendingWrites), 513);
         QCOMPARE(driver.pendingWrites.at(511).startAddr, 511);
@@ -344,7 +316,7 @@ private Q_SLOTS:
     {
         const auto &row = currentRow(kCacheOnlyTakesAnyLength);
         DriverFixture fixture("7#1#0#3#60");
-        QCOMPARE(write(row.regName.constData(), 0, row.count, QByteArray(row.bytes, '\x01')), 1);
+        QCOMPARE(panelWrite(row.regName, 0, row.count, QByteArray(row.bytes, '\x01')), 1);
         QVERIFY(driver.pendingWrites.isEmpty());
         QCOMPARE(sizeOf(driver.dataArea), row.units);
         if (row.units > 0) {
@@ -356,12 +328,12 @@ private Q_SLOTS:
     void hostMayChangeItsValues()
     {
         const auto &row = currentRow(kHostMayChangeItsValues);
-        DriverFixture fixture(row.props.constData());
-        DriverFixture::hook() = &changeHostsValues;
+        DriverFixture fixture(row.props);
+        DriverFixture::hook() = [] { hostsValues.fill('\x55'); };
         unitAt(1, "D", 0).monitorFlags = 1;
-        hostsValues() = QByteArray(2 * row.words, '\x11');
+        hostsValues = QByteArray(2 * row.words, '\x11');
         QString name = latin("D_W");
-        intf_setData(1, name, 0, row.words, DriverFixture::bytes(hostsValues()), 0);
+        intf_setData(1, name, 0, row.words, DriverFixture::bytes(hostsValues), 0);
         QCOMPARE(callsText(), latin("7 1 D_W 0"));
         QCOMPARE(sizeOf(driver.dataArea), row.words);
         for (int i = 0; i < row.words; ++i) {
@@ -372,12 +344,12 @@ private Q_SLOTS:
     void hostMayChangeTheName()
     {
         DriverFixture fixture;
-        DriverFixture::hook() = &changeHostsName;
-        hostsName() = latin("D_W");
+        DriverFixture::hook() = [] { hostsName = latin("K_bit"); };
+        hostsName = latin("D_W");
         unitAt(1, "D", 0).monitorFlags = 1;
         unitAt(1, "D", 1).monitorFlags = 1;
         unsigned char value[4] = {1, 0, 2, 0};
-        intf_setData(1, hostsName(), 0, 2, value, 0);
+        intf_setData(1, hostsName, 0, 2, value, 0);
         QCOMPARE(callsText(), latin("7 1 D_W 0, 7 1 D_W 1"));
         QCOMPARE(hexOf(currentBytes(unitAt(1, "D", 1)), 2), QByteArray("0200"));
         QCOMPARE(listText(driver.pendingWrites), latin("1 D_W 0 x2"));
