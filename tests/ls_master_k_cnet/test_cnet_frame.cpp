@@ -105,11 +105,7 @@ private Q_SLOTS:
 
         QCOMPARE(sizeOf(driver.frames), 1);
         const FRAME_PRO &frame = driver.frames.at(0);
-        QCOMPARE(frame.sendLen, 0);
-        QCOMPARE(frame.recvLen, 0);
-        QCOMPARE(frame.dataPos, 0);
-        QCOMPARE(frame.unitCount, 0);
-        QCOMPARE(frame.spare, 0);
+        QCOMPARE(numbersText(frame), latin("0 0 0 0 0"));
         QVERIFY(frame.var.regName.isNull());
         QCOMPARE(frame.var.opKind | frame.var.stationNo | frame.var.startAddr | frame.var.count, 0);
     }

@@ -5,17 +5,18 @@
 #include "ls_master_k_cnet/view_names.h"
 #include "support/rows.h"
 
-static void addViews()
+static const struct
 {
-    QTest::addColumn<int>("suffix");
-    QTest::addColumn<QString>("tail");
-
-    QTest::newRow("bit") << int(kBitView) << latin("_bit");
-    QTest::newRow("byte") << int(kByteView) << latin("_B");
-    QTest::newRow("word") << int(kWordView) << latin("_W");
-    QTest::newRow("double word") << int(kDoubleView) << latin("_D");
-    QTest::newRow("the letter alone") << int(kPlainView) << QString();
-}
+    const char *what;
+    int suffix;
+    const char *tail;
+} kNamesOfALetter[] = {
+    {"bit", kBitView, "_bit"},
+    {"byte", kByteView, "_B"},
+    {"word", kWordView, "_W"},
+    {"double word", kDoubleView, "_D"},
+    {"the letter alone", kPlainView, ""},
+};
 
 static const Given<const char *> kOtherLettersAreUnknown[] = {
     {"no register has it", "Q"},
@@ -29,19 +30,17 @@ class TestViewNames : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void namesOfALetter_data() { addViews(); }
-
+    void namesOfALetter_data() { addRows(kNamesOfALetter); }
     void namesOfALetter()
     {
-        QFETCH(int, suffix);
-        QFETCH(QString, tail);
-
+        const auto &row = currentRow(kNamesOfALetter);
+        const QString tail = latin(row.tail);
         const QString letter = latin("M");
-        QCOMPARE(makeViewNames(letter).names[suffix], letter + tail);
-        QCOMPARE(makeViewNames(QString()).names[suffix], tail);
+        QCOMPARE(makeViewNames(letter).names[row.suffix], letter + tail);
+        QCOMPARE(makeViewNames(QString()).names[row.suffix], tail);
         for (const QString &name : REG_LIST) {
             const QString known = registerLetter(name);
-            QCOMPARE(knownViewNames(known)->names[suffix], known + tail);
+            QCOMPARE(knownViewNames(known)->names[row.suffix], known + tail);
         }
     }
 

@@ -39,14 +39,9 @@ static const struct
     {"full, the first in the second place", "12-34", "2 4"},
 };
 
-static bool isAll(const unsigned char *bytes, int size, unsigned char value)
+static bool isAll(const unsigned char *bytes, int size, char value)
 {
-    for (int i = 0; i < size; ++i) {
-        if (bytes[i] != value) {
-            return false;
-        }
-    }
-    return true;
+    return bytesOf(bytes, size) == QByteArray(size, value);
 }
 
 // Fills every byte and every number of both places with frames of the given length.
@@ -129,11 +124,7 @@ private Q_SLOTS:
             }
             QVERIFY(isAll(frame->sendBuf, kSendBufSize, 0));
             QVERIFY(isAll(frame->var.data, kValueAreaSize, 0));
-            QCOMPARE(frame->sendLen, 0);
-            QCOMPARE(frame->recvLen, 0);
-            QCOMPARE(frame->dataPos, 0);
-            QCOMPARE(frame->unitCount, 0);
-            QCOMPARE(frame->spare, 0);
+            QCOMPARE(numbersText(*frame), latin("0 0 0 0 0"));
             QCOMPARE(itemText(frame->var), latin("0  0 x0"));
         }
     }

@@ -4,8 +4,7 @@
 #include <QtTest/QtTest>
 
 #include "ls_master_k_cnet/protocol_tables.h"
-#include "shared/protocol.h"
-#include "support/rows.h"
+#include "support/driver_fixture.h"
 
 // A driver object built on storage full of ones: a member that the constructor leaves out shows.
 class ProtocolOnDirtyStorage
@@ -32,16 +31,6 @@ static bool isBlank(const VARIABLE &item)
     const unsigned char nothing[kValueAreaSize] = {};
     return item.opKind == 0 && item.stationNo == 0 && item.startAddr == 0 && item.count == 0 &&
            item.regName.isEmpty() && std::memcmp(item.data, nothing, sizeof(nothing)) == 0;
-}
-
-static VARIABLE item(int stationNo, const char *regName, int startAddr, int count)
-{
-    VARIABLE variable = VARIABLE();
-    variable.stationNo = stationNo;
-    variable.regName = latin(regName);
-    variable.startAddr = startAddr;
-    variable.count = count;
-    return variable;
 }
 
 static const struct
@@ -77,28 +66,30 @@ private Q_SLOTS:
         }
     }
 
-    void settingsAreZero()
+    void numbersAreZero()
     {
         ProtocolOnDirtyStorage protocol;
-
-        QCOMPARE(protocol->deviceNo, 0);
-        QCOMPARE(protocol->cacheOnlyWrites, 0);
-        QCOMPARE(protocol->property3, 0);
-        QCOMPARE(protocol->maxRetries, 0);
-        QCOMPARE(protocol->maxBlockWords, 0);
-        QCOMPARE(protocol->maxBlockBits, 0);
-        QCOMPARE(protocol->maxBlockWordsCopy, 0);
-        QCOMPARE(protocol->hostArg2, 0);
-        QCOMPARE(protocol->initDone, 0);
+        const int settings[] = {
+            protocol->deviceNo,          protocol->cacheOnlyWrites, protocol->property3,
+            protocol->maxRetries,        protocol->maxBlockWords,   protocol->maxBlockBits,
+            protocol->maxBlockWordsCopy, protocol->hostArg2,        protocol->initDone};
+        for (const int setting : settings) {
+            QCOMPARE(setting, 0);
+        }
+        const int exchange[] = {protocol->sendState,     protocol->tryCount,
+                                protocol->needHandshake, protocol->failCount,
+                                protocol->lastFailed,    protocol->curFrameIndex,
+                                protocol->rcpIndex,      protocol->readItemCount};
+        for (const int number : exchange) {
+            QCOMPARE(number, 0);
+        }
     }
 
     void hostObjectsAreNull()
     {
         ProtocolOnDirtyStorage protocol;
-
         QVERIFY(protocol->valueChangeCallback == nullptr);
-        QVERIFY(protocol->shmBase == nullptr);
-        QVERIFY(protocol->rcpBuffer == nullptr);
+        QVERIFY(protocol->shmBase == nullptr && protocol->rcpBuffer == nullptr);
         QVERIFY(protocol->shmMutex == nullptr);
         QVERIFY(protocol->propertyPage.isNull());
     }
@@ -106,36 +97,16 @@ private Q_SLOTS:
     void listsAreEmpty()
     {
         ProtocolOnDirtyStorage protocol;
-
-        QVERIFY(protocol->cyclicReads.isEmpty());
-        QVERIFY(protocol->pendingWrites.isEmpty());
-        QVERIFY(protocol->conditionReads.isEmpty());
-        QVERIFY(protocol->dataArea.isEmpty());
-        QVERIFY(protocol->rcpItems.isEmpty());
-        QVERIFY(protocol->rcpBlocks.isEmpty());
+        QVERIFY(protocol->cyclicReads.isEmpty() && protocol->pendingWrites.isEmpty());
+        QVERIFY(protocol->conditionReads.isEmpty() && protocol->curReadList.isEmpty());
+        QVERIFY(protocol->dataArea.isEmpty() && protocol->frames.isEmpty());
+        QVERIFY(protocol->rcpItems.isEmpty() && protocol->rcpBlocks.isEmpty());
         QVERIFY(protocol->rcpBlockStarts.isEmpty());
-        QVERIFY(protocol->curReadList.isEmpty());
-        QVERIFY(protocol->frames.isEmpty());
-    }
-
-    void exchangeIsIdle()
-    {
-        ProtocolOnDirtyStorage protocol;
-
-        QCOMPARE(protocol->sendState, 0);
-        QCOMPARE(protocol->tryCount, 0);
-        QCOMPARE(protocol->needHandshake, 0);
-        QCOMPARE(protocol->failCount, 0);
-        QCOMPARE(protocol->lastFailed, 0);
-        QCOMPARE(protocol->curFrameIndex, 0);
-        QCOMPARE(protocol->rcpIndex, 0);
-        QCOMPARE(protocol->readItemCount, 0);
     }
 
     void requestsAreEmpty()
     {
         ProtocolOnDirtyStorage protocol;
-
         QVERIFY(isBlank(protocol->lastVar));
         QVERIFY(protocol->lastVar.regName.isNull());
         QVERIFY(isBlank(protocol->curVar));
@@ -145,7 +116,6 @@ private Q_SLOTS:
     void registerNamesAreThoseOfTheTable()
     {
         ProtocolOnDirtyStorage protocol;
-
         QStringList names(protocol->regNames);
         QCOMPARE(names.join(QLatin1String(" ")),
                  latin("D_W C_W T_W K_W P_W F_W L_W M_W P_bit K_bit M_bit L_bit F_bit "
@@ -155,7 +125,6 @@ private Q_SLOTS:
     void listLockIsFreeAndNotRecursive()
     {
         ProtocolOnDirtyStorage protocol;
-
         QVERIFY(protocol->listMutex.tryLock());
         const bool twice = protocol->listMutex.tryLock();
         protocol->listMutex.unlock();
@@ -166,11 +135,11 @@ private Q_SLOTS:
     void sameRequestIsRecognised()
     {
         const auto &row = currentRow(kSameRequestIsRecognised);
-        VARIABLE other = item(row.stationNo, row.regName, row.startAddr, row.count);
+        VARIABLE other = makeItem(row.stationNo, row.regName, row.startAddr, row.count);
         other.opKind = 9;
         other.data[0] = 0x55;
-        QCOMPARE(isSameRequest(item(1, "D_W", 100, 5), other), row.same);
-        QCOMPARE(isSameRequest(other, item(1, "D_W", 100, 5)), row.same);
+        QCOMPARE(isSameRequest(makeItem(1, "D_W", 100, 5), other), row.same);
+        QCOMPARE(isSameRequest(other, makeItem(1, "D_W", 100, 5)), row.same);
     }
 };
 

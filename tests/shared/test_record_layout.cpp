@@ -7,7 +7,7 @@
 #include "ls_master_k_cnet/records.h"
 #include "shared/data_record.h"
 #include "shared/protocol.h"
-#include "support/rows.h"
+#include "support/driver_fixture.h"
 
 // A host may declare these records by itself, so every offset is part of the interface. Text is one
 // pointer wide in Qt 4 and 5 and three in Qt 6; the panels' processors have 32-bit pointers, the
@@ -141,7 +141,7 @@ private Q_SLOTS:
         const unsigned char nothing[kSendBufSize] = {};
 
         QCOMPARE(std::memcmp(frame.sendBuf, nothing, sizeof(frame.sendBuf)), 0);
-        QCOMPARE(frame.sendLen | frame.recvLen | frame.dataPos | frame.unitCount | frame.spare, 0);
+        QCOMPARE(numbersText(frame), latin("0 0 0 0 0"));
         QVERIFY(isCopyOf(frame.var, VARIABLE()));
         QVERIFY(frame.var.regName.isNull());
         QCOMPARE(std::memcmp(key.data, nothing, sizeof(key.data)), 0);
@@ -189,23 +189,13 @@ private Q_SLOTS:
 
     void frameIsCopiedWhole()
     {
-        FRAME_PRO frame = FRAME_PRO();
+        FRAME_PRO frame = numberedFrame(1, 0, filledItem());
         fill(frame.sendBuf, kSendBufSize, 3);
-        frame.sendLen = 1;
-        frame.recvLen = 2;
-        frame.dataPos = 3;
-        frame.unitCount = 4;
-        frame.spare = 5;
-        frame.var = filledItem();
         FRAME_PRO copy = FRAME_PRO();
         copy = frame;
 
         QCOMPARE(std::memcmp(copy.sendBuf, frame.sendBuf, sizeof(frame.sendBuf)), 0);
-        QCOMPARE(copy.sendLen, 1);
-        QCOMPARE(copy.recvLen, 2);
-        QCOMPARE(copy.dataPos, 3);
-        QCOMPARE(copy.unitCount, 4);
-        QCOMPARE(copy.spare, 5);
+        QCOMPARE(numbersText(copy), latin("1 2 3 4 5"));
         QVERIFY(isCopyOf(copy.var, frame.var));
     }
 

@@ -57,24 +57,11 @@ private Q_SLOTS:
 
     void wholeFrameIsCopied()
     {
-        FRAME_PRO from = FRAME_PRO();
-        std::memset(from.sendBuf, 0x44, sizeof from.sendBuf);
-        from.sendLen = 1;
-        from.recvLen = 2;
-        from.dataPos = 3;
-        from.unitCount = 4;
-        from.spare = 5;
-        from.var = numberedItem(10, '\x22');
-        FRAME_PRO to = FRAME_PRO();
-        std::memset(to.sendBuf, 0xEE, sizeof to.sendBuf);
-        to.var = numberedItem(0, '\x11');
+        const FRAME_PRO from = numberedFrame(1, 0x44, numberedItem(10, '\x22'));
+        FRAME_PRO to = numberedFrame(6, 0xEE, numberedItem(0, '\x11'));
         copyFrame(to, from);
         QCOMPARE(bytesOf(to.sendBuf, 1024), QByteArray(1024, '\x44'));
-        QCOMPARE(to.sendLen, 1);
-        QCOMPARE(to.recvLen, 2);
-        QCOMPARE(to.dataPos, 3);
-        QCOMPARE(to.unitCount, 4);
-        QCOMPARE(to.spare, 5);
+        QCOMPARE(numbersText(to), latin("1 2 3 4 5"));
         QCOMPARE(itemText(to.var), itemText(from.var));
         QCOMPARE(to.var.opKind, 14);
         QCOMPARE(bytesOf(to.var.data, 1024), QByteArray(1024, '\x22'));

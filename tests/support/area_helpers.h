@@ -67,8 +67,8 @@ inline QByteArray panelRead(const char *regName, int startAddr, int count, int b
 {
     QString name = latin(regName);
     QByteArray data(kValueAreaSize, '\xEE');
-    intf_getData(1, name, startAddr, count, DriverFixture::bytes(data));
-    return data.left(bytes).toHex().toUpper();
+    const int result = intf_getData(1, name, startAddr, count, DriverFixture::bytes(data));
+    return result == 1 ? data.left(bytes).toHex().toUpper() : QByteArray("refused");
 }
 
 /// All calls of the host so far, as "device station name address", parted by ", ".

@@ -130,6 +130,20 @@ inline QString numbersText(const FRAME_PRO &frame)
         .arg(frame.spare);
 }
 
+/// A frame whose numbers, in this order, are `first`, `first` + 1 ...
+inline FRAME_PRO numberedFrame(int first, unsigned char sendByte, const VARIABLE &item)
+{
+    FRAME_PRO frame = FRAME_PRO();
+    std::memset(frame.sendBuf, sendByte, sizeof frame.sendBuf);
+    frame.sendLen = first;
+    frame.recvLen = first + 1;
+    frame.dataPos = first + 2;
+    frame.unitCount = first + 3;
+    frame.spare = first + 4;
+    frame.var = item;
+    return frame;
+}
+
 /// Whether nobody holds the lock.
 inline bool isFree(QMutex &lock)
 {

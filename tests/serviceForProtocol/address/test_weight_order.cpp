@@ -7,9 +7,6 @@
 typedef QVector<quint32> Weights;
 typedef QVector<int> Positions;
 
-Q_DECLARE_METATYPE(Weights)
-Q_DECLARE_METATYPE(Positions)
-
 static const Case<Weights, Positions> kOrdersPositions[] = {
     {"none", Weights(), Positions()},
     {"one", (Weights() << 5U), (Positions() << 0)},

@@ -35,7 +35,7 @@ static const struct
 {
     const char *what;
     int stationNo;
-    QByteArray regPrefix;
+    const char *regPrefix;
     int unitAddr, expected;
 } kComparesTheWholeKey[] = {
     {"first", 1, "D", 7, 0},
@@ -70,8 +70,7 @@ private Q_SLOTS:
         area << makeUnit(1, "D", 7) << makeUnit(2, "D", 7) << makeUnit(1, "M", 7)
              << makeUnit(1, "DX", 7) << makeUnit(1, "D", -7) << makeUnit(1, "", 7);
         UnitIndex index;
-        QCOMPARE(findIn(index, area, row.stationNo, row.regPrefix.constData(), row.unitAddr),
-                 row.expected);
+        QCOMPARE(findIn(index, area, row.stationNo, row.regPrefix, row.unitAddr), row.expected);
     }
 
     void unitIsToldByEveryField()

@@ -106,11 +106,8 @@ private Q_SLOTS:
         DriverFixture fixture;
         setBytes(unitAt(1, "M", 1).readValue, "0008");
         setBytes(unitAt(1, "TX", 4).readValue, "01");
-        unsigned char buffer[4];
-        std::memset(buffer, 0xEE, sizeof buffer);
-        QString name = latin(row.regName);
-        QCOMPARE(intf_getData(1, name, row.startAddr, row.count, buffer), 1);
-        QCOMPARE(hexOf(buffer, 4), row.hex + QByteArray(8 - sizeOf(row.hex), 'E'));
+        QCOMPARE(panelRead(row.regName, row.startAddr, row.count, 4),
+                 row.hex + QByteArray(8 - sizeOf(row.hex), 'E'));
     }
 
     void unknownUnitsReadAsZero()
@@ -135,24 +132,15 @@ private Q_SLOTS:
         _DATA_ &record = unitAt(1, "M", 3);
         setBytes(record.writeValue, "A1A2A3A4");
         record.writePending = 1;
-        unsigned char buffer[6];
-        QString name = latin("M_W");
-        intf_getData(1, name, 2, 3, buffer);
-        QCOMPARE(hexOf(buffer, 6), QByteArray("1222A1A21424"));
-        QString bits = latin("M_bit");
-        intf_getData(1, bits, 3 * 16 + 5, 3, buffer); // 0xA2A1: bits 5 and 7
-        QCOMPARE(hexOf(buffer, 3), QByteArray("010001"));
+        QCOMPARE(panelRead("M_W", 2, 3, 6), QByteArray("1222A1A21424"));
+        QCOMPARE(panelRead("M_bit", 3 * 16 + 5, 3, 3), QByteArray("010001")); // of 0xA2A1
     }
 
     void panelWriteShowsBeforeTheAnswer()
     {
         DriverFixture fixture;
-        QString name = latin("D_W");
-        unsigned char value[2] = {0x34, 0x12};
-        intf_setData(1, name, 5, 1, value, 0);
-        unsigned char buffer[2] = {0, 0};
-        QCOMPARE(intf_getData(1, name, 5, 1, buffer), 1);
-        QCOMPARE(hexOf(buffer, 2), QByteArray("3412"));
+        panelWrite("D_W", 5, 1, "\x34\x12");
+        QCOMPARE(panelRead("D_W", 5, 1, 2), QByteArray("3412"));
         QCOMPARE(hexOf(unitAt(1, "D", 5).readValue, 2), QByteArray("0000"));
     }
 

@@ -16,7 +16,7 @@ static const struct
 {
     const char *what;
     int stationNo;
-    QByteArray regName;
+    const char *regName;
     int startAddr, count, answerSize;
     const char *text;
 } kDescription[] = {
@@ -41,8 +41,7 @@ static const struct
 {
     const char *what;
     int address;
-    QByteArray regName, format;
-    const char *text;
+    const char *regName, *format, *text;
 } kAddressOfFormat[] = {
     {"decimal", 255, "D_W", "DDDD", "255"},
     {"octal", 255, "D_W", "OOO", "377"},
@@ -63,7 +62,7 @@ private Q_SLOTS:
     {
         const auto &row = currentRow(kDescription);
         DriverFixture fixture;
-        putInFlight(makeItem(row.stationNo, row.regName.constData(), row.startAddr, row.count));
+        putInFlight(makeItem(row.stationNo, row.regName, row.startAddr, row.count));
         QCOMPARE(getErrorInfo(QByteArray(row.answerSize, '%')), latin(row.text));
     }
 
@@ -85,9 +84,7 @@ private Q_SLOTS:
     void addressOfFormat()
     {
         const auto &row = currentRow(kAddressOfFormat);
-        QCOMPARE(
-            addressText(row.address, latin(row.regName.constData()), latin(row.format.constData())),
-            latin(row.text));
+        QCOMPARE(addressText(row.address, latin(row.regName), latin(row.format)), latin(row.text));
     }
 };
 

@@ -72,10 +72,9 @@ private Q_SLOTS:
     void stateOfJobs()
     {
         DriverFixture fixture;
-        FRAME_PRO frame = FRAME_PRO();
         queueWrites(1, 1);
         driver.readItemCount = 7;
-        intf_getSendFrame(frame);
+        send();
         QCOMPARE(driver.tryCount, 1);
         QCOMPARE(driver.readItemCount, 1);
         QCOMPARE(itemText(driver.curVar), latin("1 D_W 1 x1"));
@@ -83,7 +82,7 @@ private Q_SLOTS:
         answerWith(writeAnswer());
 
         queueReads(driver.conditionReads, "K_W", 2, 1);
-        intf_getSendFrame(frame);
+        send();
         QCOMPARE(driver.tryCount, 2);
         QCOMPARE(listText(driver.curReadList), latin("1 K_W 2 x1"));
         QCOMPARE(driver.readItemCount, 1);
@@ -91,7 +90,7 @@ private Q_SLOTS:
         QCOMPARE(driver.sendState, 3); // the last job stays named
 
         queueReads(driver.cyclicReads, "M_W", 3, 1);
-        intf_getSendFrame(frame);
+        const FRAME_PRO frame = send();
         QCOMPARE(driver.tryCount, 0);
         QCOMPARE(listText(driver.curReadList), latin("1 M_W 3 x1"));
         QCOMPARE(itemText(frame.var), latin("1 M_W 3 x1"));
@@ -100,25 +99,13 @@ private Q_SLOTS:
     void wholeFrameIsCopied()
     {
         DriverFixture fixture;
-        FRAME_PRO made = FRAME_PRO();
-        std::memset(made.sendBuf, 0x11, sizeof made.sendBuf);
-        made.sendLen = 3;
-        made.recvLen = 4;
-        made.dataPos = 5;
-        made.unitCount = 6;
-        made.spare = 7;
-        made.var = makeItem(8, "D_W", 9, 10, QByteArray(1024, '\x22'));
-        made.var.opKind = 11;
-        queueFrame(made);
-
+        VARIABLE item = makeItem(8, "D_W", 9, 10, QByteArray(1024, '\x22'));
+        item.opKind = 11;
+        queueFrame(numberedFrame(3, 0x11, item));
         FRAME_PRO out = FRAME_PRO();
         QCOMPARE(intf_getSendFrame(out), 1);
         QCOMPARE(bytesOf(out.sendBuf, 1024), QByteArray(1024, '\x11'));
-        QCOMPARE(out.sendLen, 3);
-        QCOMPARE(out.recvLen, 4);
-        QCOMPARE(out.dataPos, 5);
-        QCOMPARE(out.unitCount, 6);
-        QCOMPARE(out.spare, 7);
+        QCOMPARE(numbersText(out), latin("3 4 5 6 7"));
         QCOMPARE(itemText(out.var), latin("8 D_W 9 x10"));
         QCOMPARE(out.var.opKind, 11);
         QCOMPARE(bytesOf(out.var.data, 1024), QByteArray(1024, '\x22'));
@@ -129,9 +116,8 @@ private Q_SLOTS:
         DriverFixture fixture;
         setRecipe();
         setWaiting(kCyclicRead);
-        FRAME_PRO first = FRAME_PRO();
+        const FRAME_PRO first = send();
         FRAME_PRO again = FRAME_PRO();
-        intf_getSendFrame(first);
         setWaiting(63);
         QCOMPARE(intf_getSendFrame(again), 1);
         QCOMPARE(sentBytes(again), sentBytes(first));
@@ -145,8 +131,7 @@ private Q_SLOTS:
         DriverFixture fixture;
         driver.pendingWrites.append(makeItem(1, "D_bit", 53, 1, "\x01"));
         queueWrites(1, 1);
-        FRAME_PRO frame = FRAME_PRO();
-        intf_getSendFrame(frame);
+        FRAME_PRO frame = send();
         QCOMPARE(sentBytes(frame), requestBytes("01rSB08%DW0000301", "ED"));
         QCOMPARE(answerWith(readAnswer("1204")), 1);
         QCOMPARE(sizeOf(driver.pendingWrites), 2);
@@ -201,11 +186,9 @@ private Q_SLOTS:
     {
         const auto &row = currentRow(kUnknownRegisterSendsNothing);
         DriverFixture fixture;
-        const VARIABLE item = makeItem(1, "Q_W", 1, 1);
-        (row.given == 2   ? driver.pendingWrites
-         : row.given == 3 ? driver.conditionReads
-                          : driver.cyclicReads)
-            .append(item);
+        QList<VARIABLE> *const lists[] = {&driver.pendingWrites, &driver.conditionReads,
+                                          &driver.cyclicReads};
+        lists[row.given - 2]->append(makeItem(1, "Q_W", 1, 1));
         FRAME_PRO frame = FRAME_PRO();
         QCOMPARE(intf_getSendFrame(frame), 0);
         QVERIFY(driver.frames.isEmpty());

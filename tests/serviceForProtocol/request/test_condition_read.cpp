@@ -31,10 +31,9 @@ static const struct
 static const struct
 {
     const char *what;
-    QByteArray regName;
+    const char *regName;
     int count, bitFlag;
-    QByteArray props;
-    const char *list;
+    const char *props, *list;
 } kEntriesOfRegisters[] = {
     {"300 words in pieces of 120", "D_W", 300, 0, "7#0#0#3#120",
      "1 D_W 7 x120, 1 D_W 127 x120, 1 D_W 247 x60"},
@@ -46,7 +45,7 @@ static const struct
     {"unknown name: words, as the spare row says", "Q_W", 2, 0, "7#0#0#3#60", "1 Q_W 7 x2"},
 };
 
-static const Given<QByteArray> kBitNamesQueueNothing[] = {
+static const Given<const char *> kBitNamesQueueNothing[] = {
     {"M_bit", "M_bit"},
     {"D_bit", "D_bit"},
     {"unknown bit name", "Q_bit"},
@@ -55,7 +54,7 @@ static const Given<QByteArray> kBitNamesQueueNothing[] = {
 static const struct
 {
     const char *what;
-    QByteArray props;
+    const char *props;
     int bitFlag;
 } kNoPieceNoEntry[] = {
     {"no limit", "7#0#0#3#0", 0},
@@ -94,8 +93,8 @@ private Q_SLOTS:
     void entriesOfRegisters()
     {
         const auto &row = currentRow(kEntriesOfRegisters);
-        DriverFixture fixture(row.props.constData());
-        QCOMPARE(ask(row.regName.constData(), 7, row.count, row.bitFlag), 1);
+        DriverFixture fixture(row.props);
+        QCOMPARE(ask(row.regName, 7, row.count, row.bitFlag), 1);
         QCOMPARE(listText(driver.conditionReads), latin(row.list));
     }
 
@@ -148,8 +147,8 @@ private Q_SLOTS:
         const auto &row = currentRow(kBitNamesQueueNothing);
         DriverFixture fixture;
         ask("D_W", 5, 1);
-        QCOMPARE(ask(row.given.constData(), 35, 1, -1), 1);
-        QCOMPARE(ask(row.given.constData(), 35, 2000, -1), 1);
+        QCOMPARE(ask(row.given, 35, 1, -1), 1);
+        QCOMPARE(ask(row.given, 35, 2000, -1), 1);
         QCOMPARE(listText(driver.conditionReads), latin("1 D_W 5 x1"));
         QCOMPARE(itemText(driver.lastVar), latin("1 D_W 5 x1"));
     }
@@ -158,7 +157,7 @@ private Q_SLOTS:
     void noPieceNoEntry()
     {
         const auto &row = currentRow(kNoPieceNoEntry);
-        DriverFixture fixture(row.props.constData());
+        DriverFixture fixture(row.props);
         QCOMPARE(ask("D_W", 5, 10, row.bitFlag), 1);
         QVERIFY(driver.conditionReads.isEmpty());
     }
