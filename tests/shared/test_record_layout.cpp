@@ -120,14 +120,6 @@ static bool isCopyOf(const VARIABLE &copy, const VARIABLE &item)
            copy.count == item.count && std::memcmp(copy.data, item.data, sizeof(item.data)) == 0;
 }
 
-static QString numbersOf(const KEY_ADDRESS &key)
-{
-    return latin("%1 %2 %3 %4 %5 %6")
-        .arg(QString::number(key.keyA), QString::number(key.keyB), QString::number(key.stationNo),
-             QString::number(key.startAddr), QString::number(key.bitFlag),
-             QString::number(key.count));
-}
-
 class TestRecordLayout : public QObject
 {
     Q_OBJECT
@@ -180,10 +172,8 @@ private Q_SLOTS:
         const KEY_ADDRESS copy = key;
         key.keyText.append(QLatin1Char('!'));
 
-        QCOMPARE(copy.keyText, latin("text"));
-        QCOMPARE(copy.regName, latin("D_W"));
-        QCOMPARE(copy.addrText, latin("100"));
-        QCOMPARE(numbersOf(copy), latin("1 2 3 4 -1 5"));
+        QCOMPARE(rangeText(copy), latin("3/D_W:4*5"));
+        QCOMPARE(otherFieldsText(copy), latin("text 1 2 100 -1"));
         QCOMPARE(std::memcmp(copy.data, key.data, sizeof(key.data)), 0);
     }
 

@@ -84,14 +84,6 @@ public:
     }
 
 private:
-    struct Range
-    {
-        int station;
-        QString regName;
-        int start;
-        int count;
-    };
-
     static HostHistory *&current()
     {
         static HostHistory *history = nullptr;
@@ -123,7 +115,7 @@ private:
             return start(argument, words.value(2) == "cache-only");
         }
         if (what == "watch" || what == "items") {
-            return what == "watch" ? watch(words.mid(1)) : items(words.mid(1));
+            return what == "watch" ? watch(step.mid(6)) : items(words.mid(1));
         }
         if (what == "ask") {
             driver.shmBase[kRecipeWriteByte] = argument == "write" ? 1 : 0;
@@ -150,29 +142,9 @@ private:
         return QByteArray();
     }
 
-    static Range rangeOf(const QByteArray &text)
+    static QByteArray watch(const QByteArray &ranges)
     {
-        const int slash = static_cast<int>(text.indexOf('/'));
-        const int colon = static_cast<int>(text.indexOf(':'));
-        const int star = static_cast<int>(text.indexOf('*'));
-        const QByteArray name = text.mid(slash + 1, colon - slash - 1);
-        Range range = {slash < 0 ? 1 : text.left(slash).toInt(), latin(name.constData()),
-                       text.mid(colon + 1, star - colon - 1).toInt(), text.mid(star + 1).toInt()};
-        return range;
-    }
-
-    static KEY_ADDRESS keyOf(const QByteArray &text)
-    {
-        const Range range = rangeOf(text);
-        return makeKey(range.station, qPrintable(range.regName), range.start, range.count);
-    }
-
-    static QByteArray watch(const QList<QByteArray> &ranges)
-    {
-        QList<KEY_ADDRESS> keys;
-        for (const QByteArray &range : ranges) {
-            keys.append(keyOf(range));
-        }
+        QList<KEY_ADDRESS> keys = keysOf(ranges);
         return QByteArray::number(intf_addrMerge(keys));
     }
 
@@ -181,12 +153,12 @@ private:
         QVector<_RCP_VAR_PRO> list;
         int offset = 0;
         for (const QByteArray &text : ranges) {
-            const Range range = rangeOf(text);
+            const KEY_ADDRESS range = keyOf(text);
             _RCP_VAR_PRO item = _RCP_VAR_PRO();
             item.deviceNo = 7;
-            item.stationNo = range.station;
+            item.stationNo = range.stationNo;
             item.regName = range.regName;
-            item.startAddr = range.start;
+            item.startAddr = range.startAddr;
             item.count = range.count;
             item.bufOffset = offset;
             offset += range.count;
@@ -198,14 +170,14 @@ private:
     static QByteArray panelStep(const QByteArray &what, const QByteArray &argument)
     {
         const int equals = static_cast<int>(argument.indexOf('='));
-        Range range = rangeOf(equals < 0 ? argument : argument.left(equals));
+        KEY_ADDRESS range = keyOf(equals < 0 ? argument : argument.left(equals));
         QByteArray bytes(kValueAreaSize, '\0');
         if (what == "once") {
             KEY_ADDRESS key = keyOf(argument);
             return QByteArray::number(intf_addConditionRead(key, 1));
         }
         if (what == "look") {
-            intf_getData(range.station, range.regName, range.start, range.count,
+            intf_getData(range.stationNo, range.regName, range.startAddr, range.count,
                          DriverFixture::bytes(bytes));
             return bytes.left(2 * range.count).toHex();
         }
@@ -213,7 +185,7 @@ private:
         for (int i = 0; i < 2 * range.count; ++i) {
             bytes[i] = static_cast<char>(value >> (i % 3) & 1);
         }
-        return QByteArray::number(intf_setData(range.station, range.regName, range.start,
+        return QByteArray::number(intf_setData(range.stationNo, range.regName, range.startAddr,
                                                range.count, DriverFixture::bytes(bytes), 2));
     }
 

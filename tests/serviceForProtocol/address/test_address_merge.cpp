@@ -1,45 +1,10 @@
 #include <climits>
 
-#include <QtCore/QStringList>
 #include <QtTest/QtTest>
 
 #include "serviceForProtocol/address/address_merge.h"
-#include "support/driver_fixture.h"
-
-// "1/D_W:100*5", station/register:address*count.
-static QString described(int stationNo, const QString &name, int startAddr, int count)
-{
-    return QString::number(stationNo) + QLatin1Char('/') + name + QLatin1Char(':') +
-           QString::number(startAddr) + QLatin1Char('*') + QString::number(count);
-}
-
-template <typename Request>
-static QString described(const QList<Request> &requests)
-{
-    QStringList texts;
-    for (const Request &request : requests) {
-        texts.append(
-            described(request.stationNo, request.regName, request.startAddr, request.count));
-    }
-    return texts.join(QLatin1String(" "));
-}
-
-static QList<KEY_ADDRESS> keysOf(const QString &text)
-{
-    QList<KEY_ADDRESS> keys;
-    const QStringList parts = text.split(QLatin1Char(' '));
-    for (int i = 0; i < parts.size() && !text.isEmpty(); ++i) {
-        const QString &part = parts.at(i);
-        const int slash = static_cast<int>(part.indexOf(QLatin1Char('/')));
-        const int colon = static_cast<int>(part.indexOf(QLatin1Char(':')));
-        const int star = static_cast<int>(part.indexOf(QLatin1Char('*')));
-        const QString name = part.mid(slash + 1, colon - slash - 1);
-        keys.append(makeKey(part.left(slash).toInt(), qPrintable(name),
-                            part.mid(colon + 1, star - colon - 1).toInt(),
-                            part.mid(star + 1).toInt()));
-    }
-    return keys;
-}
+#include "support/area_helpers.h"
+#include "support/recipe_helpers.h"
 
 static const struct
 {
@@ -146,35 +111,26 @@ private Q_SLOTS:
         driver.maxBlockWords = row.limit;
         const int modes[] = {1, 0, 3, -1};
         for (const int mode : modes) {
-            QList<KEY_ADDRESS> list = keysOf(latin(row.keys));
+            QList<KEY_ADDRESS> list = keysOf(row.keys);
             addrMerge(list, mode);
-            QCOMPARE(described(list), latin(row.blocks));
+            QCOMPARE(rangesText(list), latin(row.blocks));
         }
         QVERIFY(driver.rcpBlockStarts.isEmpty());
 
-        QList<KEY_ADDRESS> list = keysOf(latin(row.keys));
-        const int count = latin(row.blocks).isEmpty()
-                              ? 0
-                              : static_cast<int>(latin(row.blocks).count(QLatin1Char('/')));
-        QCOMPARE(intf_addrMerge(list), count);
-        QCOMPARE(described(driver.cyclicReads), latin(row.blocks));
-        QCOMPARE(described(list), latin(row.keys));
+        QList<KEY_ADDRESS> list = keysOf(row.keys);
+        QCOMPARE(intf_addrMerge(list), static_cast<int>(QByteArray(row.blocks).count('/')));
+        QCOMPARE(rangesText(driver.cyclicReads), latin(row.blocks));
+        QCOMPARE(rangesText(list), latin(row.keys));
     }
 
     // The weight of word 65535 of one register is that of word 0 of the next.
     void manyEqualWeightsStay()
     {
         DriverFixture fixture;
-        QStringList parts;
-        for (int i = 0; i < 100; ++i) {
-            parts.append(QLatin1String("0/C_W:0*1"));
-            parts.append(QLatin1String("0/D_W:65535*1"));
-        }
-        const QString text = parts.join(QLatin1String(" "));
-        QList<KEY_ADDRESS> keys = keysOf(text);
+        const QByteArray texts = QByteArray("0/C_W:0*1 0/D_W:65535*1 ").repeated(100).trimmed();
+        QList<KEY_ADDRESS> keys = keysOf(texts);
         addrMerge(keys, kMergeReads);
-
-        QCOMPARE(described(keys), text);
+        QCOMPARE(rangesText(keys), latin(texts.constData()));
     }
 
     void recipeIsMerged_data() { addRows(kRecipeIsMerged); }
@@ -183,21 +139,16 @@ private Q_SLOTS:
         const auto &row = currentRow(kRecipeIsMerged);
         DriverFixture fixture;
         driver.maxBlockWords = row.limit;
-        QList<KEY_ADDRESS> list = keysOf(latin(row.keys));
+        QList<KEY_ADDRESS> list = keysOf(row.keys);
         addrMerge(list, kMergeRecipe);
-        QCOMPARE(described(list), latin(row.blocks));
-        QStringList starts;
-        const QList<int> blockStarts = driver.rcpBlockStarts;
-        for (const int start : blockStarts) {
-            starts.append(QString::number(start));
-        }
-        QCOMPARE(starts.join(QLatin1String(" ")), latin(row.starts));
+        QCOMPARE(rangesText(list), latin(row.blocks));
+        QCOMPARE(startsText(), QByteArray(row.starts));
     }
 
     void blockKeepsItsFirstKey()
     {
         DriverFixture fixture;
-        QList<KEY_ADDRESS> keys = keysOf(latin("1/D_W:1*1 1/D_W:0*1"));
+        QList<KEY_ADDRESS> keys = keysOf("1/D_W:1*1 1/D_W:0*1");
         keys[1].keyText = QLatin1String("first");
         keys[1].keyA = 11;
         keys[1].keyB = 22;
@@ -206,12 +157,8 @@ private Q_SLOTS:
         keys[1].data[1023] = 0x5A;
         addrMerge(keys, kMergeReads);
 
-        QCOMPARE(described(keys), latin("1/D_W:0*2"));
-        QCOMPARE(keys.at(0).keyText, latin("first"));
-        QCOMPARE(keys.at(0).keyA, 11);
-        QCOMPARE(keys.at(0).keyB, 22);
-        QCOMPARE(keys.at(0).addrText, latin("0"));
-        QCOMPARE(keys.at(0).bitFlag, -1);
+        QCOMPARE(rangesText(keys), latin("1/D_W:0*2"));
+        QCOMPARE(otherFieldsText(keys.at(0)), latin("first 11 22 0 -1"));
         QCOMPARE(int(keys.at(0).data[1023]), 0x5A);
     }
 
@@ -219,23 +166,21 @@ private Q_SLOTS:
     {
         DriverFixture fixture;
         driver.rcpBlockStarts.append(77);
-        QList<KEY_ADDRESS> keys = keysOf(latin("1/D_W:0*1"));
+        QList<KEY_ADDRESS> keys = keysOf("1/D_W:0*1");
         addrMerge(keys, kMergeRecipe);
 
-        QCOMPARE(sizeOf(driver.rcpBlockStarts), 2);
-        QCOMPARE(driver.rcpBlockStarts.at(0), 77);
-        QCOMPARE(driver.rcpBlockStarts.at(1), 0);
+        QCOMPARE(startsText(), QByteArray("77 0"));
     }
 
     void cyclicReadsAreReplaced()
     {
         DriverFixture fixture;
         driver.cyclicReads.append(makeItem(9, "M_W", 0, 1));
-        QList<KEY_ADDRESS> keys = keysOf(latin("1/D_W:100*5"));
+        QList<KEY_ADDRESS> keys = keysOf("1/D_W:100*5");
         std::memset(keys[0].data, 0x5A, sizeof(keys[0].data));
 
         QCOMPARE(intf_addrMerge(keys), 1);
-        QCOMPARE(described(driver.cyclicReads), latin("1/D_W:100*5"));
+        QCOMPARE(rangesText(driver.cyclicReads), latin("1/D_W:100*5"));
         QCOMPARE(driver.cyclicReads.at(0).opKind, 4);
         const VARIABLE blank = VARIABLE();
         QCOMPARE(std::memcmp(driver.cyclicReads.at(0).data, blank.data, sizeof(blank.data)), 0);
@@ -248,7 +193,7 @@ private Q_SLOTS:
         driver.conditionReads.append(makeItem(1, "D_W", 0, 1));
         queueFrame(FRAME_PRO());
         driver.rcpBlockStarts.append(0);
-        QList<KEY_ADDRESS> keys = keysOf(latin("1/D_W:100*5"));
+        QList<KEY_ADDRESS> keys = keysOf("1/D_W:100*5");
         intf_addrMerge(keys);
 
         QCOMPARE(sizeOf(driver.pendingWrites), 1);
@@ -261,18 +206,12 @@ private Q_SLOTS:
     {
         DriverFixture fixture;
         driver.dataArea.append(markedRecord());
-        QList<KEY_ADDRESS> keys = keysOf(latin("1/M_bit:35*2 1/D_W:7*1"));
+        QList<KEY_ADDRESS> keys = keysOf("1/M_bit:35*2 1/D_W:7*1");
         intf_addrMerge(keys);
 
         QCOMPARE(sizeOf(driver.dataArea), 2);
-        const _DATA_ &bits = driver.dataArea.at(0);
-        QCOMPARE(bits.monitorFlags, 0);
-        QCOMPARE(bits.bitMonitorFlags, 0x18);
-        const _DATA_ &word = driver.dataArea.at(1);
-        QCOMPARE(word.regPrefix, latin("D"));
-        QCOMPARE(word.unitAddr, 7);
-        QCOMPARE(word.monitorFlags, 1);
-        QCOMPARE(word.bitMonitorFlags, 0);
+        QCOMPARE(recordText(driver.dataArea.at(0)), QByteArray("1M2=11000000/00000022/1/85/0/24"));
+        QCOMPARE(recordText(driver.dataArea.at(1)), QByteArray("1D7=00000000/00000000/0/0/1/0"));
     }
 
     void emptySetClearsTheMarks()
@@ -285,12 +224,8 @@ private Q_SLOTS:
         QCOMPARE(intf_addrMerge(keys), 0);
         QVERIFY(driver.cyclicReads.isEmpty());
         QCOMPARE(sizeOf(driver.dataArea), 1);
-        const _DATA_ &record = driver.dataArea.at(0);
-        QCOMPARE(record.monitorFlags | record.bitMonitorFlags | record.spareFlag, 0);
-        QCOMPARE(int(record.writePending), 1);
-        QCOMPARE(record.pendingBits, 0x55);
-        QCOMPARE(int(record.readValue[0]), 0x11);
-        QCOMPARE(int(record.writeValue[3]), 0x22);
+        QCOMPARE(recordText(driver.dataArea.at(0)), QByteArray("1M2=11000000/00000022/1/85/0/0"));
+        QCOMPARE(int(driver.dataArea.at(0).spareFlag), 0);
     }
 };
 

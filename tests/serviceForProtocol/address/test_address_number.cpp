@@ -14,18 +14,39 @@ static const Case<const char *, int> kNameLeadsToItsIndex[] = {
     {"empty", "", -1},
 };
 
-// Reads one row of the two tables below.
-static void checkReading()
+static const struct
 {
-    QFETCH(QString, text);
-    QFETCH(QString, format);
-    QFETCH(QString, name);
-    QFETCH(int, value);
-
-    int number = 77;
-    QTEST(a2i(text, number, format, name), "result");
-    QCOMPARE(number, value);
-}
+    const char *what, *text, *format, *name;
+    int result, value; // was 77 before
+} kTextIsRead[] = {
+    {"decimal", "0100", "DDDD", "D_W", 1, 100},
+    {"hexadecimal", "0100", "HHHH", "D_W", 1, 256},
+    {"octal", "0100", "OOOO", "D_W", 1, 64},
+    {"hexadecimal letters", "1f", "HH", "D_W", 1, 31},
+    {"one letter of pattern", "17", "O", "D_W", 1, 15},
+    {"unknown pattern is decimal", "0100", "XXXX", "D_W", 1, 100},
+    {"lower-case pattern is decimal", "0100", "hhhh", "D_W", 1, 100},
+    {"empty pattern is decimal", "0100", "", "D_W", 1, 100},
+    {"digits are not counted", "1234567", "DD", "D_W", 1, 1234567},
+    {"negative", "-5", "DDDD", "D_W", 1, -5},
+    {"plain pattern of a bit name", "12", "DDD", "M_bit", 1, 12},
+    {"no number", "abc", "DDDD", "D_W", -1, 0},
+    {"number with a tail", "12A", "DDDD", "D_W", -1, 0},
+    {"digit outside the radix", "18", "OOOO", "D_W", -1, 0},
+    {"word.bit under a plain pattern", "12.5", "DDDD", "D_W", -1, 0},
+    {"empty text", "", "DDDD", "D_W", -1, 0},
+    {"beyond 32 bits", "2147483648", "DDDD", "D_W", -1, 0},
+    {"top of the numbers", "2147483647", "DDDD", "D_W", 1, INT_MAX},
+    {"word.bit", "12.5", "DDD.dd", "M_bit", 1, 197},
+    {"word.bit, leading zero", "12.05", "DDD.dd", "M_bit", 1, 197},
+    {"word.bit, negative bit", "3.-1", "DDD.dd", "M_bit", 1, 47},
+    {"bit too high", "12.16", "DDD.dd", "M_bit", -1, 77},
+    {"word alone", "12", "DDD.dd", "M_bit", -1, 77},
+    {"three parts", "1.2.3", "DDD.dd", "M_bit", -1, 77},
+    {"number that is the fault's mark", "0.-1", "DDD.dd", "M_bit", -1, 77},
+    {"word.bit of a word register", "12.5", "DDD.dd", "D_W", 1, 0},
+    {"differing letters are word.bit", "12.5", "DH", "M_bit", 1, 197},
+};
 
 static const Case<const char *, bool> kPatternTellsTheForm[] = {
     {"equal letters", "DDDD", false},
@@ -86,60 +107,14 @@ private Q_SLOTS:
         QCOMPARE(getIndexFromRegName(latin(row.given)), row.expected);
     }
 
-    void plainTextIsRead_data()
+    void textIsRead_data() { addRows(kTextIsRead); }
+    void textIsRead()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("format");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("result");
-        QTest::addColumn<int>("value"); // was 77 before
-
-        // clang-format off
-        QTest::newRow("decimal") << "0100" << "DDDD" << "D_W" << 1 << 100;
-        QTest::newRow("hexadecimal") << "0100" << "HHHH" << "D_W" << 1 << 256;
-        QTest::newRow("octal") << "0100" << "OOOO" << "D_W" << 1 << 64;
-        QTest::newRow("hexadecimal letters") << "1f" << "HH" << "D_W" << 1 << 31;
-        QTest::newRow("one letter of pattern") << "17" << "O" << "D_W" << 1 << 15;
-        QTest::newRow("unknown pattern is decimal") << "0100" << "XXXX" << "D_W" << 1 << 100;
-        QTest::newRow("lower-case pattern is decimal") << "0100" << "hhhh" << "D_W" << 1 << 100;
-        QTest::newRow("empty pattern is decimal") << "0100" << "" << "D_W" << 1 << 100;
-        QTest::newRow("digits are not counted") << "1234567" << "DD" << "D_W" << 1 << 1234567;
-        QTest::newRow("negative") << "-5" << "DDDD" << "D_W" << 1 << -5;
-        QTest::newRow("plain pattern of a bit name") << "12" << "DDD" << "M_bit" << 1 << 12;
-        QTest::newRow("no number") << "abc" << "DDDD" << "D_W" << -1 << 0;
-        QTest::newRow("number with a tail") << "12A" << "DDDD" << "D_W" << -1 << 0;
-        QTest::newRow("digit outside the radix") << "18" << "OOOO" << "D_W" << -1 << 0;
-        QTest::newRow("word.bit under a plain pattern") << "12.5" << "DDDD" << "D_W" << -1 << 0;
-        QTest::newRow("empty text") << "" << "DDDD" << "D_W" << -1 << 0;
-        QTest::newRow("beyond 32 bits") << "2147483648" << "DDDD" << "D_W" << -1 << 0;
-        QTest::newRow("top of the numbers") << "2147483647" << "DDDD" << "D_W" << 1 << INT_MAX;
-        // clang-format on
+        const auto &row = currentRow(kTextIsRead);
+        int number = 77;
+        QCOMPARE(a2i(latin(row.text), number, latin(row.format), latin(row.name)), row.result);
+        QCOMPARE(number, row.value);
     }
-
-    void plainTextIsRead() { checkReading(); }
-
-    void wordBitTextIsRead_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("format");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("result");
-        QTest::addColumn<int>("value"); // was 77 before
-
-        // clang-format off
-        QTest::newRow("word.bit") << "12.5" << "DDD.dd" << "M_bit" << 1 << 197;
-        QTest::newRow("word.bit, leading zero") << "12.05" << "DDD.dd" << "M_bit" << 1 << 197;
-        QTest::newRow("word.bit, negative bit") << "3.-1" << "DDD.dd" << "M_bit" << 1 << 47;
-        QTest::newRow("bit too high") << "12.16" << "DDD.dd" << "M_bit" << -1 << 77;
-        QTest::newRow("word alone") << "12" << "DDD.dd" << "M_bit" << -1 << 77;
-        QTest::newRow("three parts") << "1.2.3" << "DDD.dd" << "M_bit" << -1 << 77;
-        QTest::newRow("number that is the fault's mark") << "0.-1" << "DDD.dd" << "M_bit" << -1 << 77;
-        QTest::newRow("word.bit of a word register") << "12.5" << "DDD.dd" << "D_W" << 1 << 0;
-        QTest::newRow("differing letters are word.bit") << "12.5" << "DH" << "M_bit" << 1 << 197;
-        // clang-format on
-    }
-
-    void wordBitTextIsRead() { checkReading(); }
 
     void patternTellsTheForm_data() { addRows(kPatternTellsTheForm); }
     void patternTellsTheForm()

@@ -6,21 +6,12 @@
 #include "serviceForProtocol/address/block_overlap.h"
 #include "support/area_helpers.h"
 
-// Blocks as "D_W 10 5", "2/D_W 10 5" at station 2, parted by "; ".
-static QVector<MergeKey> blocksOf(const QByteArray &text)
+static QVector<MergeKey> blocksOf(const char *texts)
 {
     QVector<MergeKey> blocks;
-    const QList<QByteArray> parts = text.split(';');
-    for (const QByteArray &part : parts) {
-        const QList<QByteArray> words = part.trimmed().split(' ');
-        if (sizeOf(words) < 3) {
-            continue;
-        }
-        const int slash = static_cast<int>(words.at(0).indexOf('/'));
-        const int station = slash < 0 ? 1 : words.at(0).left(slash).toInt();
-        blocks.append(mergeKeyOf(makeKey(station, words.at(0).mid(slash + 1).constData(),
-                                         words.at(1).toInt(), words.at(2).toInt()),
-                                 0));
+    const QList<KEY_ADDRESS> keys = keysOf(texts);
+    for (const KEY_ADDRESS &key : keys) {
+        blocks.append(mergeKeyOf(key, 0));
     }
     return blocks;
 }
@@ -40,30 +31,30 @@ static const struct
     const char *alone; // a digit for each
 } kBlocksAlone[] = {
     {"none", "", ""},
-    {"one", "D_W 10 5", "1"},
-    {"apart", "D_W 10 5; D_W 20 5", "11"},
-    {"side by side", "D_W 10 5; D_W 15 5", "11"},
-    {"one unit in common", "D_W 10 5; D_W 14 5", "00"},
-    {"the same", "D_W 10 5; D_W 10 5", "00"},
-    {"same start", "D_W 10 1; D_W 10 5", "00"},
-    {"one within the other", "D_W 10 50; D_W 20 5", "00"},
-    {"two within one", "D_W 10 50; D_W 20 5; D_W 30 5; D_W 60 5", "0001"},
-    {"a chain", "D_W 10 5; D_W 14 5; D_W 18 5; D_W 23 5", "0001"},
-    {"the long one first", "D_W 0 100; D_W 1 1; D_W 50 100; D_W 99 1; D_W 150 1", "00001"},
-    {"not in order", "D_W 30 5; D_W 10 5; D_W 12 5; D_W 20 5", "1001"},
-    {"other register", "D_W 10 5; M_W 10 5; TX 10 5; CX 10 5; T_W 10 5", "11111"},
-    {"registers mixed", "D_W 10 5; M_W 10 5; D_W 14 5; M_W 15 5", "0101"},
-    {"other station", "D_W 10 5; 2/D_W 10 5; 257/D_W 10 5", "111"},
-    {"contacts", "TX 10 3; TX 12 1; CX 12 1", "001"},
-    {"nothing covered", "D_W 10 0", "0"},
-    {"nothing covered, within another", "D_W 10 5; D_W 12 0; D_W 10 0", "100"},
-    {"fewer than none", "D_W 10 5; D_W 14 -3", "10"},
-    {"unknown register", "X_W 10 5; D 10 5", "00"},
-    {"negative address", "D_W -5 5", "0"},
-    {"from a negative address into another", "D_W -5 10; D_W 4 1; D_W 5 1", "001"},
-    {"last address", "D_W 2147483646 1", "1"},
-    {"beyond the last address", "D_W 2147483640 8; D_W 2147483647 1", "00"},
-    {"beyond the last address, into another", "D_W 2147483640 900; D_W 2147483645 1", "00"},
+    {"one", "D_W:10*5", "1"},
+    {"apart", "D_W:10*5 D_W:20*5", "11"},
+    {"side by side", "D_W:10*5 D_W:15*5", "11"},
+    {"one unit in common", "D_W:10*5 D_W:14*5", "00"},
+    {"the same", "D_W:10*5 D_W:10*5", "00"},
+    {"same start", "D_W:10*1 D_W:10*5", "00"},
+    {"one within the other", "D_W:10*50 D_W:20*5", "00"},
+    {"two within one", "D_W:10*50 D_W:20*5 D_W:30*5 D_W:60*5", "0001"},
+    {"a chain", "D_W:10*5 D_W:14*5 D_W:18*5 D_W:23*5", "0001"},
+    {"the long one first", "D_W:0*100 D_W:1*1 D_W:50*100 D_W:99*1 D_W:150*1", "00001"},
+    {"not in order", "D_W:30*5 D_W:10*5 D_W:12*5 D_W:20*5", "1001"},
+    {"other register", "D_W:10*5 M_W:10*5 TX:10*5 CX:10*5 T_W:10*5", "11111"},
+    {"registers mixed", "D_W:10*5 M_W:10*5 D_W:14*5 M_W:15*5", "0101"},
+    {"other station", "D_W:10*5 2/D_W:10*5 257/D_W:10*5", "111"},
+    {"contacts", "TX:10*3 TX:12*1 CX:12*1", "001"},
+    {"nothing covered", "D_W:10*0", "0"},
+    {"nothing covered, within another", "D_W:10*5 D_W:12*0 D_W:10*0", "100"},
+    {"fewer than none", "D_W:10*5 D_W:14*-3", "10"},
+    {"unknown register", "X_W:10*5 D:10*5", "00"},
+    {"negative address", "D_W:-5*5", "0"},
+    {"from a negative address into another", "D_W:-5*10 D_W:4*1 D_W:5*1", "001"},
+    {"last address", "D_W:2147483646*1", "1"},
+    {"beyond the last address", "D_W:2147483640*8 D_W:2147483647*1", "00"},
+    {"beyond the last address, into another", "D_W:2147483640*900 D_W:2147483645*1", "00"},
 };
 
 static bool covers(const MergeKey &block, int unit)
@@ -104,7 +95,7 @@ private Q_SLOTS:
     void blocksAlone()
     {
         const auto &row = currentRow(kBlocksAlone);
-        QCOMPARE(textOf(blocksOnTheirOwn(blocksOf(QByteArray(row.blocks)))), QByteArray(row.alone));
+        QCOMPARE(textOf(blocksOnTheirOwn(blocksOf(row.blocks))), QByteArray(row.alone));
     }
 
     void anyBlocks()

@@ -5,13 +5,6 @@
 #include "serviceForProtocol/address/address_merge.h"
 #include "support/driver_fixture.h"
 
-// "D_W:100*5", register:address*count.
-static QString described(const KEY_ADDRESS &key)
-{
-    return key.regName + QLatin1Char(':') + QString::number(key.startAddr) + QLatin1Char('*') +
-           QString::number(key.count);
-}
-
 static RegisterWidths widthsOf(int unitBits, int wordBits)
 {
     const RegisterWidths widths = {unitBits, wordBits, unitBits == 1 && wordBits != 1};
@@ -79,7 +72,7 @@ private Q_SLOTS:
         const auto &row = currentRow(kReadKeyBecomesWords);
         KEY_ADDRESS key = makeKey(1, row.name, row.startAddr, row.count);
         convertReadKey(key, widthsOf(row.unitBits, row.wordBits));
-        QCOMPARE(described(key), latin(row.expected));
+        QCOMPARE(rangeText(key), latin("1/") + latin(row.expected));
     }
 
     void recipeKeyBecomesWords_data() { addRows(kRecipeKeyBecomesWords); }
@@ -88,8 +81,7 @@ private Q_SLOTS:
         const auto &row = currentRow(kRecipeKeyBecomesWords);
         KEY_ADDRESS key = makeKey(1, "M_bit", 35, row.count);
         convertRecipeKey(key, widthsOf(row.unitBits, row.wordBits));
-        QCOMPARE(described(key), latin("M_bit:35*") + QString::number(row.expected));
-        QCOMPARE(key.stationNo, 1);
+        QCOMPARE(rangeText(key), latin("1/M_bit:35*") + QString::number(row.expected));
     }
 };
 

@@ -54,14 +54,6 @@ static const struct
     {"negative start", -6, 10, 4, "-6*4 -2*4 2*2"},
 };
 
-static QString otherFields(const KEY_ADDRESS &key)
-{
-    return latin("%1 %2 %3 %4 %5 %6 %7")
-        .arg(key.keyText, QString::number(key.keyA), QString::number(key.keyB),
-             QString::number(key.stationNo), key.regName, key.addrText,
-             QString::number(key.bitFlag));
-}
-
 static const struct
 {
     const char *what;
@@ -115,7 +107,8 @@ private Q_SLOTS:
 
         QCOMPARE(sizeOf(out), 3);
         for (int i = 0; i < 3; ++i) {
-            QCOMPARE(otherFields(out.at(i)), latin("text 11 22 5 D_W 2.0 -1"));
+            QCOMPARE(otherFieldsText(out.at(i)), latin("text 11 22 2.0 -1"));
+            QVERIFY(rangeText(out.at(i)).startsWith(latin("5/D_W:")));
         }
         QCOMPARE(key.startAddr, 32);
         QCOMPARE(key.count, 9);

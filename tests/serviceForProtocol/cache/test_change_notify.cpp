@@ -12,18 +12,27 @@ static void watch(int unitAddr, int monitorFlags, int bitMonitorFlags)
     record.bitMonitorFlags = bitMonitorFlags;
 }
 
-static void change(int bytes, bool compare, int before, int after, int index, int skipBits)
+// `before` and `after` may be null: nothing is compared then.
+static void change(int bytes, const int *before, const int *after, int index, int skipBits)
 {
-    const unsigned char oldByte = static_cast<unsigned char>(before);
-    const unsigned char newByte = static_cast<unsigned char>(after);
     if (bytes == 1) {
-        _byteDataChange(compare ? &oldByte : nullptr, compare ? &newByte : nullptr, index,
-                        skipBits);
+        const unsigned char oldByte = static_cast<unsigned char>(before != nullptr ? *before : 0);
+        const unsigned char newByte = static_cast<unsigned char>(after != nullptr ? *after : 0);
+        _byteDataChange(before != nullptr ? &oldByte : nullptr,
+                        after != nullptr ? &newByte : nullptr, index, skipBits);
     } else if (bytes == 2) {
-        _wordDataChange(compare ? &before : nullptr, compare ? &after : nullptr, index, skipBits);
+        _wordDataChange(before, after, index, skipBits);
     } else {
-        _dwordDataChange(compare ? &before : nullptr, compare ? &after : nullptr, index, skipBits);
+        _dwordDataChange(before, after, index, skipBits);
     }
+}
+
+static void changeUnits(int index)
+{
+    change(1, nullptr, nullptr, index, 0);
+    change(2, nullptr, nullptr, index, 0);
+    change(4, nullptr, nullptr, index, 0);
+    _bitDataChange(index);
 }
 
 static const struct
@@ -74,6 +83,21 @@ static const struct
 static const struct
 {
     const char *what;
+    int bytes;
+    bool nullOld;
+    const char *calls;
+} kOneNullValueReportsEveryBit[] = {
+    {"byte, no new value", 1, false, "7 2 M_bit 8, 7 2 M_bit 10"},
+    {"word, no new value", 2, false, "7 2 M_bit 16, 7 2 M_bit 18"},
+    {"double word, no new value", 4, false, "7 2 M_bit 32, 7 2 M_bit 34"},
+    {"byte, no old value", 1, true, "7 2 M_bit 8, 7 2 M_bit 10"},
+    {"word, no old value", 2, true, "7 2 M_bit 16, 7 2 M_bit 18"},
+    {"double word, no old value", 4, true, "7 2 M_bit 32, 7 2 M_bit 34"},
+};
+
+static const struct
+{
+    const char *what;
     int monitorFlags, bitFlags;
     const char *calls;
 } kContactUnit[] = {
@@ -97,30 +121,18 @@ static const Given<int> kIndexOutsideReportsNothing[] = {
 
 static QStringList namesHeard;
 
-static int leaveName(int, int, QString &name, int)
+static int hearName(QString &name)
 {
     namesHeard.append(name);
     return 0;
 }
 
-static int overwriteName(int, int, QString &name, int)
-{
-    namesHeard.append(name);
-    name[0] = QLatin1Char('?');
-    return 0;
-}
-
-static int emptyName(int, int, QString &name, int)
-{
-    namesHeard.append(name);
-    name.clear();
-    return 0;
-}
-
-static const Given<int> kNameIsRightWhateverTheHostDoes[] = {
-    {"leaves it", 0},
-    {"writes into it", 1},
-    {"empties it", 2},
+static const Given<ValueChangeCallback> kNameIsRightWhateverTheHostDoes[] = {
+    // clang-format off
+    {"leaves it", [](int, int, QString &name, int) { return hearName(name); }},
+    {"writes into it", [](int, int, QString &name, int) { hearName(name); name[0] = QLatin1Char('?'); return 0; }},
+    {"empties it", [](int, int, QString &name, int) { hearName(name); name.clear(); return 0; }},
+    // clang-format on
 };
 
 static void growArea()
@@ -141,47 +153,20 @@ private Q_SLOTS:
         const auto &row = currentRow(kViewsOfUnit);
         DriverFixture fixture;
         watch(row.unitAddr, row.monitorFlags, row.bitFlags);
-        change(row.bytes, row.compare, row.before, row.after, 0, row.skipBits);
+        change(row.bytes, row.compare ? &row.before : nullptr, row.compare ? &row.after : nullptr,
+               0, row.skipBits);
         QCOMPARE(callsText(), latin(row.calls));
     }
 
-    void oneNullValueReportsEveryBit_data()
-    {
-        QTest::addColumn<int>("bytes");
-        QTest::addColumn<bool>("nullOld");
-        QTest::addColumn<QString>("calls");
-
-        for (int null = 0; null < 2; ++null) {
-            const QByteArray side = null != 0 ? "old value" : "new value";
-            QTest::newRow(("byte, no " + side).constData())
-                << 1 << (null != 0) << latin("7 2 M_bit 8, 7 2 M_bit 10");
-            QTest::newRow(("word, no " + side).constData())
-                << 2 << (null != 0) << latin("7 2 M_bit 16, 7 2 M_bit 18");
-            QTest::newRow(("double word, no " + side).constData())
-                << 4 << (null != 0) << latin("7 2 M_bit 32, 7 2 M_bit 34");
-        }
-    }
-
+    void oneNullValueReportsEveryBit_data() { addRows(kOneNullValueReportsEveryBit); }
     void oneNullValueReportsEveryBit()
     {
-        QFETCH(int, bytes);
-        QFETCH(bool, nullOld);
-        QFETCH(QString, calls);
-
+        const auto &row = currentRow(kOneNullValueReportsEveryBit);
         DriverFixture fixture;
         watch(1, 0, 0x5);
         const int number = 4;
-        const unsigned char byte = 4;
-        const int *const oldNumber = nullOld ? nullptr : &number;
-        const int *const newNumber = nullOld ? &number : nullptr;
-        if (bytes == 1) {
-            _byteDataChange(nullOld ? nullptr : &byte, nullOld ? &byte : nullptr, 0, 0);
-        } else if (bytes == 2) {
-            _wordDataChange(oldNumber, newNumber, 0, 0);
-        } else {
-            _dwordDataChange(oldNumber, newNumber, 0, 0);
-        }
-        QCOMPARE(callsText(), calls);
+        change(row.bytes, row.nullOld ? nullptr : &number, row.nullOld ? &number : nullptr, 0, 0);
+        QCOMPARE(callsText(), latin(row.calls));
     }
 
     void contactUnit_data() { addRows(kContactUnit); }
@@ -210,10 +195,7 @@ private Q_SLOTS:
         const auto &row = currentRow(kIndexOutsideReportsNothing);
         DriverFixture fixture;
         watch(1, 0x7F, 0xFF);
-        change(1, false, 0, 0, row.given, 0);
-        change(2, false, 0, 0, row.given, 0);
-        change(4, false, 0, 0, row.given, 0);
-        _bitDataChange(row.given);
+        changeUnits(row.given);
         QCOMPARE(callsText(), QString());
     }
 
@@ -227,7 +209,8 @@ private Q_SLOTS:
         QCOMPARE(callsText(), latin("1 2 M_W 3, 4 5 M_W 6"));
         DriverFixture::calls().clear();
         watch(3, 0x7, 0);
-        change(2, true, 0, 1, 0, 0);
+        const int values[] = {0, 1};
+        change(2, &values[0], &values[1], 0, 0);
         QCOMPARE(callsText(), latin("7 2 M_W 3, 7 2 M_D 3, 7 2 M_D 2"));
         QCOMPARE(driver.dataArea.at(0).regPrefix, latin("M"));
     }
@@ -237,11 +220,11 @@ private Q_SLOTS:
     {
         const auto &row = currentRow(kNameIsRightWhateverTheHostDoes);
         DriverFixture fixture;
-        const ValueChangeCallback hosts[] = {&leaveName, &overwriteName, &emptyName};
-        intf_setAddrValueChangeCallBack(hosts[row.given]);
+        intf_setAddrValueChangeCallBack(row.given);
         namesHeard.clear();
         watch(3, 0x7, 0x3);
-        change(2, true, 0, 3, 0, 0);
+        const int values[] = {0, 3};
+        change(2, &values[0], &values[1], 0, 0);
         QCOMPARE(namesHeard.join(latin(" ")), latin("M_bit M_bit M_W M_D M_D"));
     }
 
@@ -249,7 +232,8 @@ private Q_SLOTS:
     {
         DriverFixture fixture;
         watch(0, 0, -1);
-        change(4, true, 0, -1, 0, 0);
+        const int values[] = {0, -1};
+        change(4, &values[0], &values[1], 0, 0);
         QCOMPARE(sizeOf(DriverFixture::calls()), 32);
         QCOMPARE(DriverFixture::calls().last(), latin("7 2 M_bit 31"));
     }
@@ -276,10 +260,7 @@ private Q_SLOTS:
         DriverFixture fixture;
         watch(1, 0x7F, 0xFF);
         intf_setAddrValueChangeCallBack(nullptr);
-        change(1, false, 0, 0, 0, 0);
-        change(2, false, 0, 0, 0, 0);
-        change(4, false, 0, 0, 0, 0);
-        _bitDataChange(0);
+        changeUnits(0);
         notifyHost(1, 2, latin("M_W"), 3);
         QCOMPARE(callsText(), QString());
     }
@@ -289,7 +270,7 @@ private Q_SLOTS:
         DriverFixture fixture;
         DriverFixture::hook() = &growArea;
         watch(5, 0x7F, 0x3);
-        change(1, false, 0, 0, 0, 0);
+        change(1, nullptr, nullptr, 0, 0);
         QCOMPARE(callsText(), latin("7 2 M_bit 40, 7 2 M_bit 41, 7 2 M_B 5, 7 2 M_W 5, 7 2 M_W 4, "
                                     "7 2 M_D 5, 7 2 M_D 4, 7 2 M_D 3, 7 2 M_D 2"));
     }
