@@ -5,14 +5,16 @@
 
 using namespace plc;
 
-static const int word = int(PointKind::Word);
-static const int bit = int(PointKind::Bit);
-static const int contact = int(PointKind::Contact);
+static const PointKind word = PointKind::Word;
+static const PointKind bit = PointKind::Bit;
+static const PointKind contact = PointKind::Contact;
+
 static const struct
 {
     const char *what;
     char device;
-    int kind, address;
+    PointKind kind;
+    int address;
 } kGood[] = {
     {"%DW0100", 'D', word, 100},
     {"%DW1", 'D', word, 1},
@@ -48,11 +50,11 @@ private Q_SLOTS:
     void good()
     {
         const auto &row = currentRow(kGood);
-        const auto named = readDeviceName(QTest::currentDataTag());
+        const auto named = readDeviceName(row.what);
         QVERIFY(std::holds_alternative<Point>(named));
         const Point point = std::get<Point>(named);
         QCOMPARE(point.device, row.device);
-        QCOMPARE(int(point.kind), row.kind);
+        QVERIFY(point.kind == row.kind);
         QCOMPARE(point.address, row.address);
     }
 

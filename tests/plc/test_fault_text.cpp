@@ -25,18 +25,55 @@ static const Case<int, int> kUsualValues[] = {
 static const struct
 {
     const char *what;
-    int station, kind, low, high, times, percent;
+    int station;
+    FaultKind kind;
+    int low, high, times, percent;
 } kFaults[] = {
-    {"1:silence*3", 1, int(FaultKind::Silence), 0, 0, 3, 100},
-    {"2:delay=50..200", 2, int(FaultKind::Delay), 50, 200, -1, 100},
-    {"delay=50", -1, int(FaultKind::Delay), 50, 50, -1, 100},
-    {"wrong-check@10%", -1, int(FaultKind::WrongCheck), 0, 0, -1, 10},
-    {"31:refuse=12ab*2@50%", 31, int(FaultKind::Refuse), 0x12AB, 0x12AB, 2, 50},
-    {"0:wrong-station=31", 0, int(FaultKind::WrongStation), 31, 31, -1, 100},
-    {"truncate=0..5", -1, int(FaultKind::Truncate), 0, 5, -1, 100},
-    {"repeat=5", -1, int(FaultKind::Repeat), 5, 5, -1, 100},
-    {"repeat=1..3*2@7%", -1, int(FaultKind::Repeat), 1, 3, 2, 7},
-    {"echo@0%", -1, int(FaultKind::Echo), 0, 0, -1, 0},
+    {"1:silence*3", 1, FaultKind::Silence, 0, 0, 3, 100},
+    {"2:delay=50..200", 2, FaultKind::Delay, 50, 200, -1, 100},
+    {"delay=50", -1, FaultKind::Delay, 50, 50, -1, 100},
+    {"wrong-check@10%", -1, FaultKind::WrongCheck, 0, 0, -1, 10},
+    {"31:refuse=12ab*2@50%", 31, FaultKind::Refuse, 0x12AB, 0x12AB, 2, 50},
+    {"0:wrong-station=31", 0, FaultKind::WrongStation, 31, 31, -1, 100},
+    {"truncate=0..5", -1, FaultKind::Truncate, 0, 5, -1, 100},
+    {"repeat=5", -1, FaultKind::Repeat, 5, 5, -1, 100},
+    {"repeat=1..3*2@7%", -1, FaultKind::Repeat, 1, 3, 2, 7},
+    {"echo@0%", -1, FaultKind::Echo, 0, 0, -1, 0},
+};
+
+static const char *const kTimes =
+    "expected *TIMES behind the kind and its value, with TIMES from 1 to 1000000000";
+static const char *const kPercent = "expected @PERCENT% at the end, with PERCENT from 0 to 100";
+static const char *const kDelay =
+    "expected delay=MS[..MS] with values from 0 to 600000, the lower one first";
+
+static const Given<const char *> kWrongFaults[] = {
+    // what is in the message
+    {"", "expected one of silence, delay"},
+    {"silent", "expected one of silence, delay"},
+    {"32:silence", "expected a station from 0 to 31"},
+    {"a:silence", "expected a station from 0 to 31"},
+    {"silence*0", kTimes},
+    {"silence*", kTimes},
+    {"silence*-1", kTimes},
+    {"silence*1000000001", kTimes},
+    {"silence@10", kPercent},
+    {"silence@101%", kPercent},
+    {"silence@-1%", kPercent},
+    {"silence@10%*3", kPercent},
+    {"silence@%", kPercent},
+    {"silence=3", "silence takes no value"},
+    {"echo=", "echo takes no value"},
+    {"delay=", kDelay},
+    {"delay=5..", kDelay},
+    {"delay=5..4", kDelay},
+    {"delay=600001", kDelay},
+    {"refuse=1..2", "expected refuse=CODE with values from 0 to FFFF"},
+    {"refuse=10000", "expected refuse=CODE with values from 0 to FFFF"},
+    {"wrong-station=32", "expected wrong-station=STATION with values from 0 to 31"},
+    {"oversize=4097", "expected oversize=BYTES[..BYTES] with values from 0 to 4096"},
+    {"repeat=0", "expected repeat=COPIES[..COPIES] with values from 1 to 5"},
+    {"repeat=2..6", "expected repeat=COPIES[..COPIES] with values from 1 to 5"},
 };
 
 class TestFaultText : public QObject
@@ -50,8 +87,8 @@ private Q_SLOTS:
         for (int i = 0; i < kFaultKinds; ++i) {
             const FaultKindText &row = faultKindTexts()[static_cast<std::size_t>(i)];
             QCOMPARE(int(row.kind), i);
-            QCOMPARE(faultName(row.kind), QString::fromLatin1(row.name));
-            QVERIFY(faultHelp().contains(QString::fromLatin1(row.name)));
+            QCOMPARE(faultName(row.kind), latin(row.name));
+            QVERIFY(faultHelp().contains(latin(row.name)));
             QVERIFY(std::holds_alternative<FaultSetting>(parseFault(faultName(row.kind))));
         }
     }
@@ -60,7 +97,7 @@ private Q_SLOTS:
     void usualValues()
     {
         const auto &row = currentRow(kUsualValues);
-        const auto parsed = parseFault(QString::fromLatin1(QTest::currentDataTag()));
+        const auto parsed = parseFault(latin(row.what));
         const FaultSetting setting = std::get<FaultSetting>(parsed);
         QCOMPARE(setting.fault.low, row.given);
         QCOMPARE(setting.fault.high, row.expected);
@@ -95,64 +132,26 @@ private Q_SLOTS:
     void faults()
     {
         const auto &row = currentRow(kFaults);
-        const auto parsed = parseFault(QString::fromLatin1(QTest::currentDataTag()));
+        const auto parsed = parseFault(latin(row.what));
         QVERIFY(std::holds_alternative<FaultSetting>(parsed));
         const FaultSetting setting = std::get<FaultSetting>(parsed);
         QCOMPARE(setting.station, row.station);
-        QCOMPARE(int(setting.fault.kind), row.kind);
+        QVERIFY(setting.fault.kind == row.kind);
         QCOMPARE(setting.fault.low, row.low);
         QCOMPARE(setting.fault.high, row.high);
         QCOMPARE(setting.fault.times, row.times);
         QCOMPARE(setting.fault.percent, row.percent);
     }
 
-    void wrongFaults_data()
-    {
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char *text, const char *expected) {
-            QTest::newRow(text) << QString::fromLatin1(expected);
-        };
-        const char *const times =
-            "expected *TIMES behind the kind and its value, with TIMES from 1 to 1000000000";
-        const char *const percent = "expected @PERCENT% at the end, with PERCENT from 0 to 100";
-        row("", "expected one of silence, delay");
-        row("silent", "expected one of silence, delay");
-        row("32:silence", "expected a station from 0 to 31");
-        row("a:silence", "expected a station from 0 to 31");
-        row("silence*0", times);
-        row("silence*", times);
-        row("silence*-1", times);
-        row("silence*1000000001", times);
-        row("silence@10", percent);
-        row("silence@101%", percent);
-        row("silence@-1%", percent);
-        row("silence@10%*3", percent);
-        row("silence@%", percent);
-        row("silence=3", "silence takes no value");
-        row("echo=", "echo takes no value");
-        row("delay=", "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
-        row("delay=5..",
-            "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
-        row("delay=5..4",
-            "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
-        row("delay=600001",
-            "expected delay=MS[..MS] with values from 0 to 600000, the lower one first");
-        row("refuse=1..2", "expected refuse=CODE with values from 0 to FFFF");
-        row("refuse=10000", "expected refuse=CODE with values from 0 to FFFF");
-        row("wrong-station=32", "expected wrong-station=STATION with values from 0 to 31");
-        row("oversize=4097", "expected oversize=BYTES[..BYTES] with values from 0 to 4096");
-        row("repeat=0", "expected repeat=COPIES[..COPIES] with values from 1 to 5");
-        row("repeat=2..6", "expected repeat=COPIES[..COPIES] with values from 1 to 5");
-    }
-
+    void wrongFaults_data() { addRows(kWrongFaults); }
     void wrongFaults()
     {
-        QFETCH(QString, expected);
-        const QString text = QString::fromLatin1(QTest::currentDataTag());
+        const auto &row = currentRow(kWrongFaults);
+        const QString text = latin(row.what);
         const auto parsed = parseFault(text);
         QVERIFY(std::holds_alternative<TextError>(parsed));
         const QString message = std::get<TextError>(parsed).message;
-        QVERIFY2(message.contains(expected), qPrintable(message));
+        QVERIFY2(message.contains(latin(row.given)), qPrintable(message));
         QVERIFY(message.contains(QLatin1Char('"') + text + QLatin1Char('"')));
     }
 };

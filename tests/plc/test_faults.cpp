@@ -101,7 +101,7 @@ private Q_SLOTS:
     {
         const auto &row = currentRow(kFrames);
         Faults faults;
-        const Fault fault{static_cast<FaultKind>(row.kind), row.value, row.value};
+        const Fault fault{row.kind, row.value, row.value};
         QCOMPARE(all(faults.disturb({fault}, kRequest, row.answer)), wire(row.sent));
     }
 

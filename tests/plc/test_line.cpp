@@ -33,16 +33,17 @@ static const Case<const char *, const char *> kStationsAnswerForThemselves[] = {
 static const struct
 {
     const char *what;
-    int kind, value;
+    FaultKind kind;
+    int value;
     QByteArray sent;
     int ms;
 } kFaultsPassTheLine[] = {
-    {"delay", int(FaultKind::Delay), 250, kData, 250},
-    {"wrong-station", int(FaultKind::WrongStation), 2, wire("[ACK]02rSS01021234[ETX]10"), 0},
-    {"truncate", int(FaultKind::Truncate), 3, wire("[ACK]01"), 0},
-    {"echo", int(FaultKind::Echo), 0, kRead + kData, 0},
-    {"repeat", int(FaultKind::Repeat), 2, kData + kData + kData, 0},
-    {"split", int(FaultKind::Split), 2, kData, 2 * (int(kData.size()) - 1)},
+    {"delay", FaultKind::Delay, 250, kData, 250},
+    {"wrong-station", FaultKind::WrongStation, 2, wire("[ACK]02rSS01021234[ETX]10"), 0},
+    {"truncate", FaultKind::Truncate, 3, wire("[ACK]01"), 0},
+    {"echo", FaultKind::Echo, 0, kRead + kData, 0},
+    {"repeat", FaultKind::Repeat, 2, kData + kData + kData, 0},
+    {"split", FaultKind::Split, 2, kData, 2 * (int(kData.size()) - 1)},
 };
 
 static const struct
@@ -156,7 +157,7 @@ private Q_SLOTS:
         Bus bus;
         Unit &unit = bus.add(1);
         unit.station.memory().setWord('D', 100, 0x1234);
-        unit.faults.add({static_cast<FaultKind>(row.kind), row.value, row.value, 1});
+        unit.faults.add({row.kind, row.value, row.value, 1});
         Line line(bus);
         const std::vector<Chunk> chunks = line.receive(kRead);
         QCOMPARE(joined(chunks), row.sent);

@@ -29,28 +29,30 @@ static const struct
 {
     const char *what;
     char device;
-    int kind, address;
+    PointKind kind;
+    int address;
 } kOutside[] = {
-    {"negative word", 'D', int(PointKind::Word), -1},
-    {"negative bit", 'M', int(PointKind::Bit), -1},
-    {"bit beyond", 'M', int(PointKind::Bit), 256 * 16},
-    {"negative contact", 'T', int(PointKind::Contact), -1},
-    {"contact beyond", 'T', int(PointKind::Contact), 256},
-    {"contact of a relay", 'M', int(PointKind::Contact), 0},
-    {"device unknown", 'Z', int(PointKind::Word), 0},
-    {"far beyond", 'D', int(PointKind::Word), 0x7FFFFFFF},
+    {"negative word", 'D', PointKind::Word, -1},
+    {"negative bit", 'M', PointKind::Bit, -1},
+    {"bit beyond", 'M', PointKind::Bit, 256 * 16},
+    {"negative contact", 'T', PointKind::Contact, -1},
+    {"contact beyond", 'T', PointKind::Contact, 256},
+    {"contact of a relay", 'M', PointKind::Contact, 0},
+    {"device unknown", 'Z', PointKind::Word, 0},
+    {"far beyond", 'D', PointKind::Word, 0x7FFFFFFF},
 };
 
 static const struct
 {
     const char *what;
     char device;
-    int kind, address, written, read;
+    PointKind kind;
+    int address, written, read;
 } kPointsReachTheSame[] = {
-    {"word", 'D', int(PointKind::Word), 100, 0xBEEF, 0xBEEF},
-    {"bit 3.5", 'M', int(PointKind::Bit), 53, 1, 1},
-    {"bit: all but 0 is 1", 'M', int(PointKind::Bit), 53, 0x100, 1},
-    {"contact", 'C', int(PointKind::Contact), 255, 2, 1},
+    {"word", 'D', PointKind::Word, 100, 0xBEEF, 0xBEEF},
+    {"bit 3.5", 'M', PointKind::Bit, 53, 1, 1},
+    {"bit: all but 0 is 1", 'M', PointKind::Bit, 53, 0x100, 1},
+    {"contact", 'C', PointKind::Contact, 255, 2, 1},
 };
 
 class TestMemory : public QObject
@@ -90,7 +92,7 @@ private Q_SLOTS:
     {
         const auto &row = currentRow(kOutside);
         Memory memory;
-        const Point point{row.device, static_cast<PointKind>(row.kind), row.address};
+        const Point point{row.device, row.kind, row.address};
         QCOMPARE(memory.value(point).has_value(), false);
         QCOMPARE(memory.setValue(point, 1), false);
     }
@@ -127,7 +129,7 @@ private Q_SLOTS:
     {
         const auto &row = currentRow(kPointsReachTheSame);
         Memory memory;
-        const Point point{row.device, static_cast<PointKind>(row.kind), row.address};
+        const Point point{row.device, row.kind, row.address};
         QVERIFY(memory.setValue(point, static_cast<quint16>(row.written)));
         QCOMPARE(int(*memory.value(point)), row.read);
         if (point.kind == PointKind::Word) {

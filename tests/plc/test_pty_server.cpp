@@ -1,6 +1,6 @@
 #include "plc/pty_server.h"
 
-#include "wire_text.h"
+#include "served_bus.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -14,9 +14,6 @@
 using namespace plc;
 
 namespace {
-
-const QByteArray kRead = wire("[ENQ]01RSS0107%DW0100[EOT]");
-const QByteArray kData = wire("[ACK]01RSS01021234[ETX]");
 
 /** A master that opens the device as a plain file, without settings of its own. */
 class Master
@@ -59,19 +56,12 @@ class TestPtyServer : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        m_bus = std::make_unique<Bus>();
-        m_bus->add(1).station.memory().setWord('D', 100, 0x1234);
-        m_setup = ServerSetup();
-        m_setup.bus = m_bus.get();
-        m_setup.clock.start();
-    }
+    void init() { m_served = std::make_unique<ServedBus>(); }
 
     void everyByteArrives()
     {
         // No terminal may act upon the control characters of a frame, nor double what it is sent.
-        PtyServer server(m_setup);
+        PtyServer server(m_served->setup);
         QVERIFY2(server.open(QString()), qPrintable(server.errorString()));
         Master master(server.device());
         QVERIFY(master.isOpen());
@@ -81,7 +71,7 @@ private Q_SLOTS:
 
     void clientsComeAndGo()
     {
-        PtyServer server(m_setup);
+        PtyServer server(m_served->setup);
         QVERIFY(server.open(QString()));
         for (int i = 0; i < 3; ++i) {
             Master master(server.device());
@@ -93,7 +83,7 @@ private Q_SLOTS:
 
     void nobodyReads()
     {
-        PtyServer server(m_setup);
+        PtyServer server(m_served->setup);
         QVERIFY(server.open(QString()));
         {
             const Master deaf(server.device());
@@ -104,7 +94,7 @@ private Q_SLOTS:
         }
         Master master(server.device());
         const QByteArray marked = wire("[ENQ]01RSS0104%DW5[EOT]");
-        m_bus->find(1)->station.memory().setWord('D', 5, 0xBEEF);
+        m_served->bus.find(1)->station.memory().setWord('D', 5, 0xBEEF);
         QVERIFY(master.send(marked));
         QTRY_VERIFY(master.received().endsWith(wire("[ACK]01RSS0102BEEF[ETX]")));
     }
@@ -114,7 +104,7 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         const QString link = folder.filePath(QLatin1String("plc"));
         {
-            PtyServer server(m_setup);
+            PtyServer server(m_served->setup);
             QVERIFY(server.open(link));
             QCOMPARE(server.device(), link);
             Master master(link);
@@ -129,7 +119,7 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         const QString link = folder.filePath(QLatin1String("plc"));
         QVERIFY(QFile::link(QLatin1String("/dev/pts/999999"), link));
-        PtyServer server(m_setup);
+        PtyServer server(m_served->setup);
         QVERIFY(server.open(link));
         const Master master(link);
         QVERIFY(master.isOpen());
@@ -144,7 +134,7 @@ private Q_SLOTS:
         file.write("keep");
         file.close();
         {
-            PtyServer server(m_setup);
+            PtyServer server(m_served->setup);
             QVERIFY(!server.open(path));
             QVERIFY(server.errorString().contains(path));
         }
@@ -157,7 +147,7 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         const QString link = folder.filePath(QLatin1String("plc"));
         {
-            PtyServer server(m_setup);
+            PtyServer server(m_served->setup);
             QVERIFY(server.open(link));
             QVERIFY(QFile::remove(link));
             QVERIFY(QFile::link(folder.path(), link));
@@ -166,8 +156,7 @@ private Q_SLOTS:
     }
 
 private:
-    ServerSetup m_setup;
-    std::unique_ptr<Bus> m_bus;
+    std::unique_ptr<ServedBus> m_served;
 };
 
 QTEST_GUILESS_MAIN(TestPtyServer)

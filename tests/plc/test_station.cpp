@@ -114,30 +114,28 @@ static const Case<const char *, const char *> kAnswers[] = {
     {"silence: nothing", "", ""},
 };
 
-static const int full = int(Model::Full);
-static const int k120s = int(Model::K120s);
 static const struct
 {
     const char *what;
-    int model;
+    Model model;
     const char *last, *beyond;
 } kRanges[] = {
     // clang-format off
-    {"full PW", full, "%PW255", "%PW256"},
-    {"full PX", full, "%PX255F", "%PX2560"},
-    {"full FX", full, "%FX255F", "%FX2560"},
-    {"full TX", full, "%TX255", "%TX256"},
-    {"full CX", full, "%CX255", "%CX256"},
-    {"full DW", full, "%DW9999", "%DW10000"},
-    {"k120s PW", k120s, "%PW63", "%PW64"},
-    {"k120s PX", k120s, "%PX63F", "%PX640"},
-    {"k120s MW", k120s, "%MW191", "%MW192"},
-    {"k120s KW", k120s, "%KW31", "%KW32"},
-    {"k120s LW", k120s, "%LW63", "%LW64"},
-    {"k120s FW", k120s, "%FW63", "%FW64"},
-    {"k120s TW", k120s, "%TW255", "%TW256"},
-    {"k120s CW", k120s, "%CW255", "%CW256"},
-    {"k120s DW", k120s, "%DW4999", "%DW5000"},
+    {"full PW", Model::Full, "%PW255", "%PW256"},
+    {"full PX", Model::Full, "%PX255F", "%PX2560"},
+    {"full FX", Model::Full, "%FX255F", "%FX2560"},
+    {"full TX", Model::Full, "%TX255", "%TX256"},
+    {"full CX", Model::Full, "%CX255", "%CX256"},
+    {"full DW", Model::Full, "%DW9999", "%DW10000"},
+    {"k120s PW", Model::K120s, "%PW63", "%PW64"},
+    {"k120s PX", Model::K120s, "%PX63F", "%PX640"},
+    {"k120s MW", Model::K120s, "%MW191", "%MW192"},
+    {"k120s KW", Model::K120s, "%KW31", "%KW32"},
+    {"k120s LW", Model::K120s, "%LW63", "%LW64"},
+    {"k120s FW", Model::K120s, "%FW63", "%FW64"},
+    {"k120s TW", Model::K120s, "%TW255", "%TW256"},
+    {"k120s CW", Model::K120s, "%CW255", "%CW256"},
+    {"k120s DW", Model::K120s, "%DW4999", "%DW5000"},
     // clang-format on
 };
 
@@ -154,6 +152,31 @@ static const Case<QByteArray, QByteArray> kRefusal[] = {
     {"wrong check", wire("[ENQ]01rSS0107%DW0100[EOT]00"), ""},
 };
 
+static const struct
+{
+    const char *what, *request, *answer;
+    Point point;
+    int value;
+} kWrites[] = {
+    // clang-format off
+    {"wSS D", "[ENQ]01wSS0107%DW0100BEEF[EOT]E2", "[ACK]01wSS[ETX]87", {'D', PointKind::Word, 100}, 0xBEEF},
+    {"WSS D", "[ENQ]01WSS0107%DW0100BEEF[EOT]", "[ACK]01WSS[ETX]", {'D', PointKind::Word, 100}, 0xBEEF},
+    {"WSS data in lower case", "[ENQ]01WSS0104%DW0beef[EOT]", "[ACK]01WSS[ETX]", {'D', PointKind::Word, 0}, 0xBEEF},
+    {"WSS P", "[ENQ]01WSS0104%PW1000F[EOT]", "[ACK]01WSS[ETX]", {'P', PointKind::Word, 1}, 15},
+    {"WSS K", "[ENQ]01WSS0104%KW1000F[EOT]", "[ACK]01WSS[ETX]", {'K', PointKind::Word, 1}, 15},
+    {"WSS L", "[ENQ]01WSS0104%LW1000F[EOT]", "[ACK]01WSS[ETX]", {'L', PointKind::Word, 1}, 15},
+    {"WSS T", "[ENQ]01WSS0104%TW1000F[EOT]", "[ACK]01WSS[ETX]", {'T', PointKind::Word, 1}, 15},
+    {"WSS C", "[ENQ]01WSS0104%CW1000F[EOT]", "[ACK]01WSS[ETX]", {'C', PointKind::Word, 1}, 15},
+    {"WSS bit on", "[ENQ]01WSS0109%MX00002301[EOT]", "[ACK]01WSS[ETX]", {'M', PointKind::Bit, 35}, 1},
+    {"WSS bit off", "[ENQ]01WSS0109%MX00001A00[EOT]", "[ACK]01WSS[ETX]", {'M', PointKind::Bit, 26}, 0},
+    {"WSS contact", "[ENQ]01WSS0109%CX00001201[EOT]", "[ACK]01WSS[ETX]", {'C', PointKind::Contact, 12}, 1},
+    {"WSS two blocks", "[ENQ]01WSS0205%DW10111105%DW112222[EOT]", "[ACK]01WSS[ETX]", {'D', PointKind::Word, 11}, 0x2222},
+    {"wSB last word", "[ENQ]01wSB07%DW020002AAAABBBB[EOT]CD", "[ACK]01wSB[ETX]76", {'D', PointKind::Word, 201}, 0xBBBB},
+    {"WSB first word", "[ENQ]01WSB07%DW020002AAAABBBB[EOT]", "[ACK]01WSB[ETX]", {'D', PointKind::Word, 200}, 0xAAAA},
+    {"WSB leaves the next alone", "[ENQ]01WSB07%DW010002AAAABBBB[EOT]", "[ACK]01WSB[ETX]", {'D', PointKind::Word, 102}, 3},
+    // clang-format on
+};
+
 class TestStation : public QObject
 {
     Q_OBJECT
@@ -167,57 +190,13 @@ private Q_SLOTS:
         QCOMPARE(station.answer(wire(row.given)), wire(row.expected));
     }
 
-    void writes_data()
-    {
-        QTest::addColumn<QByteArray>("request");
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<char>("device");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<int>("address");
-        QTest::addColumn<int>("value");
-        const auto row = [](const char *name, const char *request, const char *answer, Point point,
-                            int value) {
-            QTest::newRow(name) << wire(request) << wire(answer) << point.device << int(point.kind)
-                                << point.address << value;
-        };
-        const auto word = PointKind::Word;
-        row("wSS D", "[ENQ]01wSS0107%DW0100BEEF[EOT]E2", "[ACK]01wSS[ETX]87", {'D', word, 100},
-            0xBEEF);
-        row("WSS D", "[ENQ]01WSS0107%DW0100BEEF[EOT]", "[ACK]01WSS[ETX]", {'D', word, 100}, 0xBEEF);
-        row("WSS data in lower case", "[ENQ]01WSS0104%DW0beef[EOT]", "[ACK]01WSS[ETX]",
-            {'D', word, 0}, 0xBEEF);
-        row("WSS P", "[ENQ]01WSS0104%PW1000F[EOT]", "[ACK]01WSS[ETX]", {'P', word, 1}, 15);
-        row("WSS K", "[ENQ]01WSS0104%KW1000F[EOT]", "[ACK]01WSS[ETX]", {'K', word, 1}, 15);
-        row("WSS L", "[ENQ]01WSS0104%LW1000F[EOT]", "[ACK]01WSS[ETX]", {'L', word, 1}, 15);
-        row("WSS T", "[ENQ]01WSS0104%TW1000F[EOT]", "[ACK]01WSS[ETX]", {'T', word, 1}, 15);
-        row("WSS C", "[ENQ]01WSS0104%CW1000F[EOT]", "[ACK]01WSS[ETX]", {'C', word, 1}, 15);
-        row("WSS bit on", "[ENQ]01WSS0109%MX00002301[EOT]", "[ACK]01WSS[ETX]",
-            {'M', PointKind::Bit, 35}, 1);
-        row("WSS bit off", "[ENQ]01WSS0109%MX00001A00[EOT]", "[ACK]01WSS[ETX]",
-            {'M', PointKind::Bit, 26}, 0);
-        row("WSS contact", "[ENQ]01WSS0109%CX00001201[EOT]", "[ACK]01WSS[ETX]",
-            {'C', PointKind::Contact, 12}, 1);
-        row("WSS two blocks", "[ENQ]01WSS0205%DW10111105%DW112222[EOT]", "[ACK]01WSS[ETX]",
-            {'D', word, 11}, 0x2222);
-        row("wSB last word", "[ENQ]01wSB07%DW020002AAAABBBB[EOT]CD", "[ACK]01wSB[ETX]76",
-            {'D', word, 201}, 0xBBBB);
-        row("WSB first word", "[ENQ]01WSB07%DW020002AAAABBBB[EOT]", "[ACK]01WSB[ETX]",
-            {'D', word, 200}, 0xAAAA);
-        row("WSB leaves the next alone", "[ENQ]01WSB07%DW010002AAAABBBB[EOT]", "[ACK]01WSB[ETX]",
-            {'D', word, 102}, 3);
-    }
-
+    void writes_data() { addRows(kWrites); }
     void writes()
     {
-        QFETCH(QByteArray, request);
-        QFETCH(char, device);
-        QFETCH(int, kind);
-        QFETCH(int, address);
-        QFETCH(int, value);
+        const auto &row = currentRow(kWrites);
         Station station = example();
-        QTEST(station.answer(request), "answer");
-        const Point point{device, static_cast<PointKind>(kind), address};
-        QCOMPARE(int(station.memory().value(point).value()), value);
+        QCOMPARE(station.answer(wire(row.request)), wire(row.answer));
+        QCOMPARE(int(station.memory().value(row.point).value()), row.value);
     }
 
     void writesInParts()
@@ -232,7 +211,7 @@ private Q_SLOTS:
     void ranges()
     {
         const auto &row = currentRow(kRanges);
-        Station station(1, static_cast<Model>(row.model));
+        Station station(1, row.model);
         const auto ask = [&station](const QByteArray &name) {
             return station.answer(
                 wire("[ENQ]01RSS010" + QByteArray::number(name.size()) + name + "[EOT]"));

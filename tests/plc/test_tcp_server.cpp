@@ -1,7 +1,7 @@
 #include "plc/tcp_server.h"
 
+#include "served_bus.h"
 #include "support/rows.h"
-#include "wire_text.h"
 
 #include <QSignalSpy>
 #include <QTcpSocket>
@@ -11,13 +11,6 @@
 #include <vector>
 
 using namespace plc;
-
-namespace {
-
-const QByteArray kRead = wire("[ENQ]01RSS0107%DW0100[EOT]");
-const QByteArray kData = wire("[ACK]01RSS01021234[ETX]");
-
-} // namespace
 
 static const Given<int> kClientWhoNeverReadsIsDropped[] = {
     {"answers wait for their time", 600000},
@@ -31,15 +24,11 @@ class TestTcpServer : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_bus = std::make_unique<Bus>();
-        m_bus->add(1).station.memory().setWord('D', 100, 0x1234);
-        m_setup = ServerSetup();
-        m_setup.bus = m_bus.get();
-        m_setup.clock.start();
-        m_server = std::make_unique<TcpServer>(m_setup);
+        m_served = std::make_unique<ServedBus>();
+        m_server = std::make_unique<TcpServer>(m_served->setup);
         QVERIFY(m_server->listen(QHostAddress(QHostAddress::LocalHost), 0));
         QVERIFY(m_server->port() != 0);
-        QCOMPARE(m_server->address(), QString::fromLatin1("127.0.0.1:%1").arg(m_server->port()));
+        QCOMPARE(m_server->address(), latin("127.0.0.1:%1").arg(m_server->port()));
     }
 
     void cleanup() { m_server.reset(); }
@@ -67,7 +56,7 @@ private Q_SLOTS:
 
     void answersInPieces()
     {
-        m_bus->find(1)->faults.add(usualFault(FaultKind::Split));
+        m_served->bus.find(1)->faults.add(usualFault(FaultKind::Split));
         const auto client = connected();
         int pieces = 0;
         connect(client.get(), &QTcpSocket::readyRead, this, [&pieces] { ++pieces; });
@@ -81,7 +70,7 @@ private Q_SLOTS:
     void clientWhoNeverReadsIsDropped()
     {
         const auto &row = currentRow(kClientWhoNeverReadsIsDropped);
-        m_bus->find(1)->faults.add({FaultKind::Delay, row.given, row.given});
+        m_served->bus.find(1)->faults.add({FaultKind::Delay, row.given, row.given});
         const auto client = connected();
         client->setReadBufferSize(1);
         QSignalSpy dropped(m_server.get(), &TcpServer::clientGone);
@@ -118,14 +107,14 @@ private Q_SLOTS:
 
     void portTaken()
     {
-        TcpServer other(m_setup);
+        TcpServer other(m_served->setup);
         QVERIFY(!other.listen(QHostAddress(QHostAddress::LocalHost), m_server->port()));
         QVERIFY(!other.errorString().isEmpty());
     }
 
     void clientsMayLeaveBeforeTheAnswer()
     {
-        m_bus->find(1)->faults.add({FaultKind::Delay, 30, 30});
+        m_served->bus.find(1)->faults.add({FaultKind::Delay, 30, 30});
         auto client = connected();
         client->write(kRead);
         QTRY_COMPARE(client->bytesToWrite(), qint64(0));
@@ -140,14 +129,14 @@ private Q_SLOTS:
     {
         QString name;
         QByteArray request;
-        m_setup.trace = [&](const QString &connection, const Exchange &exchange) {
+        m_served->setup.trace = [&](const QString &connection, const Exchange &exchange) {
             name = connection;
             request = exchange.request;
         };
         const auto client = connected();
         client->write(kRead);
         QTRY_COMPARE(request, kRead);
-        QCOMPARE(name, QString::fromLatin1("127.0.0.1:%1").arg(client->localPort()));
+        QCOMPARE(name, latin("127.0.0.1:%1").arg(client->localPort()));
     }
 
 private:
@@ -158,8 +147,7 @@ private:
         return socket;
     }
 
-    std::unique_ptr<Bus> m_bus;
-    ServerSetup m_setup;
+    std::unique_ptr<ServedBus> m_served;
     std::unique_ptr<TcpServer> m_server;
 };
 

@@ -1,6 +1,6 @@
 #include "plc/tcp_server.h"
 
-#include "wire_text.h"
+#include "served_bus.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -21,9 +21,6 @@ using namespace plc;
 
 namespace {
 
-const QByteArray kRead = wire("[ENQ]01RSS0107%DW0100[EOT]");
-const QByteArray kData = wire("[ACK]01RSS01021234[ETX]");
-
 int openDescriptors()
 {
     return static_cast<int>(QDir(QLatin1String("/proc/self/fd")).entryList().size());
@@ -38,12 +35,8 @@ class TestTcpServerLimits : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_bus = std::make_unique<Bus>();
-        m_bus->add(1).station.memory().setWord('D', 100, 0x1234);
-        m_setup = ServerSetup();
-        m_setup.bus = m_bus.get();
-        m_setup.clock.start();
-        m_server = std::make_unique<TcpServer>(m_setup);
+        m_served = std::make_unique<ServedBus>();
+        m_server = std::make_unique<TcpServer>(m_served->setup);
         QVERIFY(m_server->listen(QHostAddress(QHostAddress::LocalHost), 0));
     }
 
@@ -235,8 +228,7 @@ private:
                client->readAll() == kData;
     }
 
-    std::unique_ptr<Bus> m_bus;
-    ServerSetup m_setup;
+    std::unique_ptr<ServedBus> m_served;
     std::unique_ptr<TcpServer> m_server;
 };
 
