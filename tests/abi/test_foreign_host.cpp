@@ -11,6 +11,8 @@
 #include <QtCore/QVector>
 #include <QtTest/QtTest>
 
+#include "support/rows.h"
+
 namespace {
 
 struct Request
@@ -59,21 +61,26 @@ struct RecipeItem
     int reserved;
 };
 
+Key keyOf(int stationNo, const char *regName, int startAddr, int count)
+{
+    Key key = Key();
+    key.stationNo = stationNo;
+    key.regName = QLatin1String(regName);
+    key.startAddr = startAddr;
+    key.count = count;
+    return key;
+}
+
 typedef int (*Callback)(int, int, QString &, int);
 
 QStringList g_calls;
 
 int recordCall(int deviceNo, int stationNo, QString &name, int address)
 {
-    g_calls.append(QString::fromLatin1("%1 %2 %3 %4")
+    g_calls.append(latin("%1 %2 %3 %4")
                        .arg(QString::number(deviceNo), QString::number(stationNo), name,
                             QString::number(address)));
     return 0;
-}
-
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
 }
 
 } // namespace
@@ -89,7 +96,7 @@ private Q_SLOTS:
         QVERIFY2(m_library != nullptr, dlerror());
         QString parameter;
         find<void (*)(QString &)>("intf_getDriverParameter")(parameter);
-        QVERIFY(parameter.endsWith(text("TX,CX,D_bit")));
+        QVERIFY(parameter.endsWith(latin("TX,CX,D_bit")));
     }
 
     void cleanupTestCase() { QCOMPARE(dlclose(m_library), 0); }
@@ -113,27 +120,16 @@ private Q_SLOTS:
     void everyNameIsThere_data()
     {
         QTest::addColumn<QByteArray>("name");
-        const char *const names[] = {"intf_getProtocolType",
-                                     "intf_getDriverParameter",
-                                     "intf_getDriverPropertyPage",
-                                     "intf_SetDriverPropertyPage",
-                                     "intf_setAddrValueChangeCallBack",
-                                     "intf_getVersion",
-                                     "intf_getRegListByType",
-                                     "intf_getRegDiscription",
-                                     "intf_initProperty",
-                                     "intf_checkAddrValidity",
-                                     "intf_checkAddr",
-                                     "intf_addrMerge",
-                                     "intf_multiCopy",
-                                     "intf_getSendFrame",
-                                     "intf_dealRcvFrame",
-                                     "intf_getData",
-                                     "intf_setData",
-                                     "intf_addConditionRead",
-                                     "intf_setRcpAddress"};
-        for (const char *const name : names) {
-            QTest::newRow(name) << QByteArray(name);
+        const QByteArray names(
+            "intf_getProtocolType intf_getDriverParameter intf_getDriverPropertyPage "
+            "intf_SetDriverPropertyPage intf_setAddrValueChangeCallBack intf_getVersion "
+            "intf_getRegListByType intf_getRegDiscription intf_initProperty "
+            "intf_checkAddrValidity intf_checkAddr intf_addrMerge intf_multiCopy "
+            "intf_getSendFrame intf_dealRcvFrame intf_getData intf_setData "
+            "intf_addConditionRead intf_setRcpAddress");
+        const QList<QByteArray> all = names.split(' ');
+        for (const QByteArray &name : all) {
+            QTest::newRow(name.constData()) << name;
         }
     }
 
@@ -148,68 +144,64 @@ private Q_SLOTS:
         int type = -1;
         find<void (*)(int *)>("intf_getProtocolType")(&type);
         QCOMPARE(type, 0);
-        QCOMPARE(find<QString (*)()>("intf_getVersion")(), text("2.0.0.0"));
+        QCOMPARE(find<QString (*)()>("intf_getVersion")(), latin("2.0.0.0"));
         QString parameter;
         find<void (*)(QString &)>("intf_getDriverParameter")(parameter);
         QCOMPARE(
             parameter,
-            text("0,38400,8,NONE,1,0,1,192.168.0.100,8000,ls_master_k_cnet,D_W,C_W,T_W,K_W,P_W,F_W,"
-                 "L_W,M_W,P_bit,K_bit,M_bit,L_bit,F_bit,TX,CX,D_bit"));
+            latin(
+                "0,38400,8,NONE,1,0,1,192.168.0.100,8000,ls_master_k_cnet,D_W,C_W,T_W,K_W,P_W,F_W,"
+                "L_W,M_W,P_bit,K_bit,M_bit,L_bit,F_bit,TX,CX,D_bit"));
     }
 
     void describesRegisters()
     {
         QList<QString> names;
         QCOMPARE(find<int (*)(int, QList<QString> &)>("intf_getRegListByType")(0, names), 1);
-        QCOMPARE(static_cast<int>(names.size()), 8);
+        QCOMPARE(sizeOf(names), 8);
         QList<QString> description;
         QCOMPARE(find<int (*)(const QString &, QList<QString> &)>("intf_getRegDiscription")(
-                     text("D_bit"), description),
+                     latin("D_bit"), description),
                  0);
-        QCOMPARE(QStringList(description).join(text(" ")), text("DDDD.dd 0.0 9999.15 0 1"));
+        QCOMPARE(QStringList(description).join(latin(" ")), latin("DDDD.dd 0.0 9999.15 0 1"));
     }
 
     void keepsThePropertyPageToItself()
     {
-        find<void (*)(const QString &)>("intf_SetDriverPropertyPage")(text("any text"));
+        find<void (*)(const QString &)>("intf_SetDriverPropertyPage")(latin("any text"));
         QString page;
         find<void (*)(QString &)>("intf_getDriverPropertyPage")(page);
-        QCOMPARE(page, text("0_0"));
+        QCOMPARE(page, latin("0_0"));
     }
 
     void checksAddresses()
     {
         int addr = -1;
         QCOMPARE(find<int (*)(const QString &, const QString &, int &, int, int)>(
-                     "intf_checkAddrValidity")(text("M_bit"), text("255.15"), addr, 1, 0),
+                     "intf_checkAddrValidity")(latin("M_bit"), latin("255.15"), addr, 1, 0),
                  0);
         QCOMPARE(addr, 4095);
         QCOMPARE(find<int (*)(const QString &, const QString &, int &, int, int, int)>(
-                     "intf_checkAddr")(text("D_W"), text("10000"), addr, 0, 1, 0),
+                     "intf_checkAddr")(latin("D_W"), latin("10000"), addr, 0, 1, 0),
                  2);
     }
 
     void makesSeries()
     {
-        QString reg = text("M_bit");
+        QString reg = latin("M_bit");
         QVector<QString> texts;
         QVector<int> numbers;
         QCOMPARE(find<int (*)(QString &, int, int, int, QVector<QString> &, QVector<int> &)>(
                      "intf_multiCopy")(reg, 4094, 3, 1, texts, numbers),
                  2);
-        QCOMPARE(QStringList(texts.toList()).join(text(" ")), text("255.14 255.15 255.15"));
+        QCOMPARE(QStringList(texts.toList()).join(latin(" ")), latin("255.14 255.15 255.15"));
         QCOMPARE(numbers.at(2), 4095);
     }
 
     void readsAndNotifies()
     {
-        Key key = Key();
-        key.stationNo = 1;
-        key.regName = text("D_W");
-        key.startAddr = 100;
-        key.count = 5;
         QList<Key> keys;
-        keys.append(key);
+        keys.append(keyOf(1, "D_W", 100, 5));
         QCOMPARE(find<int (*)(QList<Key> &)>("intf_addrMerge")(keys), 1);
 
         const Frame frame = nextFrame();
@@ -222,16 +214,16 @@ private Q_SLOTS:
         QCOMPARE(frame.unitCount, 5);
         QCOMPARE(frame.spare, 0);
         QCOMPARE(frame.var.opKind, 4);
-        QCOMPARE(frame.var.regName, text("D_W"));
+        QCOMPARE(frame.var.regName, latin("D_W"));
         QCOMPARE(frame.var.count, 5);
 
         QString errorText;
         QCOMPARE(answer("01rSB010A00000000000000001234", &errorText), 1);
-        QCOMPARE(errorText, text("1#D_W100(5)(33)"));
-        QCOMPARE(g_calls, QStringList(text("3 1 D_W 104")));
+        QCOMPARE(errorText, latin("1#D_W100(5)(33)"));
+        QCOMPARE(g_calls, QStringList(latin("3 1 D_W 104")));
 
         unsigned char bytes[4] = {9, 9, 9, 9};
-        QString reg = text("D_W");
+        QString reg = latin("D_W");
         QCOMPARE(find<int (*)(int, QString &, int, int, unsigned char *)>("intf_getData")(
                      1, reg, 104, 1, bytes),
                  1);
@@ -243,7 +235,7 @@ private Q_SLOTS:
     void writes()
     {
         unsigned char values[4] = {0x34, 0x12, 0xCD, 0xAB};
-        QString reg = text("D_W");
+        QString reg = latin("D_W");
         QCOMPARE(find<int (*)(int, QString &, int, int, unsigned char *, int)>("intf_setData")(
                      1, reg, 100, 2, values, 9),
                  1);
@@ -259,26 +251,16 @@ private Q_SLOTS:
 
     void readsOnCondition()
     {
-        Key key = Key();
-        key.stationNo = 2;
-        key.regName = text("T_W");
-        key.startAddr = 7;
-        key.count = 1;
+        Key key = keyOf(2, "T_W", 7, 1);
         QCOMPARE(find<int (*)(Key &, int)>("intf_addConditionRead")(key, 5), 1);
         QCOMPARE(nextFrame().var.opKind, 5);
         QCOMPARE(answer("02rSB01020001"), 1);
-        QCOMPARE(g_calls, QStringList(text("-1 -1 -1 0")));
+        QCOMPARE(g_calls, QStringList(latin("-1 -1 -1 0")));
     }
 
     void transfersRecipes()
     {
-        RecipeItem item = RecipeItem();
-        item.deviceNo = 3;
-        item.stationNo = 1;
-        item.regName = text("D_W");
-        item.startAddr = 10;
-        item.count = 2;
-        item.bufOffset = 4;
+        const RecipeItem item = {3, 1, latin("D_W"), 10, 2, 4, 0};
         QVector<RecipeItem> items;
         items.append(item);
         QCOMPARE(find<int (*)(QVector<RecipeItem> &)>("intf_setRcpAddress")(items), 1);
@@ -287,7 +269,7 @@ private Q_SLOTS:
         QCOMPARE(answer("01rSB01040102FFFE"), 1);
         QCOMPARE(static_cast<int>(m_shared.at(60116)), 0);
         QCOMPARE(m_recipe.mid(8, 4), QByteArray("\x02\x01\xFE\xFF"));
-        QCOMPARE(g_calls, QStringList() << text("0 -1 RWI 4") << text("0 -1 RWI 5"));
+        QCOMPARE(g_calls, QStringList() << latin("0 -1 RWI 4") << latin("0 -1 RWI 5"));
     }
 
 private:

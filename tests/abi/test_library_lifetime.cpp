@@ -14,12 +14,9 @@
 #include <QtCore/QStringList>
 #include <QtTest/QtTest>
 
-namespace {
+#include "support/rows.h"
 
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
+namespace {
 
 // The function of the loaded file, with the type that the header gives it.
 #define CALL(name) find<decltype(&(name))>(#name)
@@ -62,14 +59,14 @@ public:
     {
         unsigned char data[2] = {static_cast<unsigned char>(value & 0xFF),
                                  static_cast<unsigned char>(value >> 8)};
-        QString reg = text("D_W");
+        QString reg = latin("D_W");
         CALL(intf_setData)(1, reg, address, 1, data, 0);
     }
 
     int value(int address) const
     {
         unsigned char data[2] = {9, 9};
-        QString reg = text("D_W");
+        QString reg = latin("D_W");
         CALL(intf_getData)(1, reg, address, 1, data);
         return data[0] | data[1] << 8;
     }
@@ -78,7 +75,7 @@ public:
     {
         KEY_ADDRESS key = KEY_ADDRESS();
         key.stationNo = 1;
-        key.regName = text("D_W");
+        key.regName = latin("D_W");
         key.startAddr = address;
         key.count = 1;
         QList<KEY_ADDRESS> keys;
@@ -110,8 +107,8 @@ QStringList g_calls;
 
 int record(const char *library, int deviceNo, int address)
 {
-    g_calls.append(QString::fromLatin1("%1: device %2, address %3")
-                       .arg(text(library), QString::number(deviceNo), QString::number(address)));
+    g_calls.append(latin("%1: device %2, address %3")
+                       .arg(latin(library), QString::number(deviceNo), QString::number(address)));
     return 0;
 }
 
@@ -128,7 +125,7 @@ int callOfOther(int deviceNo, int, QString &, int address)
 // True while some part of the file is in this process's memory.
 bool isMapped(const QString &fileName)
 {
-    QFile maps(text("/proc/self/maps"));
+    QFile maps(latin("/proc/self/maps"));
     return maps.open(QIODevice::ReadOnly) &&
            maps.readAll().contains(QFile::encodeName(QFileInfo(fileName).canonicalFilePath()));
 }
@@ -142,11 +139,11 @@ class TestLibraryLifetime : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QByteArray pattern = QFile::encodeName(QDir::tempPath() + text("/driver-XXXXXX"));
+        QByteArray pattern = QFile::encodeName(QDir::tempPath() + latin("/driver-XXXXXX"));
         QVERIFY(mkdtemp(pattern.data()) != nullptr);
         m_directory = QFile::decodeName(pattern);
-        QVERIFY(QFile::copy(text(DRIVER_LIBRARY), copy("libline_1.so")));
-        QVERIFY(QFile::copy(text(DRIVER_LIBRARY), copy("libline_2.so")));
+        QVERIFY(QFile::copy(latin(DRIVER_LIBRARY), copy("libline_1.so")));
+        QVERIFY(QFile::copy(latin(DRIVER_LIBRARY), copy("libline_2.so")));
     }
 
     void cleanupTestCase()
@@ -160,7 +157,7 @@ private Q_SLOTS:
 
     void unloadingTakesItOutOfMemory()
     {
-        const QString file = text(DRIVER_LIBRARY);
+        const QString file = latin(DRIVER_LIBRARY);
         QVERIFY(!isMapped(file));
         Library library(file);
         QVERIFY2(library.isLoaded(), dlerror());
@@ -173,18 +170,18 @@ private Q_SLOTS:
 
     void loadedAgainItStartsAfresh()
     {
-        Library before((text(DRIVER_LIBRARY)));
+        Library before((latin(DRIVER_LIBRARY)));
         QVERIFY2(before.isLoaded(), dlerror());
         before.start("3#0#0#3#60");
         before.watch(&callOfOne);
         before.monitor(100);
         before.write(100, 0x1234);
-        QCOMPARE(g_calls, QStringList(text("one: device 3, address 100")));
+        QCOMPARE(g_calls, QStringList(latin("one: device 3, address 100")));
         QCOMPARE(before.value(100), 0x1234);
         QVERIFY(!before.nextFrame().isEmpty());
         before.unload();
 
-        Library after((text(DRIVER_LIBRARY)));
+        Library after((latin(DRIVER_LIBRARY)));
         QVERIFY2(after.isLoaded(), dlerror());
         QCOMPARE(after.value(100), 0);
         QCOMPARE(after.nextFrame(), QByteArray());
@@ -195,39 +192,39 @@ private Q_SLOTS:
         after.watch(&callOfOther);
         after.monitor(100);
         after.write(100, 2);
-        QCOMPARE(g_calls.last(), text("other: device 0, address 100"));
+        QCOMPARE(g_calls.last(), latin("other: device 0, address 100"));
     }
 
     // Texts are shared until one side changes them: none may lie in the library itself.
     void textsOutliveTheLibrary()
     {
-        Library library((text(DRIVER_LIBRARY)));
+        Library library((latin(DRIVER_LIBRARY)));
         QVERIFY2(library.isLoaded(), dlerror());
         const QString version = library.CALL(intf_getVersion)();
         QString page;
         library.CALL(intf_getDriverPropertyPage)(page);
         QList<QString> row;
         library.CALL(intf_getRegListByType)(0, row);
-        library.CALL(intf_getRegDiscription)(text("D_bit"), row);
+        library.CALL(intf_getRegDiscription)(latin("D_bit"), row);
         library.unload();
-        QVERIFY(!isMapped(text(DRIVER_LIBRARY)));
-        QCOMPARE(version, text("2.0.0.0"));
-        QCOMPARE(page, text("0_0"));
-        QCOMPARE(row.first(), text("P_bit"));
-        QCOMPARE(row.last(), text("1"));
+        QVERIFY(!isMapped(latin(DRIVER_LIBRARY)));
+        QCOMPARE(version, latin("2.0.0.0"));
+        QCOMPARE(page, latin("0_0"));
+        QCOMPARE(row.first(), latin("P_bit"));
+        QCOMPARE(row.last(), latin("1"));
     }
 
     void loadedManyTimes()
     {
         for (int round = 1; round <= 50; ++round) {
-            const Library library((text(DRIVER_LIBRARY)));
+            const Library library((latin(DRIVER_LIBRARY)));
             QVERIFY2(library.isLoaded(), dlerror());
             QCOMPARE(library.value(round - 1), 0);
             library.start("3#0#0#3#60");
             library.write(round, 0x1234);
             QCOMPARE(library.value(round), 0x1234);
         }
-        QVERIFY(!isMapped(text(DRIVER_LIBRARY)));
+        QVERIFY(!isMapped(latin(DRIVER_LIBRARY)));
     }
 
     void twoFilesHaveTwoStates()
@@ -243,14 +240,14 @@ private Q_SLOTS:
         other.monitor(200);
 
         one.write(100, 0x1111);
-        QCOMPARE(g_calls, QStringList(text("one: device 1, address 100")));
+        QCOMPARE(g_calls, QStringList(latin("one: device 1, address 100")));
         QCOMPARE(one.value(100), 0x1111);
         QCOMPARE(other.value(100), 0);
         QCOMPARE(one.nextFrame(), QByteArray("01wSB08%DW00100011111"));
         QCOMPARE(other.nextFrame(), QByteArray("01rSB08%DW0020001"));
 
         other.write(200, 0x2222);
-        QCOMPARE(g_calls.last(), text("other: device 2, address 200"));
+        QCOMPARE(g_calls.last(), latin("other: device 2, address 200"));
         QCOMPARE(g_calls.size(), 2);
         QCOMPARE(one.value(200), 0);
     }
@@ -271,7 +268,7 @@ private Q_SLOTS:
     }
 
 private:
-    QString copy(const char *name) const { return m_directory + QLatin1Char('/') + text(name); }
+    QString copy(const char *name) const { return m_directory + QLatin1Char('/') + latin(name); }
 
     QString m_directory;
 };
