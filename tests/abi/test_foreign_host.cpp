@@ -293,12 +293,12 @@ private:
     // Hands in ACK, the text, ETX and its block check.
     int answer(const char *body, QString *errorText = nullptr) const
     {
-        QByteArray reply = QByteArray("\x06") + body + "\x03";
+        const QByteArray text = QByteArray("\x06") + body + "\x03";
         unsigned sum = 0;
-        for (int i = 0; i < reply.size(); ++i) {
-            sum += static_cast<unsigned char>(reply.at(i));
+        for (const char character : text) {
+            sum += static_cast<unsigned char>(character);
         }
-        reply += QByteArray::number(sum % 256 + 256, 16).toUpper().right(2);
+        QByteArray reply = text + QByteArray::number(sum % 256 + 256, 16).toUpper().right(2);
         QString unused;
         return find<int (*)(QByteArray &, QString &)>("intf_dealRcvFrame")(
             reply, errorText != nullptr ? *errorText : unused);

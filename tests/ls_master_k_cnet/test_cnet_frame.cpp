@@ -5,6 +5,7 @@
 
 #include "ls_master_k_cnet/cnet_frame.h"
 #include "support/driver_fixture.h"
+#include "support/rows.h"
 
 // A copy of exactly the answer's size, so that a look beyond its end is seen.
 static int judge(const QByteArray &answer)

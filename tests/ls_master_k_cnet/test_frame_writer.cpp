@@ -5,6 +5,7 @@
 
 #include "ls_master_k_cnet/frame_writer.h"
 #include "support/driver_fixture.h"
+#include "support/rows.h"
 
 // What `head` wrote is 6 characters long: ENQ, station, command.
 static QByteArray behindHead(const FRAME_PRO &frame)

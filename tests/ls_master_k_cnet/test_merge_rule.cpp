@@ -4,6 +4,7 @@
 
 #include "ls_master_k_cnet/merge_rule.h"
 #include "support/driver_fixture.h"
+#include "support/rows.h"
 
 static const struct
 {

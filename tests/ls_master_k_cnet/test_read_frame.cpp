@@ -4,6 +4,7 @@
 
 #include "ls_master_k_cnet/read_frame.h"
 #include "support/driver_fixture.h"
+#include "support/rows.h"
 
 static int build(const VARIABLE &item)
 {

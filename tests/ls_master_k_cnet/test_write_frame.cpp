@@ -4,6 +4,7 @@
 
 #include "ls_master_k_cnet/write_frame.h"
 #include "support/driver_fixture.h"
+#include "support/rows.h"
 
 static QByteArray request(const char *text, const char *check)
 {

@@ -1,6 +1,7 @@
 #include <QtTest/QtTest>
 
 #include "support/driver_fixture.h"
+#include "support/rows.h"
 
 static QString settings()
 {

@@ -4,6 +4,7 @@
 #include "ls_master_k_cnet/protocol_tables.h"
 #include "serviceForProtocol/description.h"
 #include "support/driver_fixture.h"
+#include "support/rows.h"
 
 static const char *const kWords = "D_W C_W T_W K_W P_W F_W L_W M_W";
 static const char *const kBits = "P_bit K_bit M_bit L_bit F_bit TX CX D_bit";

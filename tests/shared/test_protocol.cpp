@@ -5,6 +5,7 @@
 
 #include "ls_master_k_cnet/protocol_tables.h"
 #include "support/driver_fixture.h"
+#include "support/rows.h"
 
 // A driver object built on storage full of ones: a member that the constructor leaves out shows.
 class ProtocolOnDirtyStorage

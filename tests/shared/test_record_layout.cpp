@@ -7,7 +7,7 @@
 #include "ls_master_k_cnet/records.h"
 #include "shared/data_record.h"
 #include "shared/protocol.h"
-#include "support/driver_fixture.h"
+#include "support/key_text.h"
 
 // A host may declare these records by itself, so every offset is part of the interface. Text is one
 // pointer wide in Qt 4 and 5 and three in Qt 6; the panels' processors have 32-bit pointers, the

@@ -10,6 +10,7 @@
 #include "serviceForProtocol/cache/data_area.h"
 #include "shared/protocol.h"
 #include "support/driver_fixture.h"
+#include "support/rows.h"
 
 /// What the tests of the cache and of the jobs share: records made and shown in one line.
 

@@ -5,6 +5,7 @@
 #include <QtCore/QList>
 
 #include "support/area_helpers.h"
+#include "support/key_text.h"
 #include "support/recipe_helpers.h"
 
 /// A host's history in words, done on the driver step by step, parted by "; ":

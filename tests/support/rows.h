@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QtCore/QString>
 #include <QtTest/QtTest>
+
+#include "support/text.h"
 
 /// Tables of cases: an array of structs, each of which begins with the name of its row, `what`. A
 /// test `t` has them as its rows with
@@ -41,16 +42,3 @@ struct Case
     Type given;
     Result expected;
 };
-
-/// The tables hold texts as plain characters.
-inline QString latin(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
-/// The size as an int, whatever type the Qt version counts in.
-template <typename Container>
-int sizeOf(const Container &container)
-{
-    return static_cast<int>(container.size());
-}

@@ -5,6 +5,7 @@
 #include "ls_master_k_cnet/protocol_tables.h"
 #include "serviceForProtocol/address/address_check.h"
 #include "support/driver_fixture.h"
+#include "support/rows.h"
 
 static const struct
 {

@@ -4,6 +4,7 @@
 
 #include "serviceForProtocol/address/address_merge.h"
 #include "support/area_helpers.h"
+#include "support/key_text.h"
 #include "support/recipe_helpers.h"
 
 static const struct

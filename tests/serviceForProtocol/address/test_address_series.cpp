@@ -5,6 +5,7 @@
 
 #include "serviceForProtocol/address/address_series.h"
 #include "support/driver_fixture.h"
+#include "support/rows.h"
 
 static QString joined(const QVector<int> &numbers)
 {

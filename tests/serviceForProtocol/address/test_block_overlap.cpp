@@ -5,6 +5,7 @@
 
 #include "serviceForProtocol/address/block_overlap.h"
 #include "support/area_helpers.h"
+#include "support/key_text.h"
 
 static QVector<MergeKey> blocksOf(const char *texts)
 {

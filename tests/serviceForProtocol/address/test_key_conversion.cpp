@@ -3,7 +3,8 @@
 #include <QtTest/QtTest>
 
 #include "serviceForProtocol/address/address_merge.h"
-#include "support/driver_fixture.h"
+#include "support/key_text.h"
+#include "support/rows.h"
 
 static RegisterWidths widthsOf(int unitBits, int wordBits)
 {

@@ -5,7 +5,8 @@
 #include <QtTest/QtTest>
 
 #include "serviceForProtocol/address/key_split.h"
-#include "support/driver_fixture.h"
+#include "support/key_text.h"
+#include "support/rows.h"
 
 // Value byte i is i % 251 + 1, so that no byte is 0 and neighbours of any distance differ.
 static unsigned char valueAt(int i)

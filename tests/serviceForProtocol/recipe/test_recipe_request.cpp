@@ -3,6 +3,7 @@
 #include "serviceForProtocol/recipe/recipe_request.h"
 #include "support/driver_fixture.h"
 #include "support/other_thread.h"
+#include "support/rows.h"
 
 static const struct
 {
