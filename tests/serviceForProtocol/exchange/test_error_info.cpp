@@ -34,7 +34,7 @@ static const struct
     {"unknown register", 1, "Q_W", 1, 1, 7, ""},
     {"unknown bit register", 1, "Q_bit", 1, 1, 7, ""},
     {"wrong case", 1, "d_W", 1, 1, 7, ""},
-    {"no register: the handshake", 0, QByteArray(), 0, 0, 0, ""},
+    {"no register: the handshake", 0, "", 0, 0, 0, ""},
 };
 
 static const struct
@@ -47,7 +47,7 @@ static const struct
     {"octal", 255, "D_W", "OOO", "377"},
     {"hexadecimal", 255, "D_W", "HHHH", "ff"},
     {"hexadecimal, negative", -1, "D_W", "H", "ffffffff"},
-    {"no format", 255, "D_W", QByteArray(), "255"},
+    {"no format", 255, "D_W", "", "255"},
     {"a bit name goes by word.bit, whatever the format", 255, "M_bit", "HHHH", "15.15"},
     {"a negative bit", -17, "M_bit", "DDD.dd", "-1.-1"},
 };
