@@ -1,6 +1,5 @@
 #include "host/support/test_registers.h"
 
-#include <host/address/item.h>
 #include <host/jobs/read_plan.h>
 
 #include <QtTest>
@@ -10,31 +9,6 @@ using namespace cnet;
 namespace {
 
 const int kBlockWords = 10;
-
-RegisterCatalog catalog()
-{
-    RegisterCatalog registers;
-    for (const char *const name : {"D_W", "D_bit", "M_W", "M_bit", "TX"}) {
-        registers.add(testRegister(name));
-    }
-    return registers;
-}
-
-Item item(const QString &text)
-{
-    QString error;
-    const auto item = parseItem(text, 1, catalog(), error);
-    return item ? *item : Item();
-}
-
-QVector<Item> items(const QString &texts)
-{
-    QVector<Item> items;
-    for (const QString &text : texts.split(QLatin1Char(' '))) {
-        items.append(item(text));
-    }
-    return items;
-}
 
 } // namespace
 
@@ -81,7 +55,8 @@ void TestReadPlan::plans()
     QFETCH(QString, asked);
     for (const auto merging : {Merging::Together, Merging::Apart}) {
         QStringList requests;
-        for (const PlannedRead &read : planReads(items(asked), catalog(), kBlockWords, merging)) {
+        for (const PlannedRead &read :
+             planReads(testItems(asked), testCatalog(), kBlockWords, merging)) {
             QStringList served;
             for (const ServedBlock &block : read.serves) {
                 served.append(QString::number(block.item));
@@ -117,7 +92,9 @@ void TestReadPlan::picksTheValues()
     QFETCH(int, offset);
     QFETCH(int, count);
     QFETCH(QString, request);
-    QTEST(valuesOf(item(asked), {offset, count}, item(request), {0x8000, 1, 5}), "values");
+    QTEST(valuesOf(testItems(asked).first(), {offset, count}, testItems(request).first(),
+                   {0x8000, 1, 5}),
+          "values");
 }
 
 QTEST_APPLESS_MAIN(TestReadPlan)

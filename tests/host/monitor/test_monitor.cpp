@@ -1,203 +1,259 @@
 #include "host/support/test_registers.h"
 
-#include "host/monitor/monitor.h"
+#include <host/monitor/monitor.h>
 
+#include <QSignalSpy>
 #include <QtTest>
 
 using namespace cnet;
 
 namespace {
 
-RequestRange block(const char *name, int start, int count, int station = 1)
+const int kBlockWords = 60;
+
+Monitor::Surroundings at(qint64 nowMs, bool lineOpen = true)
 {
-    RequestRange block{};
-    block.stationNo = station;
-    block.regName = QLatin1String(name);
-    block.startAddr = start;
-    block.count = count;
-    return block;
+    Monitor::Surroundings now;
+    now.nowMs = nowMs;
+    now.wallMs = 5000 + nowMs;
+    now.lineOpen = lineOpen;
+    now.dueMs = 100;
+    return now;
 }
 
-QDateTime at(int second)
+Failure failure(Failure::Kind kind)
 {
-    return {QDate(2024, 5, 6), QTime(12, 0, second)};
+    Failure failure;
+    failure.kind = kind;
+    return failure;
 }
 
-QString changeText(const QVector<ValueChange> &changes)
+// What a monitor tells of changed values: "item+offset=value"; and of states: "item".
+struct Told
 {
-    QStringList texts;
-    for (const ValueChange &change : changes) {
-        texts.append(
-            QString::fromLatin1("%1+%2=%3").arg(change.item).arg(change.offset).arg(change.value));
+    explicit Told(Monitor &monitor)
+    {
+        QObject::connect(&monitor, &Monitor::valuesChanged, &monitor,
+                         [this](const QVector<ValueChange> &changes) {
+                             for (const ValueChange &change : changes) {
+                                 values.append(QString::fromLatin1("%1+%2=%3")
+                                                   .arg(change.item)
+                                                   .arg(change.offset)
+                                                   .arg(change.value));
+                             }
+                         });
+        QObject::connect(&monitor, &Monitor::itemStateChanged, &monitor,
+                         [this](int item) { states.append(item); });
     }
-    return texts.join(QLatin1Char(' '));
-}
+
+    QString takeValues() { return std::exchange(values, {}).join(QLatin1Char(' ')); }
+    QList<int> takeStates() { return std::exchange(states, {}); }
+
+    QStringList values;
+    QList<int> states;
+};
 
 } // namespace
+
+Q_DECLARE_METATYPE(cnet::Failure::Kind)
+Q_DECLARE_METATYPE(cnet::Quality)
 
 class TestMonitor : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_memory.clear(); }
-    void makesKeys();
-    void knowsWhatABlockHolds_data();
-    void knowsWhatABlockHolds();
-    void firstReadingIsAChange();
-    void reportsChangesOnce();
-    void oneValueInSeveralItems();
-    void ageIsThatOfTheOldestPart();
-    void failures();
-
-private:
-    Monitor monitor(const QVector<Item> &items)
-    {
-        return Monitor(items, 60,
-                       [this](int station, const RegisterInfo &reg, int start, int count) {
-                           QVector<quint16> values;
-                           for (int i = 0; i < count; ++i) {
-                               values.append(m_memory.value(key(station, reg.name, start + i)));
-                           }
-                           return values;
-                       });
-    }
-    static QString key(int station, const QString &name, int address)
-    {
-        return QString::fromLatin1("%1/%2:%3").arg(station).arg(name).arg(address);
-    }
-    void set(const char *name, int address, quint16 value)
-    {
-        m_memory.insert(key(1, QLatin1String(name), address), value);
-    }
-
-    QHash<QString, quint16> m_memory;
+    void cutsItemsIntoBlocks();
+    void tellsInOrderAndOnce();
+    void hasAQuality_data();
+    void hasAQuality();
+    void agesBecomeStale();
+    void keepsWhatItKnows();
+    void knowsRefusals();
+    void showsWrites();
+    void writesElsewhereAreNoneOfItsBusiness();
+    void isComplete();
 };
 
-void TestMonitor::makesKeys()
+void TestMonitor::cutsItemsIntoBlocks()
 {
-    const Monitor watched =
-        monitor({testItem("D_W", 100, 61, 3), testItem("M_bit", 53, 2), testItem("TX", 7, 2)});
-    QStringList keys;
-    for (const KEY_ADDRESS &key : watched.keys()) {
-        keys.append(QString::fromLatin1("%1/%2:%3*%4 %5 %6")
-                        .arg(key.stationNo)
-                        .arg(key.regName)
-                        .arg(key.startAddr)
-                        .arg(key.count)
-                        .arg(key.bitFlag)
-                        .arg(key.addrText));
+    Monitor monitor(kBlockWords);
+    QSignalSpy changed(&monitor, &Monitor::itemsChanged);
+    monitor.setItems(testItems("D_W:0*61 TX:7*2"));
+    QCOMPARE(static_cast<int>(changed.size()), 1);
+    QCOMPARE(static_cast<int>(monitor.items().at(0).blocks.size()), 2);
+    QCOMPARE(monitor.items().at(0).blocks.at(1).block.offset, 60);
+    QCOMPARE(static_cast<int>(monitor.items().at(0).values.size()), 61);
+    QCOMPARE(static_cast<int>(monitor.items().at(1).blocks.size()), 2);
+}
+
+void TestMonitor::tellsInOrderAndOnce()
+{
+    Monitor monitor(kBlockWords);
+    Told told(monitor);
+    monitor.setItems(testItems("D_W:10*3 D_W:12"));
+    monitor.blockRead(1, 0, {9}, at(1));
+    monitor.blockRead(0, 0, {0, 5, 9}, at(1));
+    QVERIFY(told.values.isEmpty()); // not before it is to
+    monitor.tell();
+    QCOMPARE(told.takeValues(), QLatin1String("0+0=0 0+1=5 0+2=9 1+0=9"));
+    QCOMPARE(told.takeStates(), (QList<int>{0, 1}));
+    monitor.blockRead(0, 0, {0, 5, 9}, at(2));
+    monitor.blockRead(0, 0, {}, at(3)); // read, and the driver reported no change
+    monitor.tell();
+    QCOMPARE(told.takeValues(), QString());
+    QVERIFY(told.takeStates().isEmpty());
+    QCOMPARE(monitor.items().at(0).changedAtMs, 5001);
+    QCOMPARE(monitor.items().at(0).readAtMs, 5003);
+    QCOMPARE(monitor.items().at(0).ageMs(10), 7);
+    monitor.blockRead(0, 0, {0, 6, 9}, at(4));
+    monitor.tell();
+    QCOMPARE(told.takeValues(), QLatin1String("0+1=6"));
+}
+
+void TestMonitor::hasAQuality_data()
+{
+    QTest::addColumn<Failure::Kind>("kind"); // of the second block
+    QTest::addColumn<bool>("waits");
+    QTest::addColumn<bool>("lineOpen");
+    QTest::addColumn<Quality>("quality");
+    QTest::newRow("good") << Failure::None << false << true << Quality::Good;
+    QTest::newRow("waiting") << Failure::None << true << true << Quality::Waiting;
+    QTest::newRow("no answer") << Failure::NoAnswer << true << true << Quality::NoAnswer;
+    QTest::newRow("bad answer") << Failure::BadAnswer << false << true << Quality::NoAnswer;
+    QTest::newRow("refused") << Failure::Refused << true << true << Quality::Refused;
+    QTest::newRow("line down") << Failure::Refused << true << false << Quality::LineDown;
+}
+
+void TestMonitor::hasAQuality()
+{
+    QFETCH(Failure::Kind, kind);
+    QFETCH(bool, waits);
+    QFETCH(bool, lineOpen);
+    Monitor monitor(kBlockWords);
+    monitor.setItems(testItems("D_W:0*61"));
+    QCOMPARE(monitor.items().first().quality, Quality::NeverRead);
+    monitor.blockRead(0, 0, QVector<quint16>(60, 1), at(1));
+    QCOMPARE(monitor.items().first().quality, Quality::NeverRead); // not all of it
+    monitor.blockRead(0, 1, {1}, at(1));
+    if (kind != Failure::None) {
+        monitor.blockFailed(0, 1, failure(kind), at(1));
     }
-    QCOMPARE(keys,
-             (QStringList{QLatin1String("3/D_W:100*60 0 100"), QLatin1String("3/D_W:160*1 0 160"),
-                          QLatin1String("1/M_bit:53*2 -1 3.5"), QLatin1String("1/TX:7*1 -1 7"),
-                          QLatin1String("1/TX:8*1 -1 8")}));
+    if (waits) {
+        monitor.writeBegun(testItem("D_W", 5, 1), {7}, at(1));
+    }
+    monitor.look(at(1, lineOpen));
+    QTEST(monitor.items().first().quality, "quality");
+    QCOMPARE(monitor.isGood(), monitor.items().first().quality == Quality::Good);
+    // It goes as it came.
+    monitor.writeEnded(testItem("D_W", 5, 1), {7}, false, at(1));
+    monitor.blockRead(0, 1, {1}, at(1));
+    monitor.look(at(1));
+    QVERIFY(monitor.isGood());
 }
 
-void TestMonitor::knowsWhatABlockHolds_data()
+void TestMonitor::agesBecomeStale()
 {
-    QTest::addColumn<QString>("reg");
-    QTest::addColumn<int>("start");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<QString>("blockName");
-    QTest::addColumn<int>("blockStart");
-    QTest::addColumn<int>("blockCount");
-    QTest::addColumn<int>("station");
-    QTest::addColumn<bool>("holds");
-    QTest::newRow("exactly") << "D_W" << 10 << 2 << "D_W" << 10 << 2 << 1 << true;
-    QTest::newRow("within") << "D_W" << 10 << 2 << "D_W" << 0 << 60 << 1 << true;
-    QTest::newRow("begins earlier") << "D_W" << 10 << 2 << "D_W" << 11 << 9 << 1 << false;
-    QTest::newRow("ends later") << "D_W" << 10 << 2 << "D_W" << 0 << 11 << 1 << false;
-    QTest::newRow("another station") << "D_W" << 10 << 2 << "D_W" << 10 << 2 << 2 << false;
-    QTest::newRow("another device") << "D_W" << 10 << 2 << "M_W" << 10 << 2 << 1 << false;
-    QTest::newRow("bits in their word") << "M_bit" << 53 << 2 << "M_W" << 3 << 1 << 1 << true;
-    QTest::newRow("bits in two words") << "M_bit" << 63 << 2 << "M_W" << 3 << 2 << 1 << true;
-    QTest::newRow("bits in the first only") << "M_bit" << 63 << 2 << "M_W" << 3 << 1 << 1 << false;
-    QTest::newRow("contact") << "TX" << 7 << 1 << "TX" << 7 << 1 << 1 << true;
-    QTest::newRow("another contact") << "TX" << 7 << 1 << "TX" << 8 << 1 << 1 << false;
+    Monitor monitor(kBlockWords);
+    Told told(monitor);
+    monitor.setItems(testItems("D_W:0 D_W:100"));
+    monitor.blockRead(0, 0, {1}, at(0));
+    monitor.blockRead(1, 0, {1}, at(50));
+    monitor.tell();
+    told.takeStates();
+    monitor.look(at(100));
+    monitor.tell();
+    QVERIFY(told.takeStates().isEmpty());
+    monitor.look(at(101));
+    monitor.tell();
+    QCOMPARE(told.takeStates(), QList<int>{0});
+    QCOMPARE(monitor.items().at(0).quality, Quality::Stale);
+    QCOMPARE(monitor.items().at(1).quality, Quality::Good);
 }
 
-void TestMonitor::knowsWhatABlockHolds()
+void TestMonitor::keepsWhatItKnows()
 {
-    QFETCH(QString, reg);
-    QFETCH(int, start);
-    QFETCH(int, count);
-    QFETCH(QString, blockName);
-    QFETCH(int, blockStart);
-    QFETCH(int, blockCount);
-    QFETCH(int, station);
-    Monitor watched = monitor({testItem(reg.toLatin1().constData(), start, count)});
-    watched.readEnded(block(blockName.toLatin1().constData(), blockStart, blockCount, station),
-                      true, 1, at(1));
-    QTEST(watched.items().first().everRead(), "holds");
+    Monitor monitor(kBlockWords);
+    Told told(monitor);
+    monitor.setItems(testItems("D_W:0 D_W:1*2 2/D_W:0"));
+    monitor.blockRead(0, 0, {5}, at(1));
+    monitor.setItems(testItems("D_W:1 D_W:0"));
+    monitor.tell();
+    QVERIFY(told.values.isEmpty()); // of items that are gone
+    QVERIFY(!monitor.items().at(0).values.first().known);
+    QCOMPARE(monitor.items().at(1).values.first().value, quint16(5));
+    QCOMPARE(monitor.items().at(1).quality, Quality::Good);
 }
 
-void TestMonitor::firstReadingIsAChange()
+void TestMonitor::knowsRefusals()
 {
-    Monitor watched = monitor({testItem("D_W", 10, 3)});
-    set("D_W", 11, 5);
-    // The driver reports the value that is not 0 before the answer is dealt with.
-    watched.valueChanged(1, QLatin1String("D_W"), 11, at(1));
-    watched.readEnded(block("D_W", 10, 3), true, 1000, at(2));
-    QCOMPARE(changeText(watched.takeChanges()), QLatin1String("0+0=0 0+1=5 0+2=0"));
-    watched.readEnded(block("D_W", 10, 3), true, 2000, at(3));
-    QVERIFY(watched.takeChanges().isEmpty());
-    QCOMPARE(watched.items().first().lastChange, at(2));
+    Monitor monitor(kBlockWords);
+    monitor.setItems(testItems("1/D_W:0 2/D_W:0"));
+    monitor.markRefused(0, 0, 0x1132, at(1));
+    monitor.markRefused(1, 0, 0x1132, at(1));
+    QVERIFY(monitor.items().at(0).blocks.first().refused);
+    QVERIFY(monitor.items().at(0).reason().startsWith(QLatin1String("refused: 1132")));
+    monitor.forgetRefusals(2);
+    QVERIFY(monitor.items().at(0).blocks.first().refused);
+    QVERIFY(!monitor.items().at(1).blocks.first().refused);
+    QCOMPARE(monitor.items().at(1).quality, Quality::Refused); // until it is read
+    monitor.setItems(testItems("1/D_W:0"));
+    QVERIFY(!monitor.items().at(0).blocks.first().refused); // whoever asks again is answered again
 }
 
-void TestMonitor::reportsChangesOnce()
+void TestMonitor::showsWrites()
 {
-    Monitor watched = monitor({testItem("M_bit", 53, 2)});
-    watched.readEnded(block("M_W", 3, 1), true, 1, at(1));
-    watched.takeChanges();
-    set("M_bit", 54, 1);
-    watched.valueChanged(1, QLatin1String("M_bit"), 54, at(2));
-    watched.valueChanged(1, QLatin1String("M_bit"), 54, at(3)); // same value
-    watched.valueChanged(1, QLatin1String("M_bit"), 55, at(4)); // not watched
-    watched.valueChanged(2, QLatin1String("M_bit"), 54, at(4)); // another station
-    watched.valueChanged(1, QLatin1String("M_W"), 3, at(4));    // not watched as a word
-    watched.valueChanged(1, QLatin1String("RWI"), 54, at(4));   // no register
-    QCOMPARE(changeText(watched.takeChanges()), QLatin1String("0+1=1"));
-    QVERIFY(watched.takeChanges().isEmpty());
-    QCOMPARE(watched.items().first().lastChange, at(2));
-    QCOMPARE(watched.items().first().values, (QVector<quint16>{0, 1}));
+    Monitor monitor(kBlockWords);
+    Told told(monitor);
+    monitor.setItems(testItems("D_W:4*3"));
+    const Item written = testItem("D_W", 5, 4); // more than is watched
+    monitor.writeBegun(written, {7, 8, 9, 10}, at(1));
+    monitor.writeBegun(testItem("D_W", 5, 1), {70}, at(1));
+    monitor.tell();
+    QCOMPARE(told.takeStates(), QList<int>{0});
+    const QVector<ItemValue> &values = monitor.items().first().values;
+    QVERIFY(!values.at(0).isShown());
+    QCOMPARE(values.at(1).shown(), quint16(70));
+    QCOMPARE(values.at(2).shown(), quint16(8));
+    // The driver shows what is written at once, and this is not the PLC's.
+    monitor.blockRead(0, 0, {1, 70, 8}, at(2));
+    QVERIFY(values.at(0).known && !values.at(1).known && !values.at(2).known);
+    monitor.writeEnded(testItem("D_W", 5, 1), {7}, true, at(3));
+    QVERIFY(values.at(1).isWaiting());
+    monitor.writeEnded(testItem("D_W", 6, 1), {8}, false, at(3));
+    QVERIFY(!values.at(2).isShown()); // unknown again
+    monitor.writeEnded(testItem("D_W", 5, 1), {70}, true, at(3));
+    QCOMPARE(values.at(1).value, quint16(70));
+    monitor.tell();
+    QCOMPARE(told.takeValues(), QLatin1String("0+0=1 0+1=7 0+1=70"));
+    QCOMPARE(told.takeStates(), QList<int>{0});
 }
 
-void TestMonitor::oneValueInSeveralItems()
+void TestMonitor::writesElsewhereAreNoneOfItsBusiness()
 {
-    Monitor watched = monitor({testItem("D_W", 10, 3), testItem("D_W", 12, 1)});
-    set("D_W", 12, 9);
-    watched.valueChanged(1, QLatin1String("D_W"), 12, at(1));
-    QCOMPARE(changeText(watched.takeChanges()), QLatin1String("0+2=9 1+0=9"));
+    Monitor monitor(kBlockWords);
+    monitor.setItems(testItems("D_W:4*3"));
+    for (const char *const item : {"2/D_W:5", "M_W:5", "D_W:0*4", "D_W:7", "D_bit:0.5"}) {
+        monitor.writeBegun(testItems(item).first(), {1, 1, 1, 1}, at(1));
+    }
+    for (const ItemValue &cell : monitor.items().first().values) {
+        QVERIFY(!cell.isWaiting());
+    }
 }
 
-void TestMonitor::ageIsThatOfTheOldestPart()
+void TestMonitor::isComplete()
 {
-    Monitor watched = monitor({testItem("D_W", 0, 120)});
-    QCOMPARE(watched.items().first().ageMs(500), WatchedItem::kNeverRead);
-    watched.readEnded(block("D_W", 0, 60), true, 100, at(1));
-    QCOMPARE(watched.items().first().ageMs(500), WatchedItem::kNeverRead);
-    watched.readEnded(block("D_W", 60, 60), true, 200, at(1));
-    QCOMPARE(watched.items().first().ageMs(500), 400);
-    watched.readEnded(block("D_W", 0, 60), true, 300, at(1));
-    QCOMPARE(watched.items().first().ageMs(500), 300);
-}
-
-void TestMonitor::failures()
-{
-    Monitor watched = monitor({testItem("D_W", 0, 1), testItem("D_W", 500, 1)});
-    QVERIFY(!watched.allGood()); // nothing was read yet
-    watched.readEnded(block("D_W", 0, 1), true, 1, at(1));
-    watched.readEnded(block("D_W", 500, 1), false, 1, at(1));
-    QVERIFY(!watched.items().at(0).failed());
-    QVERIFY(watched.items().at(1).failed());
-    QVERIFY(!watched.allGood());
-    watched.readEnded(block("D_W", 500, 1), true, 2, at(1));
-    QVERIFY(watched.allGood());
-    watched.readEnded(block("D_W", 0, 1), false, 3, at(1));
-    QVERIFY(!watched.allGood());
-    QCOMPARE(watched.items().at(0).ageMs(10), 9); // a failure makes nothing younger
+    Monitor monitor(kBlockWords);
+    QVERIFY(monitor.isComplete() && monitor.isGood());
+    monitor.setItems(testItems("D_W:0 D_W:100 D_W:200"));
+    monitor.blockRead(0, 0, {1}, at(1));
+    monitor.blockFailed(1, 0, failure(Failure::NoAnswer), at(1));
+    QVERIFY(!monitor.isComplete());
+    monitor.markRefused(2, 0, 0x1132, at(1));
+    QVERIFY(monitor.isComplete());
+    QVERIFY(!monitor.isGood());
 }
 
 QTEST_APPLESS_MAIN(TestMonitor)
+
 #include "test_monitor.moc"

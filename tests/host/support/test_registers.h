@@ -33,4 +33,30 @@ inline Item testItem(const char *reg, int start, int count, int station = 1)
     return Item{station, testRegister(reg), start, count};
 }
 
+/** All that a PLC's memory has in them. */
+inline RegisterCatalog testCatalog()
+{
+    RegisterCatalog registers;
+    for (const char *const name : {"D_W", "D_bit", "M_W", "M_bit", "TX"}) {
+        registers.add(testRegister(name));
+    }
+    return registers;
+}
+
+/** "1/D_W:5*3 M_bit:3.5" */
+inline QVector<Item> testItems(const QString &texts)
+{
+    QVector<Item> items;
+    for (const QString &text : texts.split(QLatin1Char(' '))) {
+        QString error;
+        items.append(parseItem(text, 1, testCatalog(), error).value_or(Item()));
+    }
+    return items;
+}
+
+inline QVector<Item> testItems(const char *texts)
+{
+    return testItems(QString::fromLatin1(texts));
+}
+
 } // namespace cnet
