@@ -23,16 +23,22 @@ void TestFailure::hasWords_data()
     QTest::addColumn<Failure::Kind>("kind");
     QTest::addColumn<QString>("detail");
     QTest::addColumn<QString>("text");
-    QTest::newRow("none") << Failure::None << "" << "";
+    QTest::newRow("none") << Failure::None << ""
+                          << "";
     QTest::newRow("refused") << Failure::Refused << ""
                              << "refused: 1232, more than 60 words in one request";
-    QTest::newRow("no answer") << Failure::NoAnswer << "" << "no answer";
-    QTest::newRow("bad answer") << Failure::BadAnswer << "" << "no usable answer";
-    QTest::newRow("line down") << Failure::LineDown << "" << "the line is down";
-    QTest::newRow("cancelled") << Failure::Cancelled << "" << "cancelled";
+    QTest::newRow("no answer") << Failure::NoAnswer << ""
+                               << "no answer";
+    QTest::newRow("bad answer") << Failure::BadAnswer << ""
+                                << "no usable answer";
+    QTest::newRow("line down") << Failure::LineDown << ""
+                               << "the line is down";
+    QTest::newRow("cancelled") << Failure::Cancelled << ""
+                               << "cancelled";
     QTest::newRow("closed") << Failure::Cancelled << "the session was closed"
                             << "the session was closed";
-    QTest::newRow("mismatch") << Failure::Mismatch << "it holds 5" << "it holds 5";
+    QTest::newRow("mismatch") << Failure::Mismatch << "it holds 5"
+                              << "it holds 5";
 }
 
 void TestFailure::hasWords()

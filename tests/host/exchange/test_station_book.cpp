@@ -125,7 +125,8 @@ void TestStationBook::saysOnce_data()
                                           "address outside the device");
     const QString disturbed = QLatin1String("station 2 sends answers that cannot be used");
     const QString back = QLatin1String("station 2 is back after 0.0 s and %1 attempts");
-    // One letter each: a answered, s silent, b bad, r refused, f a refused fence; G given up, H heard
+    // One letter each: a answered, s silent, b bad, r refused, f a refused fence; G given up, H
+    // heard
     QTest::newRow("aaa") << QStringList() << "answers";
     QTest::newRow("assaHa") << QStringList() << "answers"; // heard for the first time
     QTest::newRow("sssG") << QStringList{away.arg(3)} << "silent";
@@ -166,8 +167,7 @@ void TestStationBook::tellsHowLongItWasAway()
     book.note(report(Outcome::TimedOut, false, 500, 1000));
     book.note(report(Outcome::TimedOut, true, 500, 1500));
     book.noteAway(2, 2000);
-    QCOMPARE(book.noteBack(2, 4500),
-             QLatin1String("station 2 is back after 3.5 s and 2 attempts"));
+    QCOMPARE(book.noteBack(2, 4500), QLatin1String("station 2 is back after 3.5 s and 2 attempts"));
     QCOMPARE(book.noteBack(2, 5000), QString());
 }
 

@@ -53,7 +53,8 @@ void TestTrace::answers_data()
     row("taken", Outcome::Answered, true, done, "", 0, bytes);
     row("noise about it", Outcome::Answered, true, done, "", 3,
         bytes + QLatin1String("; 3 stray bytes"));
-    row("taken after a note", Outcome::Answered, true, done, "another station or command", 0, bytes);
+    row("taken after a note", Outcome::Answered, true, done, "another station or command", 0,
+        bytes);
     row("not accepted", Outcome::Bad, false, done, "", 0,
         bytes + QLatin1String("; not accepted, sent again"));
     row("not used", Outcome::Bad, true, done, "another station or command", 0,
@@ -86,9 +87,10 @@ void TestTrace::answers()
 
 void TestTrace::lateAnswer()
 {
-    QCOMPARE(traceLate(kTime, QByteArray("\x06"
-                                         "01wSB\x03"
-                                         "76"),
+    QCOMPARE(traceLate(kTime,
+                       QByteArray("\x06"
+                                  "01wSB\x03"
+                                  "76"),
                        700.04),
              QLatin1String("07:08:09.010 <- 700.0 ms 9 bytes [06 30 31 77 53 42 03 37 36] station "
                            "1, done; too late, not used"));
