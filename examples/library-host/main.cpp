@@ -29,10 +29,6 @@ int main(int argc, char *argv[])
     if (!address || !driver.load(QString(), error)) {
         return fail(error);
     }
-    auto link = makeLink(*address);
-    if (!link) {
-        return fail(QLatin1String("the link is to be tcp:HOST:PORT or serial:DEVICE"));
-    }
     QVector<Item> items;
     for (const QString &text : arguments.mid(2)) {
         const auto item = parseItem(text, 1, driver.registers(), error);
@@ -44,7 +40,7 @@ int main(int argc, char *argv[])
 
     SessionOptions options;
     options.line = address->line;
-    Session session(driver, std::move(link), options);
+    Session session(driver, makeLink(*address), options);
     Monitor *const monitor = session.monitor(items);
     QObject::connect(monitor, &Monitor::valuesChanged, [&](const QVector<ValueChange> &changes) {
         for (const ValueChange &change : changes) {

@@ -3,7 +3,6 @@
 #include "host/wire/block_check.h"
 #include "host/wire/characters.h"
 #include "host/wire/fence_frame.h"
-#include "host/wire/frame_words.h"
 
 #include <algorithm>
 
@@ -12,15 +11,8 @@ namespace cnet {
 namespace {
 
 const int kMostFences = 3;
-// Far more blocks than a session reads cyclically.
-const int kMostAnswers = 4096;
 const int kLongestBabbleMs = 2000;
 const double kNsPerMs = 1000000;
-
-size_t index(int station)
-{
-    return static_cast<quint8>(station);
-}
 
 } // namespace
 
@@ -57,10 +49,12 @@ void Conversation::greet(int station, int patienceMs)
     begin(Goal::Greet);
 }
 
-void Conversation::cancel()
+bool Conversation::cancel()
 {
+    const bool asked = m_phase != Phase::Idle && m_asked;
     m_phase = Phase::Idle;
     m_alarm->cancel();
+    return asked;
 }
 
 void Conversation::begin(Goal goal)
@@ -99,16 +93,8 @@ void Conversation::proceed()
 bool Conversation::isConfusable(const AnswerShape &shape) const
 {
     return m_open.confusable(m_question.station, m_question.request, shape) ||
-           (m_lastRequest.at(index(m_question.station)) != m_question.request &&
-            wouldRepeat(shape));
-}
-
-// True when the answer is to be expected to be the same as the last one, to another question.
-bool Conversation::wouldRepeat(const AnswerShape &shape) const
-{
-    const QByteArray &last = m_lastAnswer.at(index(m_question.station));
-    return m_settings.repeatedAnswers == RepeatedAnswers::Confirm && shape.admits(last) &&
-           (isWriteRequest(m_question.request) || m_answers.value(m_question.request) == last);
+           (m_settings.repeatedAnswers == RepeatedAnswers::Confirm &&
+            m_memory.wouldRepeat(m_question.station, m_question.request, shape));
 }
 
 void Conversation::send(const QByteArray &request, int patienceMs)
@@ -139,7 +125,7 @@ void Conversation::sendFence()
     const int station = m_question.station;
     const AnswerShape next = AnswerShape::toRequest(m_question.request, m_question.answerLength);
     const FenceFrame fence = fenceFrame(
-        station, m_open.freeFence(station, next, m_lastAnswer.at(index(station))));
+        station, m_open.freeFence(station, next, m_memory.last(station)));
     const int characters = static_cast<int>(fence.request.size()) + fence.answerLength;
     m_phase = Phase::Fencing;
     m_shape = AnswerShape::toRequest(fence.request, fence.answerLength);
@@ -198,7 +184,8 @@ void Conversation::handleAnswerToFence(const QByteArray &answer)
     Reply fence = beginReply(refused ? Outcome::Refused : Outcome::Answered);
     fence.tookMs = noteTime();
     m_open.clear(station);
-    remember(station, answer, m_frame);
+    m_memory.remember(station, answer, m_frame);
+    m_unanswered.clear();
     m_collector.clear();
     m_fences = 0;
     if (m_goal == Goal::Greet) {
@@ -216,8 +203,8 @@ void Conversation::takeAnswer(const QByteArray &answer)
 {
     const int station = m_question.station;
     const bool repeats = m_settings.repeatedAnswers == RepeatedAnswers::Confirm &&
-                         answer == m_lastAnswer.at(index(station));
-    if (repeats && m_question.request != m_lastRequest.at(index(station))) {
+                         m_memory.repeats(station, answer);
+    if (repeats && !m_memory.isLastRequest(station, m_question.request)) {
         m_note = QLatin1String("it may be the answer to an earlier request");
         m_collector.clear();
         sendFence();
@@ -232,23 +219,9 @@ void Conversation::takeAnswer(const QByteArray &answer)
     if (repeats) {
         m_open.keep(station, m_question.request, m_shape);
     }
-    remember(station, answer, m_question.request);
-    finish(reply);
-}
-
-void Conversation::remember(int station, const QByteArray &answer, const QByteArray &request)
-{
+    m_memory.remember(station, answer, m_question.request);
     m_unanswered.clear();
-    QByteArray &lastAnswer = m_lastAnswer.at(index(station));
-    QByteArray &lastRequest = m_lastRequest.at(index(station));
-    if (lastRequest != request && !lastRequest.isEmpty()) {
-        if (m_answers.size() >= kMostAnswers) {
-            m_answers.clear();
-        }
-        m_answers.insert(lastRequest, lastAnswer);
-    }
-    lastAnswer = answer;
-    lastRequest = request;
+    finish(reply);
 }
 
 // Late, or not for this host: while a question waits, it goes on waiting.
@@ -263,10 +236,10 @@ void Conversation::dropAnswer(const QByteArray &answer)
         m_note = QLatin1String("another station or command");
         return;
     }
-    if (answer == m_lastAnswer.at(index(station))) {
+    if (m_memory.repeats(station, answer)) {
         m_open.keep(station, open->request, open->shape);
     }
-    remember(station, answer, open->request);
+    m_memory.remember(station, answer, open->request);
     const double lateMs = static_cast<double>(m_clock.nowMs() - open->askedMs);
     m_times.note(station, lateMs);
     if (m_phase == Phase::Fencing && m_goal != Goal::Greet && station == m_question.station) {

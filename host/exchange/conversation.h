@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/exchange/repeated_answers.h"
+#include "host/exchange/answer_memory.h"
 #include "host/exchange/reply.h"
 #include "host/exchange/response_times.h"
 #include "host/link/link.h"
@@ -8,10 +9,8 @@
 #include "host/wire/answer_collector.h"
 #include "host/wire/open_questions.h"
 
-#include <QHash>
 #include <QObject>
 
-#include <array>
 #include <memory>
 
 namespace cnet {
@@ -65,8 +64,11 @@ public:
      */
     void greet(int station, int patienceMs);
 
-    /** Forgets the question; ended() does not follow. Its answer may still come, and is known as late. */
-    void cancel();
+    /**
+     * Forgets the question; ended() does not follow. Its answer may still come, and is known as late.
+     * @return true when the question itself went out
+     */
+    bool cancel();
 
     bool isBusy() const { return m_phase != Phase::Idle; }
 
@@ -96,8 +98,6 @@ private:
 
     void begin(Goal goal);
     bool isConfusable(const AnswerShape &shape) const;
-    bool wouldRepeat(const AnswerShape &shape) const;
-    void remember(int station, const QByteArray &answer, const QByteArray &request);
     void proceed();
     void send(const QByteArray &request, int patienceMs);
     void sendQuestion();
@@ -135,9 +135,7 @@ private:
     QString m_note;       ///< what came instead of an answer
     OpenQuestions m_open;
     AnswerCollector m_collector;
-    std::array<QByteArray, 256> m_lastAnswer;  ///< by station
-    std::array<QByteArray, 256> m_lastRequest; ///< that it answered
-    QHash<QByteArray, QByteArray> m_answers;   ///< the last one to each request
+    AnswerMemory m_memory;
     bool m_disturbed = false;                  ///< the line has to be quiet before the next frame
     qint64 m_lastByteMs = 0;
     qint64 m_clearingSinceMs = 0;

@@ -22,6 +22,7 @@ FrameCarrier::FrameCarrier(DriverCore &driver, Conversation &conversation)
 // handshake, which is not transmitted: nothing is what comes back.
 bool FrameCarrier::carry()
 {
+    m_sent = m_sent && m_open;
     m_open = m_driver.functions().getSendFrame(m_frame) != 0 ||
              m_driver.functions().getSendFrame(m_frame) != 0;
     if (m_open && m_frame.sendLen <= 0) {
@@ -102,6 +103,7 @@ void FrameCarrier::settle(ExchangeReport &report)
         report.reply.note = QLatin1String("not accepted by the driver");
     }
     m_open = !report.final;
+    m_sent = m_sent || report.reply.sent;
     m_changes = m_driver.changes() != changesBefore;
 }
 

@@ -25,6 +25,9 @@ public:
      */
     bool isFrameOpen() const { return m_open; }
 
+    /** The frame in flight went out at least once before, and was not answered. */
+    bool wasSent() const { return m_open && m_sent; }
+
     /** Has the driver give up the frame in flight; nothing of it reaches the line. */
     void giveUp();
 
@@ -40,6 +43,7 @@ private:
     Conversation &m_conversation;
     FRAME_PRO m_frame{};
     bool m_open = false;
+    bool m_sent = false;
     bool m_changes = false;
 };
 

@@ -1,9 +1,6 @@
 #include "host/schedule/scheduler.h"
 
 #include "host/jobs/write_job.h"
-#include "host/recipe/recipe_job.h"
-#include "host/wire/fence_frame.h"
-#include "host/wire/frame_words.h"
 
 #include <algorithm>
 #include <utility>
@@ -17,27 +14,21 @@ const int kLookMs = 500;
 // How often it is looked at whether enough was saved up for a greeting.
 const int kSavingMs = 20;
 
-int greetingCharacters()
-{
-    const FenceFrame fence = fenceFrame(0, 0);
-    return static_cast<int>(fence.request.size()) + fence.answerLength;
-}
-
 } // namespace
 
 Scheduler::Scheduler(DriverCore &driver, const RegisterCatalog &registers,
                      Conversation &conversation, ResponseTimes &times, Clock &clock,
                      const ScheduleSettings &settings, QObject *parent)
     : QObject(parent)
-    , m_driver(driver)
     , m_conversation(conversation)
     , m_times(times)
     , m_clock(clock)
-    , m_settings(settings)
     , m_alarm(clock.makeAlarm())
     , m_health(clock.nowMs())
     , m_carrier(driver, conversation)
     , m_poller(driver, registers, m_health, clock, settings.poll)
+    , m_greeter(conversation, times, m_health, clock, settings.attempts, settings.silentStation)
+    , m_request(driver, m_carrier, m_poller)
 {
     connect(m_alarm.get(), &Alarm::fired, this, &Scheduler::proceed);
     connect(&conversation, &Conversation::ended, this, &Scheduler::handleConversationEnded);
@@ -60,12 +51,12 @@ Scheduler::~Scheduler()
 
 void Scheduler::add(Job *job)
 {
-    m_jobs.append(job);
+    m_jobs.add(job);
     watchWrites(job);
     connect(job, &Job::cancelRequested, this, [this, job] { cancelJob(job); });
     connect(job, &QObject::destroyed, this, [this] {
         // The driver has forgotten the transfer with its job: what comes in now belongs to nobody.
-        if (m_requestOpen && !m_job && m_request.kind == BlockRequest::Recipe) {
+        if (m_request.isRecipe() && m_request.job() == nullptr) {
             dropRequest();
         }
         proceedSoon();
@@ -99,6 +90,7 @@ void Scheduler::watchWrites(Job *job)
 void Scheduler::lineOpened()
 {
     m_lineOpen = true;
+    m_lineLost = false;
     m_health.reopen(m_clock.nowMs());
     for (const int station : m_poller.items().stations()) {
         m_poller.stationBack(station);
@@ -113,25 +105,26 @@ void Scheduler::lineOpened()
 void Scheduler::lineLost()
 {
     m_lineOpen = false;
-    m_conversation.cancel();
-    m_carrier.giveUp();
-    m_greeted = -1;
-    m_forJob = -1;
+    m_lineLost = true;
     Failure failure;
     failure.kind = Failure::LineDown;
-    if (m_requestOpen) {
-        failure.sent = true;
-        finishRequest(failure, nullptr);
+    failure.sent = stopTalking();
+    if (m_request.isOpen()) {
+        m_request.finish(failure);
     }
-    failure.sent = false;
-    const QList<QPointer<Job>> jobs = m_jobs;
-    for (const QPointer<Job> &job : jobs) {
-        if (job && !job->outlivesLine()) {
-            endJob(job, failure);
-        }
-    }
+    m_jobs.endUnkept();
     m_poller.lineChanged(false);
     m_poller.tell();
+}
+
+// True when the request that was underway went out.
+bool Scheduler::stopTalking()
+{
+    const bool asked = m_conversation.cancel() && m_carrier.isFrameOpen();
+    const bool sent = asked || m_carrier.wasSent();
+    m_carrier.giveUp();
+    m_greeter.forget();
+    return sent;
 }
 
 void Scheduler::stop()
@@ -141,42 +134,31 @@ void Scheduler::stop()
     }
     m_stopped = true;
     m_alarm->cancel();
-    m_conversation.cancel();
-    m_carrier.giveUp();
-    endAllJobs();
-}
-
-void Scheduler::endAllJobs()
-{
-    Failure reason;
-    reason.kind = Failure::Cancelled;
-    reason.detail = QLatin1String("the session was closed");
-    const bool requestOpen = std::exchange(m_requestOpen, false);
-    const QList<QPointer<Job>> jobs = std::exchange(m_jobs, {});
-    for (const QPointer<Job> &job : jobs) {
-        if (job) {
-            reason.sent = requestOpen && job == m_job;
-            endJob(job, reason);
-        }
-    }
+    const bool sent = stopTalking();
+    const Job *const job = sent ? m_request.job() : nullptr;
+    m_request.drop();
+    m_jobs.endAll(job);
 }
 
 // Where nothing is out, something is asked, or the alarm is set for when there is.
 void Scheduler::proceed()
 {
     if (m_stopped) {
-        endAllJobs(); // that were added since
+        m_jobs.endAll(nullptr); // that were added since
         return;
     }
     if (m_conversation.isBusy()) {
         return;
+    }
+    if (m_lineLost) {
+        m_jobs.endUnkept(); // that were added since
     }
     if (m_clock.nowMs() - m_lookedMs >= kLookMs) {
         m_lookedMs = m_clock.nowMs();
         m_poller.look();
     }
     if (m_lineOpen && !m_stopped) {
-        if (resume() || serveJobs() || greetDueStation()) {
+        if (resume() || serveJobs() || m_greeter.greetDue(m_poller.items().stations())) {
             m_poller.tell();
             return;
         }
@@ -192,20 +174,21 @@ void Scheduler::proceed()
     }
 }
 
-// The driver has a frame in flight, or was asked for one.
+// The driver has a frame in flight, or was asked for one. Of some requests it makes nothing, as of a
+// recipe without words.
 bool Scheduler::resume()
 {
-    if (!m_carrier.isFrameOpen() && !m_requestOpen) {
+    if (!m_carrier.isFrameOpen() && !m_request.isOpen()) {
         return false;
     }
     if (m_carrier.carry()) {
         return true;
     }
-    if (m_requestOpen) {
+    if (m_request.isOpen()) {
         Failure failure;
         failure.kind = Failure::Cancelled;
         failure.detail = QLatin1String("the driver has nothing to send for it");
-        finishRequest(failure, nullptr);
+        finishRequest(failure);
     }
     return false;
 }
@@ -224,30 +207,27 @@ void Scheduler::rest()
     m_alarm->set(static_cast<int>(untilMs - nowMs));
 }
 
-Job *Scheduler::nextJob(bool first) const
-{
-    const auto found =
-        std::find_if(m_jobs.cbegin(), m_jobs.cend(), [first](const QPointer<Job> &job) {
-            return job && job->goesFirst() == first;
-        });
-    return found == m_jobs.cend() ? nullptr : found->data();
-}
-
 bool Scheduler::serveJobs()
 {
-    m_jobs.removeAll(QPointer<Job>());
-    while (Job *const job = nextJob(true) != nullptr ? nextJob(true) : nextJob(false)) {
+    while (Job *const job = m_jobs.next()) {
         const auto request = job->next();
         if (!request) {
-            endJob(job, Failure());
+            m_jobs.end(job, Failure());
             continue;
         }
-        switch (admit(*request)) {
-        case Admission::Granted:
-            return begin(job, *request);
-        case Admission::Asked:
+        const QVector<int> stations = request->stations.isEmpty()
+                                          ? QVector<int>{request->item.station}
+                                          : request->stations;
+        switch (m_greeter.admit(stations)) {
+        case Greeter::Admission::Granted:
+            if (m_request.begin(job, *request)) {
+                return true;
+            }
+            resume();
+            continue;
+        case Greeter::Admission::Asked:
             return true;
-        case Admission::Refused:
+        case Greeter::Admission::Refused:
             break;
         }
         BlockResult result;
@@ -255,102 +235,6 @@ bool Scheduler::serveJobs()
         job->ended(*request, result);
     }
     return false;
-}
-
-Scheduler::Admission Scheduler::admit(const BlockRequest &request)
-{
-    QVector<int> stations = request.stations;
-    if (stations.isEmpty()) {
-        stations.append(request.item.station);
-    }
-    for (const int station : std::as_const(stations)) {
-        const StationHealth::State state = m_health.state(station);
-        if (state == StationHealth::State::Alive) {
-            continue;
-        }
-        if (m_forJob != station) {
-            m_forJob = station;
-            m_greetings = 0;
-        }
-        const bool silent = state == StationHealth::State::Silent;
-        const bool tried = m_greetings >= m_settings.attempts;
-        if (tried) {
-            m_health.turnDown(station, m_clock.nowMs());
-        }
-        if (m_health.turnedDownLately(station, m_clock.nowMs()) ||
-            (silent && m_settings.silentStation == SilentStation::Fail)) {
-            m_forJob = -1;
-            return Admission::Refused;
-        }
-        ++m_greetings;
-        greet(station, m_times.patienceMs(station, greetingCharacters()));
-        return Admission::Asked;
-    }
-    m_forJob = -1;
-    return Admission::Granted;
-}
-
-bool Scheduler::begin(Job *job, const BlockRequest &request)
-{
-    m_job = job;
-    m_request = request;
-    m_requestOpen = true;
-    switch (request.kind) {
-    case BlockRequest::Write:
-        m_driver.queueWrite(request.item, request.values);
-        break;
-    case BlockRequest::Read:
-        if (request.item.reg.isContact()) {
-            // Of contacts the driver's one-off read reads others than meant.
-            m_poller.disturb();
-            m_driver.merge({keyOf(request.item)});
-        } else {
-            m_driver.queueRead(request.item);
-        }
-        break;
-    case BlockRequest::Recipe:
-        m_poller.disturb();
-        break;
-    }
-    job->begun(request);
-    if (m_carrier.carry()) {
-        return true;
-    }
-    // The driver makes nothing of it, as of a recipe without words.
-    resume();
-    proceedSoon();
-    return false;
-}
-
-// The first greeting of a station is short where others answer quickly: a late answer is heard all the
-// same. What comes after that must be saved up, unless the line has nothing else to do.
-bool Scheduler::greetDueStation()
-{
-    const QVector<int> stations = m_poller.items().stations();
-    const qint64 nowMs = m_clock.nowMs();
-    const auto station = m_health.due(stations, nowMs);
-    if (!station) {
-        return false;
-    }
-    const int characters = greetingCharacters();
-    const int missed = m_health.missedGreetings(*station);
-    const int glanceMs = m_times.glanceMs(*station, characters);
-    const int patienceMs = std::min(m_times.patienceMs(*station, characters),
-                                    glanceMs << std::min(missed, 10));
-    const bool others = std::any_of(stations.cbegin(), stations.cend(),
-                                    [this](int other) { return m_health.isAlive(other); });
-    const bool affordable = m_health.mayCost(patienceMs, nowMs);
-    if (others && missed > 0 && !affordable) {
-        return false;
-    }
-    greet(*station, patienceMs);
-    return true;
-}
-
-void Scheduler::greet(int station, int patienceMs)
-{
-    m_greeted = station;
-    m_conversation.greet(station, patienceMs);
 }
 
 void Scheduler::handleFenceEnded(const Reply &reply)
@@ -366,23 +250,22 @@ void Scheduler::handleFenceEnded(const Reply &reply)
 
 void Scheduler::handleConversationEnded(const Reply &reply)
 {
-    if (m_greeted >= 0) {
-        handleGreeting(std::exchange(m_greeted, -1), reply);
+    if (m_greeter.isUnderway()) {
+        handleGreeting(reply);
     } else {
         handleFrame(reply);
     }
     proceed();
 }
 
-void Scheduler::handleGreeting(int station, const Reply &reply)
+void Scheduler::handleGreeting(const Reply &reply)
 {
+    const int station = m_greeter.station();
+    const Greeter::Verdict verdict = m_greeter.take(reply);
     handleFenceEnded(reply);
-    if (reply.outcome == Outcome::Answered || reply.outcome == Outcome::Refused) {
+    if (verdict == Greeter::Verdict::Heard) {
         stationHeard(station);
-        return;
-    }
-    m_health.charge(reply.tookMs);
-    if (m_forJob != station || m_greetings >= m_settings.attempts) {
+    } else if (verdict == Greeter::Verdict::Missed) {
         Failure failure;
         failure.kind = reply.outcome == Outcome::Bad ? Failure::BadAnswer : Failure::NoAnswer;
         stationMissed(station, failure);
@@ -409,65 +292,18 @@ void Scheduler::handleFrame(const Reply &reply)
     }
 }
 
-bool Scheduler::concernsRequest(const ExchangeReport &report) const
-{
-    if (!m_requestOpen) {
-        return false;
-    }
-    switch (m_request.kind) {
-    case BlockRequest::Write:
-        return report.purpose == Purpose::Write;
-    case BlockRequest::Recipe:
-        return true;
-    case BlockRequest::Read:
-        break;
-    }
-    return report.purpose == Purpose::Read ||
-           (m_request.item.reg.isContact() && report.purpose == Purpose::Cyclic);
-}
-
 void Scheduler::handleFinalFrame(const ExchangeReport &report, const AddressRange &range)
 {
-    if (!concernsRequest(report)) {
+    if (!m_request.concerns(report)) {
         m_poller.blockEnded(range, report, m_carrier.hasChanges());
-        return;
+    } else if (m_request.take(report, range)) {
+        finishRequest(report.failure());
     }
-    if (m_request.kind == BlockRequest::Recipe) {
-        auto *const recipe = qobject_cast<RecipeJob *>(m_job);
-        if (recipe == nullptr || recipe->blockEnded(report, range.count)) {
-            finishRequest(report.failure(), &report);
-        }
-        return;
-    }
-    // The bit of a data register is changed within its word, which is read first.
-    const bool halfWay = m_request.kind == BlockRequest::Write && report.good &&
-                         !isWriteRequest(report.reply.frame);
-    if (halfWay) {
-        return;
-    }
-    if (m_request.kind == BlockRequest::Read && report.good) {
-        m_poller.rangeRead(range);
-    }
-    finishRequest(report.failure(), &report);
 }
 
-void Scheduler::finishRequest(const Failure &failure, const ExchangeReport *report)
+void Scheduler::finishRequest(const Failure &failure)
 {
-    BlockResult result;
-    result.failure = failure;
-    const BlockRequest request = std::exchange(m_request, {});
-    const QPointer<Job> job = std::exchange(m_job, nullptr);
-    m_requestOpen = false;
-    if (request.kind == BlockRequest::Read && report != nullptr && report->good) {
-        result.values = m_driver.values(request.item);
-    }
-    if (request.kind == BlockRequest::Read && request.item.reg.isContact()) {
-        m_driver.merge({});
-    }
-    if (!job) {
-        return;
-    }
-    job->ended(request, result);
+    const QPointer<Job> job = m_request.finish(failure);
     if (job && job->isCancelRequested()) {
         cancelJob(job);
     }
@@ -495,29 +331,21 @@ void Scheduler::cancelJob(Job *job)
 {
     Failure reason;
     reason.kind = Failure::Cancelled;
-    if (m_requestOpen && m_job == job) {
-        if (m_request.kind != BlockRequest::Recipe) {
+    if (m_request.isOpen() && m_request.job() == job) {
+        if (!m_request.isRecipe()) {
             return;
         }
         dropRequest();
         reason.sent = true;
     }
-    endJob(job, reason);
+    m_jobs.end(job, reason);
     proceedSoon();
 }
 
 void Scheduler::dropRequest()
 {
-    m_conversation.cancel();
-    m_carrier.giveUp();
-    m_requestOpen = false;
-    m_job = nullptr;
-}
-
-void Scheduler::endJob(Job *job, const Failure &reason)
-{
-    m_jobs.removeAll(job);
-    job->conclude(reason);
+    stopTalking();
+    m_request.drop();
 }
 
 } // namespace cnet

@@ -1,15 +1,14 @@
 #pragma once
 
-#include "host/jobs/job.h"
 #include "host/schedule/frame_carrier.h"
+#include "host/schedule/greeter.h"
+#include "host/schedule/job_queue.h"
+#include "host/schedule/job_request.h"
 #include "host/schedule/poller.h"
-#include "host/schedule/silent_station.h"
 #include "host/schedule/station_health.h"
 
 #include <QHash>
-#include <QList>
 #include <QObject>
-#include <QPointer>
 
 #include <memory>
 
@@ -60,55 +59,37 @@ Q_SIGNALS:
     void roundEnded(int rounds);
 
 private:
-    enum class Admission {
-        Granted,
-        Asked,   ///< the station is being greeted
-        Refused, ///< it does not answer
-    };
-
     void proceedSoon() { m_alarm->set(0); }
     void proceed();
     void rest();
     bool resume();
     bool serveJobs();
-    Job *nextJob(bool first) const;
-    Admission admit(const BlockRequest &request);
-    bool begin(Job *job, const BlockRequest &request);
-    bool greetDueStation();
-    void greet(int station, int patienceMs);
     void handleConversationEnded(const Reply &reply);
     void handleFenceEnded(const Reply &reply);
-    void handleGreeting(int station, const Reply &reply);
+    void handleGreeting(const Reply &reply);
     void handleFrame(const Reply &reply);
     void handleFinalFrame(const ExchangeReport &report, const AddressRange &range);
-    bool concernsRequest(const ExchangeReport &report) const;
-    void finishRequest(const Failure &failure, const ExchangeReport *report);
+    void finishRequest(const Failure &failure);
     void stationHeard(int station);
     void stationMissed(int station, const Failure &failure);
     void watchWrites(Job *job);
     void cancelJob(Job *job);
-    void endJob(Job *job, const Failure &reason);
-    void endAllJobs();
+    bool stopTalking();
     void dropRequest();
 
-    DriverCore &m_driver;
     Conversation &m_conversation;
     ResponseTimes &m_times;
     Clock &m_clock;
-    ScheduleSettings m_settings;
     std::unique_ptr<Alarm> m_alarm; ///< when there is something to do again
     StationHealth m_health;
     FrameCarrier m_carrier;
     Poller m_poller;
-    QList<QPointer<Job>> m_jobs;
-    QPointer<Job> m_job; ///< whose request is underway
-    BlockRequest m_request;
-    bool m_requestOpen = false; ///< the driver has it
-    int m_greeted = -1;         ///< station whose greeting is out
-    int m_forJob = -1;          ///< station that a job waits for
-    int m_greetings = 0;        ///< that went out for it
+    Greeter m_greeter;
+    JobQueue m_jobs;
+    JobRequest m_request;
     QHash<int, Failure::Kind> m_silence; ///< by station: why it was given up
     bool m_lineOpen = false;
+    bool m_lineLost = false; ///< it was open
     bool m_stopped = false;
     qint64 m_lookedMs = 0;
 };
