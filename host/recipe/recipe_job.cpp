@@ -121,9 +121,14 @@ void RecipeJob::ended(const BlockRequest &request, const BlockResult &result)
     }
     m_transferred = true;
     if (m_failure.isEmpty() && !result.failure.isNone()) {
-        m_failure = atBlock(QString::fromLatin1("%1/%2): %3")
-                                .arg(request.item.station)
-                                .arg(request.item.reg.name, result.failure.text()));
+        // Of several stations any may be the one, before the first block.
+        m_failure = state() == State::Waiting
+                        ? QString::fromLatin1("station %1: %2")
+                              .arg(request.item.station)
+                              .arg(result.failure.text())
+                        : atBlock(QString::fromLatin1("%1/%2): %3")
+                                      .arg(request.item.station)
+                                      .arg(request.item.reg.name, result.failure.text()));
     }
     // The next recipe takes the same buffer.
     if (m_failure.isEmpty() && m_direction == RecipeDirection::Read) {

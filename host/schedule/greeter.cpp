@@ -56,6 +56,7 @@ Greeter::Admission Greeter::admit(const QVector<int> &stations)
     }
     if (turnsDown(*missing)) {
         m_forJob = -1;
+        m_refused = *missing;
         return Admission::Refused;
     }
     ++m_greetings;

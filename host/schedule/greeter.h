@@ -41,6 +41,9 @@ public:
     /** Greets the one of these stations that is due, if it may. @return true when it did */
     bool greetDue(const QVector<int> &stations);
 
+    /** The station for which admit() refused last. */
+    int refused() const { return m_refused; }
+
     bool isUnderway() const { return m_greeted >= 0; }
 
     /** The station of the greeting that is out. */
@@ -64,6 +67,7 @@ private:
     int m_greeted = -1;  ///< station whose greeting is out
     int m_forJob = -1;   ///< station that a job waits for
     int m_greetings = 0; ///< that went out for it
+    int m_refused = -1;
 };
 
 } // namespace cnet

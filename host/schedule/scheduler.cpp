@@ -230,9 +230,11 @@ bool Scheduler::serveJobs()
         case Greeter::Admission::Refused:
             break;
         }
+        BlockRequest refused = *request;
+        refused.item.station = m_greeter.refused();
         BlockResult result;
-        result.failure.kind = m_silence.value(request->item.station, Failure::NoAnswer);
-        job->ended(*request, result);
+        result.failure.kind = m_silence.value(m_greeter.refused(), Failure::NoAnswer);
+        job->ended(refused, result);
     }
     return false;
 }
@@ -276,6 +278,8 @@ void Scheduler::handleFrame(const Reply &reply)
 {
     AddressRange range;
     const ExchangeReport report = m_carrier.take(reply, range);
+    // First of all: whoever ends with what follows from it has counted it.
+    Q_EMIT exchangeEnded(report);
     const bool heard = report.reply.outcome == Outcome::Answered ||
                        report.reply.outcome == Outcome::Refused;
     if (heard) {
@@ -286,7 +290,6 @@ void Scheduler::handleFrame(const Reply &reply)
     if (report.final) {
         handleFinalFrame(report, range);
     }
-    Q_EMIT exchangeEnded(report);
     if (report.final && !heard) {
         stationMissed(report.station(), report.failure());
     }
