@@ -146,8 +146,11 @@ void Poller::mark(const QVector<PollSet::Place> &places, Job *job)
     }
 }
 
+// A block that the range holds a part of is compared when it is read next: the driver has reported the
+// change already.
 void Poller::rangeRead(const AddressRange &range)
 {
+    m_set.distrustCallbacks();
     m_set.rangeReadInPart(range, surroundings());
 }
 
