@@ -1,5 +1,5 @@
 #include "host/address/assignment.h"
-#include "host/driver/driver_library.h"
+#include <host/driver/driver.h>
 
 #include <QtTest>
 
@@ -17,14 +17,13 @@ private Q_SLOTS:
     void refuses();
 
 private:
-    DriverLibrary m_driver;
-    RegisterCatalog m_registers;
+    Driver m_driver;
 };
 
 void TestAssignment::initTestCase()
 {
-    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE)), qPrintable(m_driver.errorText()));
-    m_registers = RegisterCatalog(m_driver.functions());
+    QString error;
+    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE), error), qPrintable(error));
 }
 
 void TestAssignment::parses_data()
@@ -48,7 +47,7 @@ void TestAssignment::parses()
 {
     QString error;
     const auto assignment =
-        parseAssignment(QLatin1String(QTest::currentDataTag()), 7, m_registers, error);
+        parseAssignment(QLatin1String(QTest::currentDataTag()), 7, m_driver.registers(), error);
     QVERIFY2(assignment.has_value(), qPrintable(error));
     QTEST(assignment->text(), "text");
     QCOMPARE(static_cast<int>(assignment->values.size()), assignment->item.count);
@@ -82,7 +81,8 @@ void TestAssignment::refuses()
 {
     QFETCH(QString, expected);
     QString error;
-    QVERIFY(!parseAssignment(QLatin1String(QTest::currentDataTag()), 1, m_registers, error));
+    QVERIFY(
+        !parseAssignment(QLatin1String(QTest::currentDataTag()), 1, m_driver.registers(), error));
     QVERIFY2(error.contains(expected), qPrintable(error));
 }
 

@@ -1,7 +1,7 @@
 #include "host/support/test_registers.h"
 
-#include "host/driver/driver_library.h"
 #include "host/address/item.h"
+#include <host/driver/driver.h>
 
 #include <QtTest>
 
@@ -21,14 +21,13 @@ private Q_SLOTS:
     void cutsIntoPieces();
 
 private:
-    DriverLibrary m_driver;
-    RegisterCatalog m_registers;
+    Driver m_driver;
 };
 
 void TestItem::initTestCase()
 {
-    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE)), qPrintable(m_driver.errorText()));
-    m_registers = RegisterCatalog(m_driver.functions());
+    QString error;
+    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE), error), qPrintable(error));
 }
 
 void TestItem::parses_data()
@@ -52,7 +51,8 @@ void TestItem::parses_data()
 void TestItem::parses()
 {
     QString error;
-    const auto item = parseItem(QLatin1String(QTest::currentDataTag()), 7, m_registers, error);
+    const auto item =
+        parseItem(QLatin1String(QTest::currentDataTag()), 7, m_driver.registers(), error);
     QVERIFY2(item.has_value(), qPrintable(error));
     QTEST(item->station, "station");
     QTEST(item->reg.name, "reg");
@@ -91,7 +91,7 @@ void TestItem::refuses()
     QFETCH(QString, expected);
     QString error;
     const QString text = QLatin1String(QTest::currentDataTag());
-    QVERIFY(!parseItem(text, 1, m_registers, error).has_value());
+    QVERIFY(!parseItem(text, 1, m_driver.registers(), error).has_value());
     QVERIFY2(error.contains(expected), qPrintable(error));
     QVERIFY2(error.startsWith(QLatin1Char('\'') + text), qPrintable(error));
 }

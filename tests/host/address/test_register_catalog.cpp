@@ -1,6 +1,6 @@
 #include "host/address/address.h"
-#include "host/driver/driver_library.h"
 #include "host/address/register_catalog.h"
+#include <host/driver/driver.h>
 
 #include <QtTest>
 
@@ -75,9 +75,10 @@ void TestRegisterCatalog::refusesWhatIsNoDescription()
 
 void TestRegisterCatalog::asksTheDriver()
 {
-    DriverLibrary driver;
-    QVERIFY2(driver.load(QLatin1String(DRIVER_FILE)), qPrintable(driver.errorText()));
-    const RegisterCatalog registers(driver.functions());
+    Driver driver;
+    QString error;
+    QVERIFY2(driver.load(QLatin1String(DRIVER_FILE), error), qPrintable(error));
+    const RegisterCatalog &registers = driver.registers();
     QCOMPARE(registers.names().join(QLatin1Char(' ')),
              QLatin1String("D_W C_W T_W K_W P_W F_W L_W M_W "
                            "P_bit K_bit M_bit L_bit F_bit TX CX D_bit"));

@@ -44,7 +44,7 @@ int nameOf(int station, int address)
 qint64 exchangesWanted()
 {
     const qint64 asked = qEnvironmentVariableIntValue("CNET_EXCHANGES");
-    return asked > 0 ? asked : 4000;
+    return asked > 0 ? asked : 2500;
 }
 
 // One line under test, with somebody who watches, reads and writes at random.

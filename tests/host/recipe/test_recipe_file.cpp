@@ -1,6 +1,5 @@
-#include "host/driver/driver_library.h"
-#include "host/driver/item_check.h"
 #include "host/recipe/recipe_file.h"
+#include <host/driver/driver.h>
 
 #include <QtTest>
 
@@ -24,24 +23,21 @@ private Q_SLOTS:
 private:
     std::optional<RecipeFile> parse(const QByteArray &content, bool write, QString &error);
 
-    DriverLibrary m_driver;
-    RegisterCatalog m_registers;
+    Driver m_driver;
 };
 
 void TestRecipeFile::initTestCase()
 {
-    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE)), qPrintable(m_driver.errorText()));
-    m_registers = RegisterCatalog(m_driver.functions());
+    QString error;
+    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE), error), qPrintable(error));
 }
 
 std::optional<RecipeFile> TestRecipeFile::parse(const QByteArray &content, bool write,
                                                 QString &error)
 {
     return RecipeFile::parse(
-        content, write ? RecipeUse::Write : RecipeUse::Read, 7, m_registers,
-        [this](const Item &item, QString &why) {
-            return checkItem(m_driver.functions(), item, Access::Read, why);
-        },
+        content, write ? RecipeUse::Write : RecipeUse::Read, 7, m_driver.registers(),
+        [this](const Item &item, QString &why) { return m_driver.check(item, Access::Read, why); },
         error);
 }
 

@@ -54,6 +54,8 @@ private Q_SLOTS:
     void itemsMayBeSetFromWithin();
     void changesDuringAJobAreSeen_data();
     void changesDuringAJobAreSeen();
+    void changesThatAJobSeesFirstAreSeen_data();
+    void changesThatAJobSeesFirstAreSeen();
     void readsOfAJobShowAtOnce();
     void agesAndTimes();
 };
@@ -277,6 +279,39 @@ void TestValues::changesDuringAJobAreSeen()
         step += round;
     }
     QVERIFY(monitor->isGood());
+}
+
+void TestValues::changesThatAJobSeesFirstAreSeen_data()
+{
+    QTest::addColumn<QString>("job");
+    QTest::newRow("a part of the block") << "D_W:5";
+    QTest::newRow("a part of the block, and a contact") << "D_W:5 TX:9";
+    QTest::newRow("the block") << "D_W:4*3";
+    QTest::newRow("the contact") << "TX:3";
+    QTest::newRow("the word of the bit") << "M_W:3";
+    QTest::newRow("a recipe") << "";
+}
+
+// The driver has them then, and reports no change when they are read cyclically.
+void TestValues::changesThatAJobSeesFirstAreSeen()
+{
+    QFETCH(QString, job);
+    VirtualPlant plant;
+    Monitor *const monitor = plant.monitor("D_W:4*3 TX:3 M_bit:3.5");
+    plant.open();
+    plant.setWord(5, 55);
+    plant.memory().setContact('T', 3, true);
+    plant.memory().setBit('M', 3, 5, true);
+    if (job.isEmpty()) {
+        QVERIFY(plant.finishes(plant.session->transfer(
+            {{plant.item(QLatin1String("D_W:5")), {}, 0}}, RecipeDirection::Read)));
+    } else {
+        QVERIFY(plant.finishes(plant.session->read(plant.items(job))));
+    }
+    plant.run(250);
+    QCOMPARE(shown(monitor, 0, 1), QLatin1String("55"));
+    QCOMPARE(shown(monitor, 1), QLatin1String("1"));
+    QCOMPARE(shown(monitor, 2), QLatin1String("1"));
 }
 
 void TestValues::readsOfAJobShowAtOnce()
