@@ -222,6 +222,7 @@ void TestJobs::canBeDeletedAtAnyTime()
     QCOMPARE(monitor->items().first().values.at(1).value, quint16(4711));
     QVERIFY(monitor->isGood());
     QCOMPARE(finished, 0);
+    QVERIFY2(plant.notices.isEmpty(), qPrintable(plant.notices.join(QLatin1Char('\n'))));
 }
 
 void TestJobs::slotsMayDeleteAndAdd()

@@ -125,8 +125,9 @@ void TestLine::pendingWrites()
     QVERIFY(job->isFinished());
     QCOMPARE(plant.word(5), written);
     QCOMPARE(job->results().first().text(),
-             QLatin1String(written == 1 ? "1/D_W:5=1: written"
-                                        : "1/D_W:5=1: not written (the line is down); nothing was sent"));
+             QLatin1String(written == 1
+                               ? "1/D_W:5=1: written"
+                               : "1/D_W:5=1: not written (the line is down); nothing was sent"));
 }
 
 void TestLine::writeThatWasOut_data()
@@ -136,8 +137,8 @@ void TestLine::writeThatWasOut_data()
     QTest::addColumn<WriteOutcome>("second");
     QTest::newRow("dropped") << WriteJob::OnLoss::Drop << WriteOutcome::NotConfirmed
                              << WriteOutcome::NotSent;
-    QTest::newRow("kept, and read back") << WriteJob::OnLoss::Keep << WriteOutcome::Written
-                                         << WriteOutcome::Written;
+    QTest::newRow("kept, and read back")
+        << WriteJob::OnLoss::Keep << WriteOutcome::Written << WriteOutcome::Written;
 }
 
 void TestLine::writeThatWasOut()

@@ -56,6 +56,7 @@ private Q_SLOTS:
     void changesDuringAJobAreSeen();
     void changesThatAJobSeesFirstAreSeen_data();
     void changesThatAJobSeesFirstAreSeen();
+    void driverThatStartedAnewIsNotBelieved();
     void readsOfAJobShowAtOnce();
     void agesAndTimes();
 };
@@ -312,6 +313,24 @@ void TestValues::changesThatAJobSeesFirstAreSeen()
     QCOMPARE(shown(monitor, 0, 1), QLatin1String("55"));
     QCOMPARE(shown(monitor, 1), QLatin1String("1"));
     QCOMPARE(shown(monitor, 2), QLatin1String("1"));
+}
+
+// For a recipe with shorter blocks the driver starts anew. Then all its values are 0, and one that
+// has become 0 meanwhile is no change to it.
+void TestValues::driverThatStartedAnewIsNotBelieved()
+{
+    VirtualPlant plant;
+    plant.setWord(5, 55);
+    Monitor *const monitor = plant.monitor("D_W:4*3");
+    plant.open();
+    QCOMPARE(shown(monitor, 0, 1), QLatin1String("55"));
+    RecipeJob *const recipe = plant.session->transfer(
+        {{plant.item(QLatin1String("D_W:1000*100")), QVector<quint16>(100, 1), 0}},
+        RecipeDirection::Write, Verify::No);
+    plant.setWord(5, 0);
+    QVERIFY(plant.finishes(recipe));
+    plant.run(250);
+    QCOMPARE(shown(monitor, 0, 1), QLatin1String("0"));
 }
 
 void TestValues::readsOfAJobShowAtOnce()
