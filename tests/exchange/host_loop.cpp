@@ -1,6 +1,5 @@
 #include "exchange/host_loop.h"
 
-#include "exchange/answer_finder.h"
 #include "plc/exchange_text.h"
 
 namespace exchange {
@@ -75,19 +74,12 @@ bool HostLoop::send()
 
 int HostLoop::receive()
 {
-    AnswerFinder finder(m_frame.recvLen);
-    bool complete = m_turn.request.isEmpty();
-    while (!complete) {
-        const auto bytes = m_line.receive(m_turn.sentMs + timing.timeoutMs);
-        if (!bytes) {
-            ++m_counts.timeouts;
-            break;
-        }
-        const auto before = finder.answer().size();
-        complete = finder.add(*bytes);
-        m_turn.isLate = m_turn.isLate || (m_line.isLate() && finder.answer().size() > before);
+    if (!m_turn.request.isEmpty()) {
+        const LineAnswer answer = m_line.answer(m_frame.recvLen, m_turn.sentMs + timing.timeoutMs);
+        m_counts.timeouts += answer.isComplete ? 0 : 1;
+        m_turn.answer = answer.bytes;
+        m_turn.isLate = answer.isLate;
     }
-    m_turn.answer = finder.answer();
     QByteArray handedOver = m_turn.answer;
     m_turn.result = intf_dealRcvFrame(handedOver, m_turn.description);
     judge(m_turn.result);

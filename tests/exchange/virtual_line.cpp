@@ -1,5 +1,7 @@
 #include "exchange/virtual_line.h"
 
+#include "exchange/answer_finder.h"
+
 #include <algorithm>
 
 namespace exchange {
@@ -34,6 +36,24 @@ std::optional<QByteArray> VirtualLine::receive(qint64 deadlineMs)
     m_nowMs = std::max(m_nowMs, arrival.dueMs);
     m_receivedFor = arrival.request;
     return arrival.bytes;
+}
+
+LineAnswer VirtualLine::answer(int expectedLength, qint64 deadlineMs)
+{
+    AnswerFinder finder(expectedLength);
+    LineAnswer answer;
+    while (!answer.isComplete) {
+        const auto bytes = receive(deadlineMs);
+        if (!bytes) {
+            break;
+        }
+        const auto before = finder.answer().size();
+        answer.isComplete = finder.add(*bytes);
+        const bool isPart = finder.answer().size() > before;
+        answer.isLate = answer.isLate || (isPart && m_receivedFor != m_requests);
+    }
+    answer.bytes = finder.answer();
+    return answer;
 }
 
 void VirtualLine::empty(int quietMs)

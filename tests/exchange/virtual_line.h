@@ -10,6 +10,14 @@
 
 namespace exchange {
 
+/** What came upon a request. */
+struct LineAnswer
+{
+    QByteArray bytes;        ///< of the answer, as an AnswerFinder has them
+    bool isComplete = false; ///< it ended before the deadline
+    bool isLate = false;     ///< some of it came upon an earlier request
+};
+
 /**
  * The line to the simulated stations, under a clock that nothing but this class moves: waiting
  * costs no time, and every run is the same.
@@ -37,11 +45,11 @@ public:
      */
     std::optional<QByteArray> receive(qint64 deadlineMs);
 
+    /** Waits for an answer. @param expectedLength bytes of a good one */
+    LineAnswer answer(int expectedLength, qint64 deadlineMs);
+
     /** Throws away what arrives until the line was quiet for so long. */
     void empty(int quietMs);
-
-    /** @return true where what receive() gave last was sent upon an earlier request. */
-    bool isLate() const { return m_receivedFor != m_requests; }
 
 private:
     struct Arrival

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
+#include "model/register_name.h"
 #include "shared/protocol.h"
 
 namespace model {
@@ -25,6 +26,14 @@ KEY_ADDRESS keyOf(const Range &range)
     key.startAddr = range.start;
     key.count = range.count;
     return key;
+}
+
+Bytes look(const Range &range)
+{
+    Bytes bytes(kValueAreaSize, kUntouched);
+    QString name = QString::fromStdString(range.name);
+    intf_getData(range.station, name, range.start, range.count, bytes.data());
+    return bytes;
 }
 
 /**
@@ -60,12 +69,20 @@ DriverSide::DriverSide(HostThreads threads)
     , m_recipe(kRecipeBytes)
 {
     if (threads == HostThreads::Several) {
-        m_panel = std::make_unique<OtherThread>();
-        m_reactor = std::make_unique<OtherThread>();
+        for (auto &thread : m_threads) {
+            thread = std::make_unique<OtherThread>();
+        }
     }
     forgetEverything();
     listening() = this;
     intf_setAddrValueChangeCallBack(hear);
+}
+
+Sizes DriverSide::sizes()
+{
+    return {static_cast<int>(driver.pendingWrites.size()),
+            static_cast<int>(driver.conditionReads.size()),
+            static_cast<int>(driver.cyclicReads.size()), static_cast<int>(driver.dataArea.size())};
 }
 
 DriverSide::~DriverSide()
@@ -79,7 +96,12 @@ int DriverSide::hear(int deviceNo, int stationNo, QString &name, int address)
 {
     DriverSide *const side = listening();
     if (side != nullptr) {
-        side->m_heard.push_back({deviceNo, stationNo, name.toStdString(), address});
+        Notice heard = {deviceNo, stationNo, name.toStdString(), address, {}};
+        if (side->m_looks && registerPlace(heard.name) >= 0) {
+            heard.seen = look({stationNo, heard.name, address, 1});
+            heard.seen.resize(isWordRegister(heard.name) ? 2 : 1);
+        }
+        side->m_heard.push_back(heard);
         side->actWithin();
     }
     name = QString::fromLatin1("changed by the host");
@@ -88,12 +110,14 @@ int DriverSide::hear(int deviceNo, int stationNo, QString &name, int address)
 
 void DriverSide::actWithin()
 {
-    if (!m_within) {
+    if (m_within.empty()) {
         return;
     }
-    const Operation operation = *m_within;
-    m_within.reset();
-    const Observation seen = actOn(m_reactor.get(), operation, std::string());
+    const Operation operation = m_within.front();
+    m_within.pop_front();
+    ++m_depth;
+    const Observation seen = actOnOtherThread(operation, std::string());
+    --m_depth;
     m_heard.push_back(noticeWithin(seen));
 }
 
@@ -102,9 +126,10 @@ Observation DriverSide::apply(const Operation &operation, const std::string &ans
     m_heard.clear();
     Observation seen;
     if (operation.within) {
-        m_within = operation;
+        m_within.push_back(operation);
     } else {
-        seen = actOn(mayBeWithin(operation) ? m_panel.get() : nullptr, operation, answer);
+        seen =
+            mayBeWithin(operation) ? actOnOtherThread(operation, answer) : act(operation, answer);
     }
     seen.notices = m_heard;
     if (m_lock.tryLock()) {
@@ -116,14 +141,13 @@ Observation DriverSide::apply(const Operation &operation, const std::string &ans
 }
 
 // Whoever is waited for does the same as the waiting thread would.
-Observation DriverSide::actOn(OtherThread *thread, const Operation &operation,
-                              const std::string &answer)
+Observation DriverSide::actOnOtherThread(const Operation &operation, const std::string &answer)
 {
-    if (thread == nullptr) {
+    if (m_depth >= m_threads.size() || !m_threads[m_depth]) {
         return act(operation, answer);
     }
     Observation seen;
-    thread->call([&] { seen = act(operation, answer); });
+    m_threads[m_depth]->call([&] { seen = act(operation, answer); });
     return seen;
 }
 
@@ -135,6 +159,7 @@ Observation DriverSide::act(const Operation &operation, const std::string &answe
         start(operation);
         break;
     case Act::Listen:
+        m_looks = operation.value == 2;
         intf_setAddrValueChangeCallBack(operation.value != 0 ? hear : nullptr);
         break;
     case Act::Monitor:
@@ -157,7 +182,7 @@ Observation DriverSide::act(const Operation &operation, const std::string &answe
         readOnce(operation);
         break;
     case Act::Look:
-        seen.bytes = look(operation);
+        seen.bytes = look(operation.ranges.front());
         break;
     case Act::Handshake:
         driver.needHandshake = operation.value;
@@ -220,15 +245,6 @@ void DriverSide::readOnce(const Operation &operation)
     KEY_ADDRESS key = keyOf(operation.ranges.front());
     key.bitFlag = operation.value;
     intf_addConditionRead(key, operation.tag);
-}
-
-Bytes DriverSide::look(const Operation &operation)
-{
-    const Range &range = operation.ranges.front();
-    Bytes bytes(kValueAreaSize, kUntouched);
-    QString name = QString::fromStdString(range.name);
-    intf_getData(range.station, name, range.start, range.count, bytes.data());
-    return bytes;
 }
 
 std::string DriverSide::send(Bytes &values)

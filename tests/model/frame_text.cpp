@@ -2,8 +2,7 @@
 
 #include "model/register_name.h"
 
-#include <cstdio>
-#include <numeric>
+#include "support/block_check.h"
 
 namespace model {
 
@@ -92,11 +91,7 @@ std::string hexText(unsigned value, int digits)
 
 std::string withCheck(const std::string &text)
 {
-    const unsigned sum =
-        std::accumulate(text.begin(), text.end(), 0U, [](unsigned total, char character) {
-            return total + static_cast<unsigned char>(character);
-        });
-    return text + hexText(sum, 2);
+    return text + blockCheckOf(text);
 }
 
 std::optional<Frame> readFrame(const Item &item)

@@ -45,6 +45,7 @@ struct Notice
     int station = 0;
     std::string name;
     int address = 0;
+    Bytes seen; ///< what the panel shows of the place by then, where the host looks
 };
 
 } // namespace model

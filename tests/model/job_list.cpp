@@ -15,10 +15,12 @@ void JobList::add(const Item &item)
     for (std::size_t i = m_items.size(); i > 1; --i) {
         if (m_items[i - 1].range == item.range) {
             m_items[i - 1] = item;
+            ++m_folded;
             return;
         }
     }
     if (m_items.size() > kLastPlace) {
+        m_displaced.push_back(m_items[kLastPlace].range);
         m_items[kLastPlace] = item;
     } else {
         m_items.push_back(item);

@@ -1,5 +1,7 @@
 #include "model/model_side.h"
 
+#include "model/register_name.h"
+
 #include <algorithm>
 
 namespace model {
@@ -20,15 +22,26 @@ std::vector<RecipeItem> itemsOf(const Operation &operation)
 
 } // namespace
 
-void ModelSide::actWithin()
+void ModelSide::hear()
 {
-    if (!m_within) {
+    Notice &heard = m_model.notices.back();
+    if (m_looks && registerPlace(heard.name) >= 0) {
+        heard.seen = m_model.look({heard.station, heard.name, heard.address, 1});
+    }
+    if (m_within.empty()) {
         return;
     }
-    const Operation operation = *m_within;
-    m_within.reset();
+    const Operation operation = m_within.front();
+    m_within.pop_front();
     const Observation shown = act(operation, std::string());
     m_model.notices.push_back(noticeWithin(shown));
+}
+
+Sizes ModelSide::sizes() const
+{
+    return {static_cast<int>(m_model.writes().size()), static_cast<int>(m_model.onceReads().size()),
+            static_cast<int>(m_model.cyclicReads().size()),
+            static_cast<int>(m_model.values().size())};
 }
 
 Observation ModelSide::apply(const Operation &operation, const std::string &answer)
@@ -36,7 +49,7 @@ Observation ModelSide::apply(const Operation &operation, const std::string &answ
     m_model.notices.clear();
     Observation shown;
     if (operation.within) {
-        m_within = operation;
+        m_within.push_back(operation);
     } else {
         shown = act(operation, answer);
     }
@@ -53,6 +66,7 @@ Observation ModelSide::act(const Operation &operation, const std::string &answer
         break;
     case Act::Listen:
         m_model.listen(operation.value != 0);
+        m_looks = operation.value == 2;
         break;
     case Act::Monitor:
         shown.text = textOf(m_model.monitor(operation.ranges), std::string());

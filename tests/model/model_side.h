@@ -1,6 +1,6 @@
 #pragma once
 
-#include <optional>
+#include <deque>
 #include <string>
 
 #include "model/observation.h"
@@ -14,12 +14,14 @@ class ModelSide
 {
 public:
     ModelSide()
-        : m_model(kRecipeBytes, [this] { actWithin(); })
+        : m_model(kRecipeBytes, [this] { hear(); })
     {}
     ModelSide(const ModelSide &) = delete;
     ModelSide &operator=(const ModelSide &) = delete;
 
     Observation apply(const Operation &operation, const std::string &answer);
+    /** What waits for a callback is not done. */
+    void forgetWithin() { m_within.clear(); }
 
     /** A host changes the recipe only while no transfer runs, and asks for word registers. */
     [[nodiscard]] bool mayApply(const Operation &operation) const
@@ -28,13 +30,16 @@ public:
     }
 
     [[nodiscard]] const SchedulerModel &model() const { return m_model; }
+    [[nodiscard]] Sizes sizes() const;
+    [[nodiscard]] std::size_t waitingWithin() const { return m_within.size(); }
 
 private:
-    void actWithin();
+    void hear();
     Observation act(const Operation &operation, const std::string &answer);
     std::string send(Bytes &values);
 
-    std::optional<Operation> m_within; ///< waits for the next notice
+    std::deque<Operation> m_within; ///< one for each of the next notices
+    bool m_looks = false;           ///< at each place that the host hears of
     SchedulerModel m_model;
 };
 

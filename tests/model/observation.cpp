@@ -36,6 +36,9 @@ std::string textOf(const Observation &observation, std::size_t bytes)
     for (const Notice &notice : observation.notices) {
         out << ", heard " << notice.device << ' ' << notice.station << ' ' << notice.name << ' '
             << notice.address;
+        for (const std::uint8_t byte : notice.seen) {
+            out << (&byte == notice.seen.data() ? " seen " : "") << hexText(byte, 2);
+        }
     }
     return out.str();
 }
@@ -43,7 +46,7 @@ std::string textOf(const Observation &observation, std::size_t bytes)
 bool isSame(const Notice &a, const Notice &b)
 {
     return a.device == b.device && a.station == b.station && a.name == b.name &&
-           a.address == b.address;
+           a.address == b.address && a.seen == b.seen;
 }
 
 bool isSame(const Observation &expected, const Observation &seen)
@@ -59,7 +62,7 @@ bool isSame(const Observation &expected, const Observation &seen)
 
 Notice noticeWithin(const Observation &observation)
 {
-    return {0, 0, "done within" + textOf(observation, observation.bytes.size()), 0};
+    return {0, 0, "done within" + textOf(observation, observation.bytes.size()), 0, {}};
 }
 
 std::string textOf(const SentFrame *frame)
@@ -86,6 +89,12 @@ std::string textOf(const SentFrame *frame)
 std::string textOf(int code, const std::string &text)
 {
     return std::to_string(code) + " \"" + text + "\"";
+}
+
+std::string Sizes::text() const
+{
+    return std::to_string(writes) + " writes, " + std::to_string(onceReads) + " one-off reads, " +
+           std::to_string(cyclicReads) + " cyclic reads, " + std::to_string(units) + " units";
 }
 
 std::string difference(const Observation &expected, const Observation &seen)

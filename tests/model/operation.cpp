@@ -118,6 +118,22 @@ bool readRest(std::istream &in, Operation &operation)
 
 } // namespace
 
+Operation makeStep(Act act, int value, const std::string &text)
+{
+    Operation operation;
+    operation.act = act;
+    operation.value = value;
+    operation.text = text;
+    return operation;
+}
+
+Operation makeStep(Act act, const std::vector<Range> &ranges, int value)
+{
+    Operation operation = makeStep(act, value);
+    operation.ranges = ranges;
+    return operation;
+}
+
 std::string textOf(const Operation &operation)
 {
     std::ostringstream out;

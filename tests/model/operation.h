@@ -9,8 +9,8 @@
 namespace model {
 
 enum class Act {
-    Start,     ///< communication starts anew
-    Listen,    ///< the host's callback is installed (1) or taken away (0)
+    Start,  ///< communication starts anew
+    Listen, ///< the host's callback is installed (1), looks at each place (2), or is taken away (0)
     Monitor,   ///< the monitored ranges are replaced
     Recipe,    ///< the recipe is replaced
     Buffer,    ///< the host changes its recipe buffer
@@ -65,8 +65,14 @@ struct Operation
     int value = 0;             ///< on or off, a request byte, or what values are made of
     int tag = 0;
     Fault fault = Fault::None;
-    bool within = false; ///< done at the next call of the host's callback, from within it
+    bool within = false; ///< waits for a call of the host's callback, each for its own
 };
+
+/** A step that is about no range. */
+Operation makeStep(Act act, int value = 0, const std::string &text = std::string());
+
+/** A step that is about ranges: monitored, written, read once or looked at. */
+Operation makeStep(Act act, const std::vector<Range> &ranges, int value = 0);
 
 using Sequence = std::vector<Operation>;
 

@@ -251,7 +251,7 @@ void SchedulerModel::deliverRecipe(const std::string &answer)
 void SchedulerModel::tell(int device, int station, const std::string &name, int address)
 {
     if (m_listening) {
-        notices.push_back({device, station, name, address});
+        notices.push_back({device, station, name, address, {}});
         m_heard();
     }
 }

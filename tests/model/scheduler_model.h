@@ -40,6 +40,7 @@ class SchedulerModel
 {
 public:
     enum Request { RecipeWrite = 0, RecipeRead = 1 };
+    enum class Job { Idle, Handshake, Write, OnceRead, Cyclic, RecipeWrite, RecipeRead };
 
     /**
      * @param recipeBytes  size of the recipe buffer
@@ -77,13 +78,21 @@ public:
         return m_frames.empty() && m_writes.empty() && m_onceReads.empty();
     }
 
+    /** Whose frame was handed out last. */
+    [[nodiscard]] Job job() const { return m_job; }
+    [[nodiscard]] const JobList &writes() const { return m_writes; }
+    [[nodiscard]] const JobList &onceReads() const { return m_onceReads; }
+    [[nodiscard]] const std::deque<Range> &cyclicReads() const { return m_cyclic; }
+    [[nodiscard]] std::size_t recipeBlocks() const { return m_blocks.size(); }
+    /** Blocks of the transfer that runs that are done. */
+    [[nodiscard]] std::size_t recipeBlocksDone() const { return m_block; }
+    [[nodiscard]] const ValueModel &values() const { return m_values; }
+
     std::vector<Notice> notices;
     unsigned char requests[2] = {0, 0}; ///< the host's bytes, by `Request`
     Bytes recipeBuffer;
 
 private:
-    enum class Job { Idle, Handshake, Write, OnceRead, Cyclic, RecipeWrite, RecipeRead };
-
     void tell(int device, int station, const std::string &name, int address);
     void pick();
     void pickRecipe(Request request);

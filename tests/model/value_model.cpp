@@ -163,6 +163,23 @@ void ValueModel::take(const Frame &frame, const std::string &answer,
     }
 }
 
+std::vector<Range> ValueModel::places() const
+{
+    std::vector<Range> places;
+    for (const auto &[place, unit] : m_units) {
+        const auto &[station, letter, address] = place;
+        places.push_back({station, isContact(letter) ? letter : letter + "_W", address, 1});
+    }
+    return places;
+}
+
+ValueModel::Unit ValueModel::find(const Range &place) const
+{
+    const int address = isBitName(place.name) ? place.start / 16 : place.start;
+    const auto found = m_units.find({place.station, deviceLetter(place.name), address});
+    return found == m_units.end() ? Unit() : found->second;
+}
+
 Bytes ValueModel::look(const Range &range)
 {
     Bytes bytes;

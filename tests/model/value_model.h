@@ -43,6 +43,17 @@ public:
     /** The bytes that the panel gets, at most 1024. */
     Bytes look(const Range &range);
 
+    /** Every word and contact that is kept. */
+    [[nodiscard]] std::vector<Range> places() const;
+    [[nodiscard]] std::size_t size() const { return m_units.size(); }
+    /** The panel shows what it has written to the place, and not what was read. */
+    [[nodiscard]] bool isPending(const Range &place) const { return find(place).pending; }
+    /** Writes of bits of the word are still to end. */
+    [[nodiscard]] bool isMarked(const Range &place) const
+    {
+        return (find(place).once | find(place).twice) != 0;
+    }
+
 private:
     struct Unit
     {
@@ -62,6 +73,7 @@ private:
     {
         return m_units[{station, letter, address}];
     }
+    [[nodiscard]] Unit find(const Range &place) const;
     void tellWord(const Place &place, unsigned changedBits);
     void tellContact(const Place &place);
     void storeBit(const Place &place, int bit, bool on, const std::function<int()> &alike);

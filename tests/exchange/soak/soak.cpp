@@ -97,10 +97,10 @@ bool runOne(const Settings &settings, int phase, Tally &tally)
     if (!failure) {
         return true;
     }
-    complain(failure->steps + QLatin1String("soak: ") + failure->what);
+    complain(QString::fromStdString(failure->steps + "soak: " + failure->what));
     complain(QString::fromLatin1("soak: %1\nsoak: exchange %2; again with: soak --seed %3 --phase "
                                  "%4 --phase-exchanges %5")
-                 .arg(plan.text(), QString::number(failure->exchange),
+                 .arg(QString::fromStdString(plan.text()), QString::number(failure->exchange),
                       QString::number(settings.seed), QString::number(phase),
                       QString::number(settings.phaseExchanges)));
     return false;
@@ -150,6 +150,6 @@ int main(int argc, char *argv[])
             .arg(QString::number(settings->seed), QString::number(tally.frames()),
                  QString::number(phases), QString::number(seconds, 'f', 1),
                  QString::number(static_cast<double>(tally.frames()) / seconds, 'f', 0)));
-    say(tally.report());
+    say(QString::fromStdString(tally.report()));
     return isGood ? 0 : 1;
 }

@@ -8,21 +8,25 @@ namespace exchange::soak {
 
 namespace {
 
+using plc::PointKind;
+
 constexpr int kLongestItem = 12;
 
-std::vector<const Register *> ofKind(plc::PointKind kind)
+std::string drawRegister(Random &random, PointKind kind)
 {
-    std::vector<const Register *> list;
-    for (const Register &reg : registers()) {
-        if (reg.kind == kind) {
-            list.push_back(&reg);
-        }
+    switch (kind) {
+    case PointKind::Word:
+        return random.pick({"D_W", "C_W", "T_W", "K_W", "P_W", "F_W", "L_W", "M_W"});
+    case PointKind::Bit:
+        return random.pick({"P_bit", "K_bit", "M_bit", "L_bit", "F_bit", "D_bit"});
+    default:
+        return random.pick({"TX", "CX"});
     }
-    return list;
 }
 
-plc::Fault drawFault(Random &random, const Plan &plan, plc::FaultKind kind)
+plc::Fault drawFault(Random &random, const Plan &plan)
 {
+    const auto kind = static_cast<plc::FaultKind>(random.below(plc::kFaultKinds));
     plc::Fault fault = plc::usualFault(kind);
     fault.percent = random.chance(50) ? plan.faultPercent : random.between(1, plan.faultPercent);
     if (random.chance(5)) {
@@ -35,10 +39,10 @@ plc::Fault drawFault(Random &random, const Plan &plan, plc::FaultKind kind)
         break;
     case plc::FaultKind::Split:
         fault.low = 0;
-        fault.high = random.pick(std::vector<int>{0, 1, 10});
+        fault.high = random.pick({0, 1, 10});
         break;
     case plc::FaultKind::Oversize:
-        fault.low = random.pick(std::vector<int>{8, 13, 17, 300});
+        fault.low = random.pick({8, 13, 17, 300});
         fault.high = fault.low + random.below(20);
         break;
     case plc::FaultKind::WrongStation:
@@ -52,16 +56,16 @@ plc::Fault drawFault(Random &random, const Plan &plan, plc::FaultKind kind)
 
 } // namespace
 
-Range drawRange(Random &random, const Plan &plan, const Register &reg, int most)
+Range drawRange(Random &random, const Plan &plan, PointKind kind, int most)
 {
-    const Window &window = plan.window(reg.device);
     Range range;
     range.station = drawStation(random, plan);
-    range.reg = &reg;
-    const int scale = reg.isBit() ? kBitsPerWord : 1;
+    range.name = drawRegister(random, kind);
+    const Window &window = plan.windows.at(range.name[0]);
+    const int scale = kind == PointKind::Bit ? 16 : 1;
     const int units = window.words * scale;
     const int offset = random.below(units);
-    range.address = window.word * scale + offset;
+    range.start = window.word * scale + offset;
     range.count = random.between(1, std::max(1, std::min(most, units - offset)));
     return range;
 }
@@ -71,75 +75,56 @@ int drawStation(Random &random, const Plan &plan)
     return random.pick(plan.stations).number;
 }
 
-const Register &drawRegister(Random &random, plc::PointKind kind)
-{
-    static const std::vector<const Register *> words = ofKind(plc::PointKind::Word);
-    static const std::vector<const Register *> bits = ofKind(plc::PointKind::Bit);
-    static const std::vector<const Register *> contacts = ofKind(plc::PointKind::Contact);
-    switch (kind) {
-    case plc::PointKind::Word:
-        return *random.pick(words);
-    case plc::PointKind::Bit:
-        return *random.pick(bits);
-    default:
-        return *random.pick(contacts);
-    }
-}
-
 int drawValue(Random &random, const Plan &plan)
 {
-    if (random.chance(plan.smallestValues)) {
-        return random.pick(std::vector<int>{0, 1, 0xFFFF});
-    }
-    return random.below(0x10000);
+    return random.chance(plan.smallestValues) ? random.pick({0, 1, 255}) : random.below(0x10000);
 }
 
-Keys drawScreen(Random &random, const Plan &plan)
+// A frame reads one contact, so a screen asks for them one by one. The words of a key, and those
+// that hold its bits, fit one block.
+std::vector<Range> drawScreen(Random &random, const Plan &plan)
 {
-    Keys keys;
+    std::vector<Range> keys;
     for (int i = 0; i < plan.screenKeys; ++i) {
-        const auto kind = random.pick(std::vector<plc::PointKind>{
-            plc::PointKind::Word, plc::PointKind::Word, plc::PointKind::Bit, plc::PointKind::Bit,
-            plc::PointKind::Contact});
-        // A frame reads one contact, so a screen asks for them one by one. The words of a key, and
-        // those that hold its bits, fit one block.
-        const int most = kind == plc::PointKind::Contact ? 1
-                         : kind == plc::PointKind::Word  ? std::min(plan.longestBlock(), 30)
-                                                         : 2 * kBitsPerWord;
-        const Range range = drawRange(random, plan, drawRegister(random, kind), most);
-        keys +=
-            key(range.station, range.reg->name.toLatin1().constData(), range.address, range.count);
+        const auto kind = random.pick(
+            {PointKind::Word, PointKind::Word, PointKind::Bit, PointKind::Bit, PointKind::Contact});
+        const int most = kind == PointKind::Contact ? 1
+                         : kind == PointKind::Word  ? std::min(plan.longestBlock(), 30)
+                                                    : 32;
+        keys.push_back(drawRange(random, plan, kind, most));
     }
     return keys;
 }
 
-QVector<_RCP_VAR_PRO> drawRecipe(Random &random, const Plan &plan)
+Operation drawRecipe(Random &random, const Plan &plan)
 {
-    QVector<_RCP_VAR_PRO> items;
-    int offset = random.below(50);
-    while (items.size() < plan.recipeItems) {
+    Operation recipe = model::makeStep(Act::Recipe);
+    const auto items = static_cast<std::size_t>(plan.recipeItems);
+    int place = random.below(50);
+    while (recipe.ranges.size() < items) {
         // Runs of one register do not touch one another: a register is taken once.
-        const Register &reg = drawRegister(random, plc::PointKind::Word);
-        const Window &window = plan.window(reg.device);
-        const int station = drawStation(random, plan);
-        const bool taken = std::any_of(items.begin(), items.end(), [&](const _RCP_VAR_PRO &item) {
-            return item.stationNo == station && item.regName == reg.name;
-        });
+        Range item = drawRange(random, plan, PointKind::Word, 1);
+        const bool taken =
+            std::any_of(recipe.ranges.begin(), recipe.ranges.end(), [&](const Range &other) {
+                return other.station == item.station && other.name == item.name;
+            });
         if (taken) {
             break;
         }
-        int address = window.word;
-        while (address < window.word + window.words && items.size() < plan.recipeItems) {
-            const int left = window.word + window.words - address;
-            const int count =
-                random.between(1, std::min({left, plan.longestBlock(), kLongestItem}));
-            items += recipeItem(station, reg.name.toLatin1().constData(), address, count, offset);
-            offset += count;
-            address += count + (random.chance(50) ? 0 : random.between(1, 3));
+        const Window &window = plan.windows.at(item.name[0]);
+        const int end = window.word + window.words;
+        for (item.start = window.word; item.start < end && recipe.ranges.size() < items;) {
+            item.count =
+                random.between(1, std::min({end - item.start, plan.longestBlock(), kLongestItem}));
+            recipe.ranges.push_back(item);
+            recipe.devices.push_back(7);
+            recipe.places.push_back(place);
+            place += item.count;
+            item.start += item.count + (random.chance(50) ? 0 : random.between(1, 3));
         }
-        offset += random.below(5);
+        place += random.below(5);
     }
-    return items;
+    return recipe;
 }
 
 std::vector<plc::Fault> drawFaults(Random &random, const Plan &plan)
@@ -147,26 +132,9 @@ std::vector<plc::Fault> drawFaults(Random &random, const Plan &plan)
     std::vector<plc::Fault> faults;
     const int kinds = random.between((plan.faultKinds + 1) / 2, plan.faultKinds);
     for (int i = 0; i < kinds; ++i) {
-        const auto kind = static_cast<plc::FaultKind>(random.below(plc::kFaultKinds));
-        faults.push_back(drawFault(random, plan, kind));
+        faults.push_back(drawFault(random, plan));
     }
     return faults;
-}
-
-Operation drawOperation(Random &random, const Plan &plan)
-{
-    int all = 0;
-    for (const int weight : plan.weights) {
-        all += weight;
-    }
-    int left = random.below(all);
-    for (std::size_t i = 0; i < kOperations; ++i) {
-        left -= plan.weights[i];
-        if (left < 0) {
-            return static_cast<Operation>(i);
-        }
-    }
-    return Operation::PlcChange;
 }
 
 } // namespace exchange::soak

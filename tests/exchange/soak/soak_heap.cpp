@@ -44,8 +44,8 @@ long long HeapWatch::inUseAfterPhase()
     if (const auto failure = runPhase(plan, tally, false)) {
         m_failure = QString::fromLatin1("%1\nsoak: again with: soak --seed %2 --phase %3 "
                                         "--phase-exchanges %4")
-                        .arg(failure->what, QString::number(m_seed), QString::number(kPhase),
-                             QString::number(kExchanges));
+                        .arg(QString::fromStdString(failure->what), QString::number(m_seed),
+                             QString::number(kPhase), QString::number(kExchanges));
     }
     return inUse();
 }

@@ -6,10 +6,11 @@ namespace exchange::soak {
 
 namespace {
 
+using plc::PointKind;
+
 constexpr std::size_t kRemembered = 12;
 constexpr int kMostWordsOfAWrite = 150;
-// The last is more than can wait.
-const std::vector<int> kFloods = {5, 15, 15, 40, 40, 40, 100, 100, 700};
+constexpr int kBitsPerWord = 16;
 
 } // namespace
 
@@ -25,91 +26,85 @@ void Operations::begin()
     for (int i = 0; i < 50; ++i) {
         changePlc();
     }
-    const auto items = drawRecipe(m_random, m_plan);
-    if (!items.isEmpty()) {
-        m_bench.setRecipe(items);
-        for (int i = 0; i < 50; ++i) {
-            changeRecipeValues();
-        }
+    const Operation recipe = drawRecipe(m_random, m_plan);
+    if (!recipe.ranges.empty()) {
+        m_bench.step(recipe);
+        changeRecipeValues();
     }
     for (const StationPlan &station : m_plan.stations) {
-        m_bench.plant().setFaults(station.number, drawFaults(m_random, m_plan));
+        newFaults(station.number);
     }
     m_bench.show(drawScreen(m_random, m_plan));
 }
 
 void Operations::maybe()
 {
-    if (m_random.chance(m_plan.operationPercent)) {
-        run(drawOperation(m_random, m_plan));
+    if (m_random.chance(m_plan.eventPercent)) {
+        run(static_cast<Event>(m_random.weighed(m_plan.weights)));
     }
 }
 
-void Operations::run(Operation operation)
+void Operations::run(Event event)
 {
-    switch (operation) {
-    case Operation::FloodWrites:
-        flood();
-        break;
-    case Operation::ReadOnce:
-        readOnce();
-        break;
-    case Operation::FloodReadings:
-        for (int left = m_random.pick(kFloods); left > 0; --left) {
-            readOnce();
+    switch (event) {
+    case Event::FloodWrites:
+    case Event::FloodReadings:
+        // The last is more than can wait.
+        for (int left = m_random.pick({5, 15, 15, 40, 40, 40, 100, 100, 700}); left > 0; --left) {
+            event == Event::FloodReadings ? readOnce() : writeAny();
         }
         break;
-    case Operation::RecipeWrite:
-        request(Recipe::Write);
+    case Event::ReadOnce:
+        readOnce();
         break;
-    case Operation::RecipeRead:
-        request(Recipe::Read);
+    case Event::RecipeWrite:
+        request("write");
         break;
-    case Operation::RecipeValues:
+    case Event::RecipeRead:
+        request("read");
+        break;
+    case Event::RecipeValues:
         changeRecipeValues();
         break;
-    case Operation::PlcChange:
+    case Event::PlcChange:
         changePlc();
         break;
-    case Operation::StationAway:
-        stationAway();
+    case Event::StationAway:
+    case Event::StationBack:
+        moveStation(event == Event::StationBack);
         break;
-    case Operation::StationBack:
-        stationBack();
+    case Event::NewFaults:
+        newFaults(drawStation(m_random, m_plan));
         break;
-    case Operation::NewFaults:
-        newFaults();
-        break;
-    case Operation::NewScreen:
+    case Event::NewScreen:
         if (!m_exchanger.isInFlight()) { // a screen changes while the exchange is idle
-            m_bench.tally().count(Event::NewScreen);
+            m_bench.tally().count("new screen");
             m_bench.show(drawScreen(m_random, m_plan));
         }
         break;
-    case Operation::StrayAnswer:
+    case Event::StrayAnswer:
         m_exchanger.takeStray(m_random.chance(50) ? QByteArray("\x06"
                                                                "01wSB\x03"
                                                                "F6")
                                                   : QByteArray());
         break;
-    case Operation::Restart:
-        m_exchanger.forget();
+    case Event::Restart:
         m_bench.restart();
         break;
     default:
-        write(operation);
+        write(event);
         break;
     }
 }
 
 Range Operations::severalBits()
 {
-    Range range = drawRange(m_random, m_plan, drawRegister(m_random, plc::PointKind::Bit), 1);
+    Range range = drawRange(m_random, m_plan, PointKind::Bit, 1);
     if (m_random.chance(20)) {
-        range.address -= range.address % kBitsPerWord;
+        range.start -= range.start % kBitsPerWord;
         range.count = kBitsPerWord;
     } else {
-        const int left = kBitsPerWord - range.address % kBitsPerWord;
+        const int left = kBitsPerWord - range.start % kBitsPerWord;
         range.count = m_random.between(1, std::min(8, left));
     }
     return range;
@@ -117,140 +112,124 @@ Range Operations::severalBits()
 
 Range Operations::acrossWords()
 {
-    Range range = drawRange(m_random, m_plan, drawRegister(m_random, plc::PointKind::Bit), 24);
+    Range range = drawRange(m_random, m_plan, PointKind::Bit, 24);
     range.count = std::max(range.count, 2);
     // Two bits from the last one of a register on would not be in it.
-    range.address -= range.address % kBitsPerWord == 15 ? 1 : 0;
+    range.start -= range.start % kBitsPerWord == 15 ? 1 : 0;
     return range;
 }
 
-void Operations::write(Operation operation)
+void Operations::write(Event event)
 {
-    switch (operation) {
-    case Operation::WriteWords: {
-        const int most = m_random.chance(5) ? kMostWordsOfAWrite : 8;
-        const Register &reg = drawRegister(m_random, plc::PointKind::Word);
-        writeRange(drawRange(m_random, m_plan, reg, most));
+    switch (event) {
+    case Event::WriteWords:
+        writeRange(drawRange(m_random, m_plan, PointKind::Word,
+                             m_random.chance(5) ? kMostWordsOfAWrite : 8));
         break;
-    }
-    case Operation::WriteSeveralBits:
+    case Event::WriteSeveralBits:
         writeRange(severalBits());
         break;
-    case Operation::WriteAcrossWords:
+    case Event::WriteAcrossWords:
         writeRange(acrossWords());
         break;
-    case Operation::WriteContacts: {
-        const Register &reg = drawRegister(m_random, plc::PointKind::Contact);
-        writeRange(drawRange(m_random, m_plan, reg, 6));
+    case Event::WriteContacts:
+        writeRange(drawRange(m_random, m_plan, PointKind::Contact, 6));
         break;
-    }
-    case Operation::WriteAgain:
+    case Event::WriteAgain:
         if (!m_lately.empty()) {
             const int place = m_random.below(static_cast<int>(m_lately.size()));
-            writeRange(m_lately[static_cast<std::size_t>(place)]);
+            writeRange(Range(m_lately[static_cast<std::size_t>(place)]));
         }
         break;
     default:
-        writeRange(drawRange(m_random, m_plan, drawRegister(m_random, plc::PointKind::Bit), 1));
+        writeRange(drawRange(m_random, m_plan, PointKind::Bit, 1));
         break;
     }
 }
 
-std::vector<int> Operations::valuesFor(const Range &range)
+void Operations::writeAny()
 {
-    std::vector<int> values(static_cast<std::size_t>(range.count));
-    for (int &value : values) {
-        value = range.reg->isWord() ? drawValue(m_random, m_plan) : m_random.below(2);
-    }
-    return values;
-}
-
-std::optional<Job> Operations::reaction()
-{
-    if (!m_random.chance(m_plan.reactionPercent)) {
-        return std::nullopt;
-    }
-    const auto kind = m_random.pick(std::vector<plc::PointKind>{
-        plc::PointKind::Word, plc::PointKind::Bit, plc::PointKind::Contact});
-    const Range range = drawRange(m_random, m_plan, drawRegister(m_random, kind), 4);
-    const bool reads = kind == plc::PointKind::Word && m_random.chance(30);
-    return Job{range, reads ? std::vector<int>() : valuesFor(range)};
+    write(m_random.pick({Event::WriteWords, Event::WriteBit, Event::WriteSeveralBits,
+                         Event::WriteContacts, Event::WriteAgain}));
 }
 
 void Operations::writeRange(const Range &range)
 {
-    m_bench.write(range, valuesFor(range));
+    m_bench.tally().count("write asked for");
+    m_bench.step(model::makeStep(Act::Write, {range}, drawValue(m_random, m_plan)));
+    m_bench.look(range);
     m_lately.push_back(range);
     if (m_lately.size() > kRemembered) {
         m_lately.pop_front();
     }
 }
 
-void Operations::flood()
-{
-    static const std::vector<Operation> kinds = {Operation::WriteWords, Operation::WriteBit,
-                                                 Operation::WriteSeveralBits,
-                                                 Operation::WriteContacts, Operation::WriteAgain};
-    for (int left = m_random.pick(kFloods); left > 0; --left) {
-        write(m_random.pick(kinds));
-    }
-}
-
 void Operations::readOnce()
 {
-    const int most = m_random.chance(10) ? 200 : 10;
-    const Register &reg = drawRegister(m_random, plc::PointKind::Word);
-    m_bench.readOnce(drawRange(m_random, m_plan, reg, most));
+    m_bench.tally().count("condition read asked for");
+    m_bench.step(model::makeStep(Act::ReadOnce, {drawRange(m_random, m_plan, PointKind::Word,
+                                                           m_random.chance(10) ? 200 : 10)}));
 }
 
-void Operations::request(Recipe direction)
+// Each waits for a call of its own: several may come to stand within one another.
+std::vector<Operation> Operations::reaction()
 {
-    if (!m_bench.jobs().recipe().empty()) {
-        m_bench.trace([] { return QString::fromLatin1("recipe requested"); });
-        m_bench.host().request(direction);
+    std::vector<Operation> steps;
+    if (!m_random.chance(m_plan.reactionPercent)) {
+        return steps;
+    }
+    for (int left = m_random.between(1, 4); left > 0; --left) {
+        const auto kind = m_random.pick({PointKind::Word, PointKind::Bit, PointKind::Contact});
+        const Range range = drawRange(m_random, m_plan, kind, 4);
+        const bool reads = kind == PointKind::Word && m_random.chance(30);
+        const Act act = m_random.chance(30) ? Act::Look : reads ? Act::ReadOnce : Act::Write;
+        const int value = act == Act::Write ? drawValue(m_random, m_plan) : 0;
+        steps.push_back(model::makeStep(act, {range}, value));
+        steps.back().within = true;
+        m_bench.tally().count("step to be done within a call");
+    }
+    return steps;
+}
+
+void Operations::request(const char *direction)
+{
+    if (m_bench.model().recipeBlocks() > 0) {
+        m_bench.step(model::makeStep(Act::Ask, 1, direction));
     }
 }
 
 // The buffer belongs to the driver while a transfer runs.
 void Operations::changeRecipeValues()
 {
-    const auto &blocks = m_bench.jobs().recipe();
-    if (blocks.empty() || m_bench.isRecipeRequested()) {
-        return;
+    if (m_bench.model().recipeBlocks() > 0 && !m_bench.isRecipeRequested()) {
+        m_bench.step(model::makeStep(Act::Buffer, drawValue(m_random, m_plan)));
     }
-    const RecipeBlock &block = m_random.pick(blocks);
-    m_bench.setRecipeWord(block.offset + m_random.below(block.range.count),
-                          drawValue(m_random, m_plan));
 }
 
 void Operations::changePlc()
 {
-    const auto kind = m_random.pick(std::vector<plc::PointKind>{
-        plc::PointKind::Word, plc::PointKind::Word, plc::PointKind::Bit, plc::PointKind::Contact});
-    const Range range = drawRange(m_random, m_plan, drawRegister(m_random, kind), 1);
-    const int value =
-        kind == plc::PointKind::Word ? drawValue(m_random, m_plan) : m_random.below(2);
-    m_bench.trace([&] { return QLatin1String("PLC changes ") + text(range); });
-    m_bench.plant().change(range, value);
+    const auto kind =
+        m_random.pick({PointKind::Word, PointKind::Word, PointKind::Bit, PointKind::Contact});
+    const Range place = drawRange(m_random, m_plan, kind, 1);
+    const unsigned value = model::wordOf(drawValue(m_random, m_plan), 0);
+    m_bench.trace("PLC changes " + place.name + ' ' + std::to_string(place.start));
+    m_bench.plant().change(place, static_cast<int>(kind == PointKind::Word ? value : value & 1U));
 }
 
-void Operations::stationAway()
+void Operations::moveStation(bool back)
 {
     const int station = drawStation(m_random, m_plan);
-    m_bench.trace([&] { return QString::fromLatin1("station %1 away").arg(station); });
-    m_bench.plant().goAway(station);
+    m_bench.trace("station " + std::to_string(station) + (back ? " back" : " away"));
+    if (back) {
+        m_bench.plant().comeBack(station, m_random.chance(20));
+    } else {
+        m_bench.plant().goAway(station);
+    }
 }
 
-void Operations::stationBack()
+void Operations::newFaults(int station)
 {
-    const int station = drawStation(m_random, m_plan);
-    m_bench.trace([&] { return QString::fromLatin1("station %1 back").arg(station); });
-    m_bench.plant().comeBack(station, m_random.chance(20));
-}
-
-void Operations::newFaults()
-{
-    m_bench.plant().setFaults(drawStation(m_random, m_plan), drawFaults(m_random, m_plan));
+    m_bench.plant().setFaults(station, drawFaults(m_random, m_plan));
 }
 
 } // namespace exchange::soak

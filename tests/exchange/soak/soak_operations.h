@@ -17,24 +17,22 @@ public:
     void begin();
     /** Something, or nothing. */
     void maybe();
-    /** What the panel does within a call of the driver, if anything. */
-    std::optional<Job> reaction();
+    /** What the panel does within the driver's next calls, if anything. */
+    std::vector<Operation> reaction();
 
 private:
-    void run(Operation operation);
-    void write(Operation operation);
-    std::vector<int> valuesFor(const Range &range);
+    void run(Event event);
+    void write(Event event);
     void writeRange(const Range &range);
     Range severalBits();
     Range acrossWords();
-    void flood();
+    void writeAny();
     void readOnce();
-    void request(Recipe direction);
+    void request(const char *direction);
     void changeRecipeValues();
     void changePlc();
-    void stationAway();
-    void stationBack();
-    void newFaults();
+    void moveStation(bool back);
+    void newFaults(int station);
 
     Bench &m_bench;
     Exchanger &m_exchanger;

@@ -11,8 +11,8 @@ namespace exchange::soak {
 struct PhaseFailure
 {
     long long exchange = 0; ///< of the phase, counted from 1
-    QString what;
-    QString steps; ///< what was done before, where the phase is traced
+    std::string what;
+    std::string steps; ///< what was done before, where the phase is traced
 };
 
 /**

@@ -1,5 +1,8 @@
 #include "exchange/soak/soak_plant.h"
 
+#include "exchange/memory_changes.h"
+#include "model/register_name.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -7,43 +10,51 @@ namespace exchange::soak {
 
 namespace {
 
-constexpr char kDevices[] = {'P', 'M', 'K', 'L', 'F', 'T', 'C', 'D'};
+constexpr int kBitsPerWord = 16;
 
-quint16 wordOf(int value)
+plc::Point pointAt(const Range &range, int offset)
 {
-    return static_cast<quint16>(value);
+    return pointOf(QString::fromStdString(range.name), range.start + offset);
 }
 
 } // namespace
 
-bool goesThroughWords(const Range &range)
+Range unitsOf(const Range &range)
 {
-    return range.reg->isBit() && (range.reg->bitsThroughWord || range.count != 1);
+    Range units = range;
+    if (model::isBitName(range.name)) {
+        units.name = model::deviceLetter(range.name) + "_W";
+        units.start = range.start / kBitsPerWord;
+        units.count = (range.start + range.count - 1) / kBitsPerWord - units.start + 1;
+    }
+    return units;
 }
 
-int wordsRead(const Range &range)
+bool reaches(const Range &range, const Range &place)
 {
-    const int padded = range.count + range.count % kBitsPerWord;
-    return (padded + kBitsPerWord - 1) / kBitsPerWord;
+    const Range units = unitsOf(range);
+    const Range unit = unitsOf(place);
+    return units.station == unit.station && units.name == unit.name && units.start <= unit.start &&
+           unit.start < units.start + units.count;
 }
 
 int bitsInFirstWord(const Range &range)
 {
-    return std::min(range.count, kBitsPerWord - range.address % kBitsPerWord);
+    return std::min(range.count, kBitsPerWord - range.start % kBitsPerWord);
 }
 
 void Plant::add(int station, plc::Model model, quint32 seed)
 {
-    m_host.addStation(station, model).faults.setSeed(seed);
+    m_bus.add(station, model).faults.setSeed(seed);
     m_wanted.insert_or_assign(station, plc::Memory(model));
 }
 
 void Plant::goAway(int station)
 {
-    auto node = m_host.line().bus().units().extract(station);
+    auto node = m_bus.units().extract(station);
     if (!node.empty()) {
         m_away.insert_or_assign(station, std::move(node));
-        m_tally.count(Event::StationAway);
+        m_tally.count("station gone away");
     }
 }
 
@@ -53,10 +64,10 @@ void Plant::comeBack(int station, bool empty)
     if (it == m_away.end()) {
         return;
     }
-    m_host.line().bus().units().insert(std::move(it->second));
+    m_bus.units().insert(std::move(it->second));
     m_away.erase(it);
     if (empty) {
-        plc::Memory &memory = m_host.memory(station);
+        plc::Memory &memory = m_bus.find(station)->station.memory();
         memory = plc::Memory(memory.model());
         m_wanted.insert_or_assign(station, memory);
     }
@@ -69,69 +80,69 @@ void Plant::allComeBack()
     }
 }
 
-bool Plant::isThere(int station) const
-{
-    return m_host.line().bus().find(station) != nullptr;
-}
-
 void Plant::setFaults(int station, const std::vector<plc::Fault> &faults)
 {
-    plc::Unit *const unit = m_host.line().bus().find(station);
-    if (!unit) {
+    if (!isThere(station)) {
         return;
     }
-    unit->faults.clear();
+    plc::Faults &there = m_bus.find(station)->faults;
+    there.clear();
     for (const plc::Fault &fault : faults) {
-        unit->faults.add(fault);
+        there.add(fault);
     }
 }
 
 void Plant::change(const Range &place, int value)
 {
-    plc::Unit *const unit = m_host.line().bus().find(place.station);
-    if (unit && unit->station.memory().setValue(pointOf(place), wordOf(value))) {
-        m_wanted.at(place.station).setValue(pointOf(place), wordOf(value));
-        m_tally.count(Event::PlcChange);
+    plc::Unit *const unit = m_bus.find(place.station);
+    const plc::Point point = pointAt(place, 0);
+    if (unit && unit->station.memory().setValue(point, static_cast<quint16>(value))) {
+        m_wanted.at(place.station).setValue(point, static_cast<quint16>(value));
+        m_tally.count("value changed by a PLC");
     }
 }
 
 std::optional<int> Plant::held(const Range &range, int offset) const
 {
-    plc::Unit *const unit = m_host.line().bus().find(range.station);
-    const auto value = unit ? unit->station.memory().value(pointOf(range, offset)) : std::nullopt;
+    plc::Unit *const unit = m_bus.find(range.station);
+    const auto value = unit ? unit->station.memory().value(pointAt(range, offset)) : std::nullopt;
     return value ? std::optional<int>(*value) : std::nullopt;
 }
 
+// What lies beside the range must be as it was.
 void Plant::carryOut(const Range &range, const std::vector<int> &values)
 {
     plc::Memory &wanted = m_wanted.at(range.station);
     int offset = 0;
     for (const int value : values) {
-        require(wanted.setValue(pointOf(range, offset), wordOf(value)), [&] {
-            return QString::fromLatin1("a PLC took a write of %1 that it has not").arg(text(range));
-        });
+        require(wanted.setValue(pointAt(range, offset), static_cast<quint16>(value)),
+                "a PLC took a write of places that it has not");
         ++offset;
     }
-    compare(range);
+    const plc::Memory &memory = m_bus.find(range.station)->station.memory();
+    for (offset = -1; offset <= range.count; ++offset) {
+        compareValue(memory, range.station, pointAt(range, offset));
+    }
 }
 
 // Bits beyond the word are not in the frame. What the PLC has changed in the word since it was read
 // is undone: the panel cannot know.
 void Plant::carryOutBits(const Range &range, const std::vector<int> &values, int wordRead)
 {
-    plc::Memory &wanted = m_wanted.at(range.station);
-    const int word = range.address / kBitsPerWord;
+    Range word = unitsOf(range);
+    word.count = 1;
     int now = wordRead;
     int written = 0;
     for (int i = 0; i < bitsInFirstWord(range); ++i) {
-        const int mask = 1 << (range.address % kBitsPerWord + i);
+        const int mask = 1 << (range.start % kBitsPerWord + i);
         now = values[static_cast<std::size_t>(i)] != 0 ? now | mask : now & ~mask;
         written |= mask;
     }
-    if (((wanted.word(range.reg->device, word).value_or(0) ^ wordRead) & ~written) != 0) {
-        m_tally.count(Excuse::WordPutBack);
+    const int before = m_wanted.at(range.station).value(pointAt(word, 0)).value_or(0);
+    if (((before ^ wordRead) & ~written) != 0) {
+        m_tally.excuse("word put back as it was read before its bits were written");
     }
-    carryOut({range.station, &wordsOf(*range.reg), word, 1}, {now});
+    carryOut(word, {now});
 }
 
 void Plant::compareValue(const plc::Memory &memory, int station, const plc::Point &point) const
@@ -139,40 +150,26 @@ void Plant::compareValue(const plc::Memory &memory, int station, const plc::Poin
     const auto is = memory.value(point);
     const auto must = m_wanted.at(station).value(point);
     require(is == must, [&] {
-        return QString::fromLatin1("station %1 holds %2 instead of %3 in %4 %5")
-            .arg(QString::number(station), QString::number(is.value_or(0)),
-                 QString::number(must.value_or(0)), QString(QLatin1Char(point.device)),
-                 QString::number(point.address));
+        return "station " + std::to_string(station) + " holds " + std::to_string(is.value_or(0)) +
+               " instead of " + std::to_string(must.value_or(0)) + " in " + point.device + " " +
+               std::to_string(point.address);
     });
-}
-
-void Plant::compare(const Range &range) const
-{
-    plc::Unit *const unit = m_host.line().bus().find(range.station);
-    for (int offset = -1; unit && offset <= range.count; ++offset) {
-        compareValue(unit->station.memory(), range.station, pointOf(range, offset));
-    }
-}
-
-void Plant::compareWith(const plc::Memory &memory, int station) const
-{
-    for (const char device : kDevices) {
-        plc::Point point;
-        point.device = device;
-        for (point.address = 0; point.address < memory.wordCount(device); ++point.address) {
-            compareValue(memory, station, point);
-        }
-        point.kind = plc::PointKind::Contact;
-        for (point.address = 0; point.address < memory.contactCount(device); ++point.address) {
-            compareValue(memory, station, point);
-        }
-    }
 }
 
 void Plant::compareAll() const
 {
-    for (const auto &[station, unit] : m_host.line().bus().units()) {
-        compareWith(unit.station.memory(), station);
+    for (auto &[station, unit] : m_bus.units()) {
+        const plc::Memory &memory = unit.station.memory();
+        for (const char device : {'P', 'M', 'K', 'L', 'F', 'T', 'C', 'D'}) {
+            plc::Point point{device, plc::PointKind::Word, 0};
+            for (; point.address < memory.wordCount(device); ++point.address) {
+                compareValue(memory, station, point);
+            }
+            point = {device, plc::PointKind::Contact, 0};
+            for (; point.address < memory.contactCount(device); ++point.address) {
+                compareValue(memory, station, point);
+            }
+        }
     }
 }
 

@@ -1,16 +1,25 @@
 #pragma once
 
-#include "exchange/host_loop.h"
-#include "exchange/soak/soak_register.h"
 #include "exchange/soak/soak_tally.h"
-
-#include "plc/bus.h"
+#include "exchange/virtual_line.h"
+#include "model/item.h"
 
 #include <map>
 #include <optional>
 #include <vector>
 
 namespace exchange::soak {
+
+using model::Range;
+
+/** The words or contacts in which a range lies: M words of a range of M bits. */
+Range unitsOf(const Range &range);
+
+/** Whether a range has a part of the unit in which a place lies. */
+bool reaches(const Range &range, const Range &place);
+
+/** Bits of the range that lie in its first word. */
+int bitsInFirstWord(const Range &range);
 
 /**
  * The PLCs, and beside each memory a second one that holds what it must hold: it changes by what
@@ -19,8 +28,8 @@ namespace exchange::soak {
 class Plant
 {
 public:
-    Plant(HostLoop &host, Tally &tally)
-        : m_host(host)
+    Plant(plc::Bus &bus, Tally &tally)
+        : m_bus(bus)
         , m_tally(tally)
     {}
 
@@ -30,8 +39,7 @@ public:
     /** @param empty its memory was lost meanwhile */
     void comeBack(int station, bool empty);
     void allComeBack();
-    bool isThere(int station) const;
-    bool isAway(int station) const { return m_away.count(station) != 0; }
+    bool isThere(int station) const { return m_bus.find(station) != nullptr; }
 
     void setFaults(int station, const std::vector<plc::Fault> &faults);
 
@@ -45,28 +53,16 @@ public:
     /** A word was written that had been read before for the sake of its bits. */
     void carryOutBits(const Range &range, const std::vector<int> &values, int wordRead);
 
-    /** Compares the memories of a station, in the range and beside it. */
-    void compare(const Range &range) const;
-    /** The same for every value of every station. */
+    /** Compares every value of every station. */
     void compareAll() const;
 
 private:
-    void compareWith(const plc::Memory &memory, int station) const;
     void compareValue(const plc::Memory &memory, int station, const plc::Point &point) const;
 
-    HostLoop &m_host;
+    plc::Bus &m_bus;
     Tally &m_tally;
     std::map<int, plc::Memory> m_wanted;
     std::map<int, std::map<int, plc::Unit>::node_type> m_away;
 };
-
-/** Bits that go with one reading and one writing of words; the others go by themselves. */
-bool goesThroughWords(const Range &range);
-
-/** How many words such a write reads: more than the bits lie in when they are nine to fifteen. */
-int wordsRead(const Range &range);
-
-/** Bits of the range that lie in its first word. */
-int bitsInFirstWord(const Range &range);
 
 } // namespace exchange::soak

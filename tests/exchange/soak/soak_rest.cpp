@@ -1,51 +1,46 @@
 #include "exchange/soak/soak_rest.h"
 
+#include "model/register_name.h"
+
 #include <algorithm>
 
 namespace exchange::soak {
 
-namespace {
-
-/** The block reads the unit of this place. */
-bool covers(const Range &block, const Range &place)
-{
-    const Register &words = wordsOf(*place.reg);
-    const int unit = place.reg->isBit() ? place.address / kBitsPerWord : place.address;
-    return block.station == place.station && block.reg == &words && block.address <= unit &&
-           unit < block.address + block.count;
-}
-
-} // namespace
-
 void Rest::run()
 {
-    m_bench.trace([] { return QString::fromLatin1("rest"); });
+    m_bench.trace("rest");
+    m_bench.setReaction({});
     Plant &plant = m_bench.plant();
     plant.allComeBack();
     for (const StationPlan &station : m_bench.plan().stations) {
         plant.setFaults(station.number, {});
     }
     // What was still under way to the host is over before it goes on.
-    m_bench.host().line().empty(2 * m_bench.plan().longestDelayMs + 1);
+    m_bench.line().empty(2 * m_bench.plan().longestDelayMs + 1);
     drain();
     readTwice();
-    m_bench.view().compareAll();
+    m_bench.lookAtAll();
     plant.compareAll();
-    checkScreen();
+    for (const Range &key : m_bench.screen()) {
+        for (int i = 0; i < key.count; ++i) {
+            checkPlace({key.station, key.name, key.start + i, 1});
+        }
+    }
 }
 
 bool Rest::isOver()
 {
-    return !m_exchanger.isInFlight() && m_bench.jobs().writes().empty() &&
-           m_bench.jobs().readings().empty() && !m_bench.isRecipeRequested();
+    return !m_exchanger.isInFlight() && m_bench.model().writes().empty() &&
+           m_bench.model().onceReads().empty() && !m_bench.isRecipeRequested();
 }
 
 // Each job takes at most two frames, each of them as often as bad answers are borne; between ten
 // jobs goes one cyclic read.
 void Rest::drain()
 {
-    const Jobs &jobs = m_bench.jobs();
-    const auto waiting = jobs.writes().size() + jobs.readings().size() + 2 * jobs.recipe().size();
+    const model::SchedulerModel &model = m_bench.model();
+    const auto waiting =
+        model.writes().size() + model.onceReads().size() + 2 * model.recipeBlocks();
     const auto frames = 2 * static_cast<std::size_t>(std::max(1, m_bench.plan().maxRetries));
     for (auto left = 2 * frames * (waiting + 1); !isOver(); --left) {
         require(left > 0, "jobs go on waiting without faults");
@@ -55,13 +50,14 @@ void Rest::drain()
 
 void Rest::readTwice()
 {
-    for (auto left = 2 * m_bench.jobs().cyclic().size(); left > 0;) {
+    const std::size_t blocks = m_bench.model().cyclicReads().size();
+    for (auto left = 2 * blocks; left > 0;) {
         const auto ended = m_exchanger.run();
         if (!ended) {
             continue;
         }
         checkBlock(*ended);
-        if (left <= m_bench.jobs().cyclic().size()) {
+        if (left <= blocks) {
             m_blocks.push_back(*ended);
         }
         --left;
@@ -71,7 +67,7 @@ void Rest::readTwice()
 // Without faults a block fails only where the station is missing or has not all of its words.
 void Rest::checkBlock(const Ended &ended) const
 {
-    require(ended.kind == JobKind::CyclicRead, "a job that nobody asked for");
+    require(ended.job == Job::Cyclic, "a job that nobody asked for");
     if (ended.good) {
         return;
     }
@@ -79,18 +75,9 @@ void Rest::checkBlock(const Ended &ended) const
     const bool isThere = plant.isThere(ended.range.station);
     const bool isWhole =
         isThere && plant.held(ended.range) && plant.held(ended.range, ended.range.count - 1);
-    require(!isWhole && ended.wasRefused == isThere,
-            [&] { return QLatin1String("a block fails without faults: ") + text(ended.range); });
-    m_bench.tally().count(isThere ? Excuse::BlockRefused : Excuse::StationMissing);
-}
-
-void Rest::checkScreen()
-{
-    for (const KEY_ADDRESS &key : m_bench.screen()) {
-        for (int i = 0; i < key.count; ++i) {
-            checkPlace(rangeOf(key.stationNo, key.regName, key.startAddr + i, 1));
-        }
-    }
+    require(!isWhole && ended.wasRefused == isThere, "a block fails without faults");
+    m_bench.tally().excuse(isThere ? "at rest: block refused by a PLC that has not all of it"
+                                   : "at rest: station that is not there");
 }
 
 void Rest::checkPlace(const Range &place)
@@ -98,40 +85,47 @@ void Rest::checkPlace(const Range &place)
     bool isRead = false;
     bool isGood = false;
     for (const Ended &block : m_blocks) {
-        isRead = isRead || covers(block.range, place);
-        isGood = isGood || (covers(block.range, place) && block.good);
+        const bool isHere = reaches(block.range, place);
+        isRead = isRead || isHere;
+        isGood = isGood || (isHere && block.good);
     }
-    require(isRead, [&] { return QLatin1String("no block reads ") + text(place); });
+    const std::string where = place.name + ' ' + std::to_string(place.start) + " of station " +
+                              std::to_string(place.station);
+    require(isRead, [&] { return "no block reads " + where; });
     if (!isGood) {
         return; // the block was counted
     }
-    const int seen = valuesOnPanel(place).at(0);
-    const auto held = m_bench.plant().held(place);
+    const model::Bytes &bytes = m_bench.look(place);
+    const int seen = bytes[0] | (model::isWordRegister(place.name) ? bytes[1] << 8 : 0);
+    const int held = m_bench.plant().held(place).value_or(-1);
     if (held == seen) {
         return;
     }
-    const auto excuse = excuseFor(place);
-    require(excuse.has_value(), [&] {
-        return QString::fromLatin1("at rest the panel shows %1 and the PLC holds %2 in %3")
-            .arg(QString::number(seen), QString::number(held.value_or(-1)), text(place));
+    const std::string excuse = excuseFor(place);
+    require(!excuse.empty(), [&] {
+        return "at rest the panel shows " + std::to_string(seen) + " and the PLC holds " +
+               std::to_string(held) + " in " + where;
     });
-    m_bench.tally().count(*excuse);
+    m_bench.tally().excuse("at rest: panel's value shown, " + excuse);
 }
 
 // Where no write ends a wait, only a reading with a new value does, and while any write waits not
 // even that.
-std::optional<Excuse> Rest::excuseFor(const Range &place) const
+std::string Rest::excuseFor(const Range &place) const
 {
-    if (!m_bench.view().isPending(place)) {
-        return std::nullopt;
+    const model::SchedulerModel &model = m_bench.model();
+    if (!model.values().isPending(place)) {
+        return std::string();
     }
-    if (!m_bench.plan().isSent(*place.reg)) {
-        return Excuse::NeverSent;
+    if (!m_bench.plan().isSent(place.name)) {
+        return "writes that are not sent";
     }
-    if (m_bench.jobs().wasDisplaced(place, 0)) {
-        return Excuse::DisplacedStays;
+    const std::vector<Range> &displaced = model.writes().displaced();
+    if (std::any_of(displaced.begin(), displaced.end(),
+                    [&place](const Range &written) { return reaches(written, place); })) {
+        return "write displaced";
     }
-    return m_bench.view().isMarked(place) ? std::optional<Excuse>(Excuse::MarkStays) : std::nullopt;
+    return model.values().isMarked(place) ? "second mark of a bit left" : std::string();
 }
 
 } // namespace exchange::soak

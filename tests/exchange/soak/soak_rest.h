@@ -2,6 +2,7 @@
 
 #include "exchange/soak/soak_exchange.h"
 
+#include <string>
 #include <vector>
 
 namespace exchange::soak {
@@ -23,9 +24,8 @@ private:
     void drain();
     void readTwice();
     void checkBlock(const Ended &ended) const;
-    void checkScreen();
     void checkPlace(const Range &place);
-    std::optional<Excuse> excuseFor(const Range &place) const;
+    std::string excuseFor(const Range &place) const;
 
     Bench &m_bench;
     Exchanger &m_exchanger;
