@@ -27,6 +27,7 @@ void runCallbackHandler()
 HostLoop::HostLoop(const char *properties)
     : m_fixture(properties)
 {
+    addStation(kStation);
     DriverFixture::hook() = &runCallbackHandler;
 }
 
@@ -43,6 +44,7 @@ void HostLoop::start(const char *properties)
 
 plc::Unit &HostLoop::addStation(int station, plc::Model model)
 {
+    m_set.insert_or_assign(station, plc::Memory(model));
     return m_line.bus().add(station, model);
 }
 

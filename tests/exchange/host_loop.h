@@ -11,6 +11,7 @@
 #include <QVector>
 
 #include <functional>
+#include <map>
 
 Q_DECLARE_METATYPE(KEY_ADDRESS)
 Q_DECLARE_METATYPE(_RCP_VAR_PRO)
@@ -55,7 +56,8 @@ struct Turn
 enum class Recipe { Write, Read };
 
 /**
- * A panel with its line and its PLCs: owns what the driver is given, runs the request-reply loop
+ * A panel with its line and its PLCs, of which station 1 is there and is meant where no station is
+ * named: owns what the driver is given, runs the request-reply loop
  * and looks at both ends.
  *
  * It collects an answer as a good host does (see AnswerFinder), gives it a time limit, and empties
@@ -65,6 +67,7 @@ enum class Recipe { Write, Read };
 class HostLoop
 {
 public:
+    static constexpr int kStation = 1;
     static constexpr const char *kUsualProperties = "7#0#0#3#60";
 
     /** @param properties device, cache-only, spare, retries, block words */
@@ -83,17 +86,43 @@ public:
     /** Adds a PLC, or replaces the one of this number. */
     plc::Unit &addStation(int station, plc::Model model = plc::Model::Full);
     /** A PLC that was added. */
-    plc::Unit &unit(int station);
-    plc::Memory &memory(int station) { return unit(station).station.memory(); }
+    plc::Unit &unit(int station = kStation);
+    plc::Memory &memory(int station = kStation) { return unit(station).station.memory(); }
+    /** Station 1 refuses its next requests. */
+    void refuse(int times) { unit().faults.add({plc::FaultKind::Refuse, 0x1132, 0x1132, times}); }
     void setPlc(int station, const char *regName, int address, const Values &values);
+    void setPlc(const char *regName, int address, const Values &values)
+    {
+        setPlc(kStation, regName, address, values);
+    }
     Values inPlc(int station, const char *regName, int address, int count = 1);
+    Values inPlc(const char *regName, int address, int count = 1)
+    {
+        return inPlc(kStation, regName, address, count);
+    }
+    /** What the panel has changed in a PLC: where it does not hold what setPlc() has set, or 0. */
+    QStringList plcChanges(int station = kStation);
 
     // The panel.
     /** @return number of block reads. */
     int monitor(const Keys &keys);
+    /** monitor(), and the first readings. @return what settle() returns */
+    bool show(const Keys &keys)
+    {
+        monitor(keys);
+        return settle();
+    }
     void write(int station, const char *regName, int address, const Values &values);
-    void readOnce(int station, const char *regName, int address, int count);
+    void write(const char *regName, int address, const Values &values)
+    {
+        write(kStation, regName, address, values);
+    }
+    void readOnce(const char *regName, int address, int count, int station = kStation);
     Values inPanel(int station, const char *regName, int address, int count = 1) const;
+    Values inPanel(const char *regName, int address, int count = 1) const
+    {
+        return inPanel(kStation, regName, address, count);
+    }
 
     // Recipes.
     int setRecipe(const QVector<_RCP_VAR_PRO> &items);
@@ -142,6 +171,8 @@ public:
      * holds, as "1 D_W 100: panel 5, PLC 7". Places of stations that are not there are left out.
      */
     QStringList differences();
+    /** settle() and differences(); where it does not settle, the text that says so. */
+    QStringList differencesAtRest();
 
     static constexpr int kTurnsKept = 20000;
 
@@ -163,6 +194,7 @@ private:
     DriverFixture m_fixture;
     VirtualLine m_line;
     QList<Place> m_places;
+    std::map<int, plc::Memory> m_set; ///< what the PLCs hold but for what the panel has written
     FRAME_PRO m_frame{};
     Turn m_turn;
     QList<Turn> m_log;
@@ -172,9 +204,17 @@ private:
 
 /** A range that the panel shows. Bits and contacts are marked as such. */
 KEY_ADDRESS key(int station, const char *regName, int address, int count = 1);
+inline KEY_ADDRESS key(const char *regName, int address, int count = 1)
+{
+    return key(HostLoop::kStation, regName, address, count);
+}
 
 /** An item of the recipe of device 7. @param offset word of the recipe buffer. */
 _RCP_VAR_PRO recipeItem(int station, const char *regName, int address, int count, int offset);
+inline _RCP_VAR_PRO recipeItem(const char *regName, int address, int count, int offset)
+{
+    return recipeItem(HostLoop::kStation, regName, address, count, offset);
+}
 
 /** Texts for comparison with QStringList results. */
 QStringList texts(std::initializer_list<const char *> lines);

@@ -49,6 +49,7 @@ void HostLoop::setPlc(int station, const char *regName, int address, const Value
         if (!memory(station).setValue(point, static_cast<quint16>(value))) {
             qFatal("no %s %d", regName, address - 1);
         }
+        m_set.at(station).setValue(point, static_cast<quint16>(value));
     }
 }
 
@@ -61,6 +62,11 @@ Values HostLoop::inPlc(int station, const char *regName, int address, int count)
         values += value ? *value : -1;
     }
     return values;
+}
+
+QStringList HostLoop::plcChanges(int station)
+{
+    return memoryChanges(m_set.at(station), memory(station));
 }
 
 int HostLoop::monitor(const Keys &keys)
@@ -87,7 +93,7 @@ void HostLoop::write(int station, const char *regName, int address, const Values
     intf_setData(station, name, address, count, DriverFixture::bytes(bytes), 2);
 }
 
-void HostLoop::readOnce(int station, const char *regName, int address, int count)
+void HostLoop::readOnce(const char *regName, int address, int count, int station)
 {
     KEY_ADDRESS wanted = key(station, regName, address, count);
     intf_addConditionRead(wanted, 3);
@@ -175,6 +181,11 @@ QStringList HostLoop::differences()
         }
     }
     return list;
+}
+
+QStringList HostLoop::differencesAtRest()
+{
+    return settle() ? differences() : QStringList(QString::fromLatin1("jobs go on waiting"));
 }
 
 KEY_ADDRESS key(int station, const char *regName, int address, int count)

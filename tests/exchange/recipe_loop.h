@@ -9,8 +9,8 @@ using Items = QVector<_RCP_VAR_PRO>;
 /** Three blocks: D 10-14 from two items, D 20-21, and M 5 of station 2. */
 inline Items threeBlocks()
 {
-    return {recipeItem(2, "M_W", 5, 1, 7), recipeItem(1, "D_W", 12, 3, 2),
-            recipeItem(1, "D_W", 20, 2, 5), recipeItem(1, "D_W", 10, 2, 0)};
+    return {recipeItem(2, "M_W", 5, 1, 7), recipeItem("D_W", 12, 3, 2), recipeItem("D_W", 20, 2, 5),
+            recipeItem("D_W", 10, 2, 0)};
 }
 
 /** The requests of a whole transfer of these blocks, with 1-8 in the buffer. */
@@ -42,7 +42,6 @@ struct RecipeLoop : HostLoop
 {
     RecipeLoop()
     {
-        addStation(1);
         addStation(2);
         setRecipe(threeBlocks());
         setRecipeWords(0, {1, 2, 3, 4, 5, 6, 7, 8, 9});

@@ -1,4 +1,3 @@
-#include "exchange/memory_changes.h"
 #include "exchange/recipe_loop.h"
 
 #include <QtTest>
@@ -11,170 +10,158 @@ class TestRecipeBlocks : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void itemsOutOfOrderInTheBuffer();
-    void blocks_data();
-    void blocks();
-    void itemsOfBits_data();
-    void itemsOfBits();
-    void otherDevices();
-    void requestWithoutARecipe();
-    void otherByteValuesAreNoRequest();
-};
-
-// A block is written from the buffer in one piece, from the place of its first item on, but read
-// into the place of each item: items that touch must lie in the order of their addresses.
-void TestRecipeBlocks::itemsOutOfOrderInTheBuffer()
-{
-    RecipeLoop loop;
-    loop.setRecipe({recipeItem(1, "D_W", 10, 2, 4), recipeItem(1, "D_W", 12, 2, 0)});
-    loop.request(Recipe::Write);
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.inPlc(1, "D_W", 10, 4), (Values{5, 6, 7, 8}));
-    loop.request(Recipe::Read);
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.recipeWords(0, 9), (Values{7, 8, 3, 4, 5, 6, 7, 8, 9}));
-    QCOMPARE(HostLoop::calls(), texts({"0 -1 RWI 4", "0 -1 RWI 5", "0 -1 RWI 0", "0 -1 RWI 1"}));
-}
-
-void TestRecipeBlocks::blocks_data()
-{
-    QTest::addColumn<Items>("items");
-    QTest::addColumn<QStringList>("requests");
-    QTest::newRow("touching items share a block")
-        << Items{recipeItem(1, "D_W", 10, 2, 0), recipeItem(1, "D_W", 12, 3, 2)}
-        << texts({"01rSB08%DW0001005"});
-    QTest::newRow("overlapping items share a block")
-        << Items{recipeItem(1, "D_W", 10, 3, 0), recipeItem(1, "D_W", 12, 3, 2)}
-        << texts({"01rSB08%DW0001005"});
-    QTest::newRow("no gap is bridged")
-        << Items{recipeItem(1, "D_W", 10, 2, 0), recipeItem(1, "D_W", 13, 2, 2)}
-        << texts({"01rSB08%DW0001002", "01rSB08%DW0001302"});
-    QTest::newRow("no block above the limit")
-        << Items{recipeItem(1, "D_W", 10, 40, 0), recipeItem(1, "D_W", 50, 20, 40),
-                 recipeItem(1, "D_W", 70, 1, 60)}
-        << texts({"01rSB08%DW000103C", "01rSB08%DW0007001"});
-    QTest::newRow("stations and registers in order")
-        << Items{recipeItem(2, "D_W", 0, 1, 0), recipeItem(1, "M_W", 0, 1, 1),
-                 recipeItem(1, "C_W", 0, 1, 2), recipeItem(1, "D_W", 1, 1, 3)}
-        << texts({"01rSB08%DW0000101", "01rSB08%CW0000001", "01rSB08%MW0000001",
-                  "02rSB08%DW0000001"});
-}
-
-void TestRecipeBlocks::blocks()
-{
-    QFETCH(Items, items);
-    RecipeLoop loop;
-    QCOMPARE(loop.setRecipe(items), items.size());
-    loop.request(Recipe::Write);
-    QVERIFY(loop.settle());
-    loop.forget();
-    loop.request(Recipe::Read);
-    QVERIFY(loop.settle());
-    QTEST(loop.requests(), "requests");
-    for (const _RCP_VAR_PRO &item : items) {
-        const QByteArray reg = item.regName.toLatin1();
-        QCOMPARE(loop.recipeWords(item.bufOffset, item.count),
-                 loop.inPlc(item.stationNo, reg.constData(), item.startAddr, item.count));
-    }
-}
-
-void TestRecipeBlocks::itemsOfBits_data()
-{
-    QTest::addColumn<Items>("items");
-    QTest::addColumn<QStringList>("requests");
-    QTest::addColumn<QStringList>("changes"); // of D 2 = 0x1234 and M 2 = 0x1234
-    QTest::addColumn<Values>("cached");       // of D 35 and M 35, by the number of the bit
-    QTest::newRow("a data register's bit: zeros over its word")
-        << Items{recipeItem(1, "D_bit", 35, 1, 0)}
-        << texts({"01rSB08%DW0000201", "01wSB08%DW00002010000"}) << texts({"D_W 2=0"})
-        << Values{0x1234, 0};
-    QTest::newRow("several bits: zeros over their word")
-        << Items{recipeItem(1, "M_bit", 35, 3, 0)}
-        << texts({"01rSB08%MW0000201", "01wSB08%MW00002010000"}) << texts({"M_W 2=0"})
-        << Values{0, 0x1234};
-    QTest::newRow("a bit takes the low byte of its word")
-        << Items{recipeItem(1, "M_bit", 32, 1, 0)} << texts({"01wSS0109%MX00002001"})
-        << texts({"M_W 2=4661"}) << Values{0, 0};
-    QTest::newRow("a contact takes 0")
-        << Items{recipeItem(1, "TX", 5, 1, 0)} << texts({"01wSS0109%TX00000500"}) << texts({})
-        << Values{0, 0};
-}
-
-void TestRecipeBlocks::itemsOfBits()
-{
-    QFETCH(Items, items);
-    HostLoop loop;
-    loop.addStation(1);
-    loop.setPlc(1, "D_W", 2, {0x1234});
-    loop.setPlc(1, "M_W", 2, {0x1234});
-    const plc::Memory before = loop.memory(1);
-    loop.setRecipe(items);
-    loop.setRecipeWords(0, {1, 1, 1});
-    loop.request(Recipe::Write);
-    QVERIFY(loop.settle());
-    QTEST(loop.requests(), "requests");
-    QTEST(memoryChanges(before, loop.memory(1)), "changes");
-    QTEST(loop.inPanel(1, "D_W", 35) + loop.inPanel(1, "M_W", 35), "cached");
-}
-
-void TestRecipeBlocks::otherDevices()
-{
-    RecipeLoop loop;
-    Items items = threeBlocks();
-    items[1].deviceNo = 8;
-    items[2].deviceNo = 0;
-    QCOMPARE(loop.setRecipe(items), 2);
-    loop.request(Recipe::Write);
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.requests(), texts({"01wSB08%DW000100200010002", "02wSB08%MW00005010008"}));
-
-    // A list without any item of this device leaves the blocks of the last one, without their
-    // items.
-    items[0].deviceNo = items[3].deviceNo = 8;
-    QCOMPARE(loop.setRecipe(items), 0);
-    loop.forget();
-    loop.request(Recipe::Read);
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.requests(), texts({"01rSB08%DW0001002", "02rSB08%MW0000501"}));
-    QCOMPARE(HostLoop::calls(), QStringList());
-    QCOMPARE(loop.recipeWords(0, 9), (Values{1, 2, 3, 4, 5, 6, 7, 8, 9}));
-}
-
-// A request without a recipe repeats the job before it until the host takes the request back; the
-// driver never does.
-void TestRecipeBlocks::requestWithoutARecipe()
-{
-    for (const Recipe direction : {Recipe::Write, Recipe::Read}) {
-        HostLoop loop;
-        loop.addStation(1);
-        loop.request(direction);
-        QCOMPARE(loop.turns(2), (Values{-1, -1}));
-        loop.request(direction, false);
-        loop.monitor({key(1, "D_W", 0), key(1, "D_W", 500)});
-        loop.turn();
-        loop.request(direction);
-        loop.turns(3);
-        QVERIFY(loop.isRequested(direction));
-        loop.request(direction, false);
-        loop.turns(1);
-        QCOMPARE(loop.requests(),
-                 texts({"01rSB08%DW0000001", "01rSB08%DW0000001", "01rSB08%DW0000001",
-                        "01rSB08%DW0000001", "01rSB08%DW0000001"}));
+    // A block is written from the buffer in one piece, from the place of its first item on, but
+    // read into the place of each item: items that touch must lie in the order of their addresses.
+    void itemsOutOfOrderInTheBuffer()
+    {
+        RecipeLoop loop;
+        loop.setRecipe({recipeItem("D_W", 10, 2, 4), recipeItem("D_W", 12, 2, 0)});
+        loop.request(Recipe::Write);
         QVERIFY(loop.settle());
-        QCOMPARE(loop.differences(), QStringList());
+        QCOMPARE(loop.inPlc("D_W", 10, 4), (Values{5, 6, 7, 8}));
+        loop.request(Recipe::Read);
+        QVERIFY(loop.settle());
+        QCOMPARE(loop.recipeWords(0, 9), (Values{7, 8, 3, 4, 5, 6, 7, 8, 9}));
+        QCOMPARE(HostLoop::calls(),
+                 texts({"0 -1 RWI 4", "0 -1 RWI 5", "0 -1 RWI 0", "0 -1 RWI 1"}));
     }
-}
 
-void TestRecipeBlocks::otherByteValuesAreNoRequest()
-{
-    RecipeLoop loop;
-    for (const int value : {0, 2, 255}) {
-        driver.shmBase[kRecipeWriteByte] = static_cast<unsigned char>(value);
-        driver.shmBase[kRecipeReadByte] = static_cast<unsigned char>(value);
-        QVERIFY(!loop.turn());
-        QCOMPARE(static_cast<int>(driver.shmBase[kRecipeWriteByte]), value);
+    void blocks_data()
+    {
+        QTest::addColumn<Items>("items");
+        QTest::addColumn<QStringList>("requests");
+        QTest::newRow("touching items share a block")
+            << Items{recipeItem("D_W", 10, 2, 0), recipeItem("D_W", 12, 3, 2)}
+            << texts({"01rSB08%DW0001005"});
+        QTest::newRow("overlapping items share a block")
+            << Items{recipeItem("D_W", 10, 3, 0), recipeItem("D_W", 12, 3, 2)}
+            << texts({"01rSB08%DW0001005"});
+        QTest::newRow("no gap is bridged")
+            << Items{recipeItem("D_W", 10, 2, 0), recipeItem("D_W", 13, 2, 2)}
+            << texts({"01rSB08%DW0001002", "01rSB08%DW0001302"});
+        QTest::newRow("no block above the limit")
+            << Items{recipeItem("D_W", 10, 40, 0), recipeItem("D_W", 50, 20, 40),
+                     recipeItem("D_W", 70, 1, 60)}
+            << texts({"01rSB08%DW000103C", "01rSB08%DW0007001"});
+        QTest::newRow("stations and registers in order")
+            << Items{recipeItem(2, "D_W", 0, 1, 0), recipeItem("M_W", 0, 1, 1),
+                     recipeItem("C_W", 0, 1, 2), recipeItem("D_W", 1, 1, 3)}
+            << texts({"01rSB08%DW0000101", "01rSB08%CW0000001", "01rSB08%MW0000001",
+                      "02rSB08%DW0000001"});
     }
-}
+
+    void blocks()
+    {
+        QFETCH(Items, items);
+        RecipeLoop loop;
+        QCOMPARE(loop.setRecipe(items), items.size());
+        loop.request(Recipe::Write);
+        QVERIFY(loop.settle());
+        loop.forget();
+        loop.request(Recipe::Read);
+        QVERIFY(loop.settle());
+        QTEST(loop.requests(), "requests");
+        for (const _RCP_VAR_PRO &item : items) {
+            const QByteArray reg = item.regName.toLatin1();
+            QCOMPARE(loop.recipeWords(item.bufOffset, item.count),
+                     loop.inPlc(item.stationNo, reg.constData(), item.startAddr, item.count));
+        }
+    }
+
+    void itemsOfBits_data()
+    {
+        QTest::addColumn<Items>("items");
+        QTest::addColumn<QStringList>("requests");
+        QTest::addColumn<QStringList>("changes"); // of D 2 = 0x1234 and M 2 = 0x1234
+        QTest::addColumn<Values>("cached");       // of D 35 and M 35, by the number of the bit
+        QTest::newRow("a data register's bit: zeros over its word")
+            << Items{recipeItem("D_bit", 35, 1, 0)}
+            << texts({"01rSB08%DW0000201", "01wSB08%DW00002010000"}) << texts({"D_W 2=0"})
+            << Values{0x1234, 0};
+        QTest::newRow("several bits: zeros over their word")
+            << Items{recipeItem("M_bit", 35, 3, 0)}
+            << texts({"01rSB08%MW0000201", "01wSB08%MW00002010000"}) << texts({"M_W 2=0"})
+            << Values{0, 0x1234};
+        QTest::newRow("a bit takes the low byte of its word")
+            << Items{recipeItem("M_bit", 32, 1, 0)} << texts({"01wSS0109%MX00002001"})
+            << texts({"M_W 2=4661"}) << Values{0, 0};
+        QTest::newRow("a contact takes 0")
+            << Items{recipeItem("TX", 5, 1, 0)} << texts({"01wSS0109%TX00000500"}) << texts({})
+            << Values{0, 0};
+    }
+
+    void itemsOfBits()
+    {
+        QFETCH(Items, items);
+        HostLoop loop;
+        loop.setPlc("D_W", 2, {0x1234});
+        loop.setPlc("M_W", 2, {0x1234});
+        loop.setRecipe(items);
+        loop.setRecipeWords(0, {1, 1, 1});
+        loop.request(Recipe::Write);
+        QVERIFY(loop.settle());
+        QTEST(loop.requests(), "requests");
+        QTEST(loop.plcChanges(), "changes");
+        QTEST(loop.inPanel("D_W", 35) + loop.inPanel("M_W", 35), "cached");
+    }
+
+    void otherDevices()
+    {
+        RecipeLoop loop;
+        Items items = threeBlocks();
+        items[1].deviceNo = 8;
+        items[2].deviceNo = 0;
+        QCOMPARE(loop.setRecipe(items), 2);
+        loop.request(Recipe::Write);
+        QVERIFY(loop.settle());
+        QCOMPARE(loop.requests(), texts({"01wSB08%DW000100200010002", "02wSB08%MW00005010008"}));
+
+        // A list without any item of this device leaves the blocks of the last one, without their
+        // items.
+        items[0].deviceNo = items[3].deviceNo = 8;
+        QCOMPARE(loop.setRecipe(items), 0);
+        loop.forget();
+        loop.request(Recipe::Read);
+        QVERIFY(loop.settle());
+        QCOMPARE(loop.requests(), texts({"01rSB08%DW0001002", "02rSB08%MW0000501"}));
+        QCOMPARE(HostLoop::calls(), QStringList());
+        QCOMPARE(loop.recipeWords(0, 9), (Values{1, 2, 3, 4, 5, 6, 7, 8, 9}));
+    }
+
+    // A request without a recipe repeats the job before it until the host takes the request back;
+    // the driver never does.
+    void requestWithoutARecipe()
+    {
+        for (const Recipe direction : {Recipe::Write, Recipe::Read}) {
+            HostLoop loop;
+            loop.request(direction);
+            QCOMPARE(loop.turns(2), (Values{-1, -1}));
+            loop.request(direction, false);
+            loop.monitor({key("D_W", 0), key("D_W", 500)});
+            loop.turn();
+            loop.request(direction);
+            loop.turns(3);
+            QVERIFY(loop.isRequested(direction));
+            loop.request(direction, false);
+            loop.turns(1);
+            QCOMPARE(loop.requests(),
+                     texts({"01rSB08%DW0000001", "01rSB08%DW0000001", "01rSB08%DW0000001",
+                            "01rSB08%DW0000001", "01rSB08%DW0000001"}));
+            QCOMPARE(loop.differencesAtRest(), QStringList());
+        }
+    }
+
+    void otherByteValuesAreNoRequest()
+    {
+        RecipeLoop loop;
+        for (const int value : {0, 2, 255}) {
+            driver.shmBase[kRecipeWriteByte] = static_cast<unsigned char>(value);
+            driver.shmBase[kRecipeReadByte] = static_cast<unsigned char>(value);
+            QVERIFY(!loop.turn());
+            QCOMPARE(static_cast<int>(driver.shmBase[kRecipeWriteByte]), value);
+        }
+    }
+};
 
 QTEST_APPLESS_MAIN(TestRecipeBlocks)
 #include "test_recipe_blocks.moc"

@@ -1,4 +1,3 @@
-#include "exchange/memory_changes.h"
 #include "exchange/recipe_loop.h"
 
 #include <QtTest>
@@ -12,227 +11,205 @@ class TestRecipes : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void write();
-    void read();
-    void thereAndBack();
-    void writeFailsInTheMiddle_data();
-    void writeFailsInTheMiddle();
-    void readFailsInTheMiddle_data();
-    void readFailsInTheMiddle();
-    void resendsWithinATransfer();
-    void bothAtOnce();
-    void writeAskedForDuringARead();
-    void withdrawn();
-    void goesBeforeEverything();
-    void waitsForThePairInFlight();
-};
+    void write()
+    {
+        RecipeLoop loop;
+        QVERIFY(!loop.turn());
+        loop.request(Recipe::Write);
+        for (int i = 0; i < 3; ++i) {
+            QVERIFY(loop.isRequested(Recipe::Write));
+            QCOMPARE(loop.turns(1), Values{1});
+        }
+        QVERIFY(!loop.isRequested(Recipe::Write));
+        QVERIFY(!loop.turn());
+        QCOMPARE(loop.requests(), writes());
+        QCOMPARE(loop.plcChanges(), texts({"D_W 10=1", "D_W 11=2", "D_W 12=3", "D_W 13=4",
+                                           "D_W 14=5", "D_W 20=6", "D_W 21=7"}));
+        QCOMPARE(loop.plcChanges(2), texts({"M_W 5=8"}));
+        QCOMPARE(HostLoop::calls(), QStringList());
+    }
 
-void TestRecipes::write()
-{
-    RecipeLoop loop;
-    const plc::Memory first = loop.memory(1);
-    const plc::Memory second = loop.memory(2);
-    QVERIFY(!loop.turn());
-    loop.request(Recipe::Write);
-    for (int i = 0; i < 3; ++i) {
+    void read()
+    {
+        RecipeLoop loop;
+        loop.fillPlcs();
+        loop.request(Recipe::Read);
+        for (int i = 0; i < 3; ++i) {
+            QVERIFY(loop.isRequested(Recipe::Read));
+            QCOMPARE(loop.turns(1), Values{1});
+        }
+        QVERIFY(!loop.isRequested(Recipe::Read));
+        QVERIFY(!loop.turn());
+        QCOMPARE(loop.requests(), reads());
+        QCOMPARE(loop.recipeWords(0, 9), (Values{11, 12, 13, 14, 15, 16, 17, 18, 9}));
+        QCOMPARE(HostLoop::calls(), allReported());
+        QCOMPARE(loop.plcChanges(), QStringList());
+        // Recipe values are not what the screens show.
+        QCOMPARE(loop.inPanel("D_W", 10), Values{0});
+    }
+
+    void thereAndBack()
+    {
+        RecipeLoop loop;
+        loop.monitor({key("D_W", 10, 12), key(2, "M_W", 5)});
+        loop.request(Recipe::Write);
+        QCOMPARE(loop.differencesAtRest(), QStringList());
+        loop.setRecipeWords(0, {0, 0, 0, 0, 0, 0, 0, 0});
+        loop.request(Recipe::Read);
+        QVERIFY(loop.settle());
+        QCOMPARE(loop.recipeWords(0, 9), (Values{1, 2, 3, 4, 5, 6, 7, 8, 9}));
+    }
+
+    void writeFailsInTheMiddle_data()
+    {
+        QTest::addColumn<int>("good"); // blocks taken before one is refused
+        QTest::addColumn<int>("changes");
+        QTest::newRow("first block") << 0 << 0;
+        QTest::newRow("second block") << 1 << 5;
+    }
+
+    void writeFailsInTheMiddle()
+    {
+        QFETCH(int, good);
+        QFETCH(int, changes);
+        RecipeLoop loop;
+        loop.request(Recipe::Write);
+        loop.turns(good);
+        loop.refuse(3);
+        QCOMPARE(loop.turns(2), (Values{8, 8}));
         QVERIFY(loop.isRequested(Recipe::Write));
-        QCOMPARE(loop.turns(1), Values{1});
-    }
-    QVERIFY(!loop.isRequested(Recipe::Write));
-    QVERIFY(!loop.turn());
-    QCOMPARE(loop.requests(), writes());
-    QCOMPARE(memoryChanges(first, loop.memory(1)),
-             texts({"D_W 10=1", "D_W 11=2", "D_W 12=3", "D_W 13=4", "D_W 14=5", "D_W 20=6",
-                    "D_W 21=7"}));
-    QCOMPARE(memoryChanges(second, loop.memory(2)), texts({"M_W 5=8"}));
-    QCOMPARE(HostLoop::calls(), QStringList());
-}
+        QCOMPARE(loop.turns(2), (Values{2, -1}));
+        QVERIFY(!loop.isRequested(Recipe::Write));
+        QCOMPARE(loop.plcChanges().size(), changes);
+        QCOMPARE(loop.plcChanges(2), QStringList());
 
-void TestRecipes::read()
-{
-    RecipeLoop loop;
-    loop.fillPlcs();
-    const plc::Memory before = loop.memory(1);
-    loop.request(Recipe::Read);
-    for (int i = 0; i < 3; ++i) {
+        // The next request begins with the first block.
+        loop.forget();
+        loop.request(Recipe::Write);
+        QCOMPARE(loop.turns(4), (Values{1, 1, 1, -1}));
+        QCOMPARE(loop.requests(), writes());
+        QCOMPARE(loop.inPlc("D_W", 10, 5) + loop.inPlc("D_W", 20, 2) + loop.inPlc(2, "M_W", 5),
+                 (Values{1, 2, 3, 4, 5, 6, 7, 8}));
+    }
+
+    void readFailsInTheMiddle_data()
+    {
+        QTest::addColumn<int>("good");
+        QTest::addColumn<Values>("buffer");
+        QTest::newRow("first block") << 0 << Values{1, 2, 3, 4, 5, 6, 7, 8, 9};
+        QTest::newRow("second block") << 1 << Values{11, 12, 13, 14, 15, 6, 7, 8, 9};
+    }
+
+    void readFailsInTheMiddle()
+    {
+        QFETCH(int, good);
+        RecipeLoop loop;
+        loop.fillPlcs();
+        loop.request(Recipe::Read);
+        loop.turns(good);
+        loop.unit().faults.add({FaultKind::WrongCheck, 0, 0, 3});
+        QCOMPARE(loop.turns(4), (Values{8, 8, 2, -1}));
+        QVERIFY(!loop.isRequested(Recipe::Read));
+        QTEST(loop.recipeWords(0, 9), "buffer");
+        QCOMPARE(HostLoop::calls(), allReported().mid(0, 5 * good));
+
+        loop.forget();
+        loop.request(Recipe::Read);
+        QCOMPARE(loop.turns(4), (Values{1, 1, 1, -1}));
+        QCOMPARE(loop.requests(), reads());
+        QCOMPARE(loop.recipeWords(0, 9), (Values{11, 12, 13, 14, 15, 16, 17, 18, 9}));
+    }
+
+    void resendsWithinATransfer()
+    {
+        RecipeLoop loop;
+        loop.fillPlcs();
+        loop.unit().faults.add({FaultKind::Silence, 0, 0, 2});
+        loop.unit(2).faults.add({FaultKind::WrongCheck, 0, 0, 2});
+        loop.request(Recipe::Read);
+        QCOMPARE(loop.turns(8), (Values{8, 8, 1, 1, 8, 8, 1, -1}));
+        QCOMPARE(loop.recipeWords(0, 9), (Values{11, 12, 13, 14, 15, 16, 17, 18, 9}));
+        QCOMPARE(HostLoop::calls(), allReported());
+    }
+
+    // The whole write goes first, and what is read then is what was written.
+    void bothAtOnce()
+    {
+        RecipeLoop loop;
+        loop.fillPlcs();
+        loop.request(Recipe::Read);
+        loop.request(Recipe::Write);
+        QCOMPARE(loop.turns(3), (Values{1, 1, 1}));
+        QVERIFY(!loop.isRequested(Recipe::Write));
         QVERIFY(loop.isRequested(Recipe::Read));
-        QCOMPARE(loop.turns(1), Values{1});
+        QCOMPARE(loop.turns(4), (Values{1, 1, 1, -1}));
+        QCOMPARE(loop.requests(), writes() + reads());
+        QCOMPARE(loop.recipeWords(0, 9), (Values{1, 2, 3, 4, 5, 6, 7, 8, 9}));
+        QCOMPARE(loop.inPlc("D_W", 9, 7), (Values{90, 1, 2, 3, 4, 5, 91}));
+
+        // A write that fails leaves the read to go on from the beginning.
+        RecipeLoop failing;
+        failing.fillPlcs();
+        failing.request(Recipe::Read);
+        failing.request(Recipe::Write);
+        failing.turns(1);
+        failing.unit(1).faults.add({FaultKind::Silence, 0, 0, 3});
+        QCOMPARE(failing.turns(7), (Values{8, 8, 2, 1, 1, 1, -1}));
+        QCOMPARE(failing.recipeWords(0, 9), (Values{1, 2, 3, 4, 5, 16, 17, 18, 9}));
     }
-    QVERIFY(!loop.isRequested(Recipe::Read));
-    QVERIFY(!loop.turn());
-    QCOMPARE(loop.requests(), reads());
-    QCOMPARE(loop.recipeWords(0, 9), (Values{11, 12, 13, 14, 15, 16, 17, 18, 9}));
-    QCOMPARE(HostLoop::calls(), allReported());
-    QCOMPARE(memoryChanges(before, loop.memory(1)), QStringList());
-    // Recipe values are not what the screens show.
-    QCOMPARE(loop.inPanel(1, "D_W", 10), Values{0});
-}
 
-void TestRecipes::thereAndBack()
-{
-    RecipeLoop loop;
-    loop.monitor({key(1, "D_W", 10, 12), key(2, "M_W", 5)});
-    loop.request(Recipe::Write);
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.differences(), QStringList());
-    loop.setRecipeWords(0, {0, 0, 0, 0, 0, 0, 0, 0});
-    loop.request(Recipe::Read);
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.recipeWords(0, 9), (Values{1, 2, 3, 4, 5, 6, 7, 8, 9}));
-}
+    // Both directions share the number of the block: a write asked for in the middle of a read
+    // starts in the middle, and the read then starts anew.
+    void writeAskedForDuringARead()
+    {
+        RecipeLoop loop;
+        loop.fillPlcs();
+        loop.request(Recipe::Read);
+        QCOMPARE(loop.turns(1), Values{1});
+        loop.request(Recipe::Write);
+        QCOMPARE(loop.turns(6), (Values{1, 1, 1, 1, 1, -1}));
+        QCOMPARE(loop.requests(), reads().mid(0, 1) + writes().mid(1) + reads());
+        QCOMPARE(loop.recipeWords(0, 9), (Values{11, 12, 13, 14, 15, 6, 7, 8, 9}));
+    }
 
-void TestRecipes::writeFailsInTheMiddle_data()
-{
-    QTest::addColumn<int>("good"); // blocks taken before one is refused
-    QTest::addColumn<int>("changes");
-    QTest::newRow("first block") << 0 << 0;
-    QTest::newRow("second block") << 1 << 5;
-}
+    // A request that the host takes back ends the transfer where it is; the next one goes on from
+    // there.
+    void withdrawn()
+    {
+        RecipeLoop loop;
+        loop.request(Recipe::Write);
+        QCOMPARE(loop.turns(1), Values{1});
+        loop.request(Recipe::Write, false);
+        QCOMPARE(loop.turns(2), (Values{-1, -1}));
+        loop.request(Recipe::Write);
+        QCOMPARE(loop.turns(3), (Values{1, 1, -1}));
+        QCOMPARE(loop.requests(), writes());
+    }
 
-void TestRecipes::writeFailsInTheMiddle()
-{
-    QFETCH(int, good);
-    QFETCH(int, changes);
-    RecipeLoop loop;
-    const plc::Memory first = loop.memory(1);
-    const plc::Memory second = loop.memory(2);
-    loop.request(Recipe::Write);
-    loop.turns(good);
-    loop.unit(1).faults.add({FaultKind::Refuse, 0x1132, 0x1132, 3});
-    QCOMPARE(loop.turns(2), (Values{8, 8}));
-    QVERIFY(loop.isRequested(Recipe::Write));
-    QCOMPARE(loop.turns(2), (Values{2, -1}));
-    QVERIFY(!loop.isRequested(Recipe::Write));
-    QCOMPARE(memoryChanges(first, loop.memory(1)).size(), changes);
-    QCOMPARE(memoryChanges(second, loop.memory(2)), QStringList());
+    void goesBeforeEverything()
+    {
+        RecipeLoop loop;
+        loop.monitor({key("C_W", 0)});
+        loop.write("C_W", 1, {1});
+        loop.readOnce("C_W", 2, 1);
+        loop.request(Recipe::Write);
+        QCOMPARE(loop.turns(6), (Values{1, 1, 1, 1, 1, 1}));
+        QCOMPARE(loop.requests(), writes() + texts({"01wSB08%CW00001010001", "01rSB08%CW0000201",
+                                                    "01rSB08%CW0000001"}));
+        QCOMPARE(loop.differencesAtRest(), QStringList());
+    }
 
-    // The next request begins with the first block.
-    loop.forget();
-    loop.request(Recipe::Write);
-    QCOMPARE(loop.turns(4), (Values{1, 1, 1, -1}));
-    QCOMPARE(loop.requests(), writes());
-    QCOMPARE(loop.inPlc(1, "D_W", 10, 5) + loop.inPlc(1, "D_W", 20, 2) + loop.inPlc(2, "M_W", 5),
-             (Values{1, 2, 3, 4, 5, 6, 7, 8}));
-}
-
-void TestRecipes::readFailsInTheMiddle_data()
-{
-    QTest::addColumn<int>("good");
-    QTest::addColumn<Values>("buffer");
-    QTest::newRow("first block") << 0 << Values{1, 2, 3, 4, 5, 6, 7, 8, 9};
-    QTest::newRow("second block") << 1 << Values{11, 12, 13, 14, 15, 6, 7, 8, 9};
-}
-
-void TestRecipes::readFailsInTheMiddle()
-{
-    QFETCH(int, good);
-    RecipeLoop loop;
-    loop.fillPlcs();
-    loop.request(Recipe::Read);
-    loop.turns(good);
-    loop.unit(1).faults.add({FaultKind::WrongCheck, 0, 0, 3});
-    QCOMPARE(loop.turns(4), (Values{8, 8, 2, -1}));
-    QVERIFY(!loop.isRequested(Recipe::Read));
-    QTEST(loop.recipeWords(0, 9), "buffer");
-    QCOMPARE(HostLoop::calls(), allReported().mid(0, 5 * good));
-
-    loop.forget();
-    loop.request(Recipe::Read);
-    QCOMPARE(loop.turns(4), (Values{1, 1, 1, -1}));
-    QCOMPARE(loop.requests(), reads());
-    QCOMPARE(loop.recipeWords(0, 9), (Values{11, 12, 13, 14, 15, 16, 17, 18, 9}));
-}
-
-void TestRecipes::resendsWithinATransfer()
-{
-    RecipeLoop loop;
-    loop.fillPlcs();
-    loop.unit(1).faults.add({FaultKind::Silence, 0, 0, 2});
-    loop.unit(2).faults.add({FaultKind::WrongCheck, 0, 0, 2});
-    loop.request(Recipe::Read);
-    QCOMPARE(loop.turns(8), (Values{8, 8, 1, 1, 8, 8, 1, -1}));
-    QCOMPARE(loop.recipeWords(0, 9), (Values{11, 12, 13, 14, 15, 16, 17, 18, 9}));
-    QCOMPARE(HostLoop::calls(), allReported());
-}
-
-// The whole write goes first, and what is read then is what was written.
-void TestRecipes::bothAtOnce()
-{
-    RecipeLoop loop;
-    loop.fillPlcs();
-    loop.request(Recipe::Read);
-    loop.request(Recipe::Write);
-    QCOMPARE(loop.turns(3), (Values{1, 1, 1}));
-    QVERIFY(!loop.isRequested(Recipe::Write));
-    QVERIFY(loop.isRequested(Recipe::Read));
-    QCOMPARE(loop.turns(4), (Values{1, 1, 1, -1}));
-    QCOMPARE(loop.requests(), writes() + reads());
-    QCOMPARE(loop.recipeWords(0, 9), (Values{1, 2, 3, 4, 5, 6, 7, 8, 9}));
-    QCOMPARE(loop.inPlc(1, "D_W", 9, 7), (Values{90, 1, 2, 3, 4, 5, 91}));
-
-    // A write that fails leaves the read to go on from the beginning.
-    RecipeLoop failing;
-    failing.fillPlcs();
-    failing.request(Recipe::Read);
-    failing.request(Recipe::Write);
-    failing.turns(1);
-    failing.unit(1).faults.add({FaultKind::Silence, 0, 0, 3});
-    QCOMPARE(failing.turns(7), (Values{8, 8, 2, 1, 1, 1, -1}));
-    QCOMPARE(failing.recipeWords(0, 9), (Values{1, 2, 3, 4, 5, 16, 17, 18, 9}));
-}
-
-// Both directions share the number of the block: a write asked for in the middle of a read starts
-// in the middle, and the read then starts anew.
-void TestRecipes::writeAskedForDuringARead()
-{
-    RecipeLoop loop;
-    loop.fillPlcs();
-    loop.request(Recipe::Read);
-    QCOMPARE(loop.turns(1), Values{1});
-    loop.request(Recipe::Write);
-    QCOMPARE(loop.turns(6), (Values{1, 1, 1, 1, 1, -1}));
-    QCOMPARE(loop.requests(), reads().mid(0, 1) + writes().mid(1) + reads());
-    QCOMPARE(loop.recipeWords(0, 9), (Values{11, 12, 13, 14, 15, 6, 7, 8, 9}));
-}
-
-// A request that the host takes back ends the transfer where it is; the next one goes on from
-// there.
-void TestRecipes::withdrawn()
-{
-    RecipeLoop loop;
-    loop.request(Recipe::Write);
-    QCOMPARE(loop.turns(1), Values{1});
-    loop.request(Recipe::Write, false);
-    QCOMPARE(loop.turns(2), (Values{-1, -1}));
-    loop.request(Recipe::Write);
-    QCOMPARE(loop.turns(3), (Values{1, 1, -1}));
-    QCOMPARE(loop.requests(), writes());
-}
-
-void TestRecipes::goesBeforeEverything()
-{
-    RecipeLoop loop;
-    loop.monitor({key(1, "C_W", 0)});
-    loop.write(1, "C_W", 1, {1});
-    loop.readOnce(1, "C_W", 2, 1);
-    loop.request(Recipe::Write);
-    QCOMPARE(loop.turns(6), (Values{1, 1, 1, 1, 1, 1}));
-    QCOMPARE(loop.requests(),
-             writes() + texts({"01wSB08%CW00001010001", "01rSB08%CW0000201", "01rSB08%CW0000001"}));
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.differences(), QStringList());
-}
-
-void TestRecipes::waitsForThePairInFlight()
-{
-    RecipeLoop loop;
-    loop.write(1, "D_bit", 1600, {1});
-    QCOMPARE(loop.turns(1), Values{1});
-    loop.request(Recipe::Write);
-    QCOMPARE(loop.turns(5), (Values{1, 1, 1, 1, -1}));
-    QCOMPARE(loop.requests(), texts({"01rSB08%DW0010001", "01wSB08%DW00100010001"}) + writes());
-    QCOMPARE(loop.differences(), QStringList());
-}
+    void waitsForThePairInFlight()
+    {
+        RecipeLoop loop;
+        loop.write("D_bit", 1600, {1});
+        QCOMPARE(loop.turns(1), Values{1});
+        loop.request(Recipe::Write);
+        QCOMPARE(loop.turns(5), (Values{1, 1, 1, 1, -1}));
+        QCOMPARE(loop.requests(), texts({"01rSB08%DW0010001", "01wSB08%DW00100010001"}) + writes());
+        QCOMPARE(loop.differences(), QStringList());
+    }
+};
 
 QTEST_APPLESS_MAIN(TestRecipes)
 #include "test_recipes.moc"

@@ -1,5 +1,4 @@
 #include "exchange/host_loop.h"
-#include "exchange/memory_changes.h"
 
 #include <QtTest>
 
@@ -13,300 +12,265 @@ class TestRestart : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void readInFlight();
-    void writeInFlight();
-    void betweenTheHalvesOfABitWrite();
-    void queuesAreEmptied();
-    void attemptsAreCountedAnew();
-    void fairnessIsCountedAnew();
-    void otherSettings();
-    void tooFewSettings();
-    void transferGoesOn();
-    void noRecipesWithoutABlock_data();
-    void noRecipesWithoutABlock();
-    void cacheOnly_data();
-    void cacheOnly();
-    void cacheOnlyBits();
-    void againAndAgain();
-};
-
-void TestRestart::readInFlight()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    loop.setPlc(1, "D_W", 0, {5});
-    loop.monitor({key(1, "D_W", 0)});
-    QVERIFY(loop.send());
-    loop.start();
-    // The answer has no request any more.
-    QCOMPARE(loop.receive(), 0);
-    QCOMPARE(loop.log().last().description, QString());
-    QCOMPARE(loop.counts().unexpected, 1);
-    QCOMPARE(HostLoop::calls(), QStringList());
-    QCOMPARE(loop.inPanel(1, "D_W", 0), Values{0});
-    QVERIFY(!loop.turn());
-
-    loop.monitor({key(1, "D_W", 0)});
-    QVERIFY(loop.settle());
-    QCOMPARE(HostLoop::calls(), texts({"7 1 D_W 0"}));
-    QCOMPARE(loop.differences(), QStringList());
-}
-
-// The PLC has the write although nobody is left to take its answer.
-void TestRestart::writeInFlight()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    const plc::Memory before = loop.memory(1);
-    loop.write(1, "D_W", 0, {5});
-    loop.write(1, "D_W", 1, {6});
-    QVERIFY(loop.send());
-    loop.start();
-    QCOMPARE(loop.inPanel(1, "D_W", 0, 2), (Values{0, 0}));
-    QCOMPARE(loop.receive(), 0);
-    QVERIFY(!loop.turn());
-    QCOMPARE(memoryChanges(before, loop.memory(1)), texts({"D_W 0=5"}));
-    loop.monitor({key(1, "D_W", 0, 2)});
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.differences(), QStringList());
-}
-
-void TestRestart::betweenTheHalvesOfABitWrite()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    loop.setPlc(1, "D_W", 0, {0x1234});
-    const plc::Memory before = loop.memory(1);
-    loop.write(1, "D_bit", 0, {1});
-    QCOMPARE(loop.turns(1), Values{1});
-    loop.start();
-    QVERIFY(!loop.turn());
-    loop.write(1, "D_bit", 3, {1});
-    QCOMPARE(loop.turns(3), (Values{1, 1, -1}));
-    QCOMPARE(memoryChanges(before, loop.memory(1)), texts({"D_W 0=4668"}));
-}
-
-void TestRestart::queuesAreEmptied()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    loop.monitor({key(1, "D_W", 0)});
-    loop.write(1, "D_W", 1, {5});
-    loop.write(1, "M_bit", 1, {1});
-    loop.readOnce(1, "D_W", 2, 1);
-    loop.forget();
-    loop.start();
-    QCOMPARE(loop.turns(3), (Values{-1, -1, -1}));
-    QCOMPARE(loop.inPanel(1, "M_bit", 1), Values{0});
-    QCOMPARE(HostLoop::calls(), QStringList()); // no end of the read is told
-
-    loop.write(1, "M_bit", 1, {1});
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.differences(), QStringList());
-    QCOMPARE(loop.inPlc(1, "D_W", 1), Values{0});
-}
-
-void TestRestart::attemptsAreCountedAnew()
-{
-    HostLoop loop;
-    loop.addStation(1).faults.add({FaultKind::Silence});
-    loop.monitor({key(1, "D_W", 0)});
-    QCOMPARE(loop.turns(2), (Values{8, 8}));
-    loop.start();
-    loop.monitor({key(1, "D_W", 0)});
-    QCOMPARE(loop.turns(4), (Values{8, 8, 2, 8}));
-}
-
-void TestRestart::fairnessIsCountedAnew()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    for (int round = 0; round < 2; ++round) {
-        loop.monitor({key(1, "M_W", 0)});
-        for (int address = 0; address < 9; ++address) {
-            loop.write(1, "D_W", address, {round + 1});
-        }
-        loop.forget();
-        loop.turns(9);
-        QCOMPARE(loop.requests().filter(QLatin1String("wSB")).size(), 9);
+    void readInFlight()
+    {
+        HostLoop loop;
+        loop.setPlc("D_W", 0, {5});
+        loop.monitor({key("D_W", 0)});
+        QVERIFY(loop.send());
         loop.start();
+        // The answer has no request any more.
+        QCOMPARE(loop.receive(), 0);
+        QCOMPARE(loop.log().last().description, QString());
+        QCOMPARE(loop.counts().unexpected, 1);
+        QCOMPARE(HostLoop::calls(), QStringList());
+        QCOMPARE(loop.inPanel("D_W", 0), Values{0});
+        QVERIFY(!loop.turn());
+
+        QVERIFY(loop.show({key("D_W", 0)}));
+        QCOMPARE(HostLoop::calls(), texts({"7 1 D_W 0"}));
+        QCOMPARE(loop.differences(), QStringList());
     }
-}
 
-void TestRestart::otherSettings()
-{
-    HostLoop loop;
-    loop.addStation(1).faults.add({FaultKind::Silence, 0, 0, 1});
-    loop.start("9#0#0#1#2");
-    QCOMPARE(loop.monitor({key(1, "D_W", 0, 2), key(1, "D_W", 2, 2)}), 2);
-    loop.setPlc(1, "D_W", 0, {1});
-    QCOMPARE(loop.turns(3), (Values{2, 1, 1}));
-    QCOMPARE(HostLoop::calls(), texts({"9 1 D_W 0"}));
-    loop.write(1, "D_W", 0, {1, 2, 3, 4, 5});
-    loop.forget();
-    QVERIFY(loop.settle());
-    QCOMPARE(
-        loop.requests().filter(QLatin1String("wSB")),
-        texts({"01wSB08%DW000000200010002", "01wSB08%DW000020200030004", "01wSB08%DW00004010005"}));
-    QCOMPARE(loop.differences(), QStringList());
-}
+    // The PLC has the write although nobody is left to take its answer.
+    void writeInFlight()
+    {
+        HostLoop loop;
+        loop.write("D_W", 0, {5});
+        loop.write("D_W", 1, {6});
+        QVERIFY(loop.send());
+        loop.start();
+        QCOMPARE(loop.inPanel("D_W", 0, 2), (Values{0, 0}));
+        QCOMPARE(loop.receive(), 0);
+        QVERIFY(!loop.turn());
+        QCOMPARE(loop.plcChanges(), texts({"D_W 0=5"}));
+        QVERIFY(loop.show({key("D_W", 0, 2)}));
+        QCOMPARE(loop.differences(), QStringList());
+    }
 
-void TestRestart::tooFewSettings()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    loop.start("9#0#0#1#2");
-    loop.start("8#1#0#7");
-    loop.setPlc(1, "D_W", 0, {1, 2, 3});
-    QCOMPARE(loop.monitor({key(1, "D_W", 0), key(1, "D_W", 2)}), 2);
-    loop.write(1, "D_W", 9, {4});
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.inPlc(1, "D_W", 9), Values{4});
-    QCOMPARE(HostLoop::calls(), texts({"9 1 D_W 0", "9 1 D_W 2"}));
-}
+    void betweenTheHalvesOfABitWrite()
+    {
+        HostLoop loop;
+        loop.setPlc("D_W", 0, {0x1234});
+        loop.write("D_bit", 0, {1});
+        QCOMPARE(loop.turns(1), Values{1});
+        loop.start();
+        QVERIFY(!loop.turn());
+        loop.write("D_bit", 3, {1});
+        QCOMPARE(loop.turns(3), (Values{1, 1, -1}));
+        QCOMPARE(loop.plcChanges(), texts({"D_W 0=4668"}));
+    }
 
-// The recipe and the place in it outlast the start, and the request byte is the host's: a transfer
-// goes on with the block that was in flight.
-void TestRestart::transferGoesOn()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    loop.setRecipe({recipeItem(1, "D_W", 0, 1, 0), recipeItem(1, "D_W", 10, 1, 1),
-                    recipeItem(1, "D_W", 20, 1, 2)});
-    loop.setRecipeWords(0, {1, 2, 3});
-    loop.request(Recipe::Write);
-    QCOMPARE(loop.turns(1), Values{1});
-    QVERIFY(loop.send());
-    loop.start();
-    QCOMPARE(loop.receive(), 0);
-    QVERIFY(loop.isRequested(Recipe::Write));
-    QCOMPARE(loop.turns(3), (Values{1, 1, -1}));
-    QVERIFY(!loop.isRequested(Recipe::Write));
-    QCOMPARE(loop.requests(), texts({"01wSB08%DW00000010001", "01wSB08%DW00010010002",
-                                     "01wSB08%DW00010010002", "01wSB08%DW00020010003"}));
-    QCOMPARE(loop.inPlc(1, "D_W", 0) + loop.inPlc(1, "D_W", 10) + loop.inPlc(1, "D_W", 20),
-             (Values{1, 2, 3}));
-}
+    void queuesAreEmptied()
+    {
+        HostLoop loop;
+        loop.monitor({key("D_W", 0)});
+        loop.write("D_W", 1, {5});
+        loop.write("M_bit", 1, {1});
+        loop.readOnce("D_W", 2, 1);
+        loop.forget();
+        loop.start();
+        QCOMPARE(loop.turns(3), (Values{-1, -1, -1}));
+        QCOMPARE(loop.inPanel("M_bit", 1), Values{0});
+        QCOMPARE(HostLoop::calls(), QStringList()); // no end of the read is told
 
-void TestRestart::noRecipesWithoutABlock_data()
-{
-    QTest::addColumn<bool>("block");
-    QTest::addColumn<bool>("buffer");
-    QTest::addColumn<bool>("lock");
-    QTest::newRow("no shared block") << false << true << true;
-    QTest::newRow("no recipe buffer") << true << false << true;
-    QTest::newRow("no lock") << true << true << false;
-    QTest::newRow("nothing") << false << false << false;
-}
+        loop.write("M_bit", 1, {1});
+        QCOMPARE(loop.differencesAtRest(), QStringList());
+        QCOMPARE(loop.inPlc("D_W", 1), Values{0});
+    }
 
-void TestRestart::noRecipesWithoutABlock()
-{
-    QFETCH(bool, block);
-    QFETCH(bool, buffer);
-    QFETCH(bool, lock);
-    HostLoop loop;
-    loop.addStation(1);
-    loop.setRecipe({recipeItem(1, "D_W", 0, 1, 0)});
-    loop.request(Recipe::Write);
-    int status = -1;
-    intf_initProperty(block ? driver.shmBase : nullptr, 0, buffer ? driver.rcpBuffer : nullptr,
-                      &status, HostLoop::kUsualProperties, lock ? driver.shmMutex : nullptr);
-    QCOMPARE(status, 0);
-    loop.monitor({key(1, "D_W", 0)});
-    loop.write(1, "D_W", 0, {5});
-    QCOMPARE(loop.turns(2), (Values{1, 1}));
-    QCOMPARE(loop.requests(), texts({"01wSB08%DW00000010005", "01rSB08%DW0000001"}));
-    QVERIFY(loop.isRequested(Recipe::Write));
-    loop.request(Recipe::Write, false);
-    QCOMPARE(loop.differences(), QStringList());
-}
+    void attemptsAreCountedAnew()
+    {
+        HostLoop loop;
+        loop.addStation(1).faults.add({FaultKind::Silence});
+        loop.monitor({key("D_W", 0)});
+        QCOMPARE(loop.turns(2), (Values{8, 8}));
+        loop.start();
+        loop.monitor({key("D_W", 0)});
+        QCOMPARE(loop.turns(4), (Values{8, 8, 2, 8}));
+    }
 
-void TestRestart::cacheOnly_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("address");
-    QTest::addColumn<int>("written");
-    QTest::newRow("word") << QString::fromLatin1("D_W") << 100 << 9;
-    QTest::newRow("contact") << QString::fromLatin1("TX") << 7 << 1;
-}
-
-// The panel sees what it writes, the PLC never does; a reading that brings something new ends it.
-void TestRestart::cacheOnly()
-{
-    QFETCH(QString, name);
-    QFETCH(int, address);
-    QFETCH(int, written);
-    const QByteArray reg = name.toLatin1();
-    const QString call = QString::fromLatin1("7 1 %1 %2").arg(name).arg(address);
-    HostLoop loop;
-    loop.addStation(1);
-    loop.start("7#1#0#3#60");
-    loop.monitor({key(1, reg.constData(), address)});
-    QVERIFY(loop.settle());
-    const plc::Memory before = loop.memory(1);
-    loop.write(1, reg.constData(), address, {written});
-    loop.forget();
-    loop.turns(20);
-    QCOMPARE(loop.requests().filter(QLatin1String("w")), QStringList());
-    QCOMPARE(memoryChanges(before, loop.memory(1)), QStringList());
-    QCOMPARE(loop.inPanel(1, reg.constData(), address), Values{written});
-    QCOMPARE(HostLoop::calls(), QStringList());
-
-    loop.setPlc(1, reg.constData(), address, {1});
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.inPanel(1, reg.constData(), address), Values{1});
-    QCOMPARE(HostLoop::calls(), QStringList(call));
-
-    // With the mode switched off the same write goes out.
-    loop.start();
-    loop.write(1, reg.constData(), address, {0});
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.inPlc(1, reg.constData(), address), Values{0});
-    QCOMPARE(loop.differences(), QStringList());
-}
-
-void TestRestart::cacheOnlyBits()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    loop.start("7#1#0#3#60");
-    loop.monitor({key(1, "M_bit", 32, 16)});
-    QVERIFY(loop.settle());
-    loop.write(1, "M_bit", 35, {1});
-    loop.write(1, "M_bit", 35, {0});
-    loop.write(1, "M_bit", 35, {1});
-    loop.write(1, "M_bit", 40, {1, 1});
-    QCOMPARE(HostLoop::calls(), texts({"7 1 M_bit 35", "7 1 M_bit 35", "7 1 M_bit 35",
-                                       "7 1 M_bit 40", "7 1 M_bit 41"}));
-    loop.turns(5);
-    QCOMPARE(loop.inPanel(1, "M_W", 2), Values{0x0308});
-    loop.setPlc(1, "M_W", 2, {0x0001});
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.inPanel(1, "M_W", 2), Values{0x0001});
-    QCOMPARE(loop.differences(), QStringList());
-}
-
-void TestRestart::againAndAgain()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    for (int round = 0; round < 200; ++round) {
-        loop.monitor({key(1, "D_W", 0, 3), key(1, "M_bit", 7, 20), key(1, "TX", 1)});
-        loop.write(1, "D_W", round % 3, {round});
-        loop.write(1, "D_bit", 500 + round, {1});
-        loop.write(1, "TX", 1, {round % 2});
-        loop.readOnce(1, "C_W", 4, 2);
-        loop.turns(round % 9);
-        if (round % 2 == 0 && loop.send()) {
-            loop.start();
-            QCOMPARE(loop.receive(), 0);
-        } else {
-            QVERIFY(loop.settle());
-            QCOMPARE(loop.differences(), QStringList());
+    void fairnessIsCountedAnew()
+    {
+        HostLoop loop;
+        for (int round = 0; round < 2; ++round) {
+            loop.monitor({key("M_W", 0)});
+            for (int address = 0; address < 9; ++address) {
+                loop.write("D_W", address, {round + 1});
+            }
+            loop.forget();
+            loop.turns(9);
+            QCOMPARE(loop.requests().filter(QLatin1String("wSB")).size(), 9);
             loop.start();
         }
     }
-}
+
+    void otherSettings()
+    {
+        HostLoop loop;
+        loop.addStation(1).faults.add({FaultKind::Silence, 0, 0, 1});
+        loop.start("9#0#0#1#2");
+        QCOMPARE(loop.monitor({key("D_W", 0, 2), key("D_W", 2, 2)}), 2);
+        loop.setPlc("D_W", 0, {1});
+        QCOMPARE(loop.turns(3), (Values{2, 1, 1}));
+        QCOMPARE(HostLoop::calls(), texts({"9 1 D_W 0"}));
+        loop.write("D_W", 0, {1, 2, 3, 4, 5});
+        loop.forget();
+        QVERIFY(loop.settle());
+        QCOMPARE(loop.requests().filter(QLatin1String("wSB")),
+                 texts({"01wSB08%DW000000200010002", "01wSB08%DW000020200030004",
+                        "01wSB08%DW00004010005"}));
+        QCOMPARE(loop.differences(), QStringList());
+    }
+
+    void tooFewSettings()
+    {
+        HostLoop loop;
+        loop.start("9#0#0#1#2");
+        loop.start("8#1#0#7");
+        loop.setPlc("D_W", 0, {1, 2, 3});
+        QCOMPARE(loop.monitor({key("D_W", 0), key("D_W", 2)}), 2);
+        loop.write("D_W", 9, {4});
+        QVERIFY(loop.settle());
+        QCOMPARE(loop.inPlc("D_W", 9), Values{4});
+        QCOMPARE(HostLoop::calls(), texts({"9 1 D_W 0", "9 1 D_W 2"}));
+    }
+
+    // The recipe and the place in it outlast the start, and the request byte is the host's: a
+    // transfer goes on with the block that was in flight.
+    void transferGoesOn()
+    {
+        HostLoop loop;
+        loop.setRecipe(
+            {recipeItem("D_W", 0, 1, 0), recipeItem("D_W", 10, 1, 1), recipeItem("D_W", 20, 1, 2)});
+        loop.setRecipeWords(0, {1, 2, 3});
+        loop.request(Recipe::Write);
+        QCOMPARE(loop.turns(1), Values{1});
+        QVERIFY(loop.send());
+        loop.start();
+        QCOMPARE(loop.receive(), 0);
+        QVERIFY(loop.isRequested(Recipe::Write));
+        QCOMPARE(loop.turns(3), (Values{1, 1, -1}));
+        QVERIFY(!loop.isRequested(Recipe::Write));
+        QCOMPARE(loop.requests(), texts({"01wSB08%DW00000010001", "01wSB08%DW00010010002",
+                                         "01wSB08%DW00010010002", "01wSB08%DW00020010003"}));
+        QCOMPARE(loop.inPlc("D_W", 0) + loop.inPlc("D_W", 10) + loop.inPlc("D_W", 20),
+                 (Values{1, 2, 3}));
+    }
+
+    void noRecipesWithoutABlock_data()
+    {
+        QTest::addColumn<bool>("block");
+        QTest::addColumn<bool>("buffer");
+        QTest::addColumn<bool>("lock");
+        QTest::newRow("no shared block") << false << true << true;
+        QTest::newRow("no recipe buffer") << true << false << true;
+        QTest::newRow("no lock") << true << true << false;
+        QTest::newRow("nothing") << false << false << false;
+    }
+
+    void noRecipesWithoutABlock()
+    {
+        QFETCH(bool, block);
+        QFETCH(bool, buffer);
+        QFETCH(bool, lock);
+        HostLoop loop;
+        loop.setRecipe({recipeItem("D_W", 0, 1, 0)});
+        loop.request(Recipe::Write);
+        int status = -1;
+        intf_initProperty(block ? driver.shmBase : nullptr, 0, buffer ? driver.rcpBuffer : nullptr,
+                          &status, HostLoop::kUsualProperties, lock ? driver.shmMutex : nullptr);
+        QCOMPARE(status, 0);
+        loop.monitor({key("D_W", 0)});
+        loop.write("D_W", 0, {5});
+        QCOMPARE(loop.turns(2), (Values{1, 1}));
+        QCOMPARE(loop.requests(), texts({"01wSB08%DW00000010005", "01rSB08%DW0000001"}));
+        QVERIFY(loop.isRequested(Recipe::Write));
+        loop.request(Recipe::Write, false);
+        QCOMPARE(loop.differences(), QStringList());
+    }
+
+    void cacheOnly_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("address");
+        QTest::addColumn<int>("written");
+        QTest::newRow("word") << QString::fromLatin1("D_W") << 100 << 9;
+        QTest::newRow("contact") << QString::fromLatin1("TX") << 7 << 1;
+    }
+
+    // The panel sees what it writes, the PLC never does; a reading that brings something new ends
+    // it.
+    void cacheOnly()
+    {
+        QFETCH(QString, name);
+        QFETCH(int, address);
+        QFETCH(int, written);
+        const QByteArray reg = name.toLatin1();
+        const QString call = QString::fromLatin1("7 1 %1 %2").arg(name).arg(address);
+        HostLoop loop;
+        loop.start("7#1#0#3#60");
+        QVERIFY(loop.show({key(reg.constData(), address)}));
+        loop.write(reg.constData(), address, {written});
+        loop.forget();
+        loop.turns(20);
+        QCOMPARE(loop.requests().filter(QLatin1String("w")), QStringList());
+        QCOMPARE(loop.plcChanges(), QStringList());
+        QCOMPARE(loop.inPanel(reg.constData(), address), Values{written});
+        QCOMPARE(HostLoop::calls(), QStringList());
+
+        loop.setPlc(reg.constData(), address, {1});
+        QVERIFY(loop.settle());
+        QCOMPARE(loop.inPanel(reg.constData(), address), Values{1});
+        QCOMPARE(HostLoop::calls(), QStringList(call));
+
+        // With the mode switched off the same write goes out.
+        loop.start();
+        loop.write(reg.constData(), address, {0});
+        QVERIFY(loop.settle());
+        QCOMPARE(loop.inPlc(reg.constData(), address), Values{0});
+        QCOMPARE(loop.differences(), QStringList());
+    }
+
+    void cacheOnlyBits()
+    {
+        HostLoop loop;
+        loop.start("7#1#0#3#60");
+        QVERIFY(loop.show({key("M_bit", 32, 16)}));
+        loop.write("M_bit", 35, {1});
+        loop.write("M_bit", 35, {0});
+        loop.write("M_bit", 35, {1});
+        loop.write("M_bit", 40, {1, 1});
+        QCOMPARE(HostLoop::calls(), texts({"7 1 M_bit 35", "7 1 M_bit 35", "7 1 M_bit 35",
+                                           "7 1 M_bit 40", "7 1 M_bit 41"}));
+        loop.turns(5);
+        QCOMPARE(loop.inPanel("M_W", 2), Values{0x0308});
+        loop.setPlc("M_W", 2, {0x0001});
+        QVERIFY(loop.settle());
+        QCOMPARE(loop.inPanel("M_W", 2), Values{0x0001});
+        QCOMPARE(loop.differences(), QStringList());
+    }
+
+    void againAndAgain()
+    {
+        HostLoop loop;
+        for (int round = 0; round < 200; ++round) {
+            loop.monitor({key("D_W", 0, 3), key("M_bit", 7, 20), key("TX", 1)});
+            loop.write("D_W", round % 3, {round});
+            loop.write("D_bit", 500 + round, {1});
+            loop.write("TX", 1, {round % 2});
+            loop.readOnce("C_W", 4, 2);
+            loop.turns(round % 9);
+            if (round % 2 == 0 && loop.send()) {
+                loop.start();
+                QCOMPARE(loop.receive(), 0);
+            } else {
+                QCOMPARE(loop.differencesAtRest(), QStringList());
+                loop.start();
+            }
+        }
+    }
+};
 
 QTEST_APPLESS_MAIN(TestRestart)
 #include "test_restart.moc"

@@ -1,30 +1,8 @@
 #include "exchange/host_loop.h"
-#include "exchange/memory_changes.h"
 
 #include <QtTest>
 
 using namespace exchange;
-
-class TestWriteFlood : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void twelveWrites_data();
-    void twelveWrites();
-    void turnsOfTheBlocks();
-    void resendsCountOnce();
-    void sixHundredWrites_data();
-    void sixHundredWrites();
-    void queueLimit_data();
-    void queueLimit();
-    void displacedWriteStaysOnTheScreen();
-    void writesDuringTheFlood();
-    void orderOfTwoStations();
-    void longWrites_data();
-    void longWrites();
-    void blockWriteBeyondThePlc();
-};
 
 namespace {
 
@@ -55,7 +33,7 @@ QString pattern(HostLoop &loop, int turns)
 void flood(HostLoop &loop, int count)
 {
     for (int address = 0; address < count; ++address) {
-        loop.write(1, "D_W", address, {address + 1000});
+        loop.write("D_W", address, {address + 1000});
     }
 }
 
@@ -75,255 +53,245 @@ QStringList changes(int count)
 
 } // namespace
 
-void TestWriteFlood::twelveWrites_data()
+class TestWriteFlood : public QObject
 {
-    QTest::addColumn<Keys>("keys");
-    QTest::addColumn<QString>("pattern");
-    QTest::newRow("a cyclic read after ten")
-        << Keys{key(1, "D_W", 0, 12)} << QString::fromLatin1("W10 R1 W2 R7");
-    QTest::newRow("without cyclic reads one idle turn after ten")
-        << Keys() << QString::fromLatin1("W10 -1 W2 -7");
-}
+    Q_OBJECT
 
-void TestWriteFlood::twelveWrites()
-{
-    QFETCH(Keys, keys);
-    HostLoop loop;
-    loop.addStation(1);
-    const plc::Memory before = loop.memory(1);
-    loop.monitor(keys);
-    flood(loop, 12);
-    QTEST(pattern(loop, 20), "pattern");
-    const QStringList requests = loop.requests().filter(QLatin1String("wSB"));
-    QCOMPARE(requests.size(), 12);
-    QCOMPARE(requests.first(), QLatin1String("01wSB08%DW000000103E8"));
-    QCOMPARE(requests.last(), QLatin1String("01wSB08%DW000110103F3"));
-    QCOMPARE(memoryChanges(before, loop.memory(1)), changes(12));
-    QCOMPARE(loop.differences(), QStringList());
-    QCOMPARE(loop.counts().answers, loop.counts().frames);
-}
-
-// The reads between the writes go on where they were: no block is left out.
-void TestWriteFlood::turnsOfTheBlocks()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    loop.monitor({key(1, "D_W", 1000), key(1, "D_W", 2000), key(1, "D_W", 3000)});
-    loop.turn();
-    flood(loop, 45);
-    QCOMPARE(pattern(loop, 51), QLatin1String("W10 R1 W10 R1 W10 R1 W10 R1 W5 R2"));
-    QString order;
-    for (const QString &request : loop.requests().filter(QLatin1String("rSB"))) {
-        order += request.at(11);
+private Q_SLOTS:
+    void twelveWrites_data()
+    {
+        QTest::addColumn<Keys>("keys");
+        QTest::addColumn<QString>("pattern");
+        QTest::newRow("a cyclic read after ten")
+            << Keys{key("D_W", 0, 12)} << QString::fromLatin1("W10 R1 W2 R7");
+        QTest::newRow("without cyclic reads one idle turn after ten")
+            << Keys() << QString::fromLatin1("W10 -1 W2 -7");
     }
-    QCOMPARE(order, QLatin1String("1231231"));
-}
 
-// What is counted are writes, not frames: a write that is sent three times takes three frames.
-void TestWriteFlood::resendsCountOnce()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    const plc::Memory before = loop.memory(1);
-    loop.monitor({key(1, "D_W", 0, 12)});
-    flood(loop, 12);
-    loop.unit(1).faults.add({plc::FaultKind::Silence, 0, 0, 36});
-    QCOMPARE(pattern(loop, 30 + 3 + 3), QLatin1String("W30 R3 W3"));
-    QCOMPARE(loop.counts().givenUp, 12);
-    QVERIFY(loop.settle());
-    // Eleven were given up while the station was away, and so was one read.
-    QCOMPARE(memoryChanges(before, loop.memory(1)), QStringList(change(11)));
-    QCOMPARE(loop.differences(), QStringList());
-}
-
-void TestWriteFlood::sixHundredWrites_data()
-{
-    QTest::addColumn<Keys>("keys");
-    QTest::addColumn<QString>("between");
-    QTest::addColumn<QString>("end");
-    QTest::newRow("with cyclic reads") << Keys{key(1, "D_W", 0, 60)} << QString::fromLatin1(" R1 ")
-                                       << QString::fromLatin1(" R1 W3 R4");
-    QTest::newRow("without") << Keys() << QString::fromLatin1(" -1 ")
-                             << QString::fromLatin1(" -1 W3 -4");
-}
-
-// 513 writes wait at most; each further one takes the place of the last.
-void TestWriteFlood::sixHundredWrites()
-{
-    QFETCH(Keys, keys);
-    QFETCH(QString, between);
-    QFETCH(QString, end);
-    HostLoop loop;
-    loop.addStation(1);
-    const plc::Memory before = loop.memory(1);
-    loop.monitor(keys);
-    flood(loop, 600);
-    QCOMPARE(driver.pendingWrites.size(), 513);
-    QCOMPARE(loop.inPanel(1, "D_W", 599), Values{1599});
-
-    QStringList tens;
-    for (int i = 0; i < 51; ++i) {
-        tens += QLatin1String("W10");
+    void twelveWrites()
+    {
+        QFETCH(Keys, keys);
+        HostLoop loop;
+        loop.monitor(keys);
+        flood(loop, 12);
+        QTEST(pattern(loop, 20), "pattern");
+        const QStringList requests = loop.requests().filter(QLatin1String("wSB"));
+        QCOMPARE(requests.size(), 12);
+        QCOMPARE(requests.first(), QLatin1String("01wSB08%DW000000103E8"));
+        QCOMPARE(requests.last(), QLatin1String("01wSB08%DW000110103F3"));
+        QCOMPARE(loop.plcChanges(), changes(12));
+        QCOMPARE(loop.differences(), QStringList());
+        QCOMPARE(loop.counts().answers, loop.counts().frames);
     }
-    QCOMPARE(pattern(loop, 51 * 11 + 3 + 4), tens.join(between) + end);
-    QCOMPARE(memoryChanges(before, loop.memory(1)), changes(512) + QStringList(change(599)));
-    QCOMPARE(loop.requests().filter(QLatin1String("wSB")).size(), 513);
-    QCOMPARE(loop.requests().filter(QLatin1String("wSB")).last(),
-             QLatin1String("01wSB08%DW00599010") + QLatin1String("63F"));
-    QCOMPARE(loop.inPanel(1, "D_W", 0, 512), loop.inPlc(1, "D_W", 0, 512));
-    QCOMPARE(loop.inPanel(1, "D_W", 599), Values{1599});
-    QCOMPARE(loop.differences().size(), 599 - 512);
-}
 
-void TestWriteFlood::queueLimit_data()
-{
-    QTest::addColumn<int>("writes");
-    QTest::addColumn<int>("sent");
-    QTest::newRow("512") << 512 << 512;
-    QTest::newRow("513") << 513 << 513;
-    QTest::newRow("514: one is displaced") << 514 << 513;
-    QTest::newRow("515") << 515 << 513;
-}
-
-void TestWriteFlood::queueLimit()
-{
-    QFETCH(int, writes);
-    QFETCH(int, sent);
-    HostLoop loop;
-    loop.addStation(1);
-    const plc::Memory before = loop.memory(1);
-    flood(loop, writes);
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.counts().frames, sent);
-    QCOMPARE(memoryChanges(before, loop.memory(1)),
-             changes(sent - 1) + QStringList(change(writes - 1)));
-}
-
-// A write that was displaced from the queue never ends. The panel shows its value until a reading
-// brings another one than the reading before.
-void TestWriteFlood::displacedWriteStaysOnTheScreen()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    loop.monitor({key(1, "D_W", 550)});
-    flood(loop, 600);
-    QVERIFY(loop.settle());
-    loop.turns(5);
-    QCOMPARE(loop.inPanel(1, "D_W", 550), Values{1550});
-    QCOMPARE(loop.inPlc(1, "D_W", 550), Values{0});
-
-    loop.forget();
-    loop.setPlc(1, "D_W", 550, {7});
-    loop.turn();
-    QCOMPARE(loop.inPanel(1, "D_W", 550), Values{7});
-    QCOMPARE(HostLoop::calls(), texts({"7 1 D_W 550"}));
-}
-
-// The panel goes on writing while the queue drains: nothing is lost below the limit, and reads keep
-// their share.
-void TestWriteFlood::writesDuringTheFlood()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    const plc::Memory before = loop.memory(1);
-    loop.monitor({key(1, "D_W", 0, 60)});
-    for (int address = 0; address < 600; ++address) {
-        loop.write(1, "D_W", address, {address + 1000});
-        if (address % 3 == 0) {
-            loop.turn();
+    // The reads between the writes go on where they were: no block is left out.
+    void turnsOfTheBlocks()
+    {
+        HostLoop loop;
+        loop.monitor({key("D_W", 1000), key("D_W", 2000), key("D_W", 3000)});
+        loop.turn();
+        flood(loop, 45);
+        QCOMPARE(pattern(loop, 51), QLatin1String("W10 R1 W10 R1 W10 R1 W10 R1 W5 R2"));
+        QString order;
+        for (const QString &request : loop.requests().filter(QLatin1String("rSB"))) {
+            order += request.at(11);
         }
+        QCOMPARE(order, QLatin1String("1231231"));
     }
-    QVERIFY(loop.settle());
-    QCOMPARE(memoryChanges(before, loop.memory(1)), changes(600));
-    QCOMPARE(loop.differences(), QStringList());
-    QCOMPARE(loop.requests().filter(QLatin1String("rSB")).size(), 60 - 1 + 1);
-}
 
-void TestWriteFlood::orderOfTwoStations()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    loop.addStation(2);
-    for (int i = 0; i < 30; ++i) {
-        loop.write(1 + i % 2, "D_W", i, {i});
+    // What is counted are writes, not frames: a write that is sent three times takes three frames.
+    void resendsCountOnce()
+    {
+        HostLoop loop;
+        loop.monitor({key("D_W", 0, 12)});
+        flood(loop, 12);
+        loop.unit().faults.add({plc::FaultKind::Silence, 0, 0, 36});
+        QCOMPARE(pattern(loop, 30 + 3 + 3), QLatin1String("W30 R3 W3"));
+        QCOMPARE(loop.counts().givenUp, 12);
+        QVERIFY(loop.settle());
+        // Eleven were given up while the station was away, and so was one read.
+        QCOMPARE(loop.plcChanges(), QStringList(change(11)));
+        QCOMPARE(loop.differences(), QStringList());
     }
-    QVERIFY(loop.settle());
-    QStringList expected;
-    for (int i = 0; i < 30; ++i) {
-        expected +=
-            QString::fromLatin1("0%1wSB08%DW%2").arg(1 + i % 2).arg(i, 5, 10, QLatin1Char('0')) +
-            QString::fromLatin1("01%1").arg(i, 4, 16, QLatin1Char('0')).toUpper();
-    }
-    QCOMPARE(loop.requests(), expected);
-    QCOMPARE(loop.differences(), QStringList());
-}
 
-void TestWriteFlood::longWrites_data()
-{
-    QTest::addColumn<int>("words");
-    QTest::addColumn<int>("limit");
-    QTest::addColumn<QStringList>("names"); // address and count of each request
-    QTest::newRow("58 words in one") << 58 << 58 << texts({"002003A"});
-    QTest::newRow("59 words in two") << 59 << 58 << texts({"002003A", "0025801"});
-    QTest::newRow("300 words in six")
-        << 300 << 58 << texts({"002003A", "002583A", "003163A", "003743A", "004323A", "004900A"});
-    QTest::newRow("blocks of 7") << 16 << 7 << texts({"0020007", "0020707", "0021402"});
-    QTest::newRow("the largest request of all")
-        << 512 << 58
-        << texts({"002003A", "002583A", "003163A", "003743A", "004323A", "004903A", "005483A",
-                  "006063A", "0066430"});
-    QTest::newRow("513 words do not fit a request") << 513 << 58 << QStringList();
-}
+    void sixHundredWrites_data()
+    {
+        QTest::addColumn<Keys>("keys");
+        QTest::addColumn<QString>("between");
+        QTest::addColumn<QString>("end");
+        QTest::newRow("with cyclic reads") << Keys{key("D_W", 0, 60)} << QString::fromLatin1(" R1 ")
+                                           << QString::fromLatin1(" R1 W3 R4");
+        QTest::newRow("without") << Keys() << QString::fromLatin1(" -1 ")
+                                 << QString::fromLatin1(" -1 W3 -4");
+    }
 
-void TestWriteFlood::longWrites()
-{
-    QFETCH(int, words);
-    QFETCH(int, limit);
-    HostLoop loop;
-    loop.start((QByteArray("7#0#0#3#") + QByteArray::number(limit)).constData());
-    loop.addStation(1);
-    const plc::Memory before = loop.memory(1);
-    Values values;
-    for (int i = 0; i < words; ++i) {
-        values += i * 100 + 1;
-    }
-    if (words <= 512) {
-        loop.write(1, "D_W", 200, values);
-    } else {
-        QByteArray bytes(2 * words, '\x01');
-        QString name = QString::fromLatin1("D_W");
-        intf_setData(1, name, 200, words, DriverFixture::bytes(bytes), 2);
-    }
-    QVERIFY(loop.settle());
-    QStringList names;
-    for (const QString &request : loop.requests()) {
-        names += request.mid(10, 7);
-    }
-    QTEST(names, "names");
-    QCOMPARE(memoryChanges(before, loop.memory(1)).size(), words <= 512 ? words : 0);
-    QCOMPARE(loop.differences(), QStringList());
-    QCOMPARE(loop.counts().givenUp, 0);
-}
+    // 513 writes wait at most; each further one takes the place of the last.
+    void sixHundredWrites()
+    {
+        QFETCH(Keys, keys);
+        QFETCH(QString, between);
+        QFETCH(QString, end);
+        HostLoop loop;
+        loop.monitor(keys);
+        flood(loop, 600);
+        QCOMPARE(driver.pendingWrites.size(), 513);
+        QCOMPARE(loop.inPanel("D_W", 599), Values{1599});
 
-// A PLC takes frames of 256 bytes: 21 and 4 for each word, so 58 words. It reads 60 words at a
-// time, but a host that sets blocks of 60 loses its writes of 59 and 60.
-void TestWriteFlood::blockWriteBeyondThePlc()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    const plc::Memory before = loop.memory(1);
-    Values values;
-    for (int i = 0; i < 60; ++i) {
-        values += i + 1;
+        QStringList tens;
+        for (int i = 0; i < 51; ++i) {
+            tens += QLatin1String("W10");
+        }
+        QCOMPARE(pattern(loop, 51 * 11 + 3 + 4), tens.join(between) + end);
+        QCOMPARE(loop.plcChanges(), changes(512) + QStringList(change(599)));
+        QCOMPARE(loop.requests().filter(QLatin1String("wSB")).size(), 513);
+        QCOMPARE(loop.requests().filter(QLatin1String("wSB")).last(),
+                 QLatin1String("01wSB08%DW00599010") + QLatin1String("63F"));
+        QCOMPARE(loop.inPanel("D_W", 0, 512), loop.inPlc("D_W", 0, 512));
+        QCOMPARE(loop.inPanel("D_W", 599), Values{1599});
+        QCOMPARE(loop.differences().size(), 599 - 512);
     }
-    loop.monitor({key(1, "D_W", 0, 60)});
-    loop.write(1, "D_W", 0, values);
-    QCOMPARE(loop.turns(4), (Values{8, 8, 2, 1}));
-    QCOMPARE(loop.log().first().request.size(), 261);
-    QCOMPARE(loop.log().first().answer, QByteArray());
-    QCOMPARE(memoryChanges(before, loop.memory(1)), QStringList());
-    QCOMPARE(loop.differences(), QStringList());
-}
+
+    void queueLimit_data()
+    {
+        QTest::addColumn<int>("writes");
+        QTest::addColumn<int>("sent");
+        QTest::newRow("512") << 512 << 512;
+        QTest::newRow("513") << 513 << 513;
+        QTest::newRow("514: one is displaced") << 514 << 513;
+        QTest::newRow("515") << 515 << 513;
+    }
+
+    void queueLimit()
+    {
+        QFETCH(int, writes);
+        QFETCH(int, sent);
+        HostLoop loop;
+        flood(loop, writes);
+        QVERIFY(loop.settle());
+        QCOMPARE(loop.counts().frames, sent);
+        QCOMPARE(loop.plcChanges(), changes(sent - 1) + QStringList(change(writes - 1)));
+    }
+
+    // A write that was displaced from the queue never ends. The panel shows its value until a
+    // reading brings another one than the reading before.
+    void displacedWriteStaysOnTheScreen()
+    {
+        HostLoop loop;
+        loop.monitor({key("D_W", 550)});
+        flood(loop, 600);
+        QVERIFY(loop.settle());
+        loop.turns(5);
+        QCOMPARE(loop.inPanel("D_W", 550), Values{1550});
+        QCOMPARE(loop.inPlc("D_W", 550), Values{0});
+
+        loop.forget();
+        loop.setPlc("D_W", 550, {7});
+        loop.turn();
+        QCOMPARE(loop.inPanel("D_W", 550), Values{7});
+        QCOMPARE(HostLoop::calls(), texts({"7 1 D_W 550"}));
+    }
+
+    // The panel goes on writing while the queue drains: nothing is lost below the limit, and reads
+    // keep their share.
+    void writesDuringTheFlood()
+    {
+        HostLoop loop;
+        loop.monitor({key("D_W", 0, 60)});
+        for (int address = 0; address < 600; ++address) {
+            loop.write("D_W", address, {address + 1000});
+            if (address % 3 == 0) {
+                loop.turn();
+            }
+        }
+        QVERIFY(loop.settle());
+        QCOMPARE(loop.plcChanges(), changes(600));
+        QCOMPARE(loop.differences(), QStringList());
+        QCOMPARE(loop.requests().filter(QLatin1String("rSB")).size(), 60 - 1 + 1);
+    }
+
+    void orderOfTwoStations()
+    {
+        HostLoop loop;
+        loop.addStation(2);
+        for (int i = 0; i < 30; ++i) {
+            loop.write(1 + i % 2, "D_W", i, {i});
+        }
+        QVERIFY(loop.settle());
+        QStringList expected;
+        for (int i = 0; i < 30; ++i) {
+            expected += QString::fromLatin1("0%1wSB08%DW%2")
+                            .arg(1 + i % 2)
+                            .arg(i, 5, 10, QLatin1Char('0')) +
+                        QString::fromLatin1("01%1").arg(i, 4, 16, QLatin1Char('0')).toUpper();
+        }
+        QCOMPARE(loop.requests(), expected);
+        QCOMPARE(loop.differences(), QStringList());
+    }
+
+    void longWrites_data()
+    {
+        QTest::addColumn<int>("words");
+        QTest::addColumn<int>("limit");
+        QTest::addColumn<QStringList>("names"); // address and count of each request
+        QTest::newRow("58 words in one") << 58 << 58 << texts({"002003A"});
+        QTest::newRow("59 words in two") << 59 << 58 << texts({"002003A", "0025801"});
+        QTest::newRow("300 words in six")
+            << 300 << 58
+            << texts({"002003A", "002583A", "003163A", "003743A", "004323A", "004900A"});
+        QTest::newRow("blocks of 7") << 16 << 7 << texts({"0020007", "0020707", "0021402"});
+        QTest::newRow("the largest request of all")
+            << 512 << 58
+            << texts({"002003A", "002583A", "003163A", "003743A", "004323A", "004903A", "005483A",
+                      "006063A", "0066430"});
+        QTest::newRow("513 words do not fit a request") << 513 << 58 << QStringList();
+    }
+
+    void longWrites()
+    {
+        QFETCH(int, words);
+        QFETCH(int, limit);
+        HostLoop loop;
+        loop.start((QByteArray("7#0#0#3#") + QByteArray::number(limit)).constData());
+        Values values;
+        for (int i = 0; i < words; ++i) {
+            values += i * 100 + 1;
+        }
+        if (words <= 512) {
+            loop.write("D_W", 200, values);
+        } else {
+            QByteArray bytes(2 * words, '\x01');
+            QString name = QString::fromLatin1("D_W");
+            intf_setData(1, name, 200, words, DriverFixture::bytes(bytes), 2);
+        }
+        QVERIFY(loop.settle());
+        QStringList names;
+        for (const QString &request : loop.requests()) {
+            names += request.mid(10, 7);
+        }
+        QTEST(names, "names");
+        QCOMPARE(loop.plcChanges().size(), words <= 512 ? words : 0);
+        QCOMPARE(loop.differences(), QStringList());
+        QCOMPARE(loop.counts().givenUp, 0);
+    }
+
+    // A PLC takes frames of 256 bytes: 21 and 4 for each word, so 58 words. It reads 60 words at a
+    // time, but a host that sets blocks of 60 loses its writes of 59 and 60.
+    void blockWriteBeyondThePlc()
+    {
+        HostLoop loop;
+        Values values;
+        for (int i = 0; i < 60; ++i) {
+            values += i + 1;
+        }
+        loop.monitor({key("D_W", 0, 60)});
+        loop.write("D_W", 0, values);
+        QCOMPARE(loop.turns(4), (Values{8, 8, 2, 1}));
+        QCOMPARE(loop.log().first().request.size(), 261);
+        QCOMPARE(loop.log().first().answer, QByteArray());
+        QCOMPARE(loop.plcChanges(), QStringList());
+        QCOMPARE(loop.differences(), QStringList());
+    }
+};
 
 QTEST_APPLESS_MAIN(TestWriteFlood)
 #include "test_write_flood.moc"

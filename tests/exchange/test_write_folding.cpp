@@ -1,5 +1,4 @@
 #include "exchange/host_loop.h"
-#include "exchange/memory_changes.h"
 
 #include <QtTest>
 
@@ -25,170 +24,156 @@ class TestWriteFolding : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void foldsInPlace_data();
-    void foldsInPlace();
-    void headIsLeftAlone();
-    void foldsWhileTheHeadIsOnTheLine();
-    void foldsInAFullQueue();
-    void slider();
-    void failedHead();
-};
-
-void TestWriteFolding::foldsInPlace_data()
-{
-    QTest::addColumn<QList<Write>>("writes");
-    QTest::addColumn<QStringList>("requests");
-    QTest::addColumn<QStringList>("changes");
-    const Write head = {1, "D_W", 0, {1}};
-    QTest::newRow("a repeated write keeps its place")
-        << QList<Write>{head, {1, "D_W", 10, {2}}, {1, "D_W", 20, {3}}, {1, "D_W", 10, {4}}}
-        << texts({"01wSB08%DW00000010001", "01wSB08%DW00010010004", "01wSB08%DW00020010003"})
-        << texts({"D_W 0=1", "D_W 10=4", "D_W 20=3"});
-    QTest::newRow("again and again")
-        << QList<Write>{head, {1, "D_W", 10, {2}}, {1, "D_W", 10, {3}}, {1, "D_W", 10, {4}}}
-        << texts({"01wSB08%DW00000010001", "01wSB08%DW00010010004"})
-        << texts({"D_W 0=1", "D_W 10=4"});
-    QTest::newRow("the first one is not folded, the second is")
-        << QList<Write>{head, {1, "D_W", 0, {2}}, {1, "D_W", 0, {3}}}
-        << texts({"01wSB08%DW00000010001", "01wSB08%DW00000010003"}) << texts({"D_W 0=3"});
-    QTest::newRow("another count is another request")
-        << QList<Write>{head, {1, "D_W", 10, {2}}, {1, "D_W", 10, {3, 4}}, {1, "D_W", 10, {5}}}
-        << texts({"01wSB08%DW00000010001", "01wSB08%DW00010010005", "01wSB08%DW000100200030004"})
-        << texts({"D_W 0=1", "D_W 10=3", "D_W 11=4"});
-    QTest::newRow("another station is another request")
-        << QList<Write>{head, {1, "D_W", 10, {2}}, {2, "D_W", 10, {3}}}
-        << texts({"01wSB08%DW00000010001", "01wSB08%DW00010010002", "02wSB08%DW00010010003"})
-        << texts({"D_W 0=1", "D_W 10=2"});
-    QTest::newRow("another register is another request")
-        << QList<Write>{head,
-                        {1, "M_W", 1, {0x0F0F}},
-                        {1, "M_bit", 20, {1}},
-                        {1, "M_W", 1, {0xF000}}}
-        << texts({"01wSB08%DW00000010001", "01wSB08%MW0000101F000", "01wSS0109%MX00001401"})
-        << texts({"M_W 1=61456", "D_W 0=1"});
-    QTest::newRow("bits fold by bit")
-        << QList<Write>{head, {1, "M_bit", 20, {1}}, {1, "M_bit", 21, {1}}, {1, "M_bit", 20, {0}}}
-        << texts({"01wSB08%DW00000010001", "01wSS0109%MX00001400", "01wSS0109%MX00001501"})
-        << texts({"M_W 1=32", "D_W 0=1"});
-    QTest::newRow("contacts fold one by one")
-        << QList<Write>{head, {1, "TX", 5, {1, 1}}, {1, "TX", 6, {0}}}
-        << texts({"01wSB08%DW00000010001", "01wSS0109%TX00000501", "01wSS0109%TX00000600"})
-        << texts({"TX 5=1", "D_W 0=1"});
-}
-
-void TestWriteFolding::foldsInPlace()
-{
-    QFETCH(QList<Write>, writes);
-    HostLoop loop;
-    loop.addStation(1);
-    loop.addStation(2);
-    const plc::Memory before = loop.memory(1);
-    for (const Write &write : writes) {
-        loop.write(write.station, write.name, write.address, write.values);
-        QCOMPARE(loop.inPanel(write.station, write.name, write.address,
-                              static_cast<int>(write.values.size())),
-                 write.values);
+    void foldsInPlace_data()
+    {
+        QTest::addColumn<QList<Write>>("writes");
+        QTest::addColumn<QStringList>("requests");
+        QTest::addColumn<QStringList>("changes");
+        const Write head = {1, "D_W", 0, {1}};
+        QTest::newRow("a repeated write keeps its place")
+            << QList<Write>{head, {1, "D_W", 10, {2}}, {1, "D_W", 20, {3}}, {1, "D_W", 10, {4}}}
+            << texts({"01wSB08%DW00000010001", "01wSB08%DW00010010004", "01wSB08%DW00020010003"})
+            << texts({"D_W 0=1", "D_W 10=4", "D_W 20=3"});
+        QTest::newRow("again and again")
+            << QList<Write>{head, {1, "D_W", 10, {2}}, {1, "D_W", 10, {3}}, {1, "D_W", 10, {4}}}
+            << texts({"01wSB08%DW00000010001", "01wSB08%DW00010010004"})
+            << texts({"D_W 0=1", "D_W 10=4"});
+        QTest::newRow("the first one is not folded, the second is")
+            << QList<Write>{head, {1, "D_W", 0, {2}}, {1, "D_W", 0, {3}}}
+            << texts({"01wSB08%DW00000010001", "01wSB08%DW00000010003"}) << texts({"D_W 0=3"});
+        QTest::newRow("another count is another request")
+            << QList<Write>{head, {1, "D_W", 10, {2}}, {1, "D_W", 10, {3, 4}}, {1, "D_W", 10, {5}}}
+            << texts(
+                   {"01wSB08%DW00000010001", "01wSB08%DW00010010005", "01wSB08%DW000100200030004"})
+            << texts({"D_W 0=1", "D_W 10=3", "D_W 11=4"});
+        QTest::newRow("another station is another request")
+            << QList<Write>{head, {1, "D_W", 10, {2}}, {2, "D_W", 10, {3}}}
+            << texts({"01wSB08%DW00000010001", "01wSB08%DW00010010002", "02wSB08%DW00010010003"})
+            << texts({"D_W 0=1", "D_W 10=2"});
+        QTest::newRow("another register is another request")
+            << QList<Write>{head,
+                            {1, "M_W", 1, {0x0F0F}},
+                            {1, "M_bit", 20, {1}},
+                            {1, "M_W", 1, {0xF000}}}
+            << texts({"01wSB08%DW00000010001", "01wSB08%MW0000101F000", "01wSS0109%MX00001401"})
+            << texts({"M_W 1=61456", "D_W 0=1"});
+        QTest::newRow("bits fold by bit")
+            << QList<Write>{head,
+                            {1, "M_bit", 20, {1}},
+                            {1, "M_bit", 21, {1}},
+                            {1, "M_bit", 20, {0}}}
+            << texts({"01wSB08%DW00000010001", "01wSS0109%MX00001400", "01wSS0109%MX00001501"})
+            << texts({"M_W 1=32", "D_W 0=1"});
+        QTest::newRow("contacts fold one by one")
+            << QList<Write>{head, {1, "TX", 5, {1, 1}}, {1, "TX", 6, {0}}}
+            << texts({"01wSB08%DW00000010001", "01wSS0109%TX00000501", "01wSS0109%TX00000600"})
+            << texts({"TX 5=1", "D_W 0=1"});
     }
-    QVERIFY(loop.settle());
-    QTEST(loop.requests(), "requests");
-    QTEST(memoryChanges(before, loop.memory(1)), "changes");
-    QCOMPARE(loop.counts().answers, loop.counts().frames);
-}
 
-// The head may be on its way already: its repetition is a write of its own.
-void TestWriteFolding::headIsLeftAlone()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    loop.write(1, "D_W", 0, {1});
-    loop.write(1, "D_W", 0, {2});
-    QVERIFY(loop.turn());
-    QCOMPARE(loop.inPlc(1, "D_W", 0), Values{1});
-    QCOMPARE(loop.inPanel(1, "D_W", 0), Values{2});
-    // What was second is the head now.
-    loop.write(1, "D_W", 0, {3});
-    QVERIFY(loop.turn());
-    QCOMPARE(loop.inPlc(1, "D_W", 0), Values{2});
-    QVERIFY(loop.turn());
-    QCOMPARE(loop.inPlc(1, "D_W", 0), Values{3});
-    QVERIFY(!loop.turn());
-    QCOMPARE(loop.differences(), QStringList());
-}
-
-void TestWriteFolding::foldsWhileTheHeadIsOnTheLine()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    loop.write(1, "D_W", 0, {1});
-    QVERIFY(loop.send());
-    loop.write(1, "D_W", 0, {2});
-    loop.write(1, "D_W", 0, {3});
-    QCOMPARE(loop.receive(), 1);
-    QCOMPARE(loop.inPlc(1, "D_W", 0), Values{1});
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.counts().frames, 2);
-    QCOMPARE(loop.inPlc(1, "D_W", 0), Values{3});
-    QCOMPARE(loop.differences(), QStringList());
-}
-
-void TestWriteFolding::foldsInAFullQueue()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    const plc::Memory before = loop.memory(1);
-    for (int address = 0; address < 513; ++address) {
-        loop.write(1, "D_W", address, {1});
-    }
-    loop.write(1, "D_W", 300, {2}); // takes the place of its like, not that of the last one
-    loop.write(1, "D_W", 0, {2});   // like the head: displaces the last one
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.counts().frames, 513);
-    const QStringList changes = memoryChanges(before, loop.memory(1));
-    QCOMPARE(changes.size(), 512);
-    QCOMPARE(changes.first(), QLatin1String("D_W 0=2"));
-    QCOMPARE(changes.at(300), QLatin1String("D_W 300=2"));
-    QCOMPARE(changes.last(), QLatin1String("D_W 511=1"));
-    QCOMPARE(loop.requests().last(), QLatin1String("01wSB08%DW00000010002"));
-}
-
-// A slider that is drawn writes far more often than the line can: the PLC gets what it can take,
-// in order, and the last value in the end.
-void TestWriteFolding::slider()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    loop.monitor({key(1, "D_W", 0)});
-    QVERIFY(loop.settle());
-    loop.forget();
-    for (int value = 1; value <= 100; ++value) {
-        loop.write(1, "D_W", 0, {value});
-        QCOMPARE(loop.inPanel(1, "D_W", 0), Values{value});
-        if (value % 10 == 0) {
-            const int known = loop.inPlc(1, "D_W", 0).first();
-            QVERIFY(loop.turn());
-            QVERIFY(loop.inPlc(1, "D_W", 0).first() >= known);
+    void foldsInPlace()
+    {
+        QFETCH(QList<Write>, writes);
+        HostLoop loop;
+        loop.addStation(2);
+        for (const Write &write : writes) {
+            loop.write(write.station, write.name, write.address, write.values);
+            QCOMPARE(loop.inPanel(write.station, write.name, write.address,
+                                  static_cast<int>(write.values.size())),
+                     write.values);
         }
+        QVERIFY(loop.settle());
+        QTEST(loop.requests(), "requests");
+        QTEST(loop.plcChanges(), "changes");
+        QCOMPARE(loop.counts().answers, loop.counts().frames);
     }
-    QVERIFY(loop.settle());
-    QCOMPARE(loop.inPlc(1, "D_W", 0), Values{100});
-    QCOMPARE(loop.differences(), QStringList());
-    // The first write, the newest at each of the ten turns, and the reads: one after ten writes
-    // and one at the end.
-    QCOMPARE(loop.counts().frames, 1 + 10 + 2);
-}
 
-void TestWriteFolding::failedHead()
-{
-    HostLoop loop;
-    loop.addStation(1);
-    const plc::Memory before = loop.memory(1);
-    loop.unit(1).faults.add({plc::FaultKind::Refuse, 0x1132, 0x1132, 3});
-    loop.write(1, "D_W", 0, {1});
-    loop.write(1, "D_W", 0, {2});
-    QCOMPARE(loop.turns(4), (Values{8, 8, 2, 1}));
-    QCOMPARE(memoryChanges(before, loop.memory(1)), texts({"D_W 0=2"}));
-    QCOMPARE(loop.differences(), QStringList());
-}
+    // The head may be on its way already: its repetition is a write of its own.
+    void headIsLeftAlone()
+    {
+        HostLoop loop;
+        loop.write("D_W", 0, {1});
+        loop.write("D_W", 0, {2});
+        QVERIFY(loop.turn());
+        QCOMPARE(loop.inPlc("D_W", 0), Values{1});
+        QCOMPARE(loop.inPanel("D_W", 0), Values{2});
+        // What was second is the head now.
+        loop.write("D_W", 0, {3});
+        QVERIFY(loop.turn());
+        QCOMPARE(loop.inPlc("D_W", 0), Values{2});
+        QVERIFY(loop.turn());
+        QCOMPARE(loop.inPlc("D_W", 0), Values{3});
+        QVERIFY(!loop.turn());
+        QCOMPARE(loop.differences(), QStringList());
+    }
+
+    void foldsWhileTheHeadIsOnTheLine()
+    {
+        HostLoop loop;
+        loop.write("D_W", 0, {1});
+        QVERIFY(loop.send());
+        loop.write("D_W", 0, {2});
+        loop.write("D_W", 0, {3});
+        QCOMPARE(loop.receive(), 1);
+        QCOMPARE(loop.inPlc("D_W", 0), Values{1});
+        QVERIFY(loop.settle());
+        QCOMPARE(loop.counts().frames, 2);
+        QCOMPARE(loop.inPlc("D_W", 0), Values{3});
+        QCOMPARE(loop.differences(), QStringList());
+    }
+
+    void foldsInAFullQueue()
+    {
+        HostLoop loop;
+        for (int address = 0; address < 513; ++address) {
+            loop.write("D_W", address, {1});
+        }
+        loop.write("D_W", 300, {2}); // takes the place of its like, not that of the last one
+        loop.write("D_W", 0, {2});   // like the head: displaces the last one
+        QVERIFY(loop.settle());
+        QCOMPARE(loop.counts().frames, 513);
+        const QStringList changes = loop.plcChanges();
+        QCOMPARE(changes.size(), 512);
+        QCOMPARE(changes.first(), QLatin1String("D_W 0=2"));
+        QCOMPARE(changes.at(300), QLatin1String("D_W 300=2"));
+        QCOMPARE(changes.last(), QLatin1String("D_W 511=1"));
+        QCOMPARE(loop.requests().last(), QLatin1String("01wSB08%DW00000010002"));
+    }
+
+    // A slider that is drawn writes far more often than the line can: the PLC gets what it can
+    // take, in order, and the last value in the end.
+    void slider()
+    {
+        HostLoop loop;
+        QVERIFY(loop.show({key("D_W", 0)}));
+        loop.forget();
+        for (int value = 1; value <= 100; ++value) {
+            loop.write("D_W", 0, {value});
+            QCOMPARE(loop.inPanel("D_W", 0), Values{value});
+            if (value % 10 == 0) {
+                const int known = loop.inPlc("D_W", 0).first();
+                QVERIFY(loop.turn());
+                QVERIFY(loop.inPlc("D_W", 0).first() >= known);
+            }
+        }
+        QVERIFY(loop.settle());
+        QCOMPARE(loop.inPlc("D_W", 0), Values{100});
+        QCOMPARE(loop.differences(), QStringList());
+        // The first write, the newest at each of the ten turns, and the reads: one after ten writes
+        // and one at the end.
+        QCOMPARE(loop.counts().frames, 1 + 10 + 2);
+    }
+
+    void failedHead()
+    {
+        HostLoop loop;
+        loop.refuse(3);
+        loop.write("D_W", 0, {1});
+        loop.write("D_W", 0, {2});
+        QCOMPARE(loop.turns(4), (Values{8, 8, 2, 1}));
+        QCOMPARE(loop.plcChanges(), texts({"D_W 0=2"}));
+        QCOMPARE(loop.differences(), QStringList());
+    }
+};
 
 QTEST_APPLESS_MAIN(TestWriteFolding)
 #include "test_write_folding.moc"
