@@ -35,7 +35,7 @@ int runMany(unsigned sequences, unsigned seed, int steps, const std::string &onl
     unsigned long done = 0;
     int found = 0;
     for (unsigned i = 0; i < sequences && found < kMostShown; ++i) {
-        const auto &mixes = model::mixes();
+        const auto &mixes = model::Mix::all();
         const model::Mix &mix = mixes[i % mixes.size()];
         if (!only.empty() && only != mix.name) {
             continue;

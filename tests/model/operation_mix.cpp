@@ -1,282 +1,274 @@
 #include "model/operation_mix.h"
 
-#include <array>
-#include <random>
+#include <map>
+#include <sstream>
+
+#include "support/random.h"
 
 namespace model {
 
 namespace {
-
-using Chance = std::mt19937;
-
-int below(Chance &chance, int end)
-{
-    return static_cast<int>(chance() % static_cast<unsigned>(end));
-}
-
-template <std::size_t Size>
-int oneOf(Chance &chance, const std::array<int, Size> &values)
-{
-    return values[static_cast<std::size_t>(below(chance, static_cast<int>(Size)))];
-}
-
-template <std::size_t Size>
-const char *oneOf(Chance &chance, const std::array<const char *, Size> &values)
-{
-    return values[static_cast<std::size_t>(below(chance, static_cast<int>(Size)))];
-}
 
 constexpr int kMostWordsWritten = 512; // of a value area
 constexpr int kMostBitsWritten = 512;  // beyond, the values of later pieces lie outside the area
 constexpr int kMostWordsRead = 400;
 
 /** A bit set of `Mix::Registers` with one bit, out of those of the mix. */
-unsigned anyRegister(Chance &chance, unsigned registers)
+unsigned anyRegister(Random &random, unsigned registers)
 {
     for (;;) {
-        const unsigned kind = 1U << below(chance, 6);
-        const bool rare = kind == Mix::Unknown && below(chance, 8) != 0;
+        const unsigned kind = 1U << random.below(6);
+        const bool rare = kind == Mix::Unknown && random.below(8) != 0;
         if ((registers & kind) != 0 && !rare) {
             return kind;
         }
     }
 }
 
-std::string nameOf(Chance &chance, unsigned kind)
+std::string nameOf(Random &random, unsigned kind)
 {
     switch (kind) {
     case Mix::Words:
-        return oneOf<4>(chance, {"D_W", "D_W", "M_W", "T_W"});
+        return random.pick({"D_W", "D_W", "M_W", "T_W"});
     case Mix::Bits:
     case Mix::ManyBits:
-        return oneOf<3>(chance, {"M_bit", "M_bit", "K_bit"});
+        return random.pick({"M_bit", "M_bit", "K_bit"});
     case Mix::DataBits:
         return "D_bit";
     case Mix::Contacts:
-        return oneOf<2>(chance, {"TX", "CX"});
+        return random.pick({"TX", "CX"});
     default:
-        return oneOf<2>(chance, {"X_W", "Q_bit"});
+        return random.pick({"X_W", "Q_bit"});
     }
 }
 
-int countOf(Chance &chance, unsigned kind, bool wide)
+int countOf(Random &random, unsigned kind, bool wide)
 {
-    if (wide && below(chance, 6) == 0) {
-        return below(chance, kind == Mix::Words ? kMostWordsRead : kMostBitsWritten);
+    if (wide && random.below(6) == 0) {
+        return random.below(kind == Mix::Words ? kMostWordsRead : kMostBitsWritten);
     }
     if (kind == Mix::Bits) {
         return 1;
     }
-    return below(chance, 20) == 0 ? 0 : 1 + below(chance, oneOf<3>(chance, {2, 6, 20}));
+    return random.below(20) == 0 ? 0 : 1 + random.below(random.pick({2, 6, 20}));
 }
 
-Range anyRange(Chance &chance, const Mix &mix, unsigned registers)
+Range anyRange(Random &random, const Mix &mix, unsigned registers)
 {
-    const unsigned kind = anyRegister(chance, registers);
+    const unsigned kind = anyRegister(random, registers);
     Range range;
-    range.station = oneOf<7>(chance, {1, 1, 1, 1, 2, 31, 257});
-    range.name = nameOf(chance, kind);
-    range.start = below(chance, mix.addresses);
-    if (kind == Mix::Words && below(chance, 10) == 0) {
+    range.station = random.pick({1, 1, 1, 1, 2, 31, 257});
+    range.name = nameOf(random, kind);
+    range.start = random.below(mix.addresses);
+    if (kind == Mix::Words && random.below(10) == 0) {
         range.start += 9000; // five digits stay four in a "D_W" request
     }
-    if (mix.narrow) {
+    if (mix.isNarrow != 0) {
         range.station = 1;
         range.name = kind == Mix::Words ? "M_W" : (kind == Mix::Bits ? "M_bit" : range.name);
     } else if (kind == Mix::ManyBits || kind == Mix::DataBits) {
-        range.start *= 1 + 4 * below(chance, 3);
+        range.start *= 1 + 4 * random.below(3);
     }
-    range.count = mix.narrow ? 1 + below(chance, kind == Mix::Bits ? 1 : 2)
-                             : countOf(chance, kind, (mix.registers & Mix::Wide) != 0);
+    range.count = mix.isNarrow != 0 ? 1 + random.below(kind == Mix::Bits ? 1 : 2)
+                                    : countOf(random, kind, (mix.registers & Mix::Wide) != 0);
     return range;
 }
 
-Operation startOperation(Chance &chance, const Mix &mix)
+Operation startOperation(Random &random, const Mix &mix)
 {
-    Operation operation;
-    operation.act = Act::Start;
-    if (!mix.varied) {
-        operation.text = "7#0#0#3#60";
-        return operation;
+    Operation start = makeStep(Act::Start, 0, "7#0#0#3#60");
+    if (mix.isVaried == 0) {
+        return start;
     }
-    operation.text = std::to_string(oneOf<3>(chance, {7, 7, 0})) + "#" +
-                     oneOf<8>(chance, {"0", "0", "0", "0", "0", "", "x", "1"}) + "#0#" +
-                     oneOf<7>(chance, {"3", "1", "2", "0", "5", "", "-1"}) + "#" +
-                     oneOf<10>(chance, {"60", "1", "2", "3", "8", "16", "120", "250", "0", "-1"}) +
-                     oneOf<4>(chance, {"", "", "#9", "#"});
-    if (below(chance, 6) == 0) {
-        operation.text = oneOf<3>(chance, {"1#1#1#1", "#", "9"});
+    start.text = std::string(random.pick({"7", "7", "0"})) + "#" +
+                 random.pick({"0", "0", "0", "0", "0", "", "x", "1"}) + "#0#" +
+                 random.pick({"3", "1", "2", "0", "5", "", "-1"}) + "#" +
+                 random.pick({"60", "1", "2", "3", "8", "16", "120", "250", "0", "-1"}) +
+                 random.pick({"", "", "#9", "#"});
+    if (random.below(6) == 0) {
+        start.text = random.pick({"1#1#1#1", "#", "9"});
     }
-    operation.missing =
-        oneOf<12>(chance, {"", "", "", "", "", "", "", "", "", "block", "buffer", "lock"});
-    return operation;
+    start.missing = random.pick({"", "", "", "", "", "", "", "", "", "block", "buffer", "lock"});
+    return start;
 }
 
-Operation monitorOperation(Chance &chance, const Mix &mix)
+Operation monitorOperation(Random &random, const Mix &mix)
 {
-    Operation operation;
-    operation.act = Act::Monitor;
-    const int ranges = below(chance, 7);
-    for (int i = 0; i < ranges; ++i) {
-        const Range range = anyRange(chance, mix, mix.registers);
+    Operation monitor = makeStep(Act::Monitor);
+    for (int left = random.below(7); left > 0; --left) {
+        const Range range = anyRange(random, mix, mix.registers);
         if (range.name != "X_W") { // has no unit that could be watched
-            operation.ranges.push_back(range);
+            monitor.ranges.push_back(range);
         }
     }
-    return operation;
+    return monitor;
 }
 
-Operation recipeOperation(Chance &chance, const Mix &mix)
+Operation recipeOperation(Random &random, const Mix &mix)
 {
-    Operation operation;
-    operation.act = Act::Recipe;
-    const int items = below(chance, 6);
-    for (int i = 0; i < items; ++i) {
-        const bool bits = (mix.registers & Mix::ManyBits) != 0 && below(chance, 10) == 0;
-        Range range = anyRange(chance, mix, bits ? Mix::ManyBits | Mix::DataBits : Mix::Words);
+    Operation recipe = makeStep(Act::Recipe);
+    for (int left = random.below(6); left > 0; --left) {
+        const bool bits = (mix.registers & Mix::ManyBits) != 0 && random.below(10) == 0;
+        Range range = anyRange(random, mix, bits ? Mix::ManyBits | Mix::DataBits : Mix::Words);
         range.count %= bits ? 40 : 200;
-        operation.places.push_back(below(chance, 100));
-        operation.devices.push_back(below(chance, 5) == 0 ? 0 : 7);
-        operation.ranges.push_back(range);
+        recipe.places.push_back(random.below(100));
+        recipe.devices.push_back(random.below(5) == 0 ? 0 : 7);
+        recipe.ranges.push_back(range);
     }
-    return operation;
+    return recipe;
 }
 
-Operation rangeOperation(Chance &chance, const Mix &mix, Act act)
+Operation rangeOperation(Random &random, const Mix &mix, Act act)
 {
-    Operation operation;
-    operation.act = act;
-    operation.ranges = {anyRange(chance, mix, mix.registers)};
-    int &count = operation.ranges.front().count;
+    Operation operation = makeStep(act, {anyRange(random, mix, mix.registers)});
+    Range &range = operation.ranges.front();
     if (act == Act::Write) {
-        operation.value = below(chance, 40);
-        if (below(chance, 60) == 0) { // at the brink of what a value area holds, and beyond
-            const bool bytes = operation.ranges.front().name.find("_W") == std::string::npos;
-            count = bytes ? 1025 : oneOf<3>(chance, {kMostWordsWritten, kMostWordsWritten + 1, -1});
+        operation.value = random.below(40);
+        if (random.below(60) == 0) { // at the brink of what a value area holds, and beyond
+            const bool bytes = range.name.find("_W") == std::string::npos;
+            range.count =
+                bytes ? 1025 : random.pick({kMostWordsWritten, kMostWordsWritten + 1, -1});
         }
     } else if (act == Act::ReadOnce) {
-        operation.value = below(chance, 4) == 0 ? -1 : 0;
+        operation.value = random.below(4) == 0 ? -1 : 0;
     }
-    operation.tag = act == Act::Look ? 0 : below(chance, 10);
+    operation.tag = act == Act::Look ? 0 : random.below(10);
     return operation;
 }
 
-Operation answerOperation(Chance &chance, const Mix &mix)
+Operation answerOperation(Random &random, const Mix &mix)
 {
-    Operation operation;
-    operation.act = Act::Answer;
-    operation.value = below(chance, 3) == 0 ? below(chance, kOtherWord) : below(chance, 3);
-    if (mix.calmPercent > 0 && below(chance, 100) < mix.calmPercent) {
-        operation.value = 1 + (below(chance, 4) == 0 ? kOtherWord * below(chance, 6) : 0);
+    Operation answer = makeStep(Act::Answer);
+    answer.value = random.below(random.below(3) == 0 ? kOtherWord : 3);
+    if (random.chance(mix.calmPercent)) {
+        answer.value = 1 + (random.below(4) == 0 ? kOtherWord * random.below(6) : 0);
     }
-    if (below(chance, 100) < mix.badPercent) {
-        operation.fault = static_cast<Fault>(1 + below(chance, static_cast<int>(Fault::Noise)));
+    if (random.chance(mix.badPercent)) {
+        answer.fault = static_cast<Fault>(1 + random.below(static_cast<int>(Fault::Noise)));
     }
-    return operation;
+    return answer;
 }
 
-Operation switchOperation(Chance &chance, Act act)
+Operation askOperation(Random &random)
 {
-    Operation operation;
-    operation.act = act;
-    if (act == Act::Ask) {
-        if (below(chance, 8) == 0) {
-            operation.act = Act::Buffer;
-            operation.value = below(chance, 200);
-            return operation;
-        }
-        operation.text = oneOf<2>(chance, {"write", "read"});
-        operation.value = oneOf<6>(chance, {1, 1, 1, 1, 0, 2});
-    } else if (act == Act::Handshake) {
-        operation.value = below(chance, 3) == 0 ? 1 : 0;
-    } else {
-        operation.value = below(chance, 3) == 0 ? 0 : 1;
+    if (random.below(8) == 0) {
+        return makeStep(Act::Buffer, random.below(200));
     }
-    return operation;
+    const char *const direction = random.pick({"write", "read"});
+    return makeStep(Act::Ask, random.pick({1, 1, 1, 1, 0, 2}), direction);
 }
 
-Operation withinOperation(Chance &chance, const Mix &mix)
+Operation listenOperation(Random &random)
 {
-    const int choice = below(chance, 12);
-    Operation operation =
-        choice == 0
-            ? switchOperation(chance, Act::Listen)
-            : rangeOperation(chance, mix,
-                             choice < 6 ? Act::Write : (choice < 10 ? Act::ReadOnce : Act::Look));
+    return makeStep(Act::Listen, random.pick({0, 1, 1}));
+}
+
+Operation withinOperation(Random &random, const Mix &mix)
+{
+    const int choice = random.below(12);
+    const Act act = choice < 6 ? Act::Write : (choice < 10 ? Act::ReadOnce : Act::Look);
+    Operation operation = choice == 0 ? listenOperation(random) : rangeOperation(random, mix, act);
     operation.within = true;
     return operation;
 }
 
-/** Appends what the chosen weight stands for. */
-void append(Sequence &sequence, Chance &chance, const Mix &mix, int choice)
+void append(Sequence &sequence, Random &random, const Mix &mix, Mix::Step step)
 {
-    switch (choice) {
-    case 0:
-        sequence.push_back(startOperation(chance, mix));
+    switch (step) {
+    case Mix::Start:
+        sequence.push_back(startOperation(random, mix));
         break;
-    case 2:
-        sequence.push_back(monitorOperation(chance, mix));
+    case Mix::Listen:
+        sequence.push_back(listenOperation(random));
         break;
-    case 3:
-        sequence.push_back(recipeOperation(chance, mix));
+    case Mix::Monitor:
+        sequence.push_back(monitorOperation(random, mix));
         break;
-    case 5:
-        sequence.push_back(rangeOperation(chance, mix, Act::Write));
+    case Mix::Recipe:
+        sequence.push_back(recipeOperation(random, mix));
         break;
-    case 6:
-        sequence.push_back(rangeOperation(chance, mix, Act::ReadOnce));
+    case Mix::Ask:
+        sequence.push_back(askOperation(random));
         break;
-    case 7:
-        sequence.push_back(rangeOperation(chance, mix, Act::Look));
+    case Mix::Write:
+        sequence.push_back(rangeOperation(random, mix, Act::Write));
         break;
-    case 9:
-        sequence.push_back(Operation());
-        sequence.push_back(answerOperation(chance, mix));
+    case Mix::Once:
+        sequence.push_back(rangeOperation(random, mix, Act::ReadOnce));
         break;
-    case 10:
-        sequence.push_back(withinOperation(chance, mix));
+    case Mix::Look:
+        sequence.push_back(rangeOperation(random, mix, Act::Look));
         break;
-    case 11:
-        sequence.push_back(below(chance, 2) == 0 ? Operation() : answerOperation(chance, mix));
+    case Mix::Handshake:
+        sequence.push_back(makeStep(Act::Handshake, random.pick({1, 0, 0})));
         break;
-    default:
-        sequence.push_back(switchOperation(
-            chance, choice == 1 ? Act::Listen : (choice == 4 ? Act::Ask : Act::Handshake)));
+    case Mix::Exchange:
+        sequence.push_back(makeStep(Act::Send));
+        sequence.push_back(answerOperation(random, mix));
         break;
+    case Mix::Within:
+        sequence.push_back(withinOperation(random, mix));
+        break;
+    case Mix::Lone:
+        sequence.push_back(random.below(2) == 0 ? makeStep(Act::Send)
+                                                : answerOperation(random, mix));
+        break;
+    case Mix::kSteps:
+        break;
+    }
+}
+
+/** A number of each name, as "bad 20, varied 1". */
+void readNumbers(const char *text, const std::map<std::string, int *> &numbers)
+{
+    std::istringstream in(text);
+    std::string name;
+    while (in >> name) {
+        in >> *numbers.at(name);
+        in.ignore(); // the comma
     }
 }
 
 } // namespace
 
+Mix::Mix(const char *mixName, const char *stepWeights, unsigned someRegisters, const char *manner)
+    : name(mixName)
+    , registers(someRegisters)
+{
+    int *const w = weights.data();
+    readNumbers(stepWeights, {{"start", w + Start},
+                              {"listen", w + Listen},
+                              {"monitor", w + Monitor},
+                              {"recipe", w + Recipe},
+                              {"ask", w + Ask},
+                              {"write", w + Write},
+                              {"once", w + Once},
+                              {"look", w + Look},
+                              {"handshake", w + Handshake},
+                              {"exchange", w + Exchange},
+                              {"within", w + Within},
+                              {"lone", w + Lone}});
+    readNumbers(manner, {{"bad", &badPercent},
+                         {"from", &addresses},
+                         {"narrow", &isNarrow},
+                         {"varied", &isVaried},
+                         {"calm", &calmPercent}});
+}
+
 Sequence randomSequence(const Mix &mix, std::uint32_t seed, int steps)
 {
-    Chance chance(seed);
+    Random random(seed);
     Sequence sequence;
-    if (mix.varied) {
-        sequence.push_back(startOperation(chance, mix));
+    if (mix.isVaried != 0) {
+        append(sequence, random, mix, Mix::Start);
     }
-    const Mix::Weights &w = mix.weights;
-    const std::array<int, 12> weights = {w.start,     w.listen,   w.monitor, w.recipe,
-                                         w.ask,       w.write,    w.once,    w.look,
-                                         w.handshake, w.exchange, w.within,  w.lone};
-    int total = 0;
-    for (const int weight : weights) {
-        total += weight;
-    }
-    if (w.monitor > 0) {
-        sequence.push_back(monitorOperation(chance, mix));
-    }
-    if (w.recipe > 0) {
-        sequence.push_back(recipeOperation(chance, mix));
+    for (const Mix::Step step : {Mix::Monitor, Mix::Recipe}) {
+        if (mix.weights[step] > 0) {
+            append(sequence, random, mix, step);
+        }
     }
     while (static_cast<int>(sequence.size()) < steps) {
-        int left = below(chance, total);
-        int choice = 0;
-        while (left >= weights[static_cast<std::size_t>(choice)]) {
-            left -= weights[static_cast<std::size_t>(choice)];
-            ++choice;
-        }
-        append(sequence, chance, mix, choice);
+        append(sequence, random, mix, static_cast<Mix::Step>(random.weighed(mix.weights)));
     }
     return sequence;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include "model/operation.h"
@@ -11,21 +11,20 @@ namespace model {
 /** Which operations come together, and how often. */
 struct Mix
 {
-    /** Weights of the steps; an exchange is a frame and its answer. */
-    struct Weights
-    {
-        int start = 0;
-        int listen = 0;
-        int monitor = 0;
-        int recipe = 0;
-        int ask = 0;
-        int write = 0;
-        int once = 0;
-        int look = 0;
-        int handshake = 0;
-        int exchange = 0;
-        int within = 0; ///< a step from within the callback
-        int lone = 0;   ///< a frame without an answer, or an answer to nothing
+    enum Step {
+        Start,
+        Listen,
+        Monitor,
+        Recipe,
+        Ask,
+        Write,
+        Once,
+        Look,
+        Handshake,
+        Exchange, ///< a frame and its answer
+        Within,   ///< a step from within the callback
+        Lone,     ///< a frame without an answer, or an answer to nothing
+        kSteps
     };
     enum Registers : unsigned {
         Words = 1,
@@ -38,17 +37,24 @@ struct Mix
         All = 127,
     };
 
-    const char *name;
-    Weights weights;
-    unsigned registers = Words;
-    int badPercent = 0;  ///< answers that are spoilt
-    int addresses = 6;   ///< of how many a range starts at one: few make equal ranges
-    bool narrow = false; ///< one station and one register of a kind: nearly all ranges meet
-    bool varied = false; ///< retries, block size, cache-only writes and what the host shares change
-    int calmPercent = 0; ///< answers that mostly repeat what was said before
-};
+    /**
+     * @param stepWeights  as "write 3, look 1": three writes come upon each look
+     * @param manner       numbers that are not as usual, as "bad 20, varied 1"
+     */
+    Mix(const char *mixName, const char *stepWeights, unsigned someRegisters,
+        const char *manner = "");
 
-const std::vector<Mix> &mixes();
+    static const std::vector<Mix> &all();
+
+    const char *name;
+    std::array<int, kSteps> weights{}; ///< by step
+    unsigned registers;
+    int badPercent = 0;  ///< "bad": answers that are spoilt
+    int addresses = 6;   ///< "from": of how many a range starts at one: few make equal ranges
+    int isNarrow = 0;    ///< "narrow": one station and one register of a kind; most ranges meet
+    int isVaried = 0;    ///< "varied": block size, retries and what the host shares change
+    int calmPercent = 0; ///< "calm": answers that mostly repeat what was said before
+};
 
 /** The same seed gives the same steps, whatever the standard library. */
 Sequence randomSequence(const Mix &mix, std::uint32_t seed, int steps);

@@ -6,6 +6,103 @@ namespace model {
 
 namespace {
 
+struct Number
+{
+    int *number;
+    int least; ///< what is plainest
+};
+
+std::vector<Number> numbersOf(Operation &operation)
+{
+    std::vector<Number> numbers = {{&operation.tag, 0}, {&operation.value, 0}};
+    for (Range &range : operation.ranges) {
+        numbers.insert(numbers.end(), {{&range.count, 0}, {&range.start, 0}, {&range.station, 1}});
+    }
+    for (int &place : operation.places) {
+        numbers.push_back({&place, 0});
+    }
+    return numbers;
+}
+
+/** Steps that differ from one in one thing, and are plainer. */
+class Simpler
+{
+public:
+    explicit Simpler(const Operation &operation)
+        : m_operation(operation)
+    {
+        addFewerRanges();
+        for (std::size_t i = 0; i < operation.ranges.size(); ++i) {
+            add([i](Operation &other) { other.ranges[i].name = "D_W"; },
+                operation.ranges[i].name != "D_W");
+        }
+        for (std::size_t i = 0; i < numbersOf(m_operation).size(); ++i) {
+            addLower(i);
+        }
+        add([](Operation &other) { other.value = 0; }, operation.value < 0);
+        // No fault is plainer than silence, and silence than any other.
+        add([](Operation &other) { other.fault = Fault::None; }, operation.fault != Fault::None);
+        add([](Operation &other) { other.fault = Fault::Silent; },
+            operation.fault != Fault::None && operation.fault != Fault::Silent);
+        if (operation.act == Act::Start) {
+            addPlainerStarts();
+        }
+    }
+
+    [[nodiscard]] const std::vector<Operation> &steps() const { return m_steps; }
+
+private:
+    template <typename Change>
+    void add(Change change, bool isPlainer = true)
+    {
+        if (isPlainer) {
+            m_steps.push_back(m_operation);
+            change(m_steps.back());
+        }
+    }
+
+    void addFewerRanges()
+    {
+        const bool isRecipe = m_operation.act == Act::Recipe;
+        const bool isList = isRecipe || m_operation.act == Act::Monitor;
+        for (std::size_t i = m_operation.ranges.size(); isList && i > 0; --i) {
+            const auto at = static_cast<std::ptrdiff_t>(i - 1);
+            add([=](Operation &other) {
+                other.ranges.erase(other.ranges.begin() + at);
+                if (isRecipe) {
+                    other.devices.erase(other.devices.begin() + at);
+                    other.places.erase(other.places.begin() + at);
+                }
+            });
+        }
+    }
+
+    /** A number falls to what is plainest, else by halves, else by one. */
+    void addLower(std::size_t i)
+    {
+        const Number now = numbersOf(m_operation)[i];
+        const int above = *now.number - now.least;
+        for (const int other : {now.least, now.least + above / 2, *now.number - 1}) {
+            add([=](Operation &step) { *numbersOf(step)[i].number = other; },
+                now.least <= other && other < *now.number);
+        }
+    }
+
+    void addPlainerStarts()
+    {
+        add([](Operation &other) { other.missing.clear(); }, !m_operation.missing.empty());
+        for (const char *plainer : {"7#0#0#3#60", "7#0#0#1#60", "7#0#0#1#1"}) {
+            if (m_operation.text == plainer) {
+                break;
+            }
+            add([plainer](Operation &other) { other.text = plainer; });
+        }
+    }
+
+    Operation m_operation;
+    std::vector<Operation> m_steps;
+};
+
 class Shrinker
 {
 public:
@@ -20,7 +117,11 @@ public:
         bool better = true;
         while (better && m_left > 0) {
             better = removeSteps();
-            better = simplifySteps() || better;
+            for (std::size_t place = 0; place < m_sequence.size(); ++place) {
+                while (simplify(place)) {
+                    better = true;
+                }
+            }
         }
         return m_sequence;
     }
@@ -57,146 +158,15 @@ private:
         return better;
     }
 
-    bool tryStep(std::size_t place, const Operation &operation)
+    bool simplify(std::size_t place)
     {
-        Sequence other = m_sequence;
-        other[place] = operation;
-        return tryOther(std::move(other));
-    }
-
-    bool simplifySteps()
-    {
-        bool better = false;
-        for (std::size_t place = 0; place < m_sequence.size(); ++place) {
-            better = dropRanges(place) || better;
-            for (std::size_t i = 0; i < m_sequence[place].ranges.size(); ++i) {
-                better = simplifyRange(place, i) || better;
-            }
-            better = simplifyNumbers(place) || better;
-        }
-        return better;
-    }
-
-    bool dropRanges(std::size_t place)
-    {
-        const Act act = m_sequence[place].act;
-        bool better = false;
-        for (std::size_t i = m_sequence[place].ranges.size(); i > 0; --i) {
-            Operation operation = m_sequence[place];
-            if (act != Act::Monitor && act != Act::Recipe) {
-                break;
-            }
-            const auto offset = static_cast<std::ptrdiff_t>(i - 1);
-            operation.ranges.erase(operation.ranges.begin() + offset);
-            if (act == Act::Recipe) {
-                operation.devices.erase(operation.devices.begin() + offset);
-                operation.places.erase(operation.places.begin() + offset);
-            }
-            better = tryStep(place, operation) || better;
-        }
-        return better;
-    }
-
-    /** Lets a number of a step fall to `least`, else by halves, else by one. */
-    template <typename Member>
-    bool lower(std::size_t place, Member member, int least)
-    {
-        bool better = false;
-        for (bool again = true; again;) {
-            again = false;
-            const int now = member(m_sequence[place]);
-            for (const int other : {least, least + (now - least) / 2, now - 1}) {
-                if (other >= now || other < least) {
-                    continue;
-                }
-                Operation operation = m_sequence[place];
-                member(operation) = other;
-                if (tryStep(place, operation)) {
-                    better = true;
-                    again = true;
-                    break;
-                }
-            }
-        }
-        return better;
-    }
-
-    bool simplifyRange(std::size_t place, std::size_t i)
-    {
-        bool better = lower(
-            place, [i](Operation &operation) -> int & { return operation.ranges[i].count; }, 0);
-        better = lower(
-                     place,
-                     [i](Operation &operation) -> int & { return operation.ranges[i].start; }, 0) ||
-                 better;
-        better =
-            lower(
-                place, [i](Operation &operation) -> int & { return operation.ranges[i].station; },
-                1) ||
-            better;
-        if (m_sequence[place].ranges[i].name != "D_W") {
-            Operation operation = m_sequence[place];
-            operation.ranges[i].name = "D_W";
-            better = tryStep(place, operation) || better;
-        }
-        if (m_sequence[place].act == Act::Recipe) {
-            better =
-                lower(
-                    place, [i](Operation &operation) -> int & { return operation.places[i]; }, 0) ||
-                better;
-        }
-        return better;
-    }
-
-    bool simplifyNumbers(std::size_t place)
-    {
-        bool better = lower(
-            place, [](Operation &operation) -> int & { return operation.tag; }, 0);
-        better = lower(
-                     place, [](Operation &operation) -> int & { return operation.value; }, 0) ||
-                 better;
-        if (m_sequence[place].value < 0) {
-            better = tryChange(place, [](Operation &operation) { operation.value = 0; }) || better;
-        }
-        return simplifyFault(place) || simplifyStart(place) || better;
-    }
-
-    template <typename Change>
-    bool tryChange(std::size_t place, Change change)
-    {
-        Operation operation = m_sequence[place];
-        change(operation);
-        return tryStep(place, operation);
-    }
-
-    /** No fault is plainer than silence, and silence than any other. */
-    bool simplifyFault(std::size_t place)
-    {
-        const Fault now = m_sequence[place].fault;
-        return now > Fault::None &&
-               (tryChange(place, [](Operation &operation) { operation.fault = Fault::None; }) ||
-                (now != Fault::Silent &&
-                 tryChange(place, [](Operation &operation) { operation.fault = Fault::Silent; })));
-    }
-
-    bool simplifyStart(std::size_t place)
-    {
-        if (m_sequence[place].act != Act::Start) {
-            return false;
-        }
-        if (!m_sequence[place].missing.empty() &&
-            tryChange(place, [](Operation &operation) { operation.missing.clear(); })) {
-            return true;
-        }
-        for (const char *plainer : {"7#0#0#3#60", "7#0#0#1#60", "7#0#0#1#1"}) {
-            if (m_sequence[place].text == plainer) {
-                return false;
-            }
-            if (tryChange(place, [plainer](Operation &operation) { operation.text = plainer; })) {
-                return true;
-            }
-        }
-        return false;
+        const Simpler simpler(m_sequence[place]);
+        return std::any_of(simpler.steps().begin(), simpler.steps().end(),
+                           [this, place](const Operation &operation) {
+                               Sequence other = m_sequence;
+                               other[place] = operation;
+                               return tryOther(std::move(other));
+                           });
     }
 
     Sequence m_sequence;

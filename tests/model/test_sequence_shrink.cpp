@@ -9,16 +9,6 @@ using model::Act;
 using model::Operation;
 using model::Sequence;
 
-class SequenceShrinkTest : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void whatDoesNotMatterGoes_data();
-    void whatDoesNotMatterGoes();
-    void onlyAsOftenAsAllowed();
-};
-
 namespace {
 
 int countOf(const Sequence &sequence, Act act)
@@ -64,46 +54,51 @@ using Check = bool (*)(const Sequence &);
 
 Q_DECLARE_METATYPE(Check)
 
-void SequenceShrinkTest::whatDoesNotMatterGoes_data()
+class SequenceShrinkTest : public QObject
 {
-    QTest::addColumn<Check>("fails");
-    QTest::addColumn<QString>("shortest");
+    Q_OBJECT
 
-    QTest::newRow("two steps in order")
-        << Check(writeThenSilence)
-        << QString::fromLatin1("write 1/D_W:0*0 value 0 tag 0; answer 0 silent");
-    QTest::newRow("three of a kind") << Check(threeReadings)
-                                     << QString::fromLatin1("once 1/D_W:0*0 bits 0 tag 0; "
-                                                            "once 1/D_W:0*0 bits 0 tag 0; "
-                                                            "once 1/D_W:0*0 bits 0 tag 0");
-    QTest::newRow("a number at its limit")
-        << Check(wideRange) << QString::fromLatin1("monitor 1/D_W:3*5");
-}
+private Q_SLOTS:
+    void whatDoesNotMatterGoes_data()
+    {
+        QTest::addColumn<Check>("fails");
+        QTest::addColumn<QString>("shortest");
 
-void SequenceShrinkTest::whatDoesNotMatterGoes()
-{
-    QFETCH(Check, fails);
-    QFETCH(QString, shortest);
-    model::Mix mix = model::mixes().back();
-    mix.badPercent = 60;
-    const Sequence sequence = model::randomSequence(mix, 11, 400);
-    QVERIFY(fails(sequence));
-    const Sequence found = model::shrink(sequence, fails);
-    QCOMPARE(QString::fromStdString(model::textOf(found)), shortest);
-}
+        QTest::newRow("two steps in order")
+            << Check(writeThenSilence)
+            << QString::fromLatin1("write 1/D_W:0*0 value 0 tag 0; answer 0 silent");
+        QTest::newRow("three of a kind") << Check(threeReadings)
+                                         << QString::fromLatin1("once 1/D_W:0*0 bits 0 tag 0; "
+                                                                "once 1/D_W:0*0 bits 0 tag 0; "
+                                                                "once 1/D_W:0*0 bits 0 tag 0");
+        QTest::newRow("a number at its limit")
+            << Check(wideRange) << QString::fromLatin1("monitor 1/D_W:3*5");
+    }
 
-void SequenceShrinkTest::onlyAsOftenAsAllowed()
-{
-    const Sequence sequence = model::randomSequence(model::mixes().back(), 11, 100);
-    int asked = 0;
-    const auto always = [&asked](const Sequence &) {
-        ++asked;
-        return false;
-    };
-    QCOMPARE(model::shrink(sequence, always, 25).size(), sequence.size());
-    QCOMPARE(asked, 25);
-}
+    void whatDoesNotMatterGoes()
+    {
+        QFETCH(Check, fails);
+        QFETCH(QString, shortest);
+        model::Mix mix = model::Mix::all().back();
+        mix.badPercent = 60;
+        const Sequence sequence = model::randomSequence(mix, 11, 400);
+        QVERIFY(fails(sequence));
+        const Sequence found = model::shrink(sequence, fails);
+        QCOMPARE(QString::fromStdString(model::textOf(found)), shortest);
+    }
+
+    void onlyAsOftenAsAllowed()
+    {
+        const Sequence sequence = model::randomSequence(model::Mix::all().back(), 11, 100);
+        int asked = 0;
+        const auto always = [&asked](const Sequence &) {
+            ++asked;
+            return false;
+        };
+        QCOMPARE(model::shrink(sequence, always, 25).size(), sequence.size());
+        QCOMPARE(asked, 25);
+    }
+};
 
 QTEST_APPLESS_MAIN(SequenceShrinkTest)
-
 #include "test_sequence_shrink.moc"
