@@ -270,11 +270,6 @@ private:
     int m_failures = 0;
 };
 
-int ignoreChange(int /*deviceNo*/, int /*stationNo*/, QString & /*name*/, int /*address*/)
-{
-    return 0;
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)

@@ -4,6 +4,7 @@
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
 #include "ls_master_k_cnet/protocol_tables.h"
 #include "shared/protocol.h"
+#include "support/block_check.h"
 
 #include <QMutex>
 
@@ -60,6 +61,13 @@ inline void renewDriver()
     std::fill_n(hostMemory().recipe.get(), 2 * kRecipeWords, static_cast<unsigned char>(0x5A));
 }
 
+/** A callback that does nothing. */
+inline int ignoreChange(int /*deviceNo*/, int /*stationNo*/, QString &name, int /*address*/)
+{
+    require(!name.isEmpty(), "a change has a name");
+    return 0;
+}
+
 inline void requireBoundedLists()
 {
     require(driver.pendingWrites.size() <= kMostWaiting, "at most 513 writes wait");
@@ -67,17 +75,6 @@ inline void requireBoundedLists()
     require(driver.frames.size() <= 2, "a job has two frames at most");
     require(driver.rcpBlocks.size() == driver.rcpBlockStarts.size(), "each block has a start");
     require(driver.rcpIndex >= 0, "a recipe block is counted from 0");
-}
-
-/** Block check of a frame, from its head to its tail, as both ends write it. */
-inline QByteArray checkOf(const QByteArray &headToTail)
-{
-    unsigned sum = 0;
-    for (const char byte : headToTail) {
-        sum += static_cast<unsigned char>(byte);
-    }
-    const char digits[] = "0123456789ABCDEF";
-    return QByteArray(1, digits[sum >> 4 & 15]) + digits[sum & 15];
 }
 
 inline QByteArray requestOf(const FRAME_PRO &frame)
@@ -109,7 +106,8 @@ inline void requireRequest(const FRAME_PRO &frame, bool patched)
     }
     const int tail = frame.sendLen - 3;
     require(tail >= 6 && request.at(tail) == kEot, "a request ends with EOT and a block check");
-    require(request.mid(tail + 1) == checkOf(request.left(tail + 1)), "the block check is right");
+    require(request.mid(tail + 1) == blockCheckOf(request.left(tail + 1)),
+            "the block check is right");
     const int firstData = 18; // of a block write
     for (int i = 1; i < (patched ? std::min(tail, firstData) : tail); ++i) {
         require(request.at(i) >= ' ' && request.at(i) <= '~', "a request is printable");
@@ -120,7 +118,7 @@ inline void requireRequest(const FRAME_PRO &frame, bool patched)
 inline QByteArray acknowledged(const FRAME_PRO &frame, const QByteArray &text)
 {
     const QByteArray answer = kAck + requestOf(frame).mid(1, 5) + text + kEtx;
-    return answer + checkOf(answer);
+    return answer + blockCheckOf(answer);
 }
 
 /** Whether the frame's answer is good, judged from the bytes alone. */
@@ -128,7 +126,7 @@ inline bool isGoodAnswer(const FRAME_PRO &frame, const QByteArray &answer)
 {
     const int tail = static_cast<int>(answer.size()) - 3;
     return answer.size() == frame.recvLen && tail >= 0 && answer.at(0) == kAck &&
-           answer.at(tail) == kEtx && answer.mid(tail + 1) == checkOf(answer.left(tail + 1));
+           answer.at(tail) == kEtx && answer.mid(tail + 1) == blockCheckOf(answer.left(tail + 1));
 }
 
 } // namespace fuzz

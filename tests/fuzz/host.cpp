@@ -123,69 +123,36 @@ private:
         }
     }
 
+    using Call = void (Host::*)();
+
     void callFromAnywhere(int choice)
     {
+        static const Call kCalls[kFromAnywhere] = {
+            &Host::write,    &Host::write,       &Host::write,          &Host::write,
+            &Host::write,    &Host::readOnce,    &Host::readOnce,       &Host::readOnce,
+            &Host::show,     &Host::show,        &Host::checkAddress,   &Host::copySeries,
+            &Host::describe, &Host::setCallback, &Host::askRecipeWrite, &Host::askRecipeRead};
         --m_callsLeft;
-        switch (choice) {
-        case 0:
-        case 1:
-        case 2:
-        case 3:
-        case 4:
-            write();
-            break;
-        case 5:
-        case 6:
-        case 7:
-            readOnce();
-            break;
-        case 8:
-        case 9:
-            show();
-            break;
-        case 10:
-            checkAddress();
-            break;
-        case 11:
-            copySeries();
-            break;
-        case 12:
-            describe();
-            break;
-        case 13:
-            intf_setAddrValueChangeCallBack(m_input.below(8) == 0 ? nullptr : &Host::changed);
-            break;
-        default:
-            setRecipeRequest((choice & 1) != 0 ? kRecipeReadByte : kRecipeWriteByte,
-                             m_input.below(4) != 0);
-            break;
-        }
+        const Call made = kCalls[choice];
+        (this->*made)();
     }
 
     void callFromOutside(int choice)
     {
+        static const Call kCalls[] = {&Host::start,   &Host::monitor,    &Host::setRecipe,
+                                      &Host::askOnly, &Host::answerOnly, &Host::exchange};
         --m_callsLeft;
-        switch (choice) {
-        case 0:
-            start();
-            break;
-        case 1:
-            monitor();
-            break;
-        case 2:
-            setRecipe();
-            break;
-        case 3:
-            askOnly();
-            break;
-        case 4:
-            answerOnly();
-            break;
-        default:
-            exchange();
-            break;
-        }
+        const Call made = kCalls[std::min(choice, 5)]; // most often an exchange
+        (this->*made)();
     }
+
+    void setCallback()
+    {
+        intf_setAddrValueChangeCallBack(m_input.below(8) == 0 ? nullptr : &Host::changed);
+    }
+
+    void askRecipeWrite() { setRecipeRequest(kRecipeWriteByte, m_input.below(4) != 0); }
+    void askRecipeRead() { setRecipeRequest(kRecipeReadByte, m_input.below(4) != 0); }
 
     QString name()
     {

@@ -15,9 +15,8 @@
 #include "host/recipe/recipe_layout.h"
 #include "host/address/value_text.h"
 
-#include <QSet>
-
-#include <limits>
+#include <algorithm>
+#include <map>
 
 namespace {
 
@@ -221,6 +220,16 @@ void readRecipe(Input &input, RecipeUse use)
     }
 }
 
+void readWrittenRecipe(Input &input)
+{
+    readRecipe(input, RecipeUse::Write);
+}
+
+void readReadRecipe(Input &input)
+{
+    readRecipe(input, RecipeUse::Read);
+}
+
 void readLink(Input &input)
 {
     QString error;
@@ -327,36 +336,14 @@ void judgeOpenQuestions(Input &input)
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     Input input(data, size);
-    switch (input.byte()) {
-    case 'i':
-        readItem(input);
-        break;
-    case 'a':
-        readAssignment(input);
-        break;
-    case 'v':
-        readValue(input);
-        break;
-    case 'w':
-        readRecipe(input, RecipeUse::Write);
-        break;
-    case 'r':
-        readRecipe(input, RecipeUse::Read);
-        break;
-    case 'l':
-        readLink(input);
-        break;
-    case 'f':
-        readFrame(input);
-        break;
-    case 'c':
-        collect(input);
-        break;
-    case 't':
-        judgeOpenQuestions(input);
-        break;
-    default:
+    static const std::map<int, void (*)(Input &)> kReaders = {
+        {'i', readItem},          {'a', readAssignment}, {'v', readValue},
+        {'w', readWrittenRecipe}, {'r', readReadRecipe}, {'l', readLink},
+        {'f', readFrame},         {'c', collect},        {'t', judgeOpenQuestions}};
+    const auto reader = kReaders.find(input.byte());
+    if (reader == kReaders.end()) {
         return -1; // not worth keeping
     }
+    reader->second(input);
     return 0;
 }

@@ -195,27 +195,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     Input input(data, size);
     renewDriver();
+    void (*const questions[])(Input &) = {checkAddress,  makeSeries, convert,
+                                          setProperties, work,       describe};
     while (!input.atEnd()) {
-        switch (input.below(6)) {
-        case 0:
-            checkAddress(input);
-            break;
-        case 1:
-            makeSeries(input);
-            break;
-        case 2:
-            convert(input);
-            break;
-        case 3:
-            setProperties(input);
-            break;
-        case 4:
-            work(input);
-            break;
-        default:
-            describe(input);
-            break;
-        }
+        questions[input.below(6)](input);
     }
     return 0;
 }

@@ -144,12 +144,6 @@ void watch(Input &input)
     convertRecipeKey(recipeKey, widths);
 }
 
-int ignoreChange(int /*deviceNo*/, int /*stationNo*/, QString &name, int /*address*/)
-{
-    require(!name.isEmpty(), "a change has a name");
-    return 0;
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
@@ -160,27 +154,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     static const char *const kProperties[] = {"7#0#0#3#60", "7#0#0#3#1", "7#0#0#3#8",
                                               "7#0#0#3#512"};
     startCommunication(kProperties[input.below(4)]);
+    void (*const routines[])(Input &) = {decode, patch, deliver, writeAndShow, settle, watch};
     while (!input.atEnd()) {
-        switch (input.below(6)) {
-        case 0:
-            decode(input);
-            break;
-        case 1:
-            patch(input);
-            break;
-        case 2:
-            deliver(input);
-            break;
-        case 3:
-            writeAndShow(input);
-            break;
-        case 4:
-            settle(input);
-            break;
-        default:
-            watch(input);
-            break;
-        }
+        routines[input.below(6)](input);
         requireBoundedLists();
     }
     return 0;
