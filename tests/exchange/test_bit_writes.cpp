@@ -1,4 +1,5 @@
 #include "exchange/host_loop.h"
+#include "support/columns.h"
 
 #include <QtTest>
 
@@ -13,18 +14,9 @@ class TestBitWrites : public QObject
 private Q_SLOTS:
     void singleBits_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("address");
-        QTest::addColumn<int>("word"); // value around the bit
-        QTest::addColumn<int>("value");
-        QTest::addColumn<QStringList>("requests");
-        QTest::addColumn<QStringList>("changes");
-        const auto row = [](const char *rowName, const char *name, int address, int word, int value,
-                            std::initializer_list<const char *> requests,
-                            std::initializer_list<const char *> changes) {
-            QTest::newRow(rowName) << QString::fromLatin1(name) << address << word << value
-                                   << texts(requests) << texts(changes);
-        };
+        // word: value around the bit
+        const Columns<QByteArray, int, int, int, QStringList, QStringList> row(
+            "name", "address", "word", "value", "requests", "changes");
         row("P 0.0 on", "P_bit", 0, 0xFFFE, 1, {"01wSS0109%PX00000001"}, {"P_W 0=65535"});
         row("K 31.15 off", "K_bit", 511, 0xFFFF, 0, {"01wSS0109%KX00031F00"}, {"K_W 31=32767"});
         row("M 1.10 on", "M_bit", 26, 0, 1, {"01wSS0109%MX00001A01"}, {"M_W 1=1024"});
@@ -42,67 +34,59 @@ private Q_SLOTS:
 
     void singleBits()
     {
-        QFETCH(QString, name);
+        QFETCH(QByteArray, name);
         QFETCH(int, address);
         QFETCH(int, word);
         QFETCH(int, value);
-        const QByteArray reg = name.toLatin1();
         HostLoop loop;
-        loop.setPlc((reg.left(2) + "W").constData(), address / 16, {word});
-        loop.write(reg.constData(), address, {value});
+        loop.setPlc((name.left(2) + "W").constData(), address / 16, {word});
+        loop.write(name, address, {value});
         QVERIFY(loop.settle());
         QTEST(loop.requests(), "requests");
         QTEST(loop.plcChanges(), "changes");
-        QCOMPARE(loop.inPanel(reg.constData(), address), Values{value});
+        QCOMPARE(loop.inPanel(name, address), Values{value});
 
-        QVERIFY(loop.show({key(reg.constData(), address / 16 * 16, 16)}));
+        QVERIFY(loop.show({key(name, address / 16 * 16, 16)}));
         QCOMPARE(loop.differences(), QStringList());
         QCOMPARE(loop.counts().answers, loop.counts().frames);
     }
 
     void oneAfterTheOther_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("queued");
-        QTest::newRow("M, all queued") << QString::fromLatin1("M_bit") << true;
-        QTest::newRow("M, each settled before the next") << QString::fromLatin1("M_bit") << false;
-        QTest::newRow("D, all queued") << QString::fromLatin1("D_bit") << true;
-        QTest::newRow("D, each settled before the next") << QString::fromLatin1("D_bit") << false;
+        const Columns<QByteArray, bool> row("name", "queued");
+        row("M, all queued", "M_bit", true);
+        row("M, each settled before the next", "M_bit", false);
+        row("D, all queued", "D_bit", true);
+        row("D, each settled before the next", "D_bit", false);
     }
 
     void oneAfterTheOther()
     {
-        QFETCH(QString, name);
+        QFETCH(QByteArray, name);
         QFETCH(bool, queued);
-        const QByteArray reg = name.toLatin1();
         const Values bits{0, 1, 1, 0, 1, 0, 0, 0, 1, 1, 1, 1, 0, 0, 1, 0, 1, 1, 0, 1, 1, 0, 1, 0};
         HostLoop loop;
-        loop.setPlc(reg.constData(), 32, {1, 1, 1, 1, 1, 1, 1, 1});
-        QVERIFY(loop.show({key(reg.constData(), 32, 32)}));
+        loop.setPlc(name, 32, {1, 1, 1, 1, 1, 1, 1, 1});
+        QVERIFY(loop.show({key(name, 32, 32)}));
         for (int i = 0; i < bits.size(); ++i) {
-            loop.write(reg.constData(), 32 + i, {bits.at(i)});
-            QCOMPARE(loop.inPanel(reg.constData(), 32, i + 1), bits.mid(0, i + 1));
+            loop.write(name, 32 + i, {bits.at(i)});
+            QCOMPARE(loop.inPanel(name, 32, i + 1), bits.mid(0, i + 1));
             QVERIFY(queued || loop.settle());
         }
         for (int turn = 0; turn < 100 && !driver.pendingWrites.isEmpty(); ++turn) {
             // What still waits is not lost from view by what has ended.
-            QCOMPARE(loop.inPanel(reg.constData(), 32, 24), bits);
+            QCOMPARE(loop.inPanel(name, 32, 24), bits);
             loop.turn();
         }
-        QCOMPARE(loop.inPlc(reg.constData(), 32, 24), bits);
+        QCOMPARE(loop.inPlc(name, 32, 24), bits);
         QCOMPARE(loop.differencesAtRest(), QStringList());
         QCOMPARE(loop.counts().answers, loop.counts().frames);
     }
 
     void severalAtOnce_data()
     {
-        QTest::addColumn<int>("address");
-        QTest::addColumn<Values>("values");
-        QTest::addColumn<QString>("written"); // of word 2, which holds 0xA5C3
-        const auto row = [](const char *name, int address, const Values &values,
-                            const char *written) {
-            QTest::newRow(name) << address << values << QString::fromLatin1(written);
-        };
+        // written: of word 2, which holds 0xA5C3
+        const Columns<int, Values, QString> row("address", "values", "written");
         row("2 bits at 0", 32, {0, 0}, "A5C0");
         row("4 bits over two digits", 34, {1, 1, 1, 1}, "A5FF");
         row("8 bits in the middle", 36, {0, 1, 0, 1, 1, 0, 1, 0}, "A5A3");
@@ -153,13 +137,11 @@ private Q_SLOTS:
 
     void twoWordsAreSpoilt_data()
     {
-        QTest::addColumn<int>("bits");
-        QTest::addColumn<QString>("read");
-        QTest::newRow("9 bits are counted as two words")
-            << 9 << QString::fromLatin1("01rSB08%MW0000202");
-        QTest::newRow("15 bits of one word") << 15 << QString::fromLatin1("01rSB08%MW0000202");
-        QTest::newRow("17 bits") << 17 << QString::fromLatin1("01rSB08%MW0000202");
-        QTest::newRow("32 bits") << 32 << QString::fromLatin1("01rSB08%MW0000202");
+        const Columns<int, QString> row("bits", "read");
+        row("9 bits are counted as two words", 9, "01rSB08%MW0000202");
+        row("15 bits of one word", 15, "01rSB08%MW0000202");
+        row("17 bits", 17, "01rSB08%MW0000202");
+        row("32 bits", 32, "01rSB08%MW0000202");
     }
 
     // The digits of more than one word are turned round in steps that overlap. What comes out are
@@ -202,14 +184,13 @@ private Q_SLOTS:
 
     void valuesBeyondOne_data()
     {
-        QTest::addColumn<QByteArray>("regName");
-        QTest::addColumn<int>("value");
-        QTest::addColumn<int>("shown"); // in the panel, from the write until the next reading
-        QTest::addColumn<int>("held");  // in the PLC
-        QTest::newRow("bit, 2") << QByteArray("M_bit") << 2 << 0 << 1;
-        QTest::newRow("bit, 255") << QByteArray("M_bit") << 255 << 0 << 1;
-        QTest::newRow("bit of a data register, 2") << QByteArray("D_bit") << 2 << 0 << 1;
-        QTest::newRow("contact, 2") << QByteArray("TX") << 2 << 2 << 1;
+        // shown: in the panel, from the write until the next reading
+        // held: in the PLC
+        const Columns<QByteArray, int, int, int> row("regName", "value", "shown", "held");
+        row("bit, 2", "M_bit", 2, 0, 1);
+        row("bit, 255", "M_bit", 255, 0, 1);
+        row("bit of a data register, 2", "D_bit", 2, 0, 1);
+        row("contact, 2", "TX", 2, 2, 1);
     }
 
     // Every value but 0 sets the bit in the PLC; in the cache 1 alone does, and a contact keeps its
@@ -221,13 +202,13 @@ private Q_SLOTS:
         QFETCH(int, shown);
         QFETCH(int, held);
         HostLoop loop;
-        loop.write(regName.constData(), 35, {value});
-        QCOMPARE(loop.inPanel(regName.constData(), 35), Values{shown});
+        loop.write(regName, 35, {value});
+        QCOMPARE(loop.inPanel(regName, 35), Values{shown});
         QVERIFY(loop.settle());
-        QCOMPARE(loop.inPlc(regName.constData(), 35), Values{held});
-        QCOMPARE(loop.inPanel(regName.constData(), 35), Values{shown});
-        QVERIFY(loop.show({key(regName.constData(), 35)}));
-        QCOMPARE(loop.inPanel(regName.constData(), 35), Values{held});
+        QCOMPARE(loop.inPlc(regName, 35), Values{held});
+        QCOMPARE(loop.inPanel(regName, 35), Values{shown});
+        QVERIFY(loop.show({key(regName, 35)}));
+        QCOMPARE(loop.inPanel(regName, 35), Values{held});
     }
 
     // The other bits of the word are those that the PLC holds when the first half is answered, not
@@ -250,13 +231,13 @@ private Q_SLOTS:
 
     void halvesFail_data()
     {
-        QTest::addColumn<int>("good"); // answers before the fault
-        QTest::addColumn<int>("times");
-        QTest::addColumn<Values>("results"); // the write, then the cyclic read
-        QTest::newRow("the read is resent") << 0 << 2 << Values{8, 8, 1, 1, 1};
-        QTest::newRow("the read fails: no write is sent") << 0 << 3 << Values{8, 8, 2, 1};
-        QTest::newRow("the write is resent") << 1 << 2 << Values{1, 8, 8, 1, 1};
-        QTest::newRow("the write fails") << 1 << 3 << Values{1, 8, 8, 2, 1};
+        // good: answers before the fault
+        // results: the write, then the cyclic read
+        const Columns<int, int, Values> row("good", "times", "results");
+        row("the read is resent", 0, 2, {8, 8, 1, 1, 1});
+        row("the read fails: no write is sent", 0, 3, {8, 8, 2, 1});
+        row("the write is resent", 1, 2, {1, 8, 8, 1, 1});
+        row("the write fails", 1, 3, {1, 8, 8, 2, 1});
     }
 
     void halvesFail()

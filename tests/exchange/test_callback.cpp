@@ -1,4 +1,5 @@
 #include "exchange/host_loop.h"
+#include "support/columns.h"
 
 #include <QtTest>
 
@@ -121,15 +122,12 @@ private Q_SLOTS:
 
     void writesWithinItsOwnWrite_data()
     {
-        QTest::addColumn<QByteArray>("regName");
-        QTest::addColumn<int>("address");
-        QTest::addColumn<int>("innerAddress");
-        QTest::addColumn<int>("innerValue");
-        QTest::addColumn<Values>("words"); // in the panel and in the PLC, when both are answered
-        QTest::newRow("the same word") << QByteArray("M_W") << 2 << 2 << 5 << Values{1, 5};
-        QTest::newRow("another bit of the word")
-            << QByteArray("M_bit") << 35 << 36 << 1 << Values{0x08, 0x18};
-        QTest::newRow("the same bit") << QByteArray("M_bit") << 35 << 35 << 0 << Values{0x08, 0};
+        // words: in the panel and in the PLC, when both are answered
+        const Columns<QByteArray, int, int, int, Values> row("regName", "address", "innerAddress",
+                                                             "innerValue", "words");
+        row("the same word", "M_W", 2, 2, 5, {1, 5});
+        row("another bit of the word", "M_bit", 35, 36, 1, {0x08, 0x18});
+        row("the same bit", "M_bit", 35, 35, 0, {0x08, 0});
     }
 
     // The PLC gets both writes, in the order of the calls. The cache keeps the outer one, whose
@@ -145,10 +143,10 @@ private Q_SLOTS:
         int depth = 0;
         HostLoop::setCallbackHandler([&](const QString &) {
             if (depth++ == 0) {
-                loop.write(regName.constData(), innerAddress, {innerValue});
+                loop.write(regName, innerAddress, {innerValue});
             }
         });
-        loop.write(regName.constData(), address, {1});
+        loop.write(regName, address, {1});
         QVERIFY(depth > 0);
         HostLoop::setCallbackHandler({});
         QCOMPARE(loop.turns(2), (Values{1, 1}));

@@ -1,4 +1,5 @@
 #include "exchange/host_loop.h"
+#include "support/columns.h"
 
 #include <QtTest>
 
@@ -18,27 +19,23 @@ class TestConditionReads : public QObject
 private Q_SLOTS:
     void registers_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("request");
+        const Columns<QByteArray, QString> row("name", "request");
         for (const char *name : {"D_W", "C_W", "T_W", "K_W", "P_W", "F_W", "L_W", "M_W"}) {
-            QTest::newRow(name)
-                << QString::fromLatin1(name)
-                << QString::fromLatin1("01rSB08%%1W0003002").arg(QLatin1Char(name[0]));
+            row(name, name, QString::fromLatin1("01rSB08%%1W0003002").arg(QLatin1Char(name[0])));
         }
     }
 
     void registers()
     {
-        QFETCH(QString, name);
-        const QByteArray reg = name.toLatin1();
+        QFETCH(QByteArray, name);
         HostLoop loop;
-        loop.setPlc(reg.constData(), 30, {0x1234, 0xFEDC});
-        loop.readOnce(reg.constData(), 30, 2);
+        loop.setPlc(name, 30, {0x1234, 0xFEDC});
+        loop.readOnce(name, 30, 2);
         QCOMPARE(HostLoop::calls(), QStringList());
         QVERIFY(loop.settle());
         QTEST(loop.requests().join(QLatin1Char('|')), "request");
         QCOMPARE(HostLoop::calls(), QStringList(kGood));
-        QCOMPARE(loop.inPanel(reg.constData(), 30, 2), (Values{0x1234, 0xFEDC}));
+        QCOMPARE(loop.inPanel(name, 30, 2), (Values{0x1234, 0xFEDC}));
         QVERIFY(!loop.turn());
         QCOMPARE(loop.plcChanges(), QStringList());
     }
@@ -59,26 +56,20 @@ private Q_SLOTS:
 
     void failure_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<int>("times");
-        QTest::addColumn<Values>("results");
-        QTest::addColumn<QString>("signal");
-        QTest::newRow("refused 3 times")
-            << static_cast<int>(FaultKind::Refuse) << 3 << Values{8, 8, 2} << kFailed;
-        QTest::newRow("silence 3 times")
-            << static_cast<int>(FaultKind::Silence) << 3 << Values{8, 8, 2} << kFailed;
-        QTest::newRow("wrong check twice")
-            << static_cast<int>(FaultKind::WrongCheck) << 2 << Values{8, 8, 1} << kGood;
+        const Columns<FaultKind, int, Values, QString> row("kind", "times", "results", "signal");
+        row("refused 3 times", FaultKind::Refuse, 3, {8, 8, 2}, kFailed);
+        row("silence 3 times", FaultKind::Silence, 3, {8, 8, 2}, kFailed);
+        row("wrong check twice", FaultKind::WrongCheck, 2, {8, 8, 1}, kGood);
     }
 
     void failure()
     {
-        QFETCH(int, kind);
+        QFETCH(FaultKind, kind);
         QFETCH(int, times);
         QFETCH(Values, results);
         QFETCH(QString, signal);
         HostLoop loop;
-        loop.addStation(1).faults.add({static_cast<FaultKind>(kind), 0x1132, 0x1132, times});
+        loop.addStation(1).faults.add({kind, 0x1132, 0x1132, times});
         loop.setPlc("D_W", 100, {5});
         loop.readOnce("D_W", 100, 1);
         for (const int result : results) {
@@ -112,12 +103,12 @@ private Q_SLOTS:
 
     void failureDropsAll_data()
     {
-        QTest::addColumn<int>("good"); // of three reads, how many are answered before one fails
-        QTest::addColumn<QStringList>("calls");
+        // good: of three reads, how many are answered before one fails
+        const Columns<int, QStringList> row("good", "calls");
         // Only the failure of the read that was asked for last is told.
-        QTest::newRow("the first fails") << 0 << QStringList();
-        QTest::newRow("the second fails") << 1 << QStringList();
-        QTest::newRow("the last fails") << 2 << QStringList(kFailed);
+        row("the first fails", 0, {});
+        row("the second fails", 1, {});
+        row("the last fails", 2, QStringList(kFailed));
     }
 
     void failureDropsAll()
@@ -191,14 +182,7 @@ private Q_SLOTS:
 
     void fairness_data()
     {
-        QTest::addColumn<int>("writes");
-        QTest::addColumn<int>("reads");
-        QTest::addColumn<bool>("cyclic");
-        QTest::addColumn<QString>("order");
-        const auto row = [](const char *name, int writes, int reads, bool cyclic,
-                            const char *order) {
-            QTest::newRow(name) << writes << reads << cyclic << QString::fromLatin1(order);
-        };
+        const Columns<int, int, bool, QString> row("writes", "reads", "cyclic", "order");
         // W write, C condition read, R cyclic read, - idle
         row("three, then a cyclic read", 0, 7, true, "CCCRCCCRCRRR");
         row("three, then an idle turn", 0, 7, false, "CCC-CCC-C---");
@@ -258,13 +242,11 @@ private Q_SLOTS:
 
     void askedFromWithinTheSignal_data()
     {
-        QTest::addColumn<bool>("good");
-        QTest::addColumn<int>("address");
-        QTest::addColumn<int>("framesAfter");
-        QTest::newRow("another one") << true << 200 << 1;
-        QTest::newRow("the same once more") << true << 100 << 1;
+        const Columns<bool, int, int> row("good", "address", "framesAfter");
+        row("another one", true, 200, 1);
+        row("the same once more", true, 100, 1);
         // The list is emptied when the callback has returned.
-        QTest::newRow("lost after a failure") << false << 200 << 0;
+        row("lost after a failure", false, 200, 0);
     }
 
     void askedFromWithinTheSignal()

@@ -1,5 +1,6 @@
 #include "exchange/host_loop.h"
 #include "exchange/memory_changes.h"
+#include "support/columns.h"
 
 #include <QtTest>
 
@@ -12,15 +13,7 @@ class TestCyclicReads : public QObject
 private Q_SLOTS:
     void registers_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("address");
-        QTest::addColumn<Values>("values");
-        QTest::addColumn<QString>("request");
-        const auto row = [](const char *rowName, const char *name, int address,
-                            const Values &values, const char *request) {
-            QTest::newRow(rowName)
-                << QString::fromLatin1(name) << address << values << QString::fromLatin1(request);
-        };
+        const Columns<QByteArray, int, Values, QString> row("name", "address", "values", "request");
         row("D_W 9998 x2", "D_W", 9998, {0x1234, 0xFEDC}, "1FrSB08%DW0999802");
         row("C_W 255 x1", "C_W", 255, {1}, "1FrSB08%CW0025501");
         row("T_W 0 x3", "T_W", 0, {0xFFFF, 0, 0x8000}, "1FrSB08%TW0000003");
@@ -43,23 +36,22 @@ private Q_SLOTS:
 
     void registers()
     {
-        QFETCH(QString, name);
+        QFETCH(QByteArray, name);
         QFETCH(int, address);
         QFETCH(Values, values);
-        const QByteArray reg = name.toLatin1();
         const int count = static_cast<int>(values.size());
         HostLoop loop;
         loop.addStation(31);
-        QCOMPARE(loop.monitor({key(31, reg.constData(), address, count)}), 1);
-        for (const int value : loop.inPanel(31, reg.constData(), address, count)) {
+        QCOMPARE(loop.monitor({key(31, name, address, count)}), 1);
+        for (const int value : loop.inPanel(31, name, address, count)) {
             QCOMPARE(value, 0);
         }
 
-        loop.setPlc(31, reg.constData(), address, values);
+        loop.setPlc(31, name, address, values);
         const plc::Memory before = loop.memory(31);
         QVERIFY(loop.turn());
         QTEST(loop.requests().join(QLatin1Char('|')), "request");
-        QCOMPARE(loop.inPanel(31, reg.constData(), address, count), values);
+        QCOMPARE(loop.inPanel(31, name, address, count), values);
         QCOMPARE(loop.differencesAtRest(), QStringList());
         QCOMPARE(memoryChanges(before, loop.memory(31)), QStringList());
         QCOMPARE(loop.counts().answers, loop.counts().frames);
@@ -67,17 +59,8 @@ private Q_SLOTS:
 
     void changesOncePerView_data()
     {
-        QTest::addColumn<Keys>("keys");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("address");
-        QTest::addColumn<int>("before");
-        QTest::addColumn<int>("after");
-        QTest::addColumn<QStringList>("calls");
-        const auto row = [](const char *rowName, const Keys &keys, const char *name, int address,
-                            int before, int after, std::initializer_list<const char *> calls) {
-            QTest::newRow(rowName)
-                << keys << QString::fromLatin1(name) << address << before << after << texts(calls);
-        };
+        const Columns<Keys, QByteArray, int, int, int, QStringList> row("keys", "name", "address",
+                                                                        "before", "after", "calls");
         row("word", {key("D_W", 100)}, "D_W", 100, 5, 6, {"7 1 D_W 100"});
         row("word monitored twice", {key("D_W", 100), key("D_W", 99, 5)}, "D_W", 100, 5, 6,
             {"7 1 D_W 100"});
@@ -97,17 +80,16 @@ private Q_SLOTS:
     void changesOncePerView()
     {
         QFETCH(Keys, keys);
-        QFETCH(QString, name);
+        QFETCH(QByteArray, name);
         QFETCH(int, address);
         QFETCH(int, before);
         QFETCH(int, after);
-        const QByteArray reg = name.toLatin1();
         HostLoop loop;
-        loop.setPlc(reg.constData(), address, {before});
+        loop.setPlc(name, address, {before});
         QVERIFY(loop.show(keys));
 
         loop.forget();
-        loop.setPlc(reg.constData(), address, {after});
+        loop.setPlc(name, address, {after});
         QVERIFY(loop.settle());
         QVERIFY(loop.settle());
         QTEST(HostLoop::calls(), "calls");
@@ -125,13 +107,7 @@ private Q_SLOTS:
 
     void mergedBlocks_data()
     {
-        QTest::addColumn<Keys>("keys");
-        QTest::addColumn<int>("blockWords");
-        QTest::addColumn<QStringList>("requests");
-        const auto row = [](const char *name, const Keys &keys, int blockWords,
-                            std::initializer_list<const char *> requests) {
-            QTest::newRow(name) << keys << blockWords << texts(requests);
-        };
+        const Columns<Keys, int, QStringList> row("keys", "blockWords", "requests");
         row("touching", {key("D_W", 0), key("D_W", 1)}, 60, {"01rSB08%DW0000002"});
         row("touching, blocks of 1", {key("D_W", 0), key("D_W", 1)}, 1,
             {"01rSB08%DW0000001", "01rSB08%DW0000101"});
@@ -190,11 +166,10 @@ private Q_SLOTS:
 
     void rotation_data()
     {
-        QTest::addColumn<int>("blocks");
-        QTest::addColumn<QString>("order");
-        QTest::newRow("a block of one is read again and again") << 1 << "AAAAAAA";
-        QTest::newRow("two take turns") << 2 << "ABABABA";
-        QTest::newRow("three take turns") << 3 << "ABCABCA";
+        const Columns<int, QString> row("blocks", "order");
+        row("a block of one is read again and again", 1, "AAAAAAA");
+        row("two take turns", 2, "ABABABA");
+        row("three take turns", 3, "ABCABCA");
     }
 
     void rotation()

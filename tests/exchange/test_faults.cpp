@@ -1,4 +1,5 @@
 #include "exchange/host_loop.h"
+#include "support/columns.h"
 
 #include <QtTest>
 
@@ -9,11 +10,11 @@ using plc::FaultKind;
 
 static Fault fetchFault()
 {
-    QFETCH(int, kind);
+    QFETCH(FaultKind, kind);
     QFETCH(int, low);
     QFETCH(int, high);
     QFETCH(int, times);
-    return {static_cast<FaultKind>(kind), low, high, times};
+    return {kind, low, high, times};
 }
 
 static void compareCounts(const HostCounts &counts, const Values &results)
@@ -57,49 +58,44 @@ class TestFaults : public QObject
 private Q_SLOTS:
     void readThroughFault_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<int>("low");
-        QTest::addColumn<int>("high");
-        QTest::addColumn<int>("times");
-        QTest::addColumn<Values>("read");     // results of a read of 5 words, answer of 33 bytes
-        QTest::addColumn<Values>("write");    // results of a write, answer of 9 bytes
-        QTest::addColumn<bool>("carriedOut"); // whether the PLC took a write all the same
-        const auto row = [](const char *name, FaultKind kind, int low, int high, int times,
-                            const Values &read, const Values &write, bool carriedOut = true) {
-            QTest::newRow(name) << static_cast<int>(kind) << low << high << times << read << write
-                                << carriedOut;
-        };
+        // Of a read of 5 words, with an answer of 33 bytes, and of a write, with one of 9: the
+        // results, and whether the PLC took the write all the same.
+        const Columns<FaultKind, int, int, int, Values, Values, bool> row(
+            "kind", "low", "high", "times", "read", "write", "carriedOut");
         row("silence once", FaultKind::Silence, 0, 0, 1, {8, 1}, {8, 1}, false);
         row("silence twice", FaultKind::Silence, 0, 0, 2, {8, 8, 1}, {8, 8, 1}, false);
         row("silence 3 times", FaultKind::Silence, 0, 0, 3, {8, 8, 2, 1}, {8, 8, 2, 1}, false);
         row("silence 4 times", FaultKind::Silence, 0, 0, 4, {8, 8, 2, 8, 1}, {8, 8, 2, 8, 1},
             false);
-        row("late, at the deadline", FaultKind::Delay, 300, 300, 1, {1, 1}, {1, 1});
-        row("late, behind the deadline", FaultKind::Delay, 301, 301, 1, {8, 1}, {8, 1});
-        row("too late 3 times", FaultKind::Delay, 301, 400, 3, {8, 8, 2, 1}, {8, 8, 2, 1});
-        row("noise before", FaultKind::NoiseBefore, 1, 40, 3, {1, 1, 1}, {1, 1, 1});
-        row("noise after", FaultKind::NoiseAfter, 1, 40, 3, {1, 1, 1}, {1, 1, 1});
-        row("byte by byte", FaultKind::Split, 9, 9, 1, {1, 1}, {1, 1});
-        row("byte by byte, too slow for a long answer", FaultKind::Split, 10, 10, 1, {8, 1},
-            {1, 1});
-        row("wrong check once", FaultKind::WrongCheck, 0, 0, 1, {8, 1}, {8, 1});
-        row("wrong check 3 times", FaultKind::WrongCheck, 0, 0, 3, {8, 8, 2, 1}, {8, 8, 2, 1});
+        row("late, at the deadline", FaultKind::Delay, 300, 300, 1, {1, 1}, {1, 1}, true);
+        row("late, behind the deadline", FaultKind::Delay, 301, 301, 1, {8, 1}, {8, 1}, true);
+        row("too late 3 times", FaultKind::Delay, 301, 400, 3, {8, 8, 2, 1}, {8, 8, 2, 1}, true);
+        row("noise before", FaultKind::NoiseBefore, 1, 40, 3, {1, 1, 1}, {1, 1, 1}, true);
+        row("noise after", FaultKind::NoiseAfter, 1, 40, 3, {1, 1, 1}, {1, 1, 1}, true);
+        row("byte by byte", FaultKind::Split, 9, 9, 1, {1, 1}, {1, 1}, true);
+        row("byte by byte, too slow for a long answer", FaultKind::Split, 10, 10, 1, {8, 1}, {1, 1},
+            true);
+        row("wrong check once", FaultKind::WrongCheck, 0, 0, 1, {8, 1}, {8, 1}, true);
+        row("wrong check 3 times", FaultKind::WrongCheck, 0, 0, 3, {8, 8, 2, 1}, {8, 8, 2, 1},
+            true);
         row("another station's number is not looked at", FaultKind::WrongStation, -1, -1, 3,
-            {1, 1, 1}, {1, 1, 1});
+            {1, 1, 1}, {1, 1, 1}, true);
         row("refused once", FaultKind::Refuse, 0x1132, 0x1132, 1, {8, 1}, {8, 1}, false);
         row("refused 3 times", FaultKind::Refuse, 0x1132, 0x1132, 3, {8, 8, 2, 1}, {8, 8, 2, 1},
             false);
-        row("nothing of it", FaultKind::Truncate, 0, 0, 1, {8, 1}, {8, 1});
-        row("only the head", FaultKind::Truncate, 1, 1, 1, {8, 1}, {8, 1});
-        row("8 bytes of it", FaultKind::Truncate, 8, 8, 3, {8, 8, 2, 1}, {8, 8, 2, 1});
-        row("one byte less than a read wants", FaultKind::Truncate, 32, 32, 1, {8, 1}, {1, 1});
-        row("truncated at random", FaultKind::Truncate, -1, -1, 2, {8, 8, 1}, {8, 8, 1});
-        row("one byte more than a read wants", FaultKind::Oversize, 34, 34, 1, {8, 1}, {8, 1});
-        row("far too long", FaultKind::Oversize, 2000, 2000, 3, {8, 8, 2, 1}, {8, 8, 2, 1});
-        row("echo of the request", FaultKind::Echo, 0, 0, 3, {1, 1, 1}, {1, 1, 1});
+        row("nothing of it", FaultKind::Truncate, 0, 0, 1, {8, 1}, {8, 1}, true);
+        row("only the head", FaultKind::Truncate, 1, 1, 1, {8, 1}, {8, 1}, true);
+        row("8 bytes of it", FaultKind::Truncate, 8, 8, 3, {8, 8, 2, 1}, {8, 8, 2, 1}, true);
+        row("one byte less than a read wants", FaultKind::Truncate, 32, 32, 1, {8, 1}, {1, 1},
+            true);
+        row("truncated at random", FaultKind::Truncate, -1, -1, 2, {8, 8, 1}, {8, 8, 1}, true);
+        row("one byte more than a read wants", FaultKind::Oversize, 34, 34, 1, {8, 1}, {8, 1},
+            true);
+        row("far too long", FaultKind::Oversize, 2000, 2000, 3, {8, 8, 2, 1}, {8, 8, 2, 1}, true);
+        row("echo of the request", FaultKind::Echo, 0, 0, 3, {1, 1, 1}, {1, 1, 1}, true);
         // The copy is taken for the next answer. That of an acknowledgement has the wrong length.
-        row("answered twice", FaultKind::Repeat, 1, 1, 1, {1, 1}, {1, 8, 1});
-        row("answered six times", FaultKind::Repeat, 5, 5, 1, {1, 1, 1}, {1, 8, 1});
+        row("answered twice", FaultKind::Repeat, 1, 1, 1, {1, 1}, {1, 8, 1}, true);
+        row("answered six times", FaultKind::Repeat, 5, 5, 1, {1, 1, 1}, {1, 8, 1}, true);
     }
 
     void readThroughFault()
@@ -152,13 +148,12 @@ private Q_SLOTS:
 
     void attempts_data()
     {
-        QTest::addColumn<int>("retries");
-        QTest::addColumn<Values>("results");
-        QTest::newRow("0: the first bad answer ends it") << 0 << Values{2, 2, 2};
-        QTest::newRow("1: the first bad answer ends it") << 1 << Values{2, 2, 2};
-        QTest::newRow("2") << 2 << Values{8, 2, 8, 2};
-        QTest::newRow("5") << 5 << Values{8, 8, 8, 8, 2, 8, 8, 8, 8, 2};
-        QTest::newRow("a negative limit ends it as well") << -3 << Values{2, 2};
+        const Columns<int, Values> row("retries", "results");
+        row("0: the first bad answer ends it", 0, {2, 2, 2});
+        row("1: the first bad answer ends it", 1, {2, 2, 2});
+        row("2", 2, {8, 2, 8, 2});
+        row("5", 5, {8, 8, 8, 8, 2, 8, 8, 8, 8, 2});
+        row("a negative limit ends it as well", -3, {2, 2});
     }
 
     void attempts()

@@ -1,4 +1,5 @@
 #include "exchange/host_loop.h"
+#include "support/columns.h"
 
 #include <QtTest>
 
@@ -12,9 +13,9 @@ class TestLimits : public QObject
 private Q_SLOTS:
     void noWordsInABlock_data()
     {
-        QTest::addColumn<QByteArray>("properties");
-        QTest::newRow("0 words") << QByteArray("7#0#0#3#0");
-        QTest::newRow("-60 words") << QByteArray("7#0#0#3#-60");
+        const Columns<QByteArray> row("properties");
+        row("0 words", "7#0#0#3#0");
+        row("-60 words", "7#0#0#3#-60");
     }
 
     // Nothing is merged, so each key and each item is a block. What is cut into pieces has none:
@@ -23,7 +24,7 @@ private Q_SLOTS:
     void noWordsInABlock()
     {
         QFETCH(QByteArray, properties);
-        HostLoop loop(properties.constData());
+        HostLoop loop(properties);
         loop.setPlc("D_W", 10, {1, 2, 3});
         QCOMPARE(loop.monitor({key("D_W", 11, 2), key("D_W", 10), key("M_bit", 35)}), 3);
         QVERIFY(loop.settle());

@@ -1,4 +1,5 @@
 #include "exchange/host_loop.h"
+#include "support/columns.h"
 
 #include <QtTest>
 
@@ -58,15 +59,13 @@ private Q_SLOTS:
 
     void twoWritesOneFails_data()
     {
-        QTest::addColumn<bool>("first");
-        QTest::addColumn<bool>("second");
-        QTest::addColumn<int>("panelAtEnd"); // before the next reading
-        QTest::addColumn<int>("plcAtEnd");
-        QTest::newRow("both taken") << true << true << 0 << 0;
-        QTest::newRow("the first fails") << false << true << 0 << 0;
+        // panelAtEnd: before the next reading
+        const Columns<bool, bool, int, int> row("first", "second", "panelAtEnd", "plcAtEnd");
+        row("both taken", true, true, 0, 0);
+        row("the first fails", false, true, 0, 0);
         // The end of the first one took the second's value for confirmed.
-        QTest::newRow("the second fails") << true << false << 0 << 1;
-        QTest::newRow("both fail") << false << false << 0 << 0;
+        row("the second fails", true, false, 0, 1);
+        row("both fail", false, false, 0, 0);
     }
 
     void twoWritesOneFails()

@@ -1,4 +1,5 @@
 #include "exchange/recipe_loop.h"
+#include "support/columns.h"
 
 #include <QtTest>
 
@@ -28,26 +29,21 @@ private Q_SLOTS:
 
     void blocks_data()
     {
-        QTest::addColumn<Items>("items");
-        QTest::addColumn<QStringList>("requests");
-        QTest::newRow("touching items share a block")
-            << Items{recipeItem("D_W", 10, 2, 0), recipeItem("D_W", 12, 3, 2)}
-            << texts({"01rSB08%DW0001005"});
-        QTest::newRow("overlapping items share a block")
-            << Items{recipeItem("D_W", 10, 3, 0), recipeItem("D_W", 12, 3, 2)}
-            << texts({"01rSB08%DW0001005"});
-        QTest::newRow("no gap is bridged")
-            << Items{recipeItem("D_W", 10, 2, 0), recipeItem("D_W", 13, 2, 2)}
-            << texts({"01rSB08%DW0001002", "01rSB08%DW0001302"});
-        QTest::newRow("no block above the limit")
-            << Items{recipeItem("D_W", 10, 40, 0), recipeItem("D_W", 50, 20, 40),
-                     recipeItem("D_W", 70, 1, 60)}
-            << texts({"01rSB08%DW000103C", "01rSB08%DW0007001"});
-        QTest::newRow("stations and registers in order")
-            << Items{recipeItem(2, "D_W", 0, 1, 0), recipeItem("M_W", 0, 1, 1),
-                     recipeItem("C_W", 0, 1, 2), recipeItem("D_W", 1, 1, 3)}
-            << texts({"01rSB08%DW0000101", "01rSB08%CW0000001", "01rSB08%MW0000001",
-                      "02rSB08%DW0000001"});
+        const Columns<Items, QStringList> row("items", "requests");
+        row("touching items share a block",
+            {recipeItem("D_W", 10, 2, 0), recipeItem("D_W", 12, 3, 2)}, {"01rSB08%DW0001005"});
+        row("overlapping items share a block",
+            {recipeItem("D_W", 10, 3, 0), recipeItem("D_W", 12, 3, 2)}, {"01rSB08%DW0001005"});
+        row("no gap is bridged", {recipeItem("D_W", 10, 2, 0), recipeItem("D_W", 13, 2, 2)},
+            {"01rSB08%DW0001002", "01rSB08%DW0001302"});
+        row("no block above the limit",
+            {recipeItem("D_W", 10, 40, 0), recipeItem("D_W", 50, 20, 40),
+             recipeItem("D_W", 70, 1, 60)},
+            {"01rSB08%DW000103C", "01rSB08%DW0007001"});
+        row("stations and registers in order",
+            {recipeItem(2, "D_W", 0, 1, 0), recipeItem("M_W", 0, 1, 1), recipeItem("C_W", 0, 1, 2),
+             recipeItem("D_W", 1, 1, 3)},
+            {"01rSB08%DW0000101", "01rSB08%CW0000001", "01rSB08%MW0000001", "02rSB08%DW0000001"});
     }
 
     void blocks()
@@ -70,24 +66,17 @@ private Q_SLOTS:
 
     void itemsOfBits_data()
     {
-        QTest::addColumn<Items>("items");
-        QTest::addColumn<QStringList>("requests");
-        QTest::addColumn<QStringList>("changes"); // of D 2 = 0x1234 and M 2 = 0x1234
-        QTest::addColumn<Values>("cached");       // of D 35 and M 35, by the number of the bit
-        QTest::newRow("a data register's bit: zeros over its word")
-            << Items{recipeItem("D_bit", 35, 1, 0)}
-            << texts({"01rSB08%DW0000201", "01wSB08%DW00002010000"}) << texts({"D_W 2=0"})
-            << Values{0x1234, 0};
-        QTest::newRow("several bits: zeros over their word")
-            << Items{recipeItem("M_bit", 35, 3, 0)}
-            << texts({"01rSB08%MW0000201", "01wSB08%MW00002010000"}) << texts({"M_W 2=0"})
-            << Values{0, 0x1234};
-        QTest::newRow("a bit takes the low byte of its word")
-            << Items{recipeItem("M_bit", 32, 1, 0)} << texts({"01wSS0109%MX00002001"})
-            << texts({"M_W 2=4661"}) << Values{0, 0};
-        QTest::newRow("a contact takes 0")
-            << Items{recipeItem("TX", 5, 1, 0)} << texts({"01wSS0109%TX00000500"}) << texts({})
-            << Values{0, 0};
+        // changes: of D 2 = 0x1234 and M 2 = 0x1234
+        // cached: of D 35 and M 35, by the number of the bit
+        const Columns<Items, QStringList, QStringList, Values> row("items", "requests", "changes",
+                                                                   "cached");
+        row("a data register's bit: zeros over its word", {recipeItem("D_bit", 35, 1, 0)},
+            {"01rSB08%DW0000201", "01wSB08%DW00002010000"}, {"D_W 2=0"}, {0x1234, 0});
+        row("several bits: zeros over their word", {recipeItem("M_bit", 35, 3, 0)},
+            {"01rSB08%MW0000201", "01wSB08%MW00002010000"}, {"M_W 2=0"}, {0, 0x1234});
+        row("a bit takes the low byte of its word", {recipeItem("M_bit", 32, 1, 0)},
+            {"01wSS0109%MX00002001"}, {"M_W 2=4661"}, {0, 0});
+        row("a contact takes 0", {recipeItem("TX", 5, 1, 0)}, {"01wSS0109%TX00000500"}, {}, {0, 0});
     }
 
     void itemsOfBits()

@@ -1,4 +1,5 @@
 #include "exchange/recipe_loop.h"
+#include "support/columns.h"
 
 #include <QtTest>
 
@@ -62,10 +63,10 @@ private Q_SLOTS:
 
     void writeFailsInTheMiddle_data()
     {
-        QTest::addColumn<int>("good"); // blocks taken before one is refused
-        QTest::addColumn<int>("changes");
-        QTest::newRow("first block") << 0 << 0;
-        QTest::newRow("second block") << 1 << 5;
+        // good: blocks taken before one is refused
+        const Columns<int, int> row("good", "changes");
+        row("first block", 0, 0);
+        row("second block", 1, 5);
     }
 
     void writeFailsInTheMiddle()
@@ -94,10 +95,9 @@ private Q_SLOTS:
 
     void readFailsInTheMiddle_data()
     {
-        QTest::addColumn<int>("good");
-        QTest::addColumn<Values>("buffer");
-        QTest::newRow("first block") << 0 << Values{1, 2, 3, 4, 5, 6, 7, 8, 9};
-        QTest::newRow("second block") << 1 << Values{11, 12, 13, 14, 15, 6, 7, 8, 9};
+        const Columns<int, Values> row("good", "buffer");
+        row("first block", 0, {1, 2, 3, 4, 5, 6, 7, 8, 9});
+        row("second block", 1, {11, 12, 13, 14, 15, 6, 7, 8, 9});
     }
 
     void readFailsInTheMiddle()

@@ -1,4 +1,5 @@
 #include "exchange/host_loop.h"
+#include "support/columns.h"
 
 #include <QtTest>
 
@@ -160,13 +161,11 @@ private Q_SLOTS:
 
     void noRecipesWithoutABlock_data()
     {
-        QTest::addColumn<bool>("block");
-        QTest::addColumn<bool>("buffer");
-        QTest::addColumn<bool>("lock");
-        QTest::newRow("no shared block") << false << true << true;
-        QTest::newRow("no recipe buffer") << true << false << true;
-        QTest::newRow("no lock") << true << true << false;
-        QTest::newRow("nothing") << false << false << false;
+        const Columns<bool, bool, bool> row("block", "buffer", "lock");
+        row("no shared block", false, true, true);
+        row("no recipe buffer", true, false, true);
+        row("no lock", true, true, false);
+        row("nothing", false, false, false);
     }
 
     void noRecipesWithoutABlock()
@@ -192,43 +191,41 @@ private Q_SLOTS:
 
     void cacheOnly_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("address");
-        QTest::addColumn<int>("written");
-        QTest::newRow("word") << QString::fromLatin1("D_W") << 100 << 9;
-        QTest::newRow("contact") << QString::fromLatin1("TX") << 7 << 1;
+        const Columns<QByteArray, int, int> row("name", "address", "written");
+        row("word", "D_W", 100, 9);
+        row("contact", "TX", 7, 1);
     }
 
     // The panel sees what it writes, the PLC never does; a reading that brings something new ends
     // it.
     void cacheOnly()
     {
-        QFETCH(QString, name);
+        QFETCH(QByteArray, name);
         QFETCH(int, address);
         QFETCH(int, written);
-        const QByteArray reg = name.toLatin1();
-        const QString call = QString::fromLatin1("7 1 %1 %2").arg(name).arg(address);
+        const QString call =
+            QString::fromLatin1("7 1 %1 %2").arg(QString::fromLatin1(name)).arg(address);
         HostLoop loop;
         loop.start("7#1#0#3#60");
-        QVERIFY(loop.show({key(reg.constData(), address)}));
-        loop.write(reg.constData(), address, {written});
+        QVERIFY(loop.show({key(name, address)}));
+        loop.write(name, address, {written});
         loop.forget();
         loop.turns(20);
         QCOMPARE(loop.requests().filter(QLatin1String("w")), QStringList());
         QCOMPARE(loop.plcChanges(), QStringList());
-        QCOMPARE(loop.inPanel(reg.constData(), address), Values{written});
+        QCOMPARE(loop.inPanel(name, address), Values{written});
         QCOMPARE(HostLoop::calls(), QStringList());
 
-        loop.setPlc(reg.constData(), address, {1});
+        loop.setPlc(name, address, {1});
         QVERIFY(loop.settle());
-        QCOMPARE(loop.inPanel(reg.constData(), address), Values{1});
+        QCOMPARE(loop.inPanel(name, address), Values{1});
         QCOMPARE(HostLoop::calls(), QStringList(call));
 
         // With the mode switched off the same write goes out.
         loop.start();
-        loop.write(reg.constData(), address, {0});
+        loop.write(name, address, {0});
         QVERIFY(loop.settle());
-        QCOMPARE(loop.inPlc(reg.constData(), address), Values{0});
+        QCOMPARE(loop.inPlc(name, address), Values{0});
         QCOMPARE(loop.differences(), QStringList());
     }
 

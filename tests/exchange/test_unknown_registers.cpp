@@ -1,4 +1,5 @@
 #include "exchange/host_loop.h"
+#include "support/columns.h"
 
 #include <QtTest>
 
@@ -55,9 +56,9 @@ private Q_SLOTS:
 
     void recipeItemHoldsUpEverything_data()
     {
-        QTest::addColumn<int>("direction");
-        QTest::newRow("write") << static_cast<int>(Recipe::Write);
-        QTest::newRow("read") << static_cast<int>(Recipe::Read);
+        const Columns<int> row("direction");
+        row("write", static_cast<int>(Recipe::Write));
+        row("read", static_cast<int>(Recipe::Read));
     }
 
     void recipeItemHoldsUpEverything()

@@ -1,4 +1,5 @@
 #include "exchange/host_loop.h"
+#include "support/columns.h"
 
 #include <QtTest>
 
@@ -60,12 +61,9 @@ class TestWriteFlood : public QObject
 private Q_SLOTS:
     void twelveWrites_data()
     {
-        QTest::addColumn<Keys>("keys");
-        QTest::addColumn<QString>("pattern");
-        QTest::newRow("a cyclic read after ten")
-            << Keys{key("D_W", 0, 12)} << QString::fromLatin1("W10 R1 W2 R7");
-        QTest::newRow("without cyclic reads one idle turn after ten")
-            << Keys() << QString::fromLatin1("W10 -1 W2 -7");
+        const Columns<Keys, QString> row("keys", "pattern");
+        row("a cyclic read after ten", {key("D_W", 0, 12)}, "W10 R1 W2 R7");
+        row("without cyclic reads one idle turn after ten", Keys(), "W10 -1 W2 -7");
     }
 
     void twelveWrites()
@@ -116,13 +114,9 @@ private Q_SLOTS:
 
     void sixHundredWrites_data()
     {
-        QTest::addColumn<Keys>("keys");
-        QTest::addColumn<QString>("between");
-        QTest::addColumn<QString>("end");
-        QTest::newRow("with cyclic reads") << Keys{key("D_W", 0, 60)} << QString::fromLatin1(" R1 ")
-                                           << QString::fromLatin1(" R1 W3 R4");
-        QTest::newRow("without") << Keys() << QString::fromLatin1(" -1 ")
-                                 << QString::fromLatin1(" -1 W3 -4");
+        const Columns<Keys, QString, QString> row("keys", "between", "end");
+        row("with cyclic reads", {key("D_W", 0, 60)}, " R1 ", " R1 W3 R4");
+        row("without", Keys(), " -1 ", " -1 W3 -4");
     }
 
     // 513 writes wait at most; each further one takes the place of the last.
@@ -153,12 +147,11 @@ private Q_SLOTS:
 
     void queueLimit_data()
     {
-        QTest::addColumn<int>("writes");
-        QTest::addColumn<int>("sent");
-        QTest::newRow("512") << 512 << 512;
-        QTest::newRow("513") << 513 << 513;
-        QTest::newRow("514: one is displaced") << 514 << 513;
-        QTest::newRow("515") << 515 << 513;
+        const Columns<int, int> row("writes", "sent");
+        row("512", 512, 512);
+        row("513", 513, 513);
+        row("514: one is displaced", 514, 513);
+        row("515", 515, 513);
     }
 
     void queueLimit()
@@ -230,20 +223,17 @@ private Q_SLOTS:
 
     void longWrites_data()
     {
-        QTest::addColumn<int>("words");
-        QTest::addColumn<int>("limit");
-        QTest::addColumn<QStringList>("names"); // address and count of each request
-        QTest::newRow("58 words in one") << 58 << 58 << texts({"002003A"});
-        QTest::newRow("59 words in two") << 59 << 58 << texts({"002003A", "0025801"});
-        QTest::newRow("300 words in six")
-            << 300 << 58
-            << texts({"002003A", "002583A", "003163A", "003743A", "004323A", "004900A"});
-        QTest::newRow("blocks of 7") << 16 << 7 << texts({"0020007", "0020707", "0021402"});
-        QTest::newRow("the largest request of all")
-            << 512 << 58
-            << texts({"002003A", "002583A", "003163A", "003743A", "004323A", "004903A", "005483A",
-                      "006063A", "0066430"});
-        QTest::newRow("513 words do not fit a request") << 513 << 58 << QStringList();
+        // names: address and count of each request
+        const Columns<int, int, QStringList> row("words", "limit", "names");
+        row("58 words in one", 58, 58, {"002003A"});
+        row("59 words in two", 59, 58, {"002003A", "0025801"});
+        row("300 words in six", 300, 58,
+            {"002003A", "002583A", "003163A", "003743A", "004323A", "004900A"});
+        row("blocks of 7", 16, 7, {"0020007", "0020707", "0021402"});
+        row("the largest request of all", 512, 58,
+            {"002003A", "002583A", "003163A", "003743A", "004323A", "004903A", "005483A", "006063A",
+             "0066430"});
+        row("513 words do not fit a request", 513, 58, {});
     }
 
     void longWrites()

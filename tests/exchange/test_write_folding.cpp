@@ -1,4 +1,5 @@
 #include "exchange/host_loop.h"
+#include "support/columns.h"
 
 #include <QtTest>
 
@@ -26,48 +27,36 @@ class TestWriteFolding : public QObject
 private Q_SLOTS:
     void foldsInPlace_data()
     {
-        QTest::addColumn<QList<Write>>("writes");
-        QTest::addColumn<QStringList>("requests");
-        QTest::addColumn<QStringList>("changes");
+        const Columns<QList<Write>, QStringList, QStringList> row("writes", "requests", "changes");
         const Write head = {1, "D_W", 0, {1}};
-        QTest::newRow("a repeated write keeps its place")
-            << QList<Write>{head, {1, "D_W", 10, {2}}, {1, "D_W", 20, {3}}, {1, "D_W", 10, {4}}}
-            << texts({"01wSB08%DW00000010001", "01wSB08%DW00010010004", "01wSB08%DW00020010003"})
-            << texts({"D_W 0=1", "D_W 10=4", "D_W 20=3"});
-        QTest::newRow("again and again")
-            << QList<Write>{head, {1, "D_W", 10, {2}}, {1, "D_W", 10, {3}}, {1, "D_W", 10, {4}}}
-            << texts({"01wSB08%DW00000010001", "01wSB08%DW00010010004"})
-            << texts({"D_W 0=1", "D_W 10=4"});
-        QTest::newRow("the first one is not folded, the second is")
-            << QList<Write>{head, {1, "D_W", 0, {2}}, {1, "D_W", 0, {3}}}
-            << texts({"01wSB08%DW00000010001", "01wSB08%DW00000010003"}) << texts({"D_W 0=3"});
-        QTest::newRow("another count is another request")
-            << QList<Write>{head, {1, "D_W", 10, {2}}, {1, "D_W", 10, {3, 4}}, {1, "D_W", 10, {5}}}
-            << texts(
-                   {"01wSB08%DW00000010001", "01wSB08%DW00010010005", "01wSB08%DW000100200030004"})
-            << texts({"D_W 0=1", "D_W 10=3", "D_W 11=4"});
-        QTest::newRow("another station is another request")
-            << QList<Write>{head, {1, "D_W", 10, {2}}, {2, "D_W", 10, {3}}}
-            << texts({"01wSB08%DW00000010001", "01wSB08%DW00010010002", "02wSB08%DW00010010003"})
-            << texts({"D_W 0=1", "D_W 10=2"});
-        QTest::newRow("another register is another request")
-            << QList<Write>{head,
-                            {1, "M_W", 1, {0x0F0F}},
-                            {1, "M_bit", 20, {1}},
-                            {1, "M_W", 1, {0xF000}}}
-            << texts({"01wSB08%DW00000010001", "01wSB08%MW0000101F000", "01wSS0109%MX00001401"})
-            << texts({"M_W 1=61456", "D_W 0=1"});
-        QTest::newRow("bits fold by bit")
-            << QList<Write>{head,
-                            {1, "M_bit", 20, {1}},
-                            {1, "M_bit", 21, {1}},
-                            {1, "M_bit", 20, {0}}}
-            << texts({"01wSB08%DW00000010001", "01wSS0109%MX00001400", "01wSS0109%MX00001501"})
-            << texts({"M_W 1=32", "D_W 0=1"});
-        QTest::newRow("contacts fold one by one")
-            << QList<Write>{head, {1, "TX", 5, {1, 1}}, {1, "TX", 6, {0}}}
-            << texts({"01wSB08%DW00000010001", "01wSS0109%TX00000501", "01wSS0109%TX00000600"})
-            << texts({"TX 5=1", "D_W 0=1"});
+        row("a repeated write keeps its place",
+            {head, {1, "D_W", 10, {2}}, {1, "D_W", 20, {3}}, {1, "D_W", 10, {4}}},
+            {"01wSB08%DW00000010001", "01wSB08%DW00010010004", "01wSB08%DW00020010003"},
+            {"D_W 0=1", "D_W 10=4", "D_W 20=3"});
+        row("again and again",
+            {head, {1, "D_W", 10, {2}}, {1, "D_W", 10, {3}}, {1, "D_W", 10, {4}}},
+            {"01wSB08%DW00000010001", "01wSB08%DW00010010004"}, {"D_W 0=1", "D_W 10=4"});
+        row("the first one is not folded, the second is",
+            {head, {1, "D_W", 0, {2}}, {1, "D_W", 0, {3}}},
+            {"01wSB08%DW00000010001", "01wSB08%DW00000010003"}, {"D_W 0=3"});
+        row("another count is another request",
+            {head, {1, "D_W", 10, {2}}, {1, "D_W", 10, {3, 4}}, {1, "D_W", 10, {5}}},
+            texts({"01wSB08%DW00000010001", "01wSB08%DW00010010005", "01wSB08%DW000100200030004"}),
+            {"D_W 0=1", "D_W 10=3", "D_W 11=4"});
+        row("another station is another request", {head, {1, "D_W", 10, {2}}, {2, "D_W", 10, {3}}},
+            {"01wSB08%DW00000010001", "01wSB08%DW00010010002", "02wSB08%DW00010010003"},
+            {"D_W 0=1", "D_W 10=2"});
+        row("another register is another request",
+            {head, {1, "M_W", 1, {0x0F0F}}, {1, "M_bit", 20, {1}}, {1, "M_W", 1, {0xF000}}},
+            {"01wSB08%DW00000010001", "01wSB08%MW0000101F000", "01wSS0109%MX00001401"},
+            {"M_W 1=61456", "D_W 0=1"});
+        row("bits fold by bit",
+            {head, {1, "M_bit", 20, {1}}, {1, "M_bit", 21, {1}}, {1, "M_bit", 20, {0}}},
+            {"01wSB08%DW00000010001", "01wSS0109%MX00001400", "01wSS0109%MX00001501"},
+            {"M_W 1=32", "D_W 0=1"});
+        row("contacts fold one by one", {head, {1, "TX", 5, {1, 1}}, {1, "TX", 6, {0}}},
+            {"01wSB08%DW00000010001", "01wSS0109%TX00000501", "01wSS0109%TX00000600"},
+            {"TX 5=1", "D_W 0=1"});
     }
 
     void foldsInPlace()

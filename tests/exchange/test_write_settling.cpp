@@ -1,4 +1,5 @@
 #include "exchange/host_loop.h"
+#include "support/columns.h"
 
 #include <QtTest>
 
@@ -14,19 +15,11 @@ class TestWriteSettling : public QObject
 private Q_SLOTS:
     void outcomes_data()
     {
-        QTest::addColumn<Keys>("keys");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("address");
-        QTest::addColumn<QStringList>("atOnce");  // heard when it writes 1 over 0
-        QTest::addColumn<QStringList>("settled"); // heard when the PLC has taken it
-        QTest::addColumn<QStringList>("failed");  // heard when it is given up
-        const auto row = [](const char *rowName, const Keys &keys, const char *name, int address,
-                            std::initializer_list<const char *> atOnce,
-                            std::initializer_list<const char *> settled,
-                            std::initializer_list<const char *> failed) {
-            QTest::newRow(rowName) << keys << QString::fromLatin1(name) << address << texts(atOnce)
-                                   << texts(settled) << texts(failed);
-        };
+        // atOnce: heard when it writes 1 over 0
+        // settled: heard when the PLC has taken it
+        // failed: heard when it is given up
+        const Columns<Keys, QByteArray, int, QStringList, QStringList, QStringList> row(
+            "keys", "name", "address", "atOnce", "settled", "failed");
         row("word", {key("D_W", 100)}, "D_W", 100, {"7 1 D_W 100"}, {}, {"7 1 D_W 100"});
         row("word watched by bits", {key("M_bit", 48), key("M_bit", 49)}, "M_W", 3,
             {"7 1 M_bit 48"}, {}, {"7 1 M_bit 48"});
@@ -52,12 +45,11 @@ private Q_SLOTS:
     void outcomes()
     {
         QFETCH(Keys, keys);
-        QFETCH(QString, name);
+        QFETCH(QByteArray, name);
         QFETCH(int, address);
         QFETCH(QStringList, atOnce);
         QFETCH(QStringList, settled);
         QFETCH(QStringList, failed);
-        const QByteArray reg = name.toLatin1();
         for (const bool good : {true, false}) {
             HostLoop loop;
             QVERIFY(loop.show(keys));
@@ -65,19 +57,19 @@ private Q_SLOTS:
             if (!good) {
                 loop.refuse(3);
             }
-            loop.write(reg.constData(), address, {1});
+            loop.write(name, address, {1});
             QCOMPARE(HostLoop::calls(), atOnce);
-            QCOMPARE(loop.inPanel(reg.constData(), address), Values{1});
+            QCOMPARE(loop.inPanel(name, address), Values{1});
             QCOMPARE(loop.plcChanges(), QStringList());
 
             for (int turn = 0; turn < 3 && !driver.pendingWrites.isEmpty(); ++turn) {
                 QCOMPARE(HostLoop::calls(), atOnce);
-                QCOMPARE(loop.inPanel(reg.constData(), address), Values{1});
+                QCOMPARE(loop.inPanel(name, address), Values{1});
                 QVERIFY(loop.turn());
             }
             QVERIFY(driver.pendingWrites.isEmpty());
             QCOMPARE(HostLoop::calls(), atOnce + (good ? settled : failed));
-            QCOMPARE(loop.inPanel(reg.constData(), address), Values{good ? 1 : 0});
+            QCOMPARE(loop.inPanel(name, address), Values{good ? 1 : 0});
             QCOMPARE(loop.plcChanges().size(), good ? 1 : 0);
             QCOMPARE(loop.differences(), QStringList());
 

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <initializer_list>
+
+#include <QtCore/QStringList>
+#include <QtTest/QtTest>
+
+/// How a row gives the values of a column: texts and lists of them without their types.
+template <typename Type>
+struct Given
+{
+    typedef Type Value;
+};
+
+struct GivenText
+{
+    GivenText(const char *latin)
+        : text(QString::fromLatin1(latin))
+    {}
+    GivenText(const QString &given)
+        : text(given)
+    {}
+    operator QString() const { return text; }
+
+    QString text;
+};
+
+struct GivenTexts
+{
+    GivenTexts(std::initializer_list<const char *> latin)
+    {
+        for (const char *text : latin) {
+            texts.append(QString::fromLatin1(text));
+        }
+    }
+    GivenTexts(const QStringList &given)
+        : texts(given)
+    {}
+    operator QStringList() const { return texts; }
+
+    QStringList texts;
+};
+
+template <>
+struct Given<QString>
+{
+    typedef GivenText Value;
+};
+
+template <>
+struct Given<QStringList>
+{
+    typedef GivenTexts Value;
+};
+
+/// The table of a test:
+///
+///     const Columns<QByteArray, int> row("name", "address");
+///     row("the first word", "D_W", 0);
+template <typename... Types>
+class Columns
+{
+public:
+    template <typename... Names>
+    explicit Columns(Names... names)
+    {
+        const int added[] = {(QTest::addColumn<Types>(names), 0)...};
+        (void)added;
+    }
+
+    void operator()(const char *name, const typename Given<Types>::Value &...values) const
+    {
+        QTestData &row = QTest::newRow(name);
+        const int added[] = {(row << static_cast<Types>(values), 0)...};
+        (void)added;
+    }
+};
