@@ -1,6 +1,6 @@
 #pragma once
 
-#include "exchange/host_loop.h"
+#include "exchange/exchange_test.h"
 
 namespace exchange {
 
@@ -54,6 +54,18 @@ struct RecipeLoop : HostLoop
         setPlc(1, "D_W", 19, {92, 16, 17, 93});
         setPlc(2, "M_W", 4, {94, 18, 95});
     }
+};
+
+/** Each test has such a loop. */
+class RecipeTest : public QObject
+{
+    Q_OBJECT
+
+protected:
+    RecipeLoop loop;
+
+private Q_SLOTS:
+    void init() { renew(loop); }
 };
 
 } // namespace exchange

@@ -1,4 +1,4 @@
-#include "exchange/host_loop.h"
+#include "exchange/exchange_test.h"
 #include "support/columns.h"
 
 #include <QtTest>
@@ -7,7 +7,7 @@ using namespace exchange;
 
 using plc::FaultKind;
 
-class TestBitWrites : public QObject
+class TestBitWrites : public ExchangeTest
 {
     Q_OBJECT
 
@@ -38,7 +38,6 @@ private Q_SLOTS:
         QFETCH(int, address);
         QFETCH(int, word);
         QFETCH(int, value);
-        HostLoop loop;
         loop.setPlc((name.left(2) + "W").constData(), address / 16, {word});
         loop.write(name, address, {value});
         QVERIFY(loop.settle());
@@ -65,7 +64,6 @@ private Q_SLOTS:
         QFETCH(QByteArray, name);
         QFETCH(bool, queued);
         const Values bits{0, 1, 1, 0, 1, 0, 0, 0, 1, 1, 1, 1, 0, 0, 1, 0, 1, 1, 0, 1, 1, 0, 1, 0};
-        HostLoop loop;
         loop.setPlc(name, 32, {1, 1, 1, 1, 1, 1, 1, 1});
         QVERIFY(loop.show({key(name, 32, 32)}));
         for (int i = 0; i < bits.size(); ++i) {
@@ -101,7 +99,7 @@ private Q_SLOTS:
         QFETCH(Values, values);
         QFETCH(QString, written);
         for (const char *name : {"M_bit", "D_bit"}) {
-            HostLoop loop;
+            renew(loop);
             const char word[] = {name[0], '_', 'W', '\0'};
             loop.setPlc(word, 1, {0xFFFF, 0xA5C3, 0xFFFF});
             QVERIFY(loop.show({key(name, 16, 48)}));
@@ -125,7 +123,6 @@ private Q_SLOTS:
     // it until it reads.
     void bitsBeyondTheCoveredWords()
     {
-        HostLoop loop;
         QVERIFY(loop.show({key("M_bit", 32, 32)}));
         loop.write("M_bit", 47, {1, 1});
         QCOMPARE(loop.turns(2), (Values{1, 1}));
@@ -149,7 +146,6 @@ private Q_SLOTS:
     void twoWordsAreSpoilt()
     {
         QFETCH(int, bits);
-        HostLoop loop;
         loop.setPlc("M_W", 2, {0x1234, 0x5678});
         QVERIFY(loop.show({key("M_bit", 32, 32)}));
         Values values;
@@ -169,7 +165,6 @@ private Q_SLOTS:
     // takes its values from twice as far into the panel's bytes: here from behind them.
     void longWriteTakesTheWrongValues()
     {
-        HostLoop loop;
         loop.start("7#0#0#3#2");
         const Values ones{1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
         loop.write("M_bit", 0, ones);
@@ -201,7 +196,6 @@ private Q_SLOTS:
         QFETCH(int, value);
         QFETCH(int, shown);
         QFETCH(int, held);
-        HostLoop loop;
         loop.write(regName, 35, {value});
         QCOMPARE(loop.inPanel(regName, 35), Values{shown});
         QVERIFY(loop.settle());
@@ -215,7 +209,6 @@ private Q_SLOTS:
     // those that the panel knows. What the PLC changes between the halves is overwritten.
     void modifiesWhatThePlcHolds()
     {
-        HostLoop loop;
         QVERIFY(loop.show({key("D_W", 100)}));
         loop.setPlc("D_W", 100, {0x0F00});
         loop.write("D_bit", 1600, {1});
@@ -245,7 +238,6 @@ private Q_SLOTS:
         QFETCH(int, good);
         QFETCH(int, times);
         QFETCH(Values, results);
-        HostLoop loop;
         loop.setPlc("D_W", 100, {0x1230});
         QVERIFY(loop.show({key("D_bit", 1600, 16)}));
         loop.write("D_bit", 1600, {1});

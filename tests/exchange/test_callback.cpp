@@ -1,16 +1,16 @@
-#include "exchange/host_loop.h"
+#include "exchange/exchange_test.h"
 #include "support/columns.h"
 
 #include <QtTest>
 
 using namespace exchange;
 
-using Scenario = std::function<void(HostLoop &)>;
+using Scenario = std::function<void()>;
 Q_DECLARE_METATYPE(Scenario)
 
 // A panel that reads, writes and asks for readings from within the change callback, at every place
 // from which it is called.
-class TestCallback : public QObject
+class TestCallback : public ExchangeTest
 {
     Q_OBJECT
 
@@ -22,22 +22,22 @@ private Q_SLOTS:
             QTest::newRow(name) << scenario;
         };
         const Values eight{1, 2, 3, 4, 5, 6, 7, 8};
-        row("words that are read", [eight](HostLoop &loop) {
+        row("words that are read", [=] {
             loop.setPlc("D_W", 100, eight);
             loop.turn();
         });
-        row("bits that are read", [](HostLoop &loop) {
+        row("bits that are read", [this] {
             loop.setPlc("M_W", 2, {0x00FF, 0xFF00});
             loop.turns(2);
         });
-        row("contacts that are read", [](HostLoop &loop) {
+        row("contacts that are read", [this] {
             loop.setPlc("TX", 5, {1, 1});
             loop.turns(4);
         });
-        const auto writes = [row](const char *written, const char *failed, const char *name,
-                                  int address, const Values &values) {
-            row(written, [=](HostLoop &loop) { loop.write(name, address, values); });
-            row(failed, [=](HostLoop &loop) {
+        const auto writes = [this, row](const char *written, const char *failed, const char *name,
+                                        int address, const Values &values) {
+            row(written, [=] { loop.write(name, address, values); });
+            row(failed, [=] {
                 loop.refuse(3);
                 loop.write(name, address, values);
                 loop.turns(3);
@@ -46,20 +46,20 @@ private Q_SLOTS:
         writes("words that the panel writes", "words whose write failed", "D_W", 100, eight);
         writes("bits that the panel writes", "bits whose write failed", "M_bit", 34, {1, 1, 0, 1});
         writes("contacts that the panel writes", "contact whose write failed", "TX", 5, {1, 1});
-        row("bits whose write was taken", [](HostLoop &loop) {
+        row("bits whose write was taken", [this] {
             loop.write("M_bit", 35, {1});
             loop.turns(1);
         });
-        row("end of a reading", [](HostLoop &loop) {
+        row("end of a reading", [this] {
             loop.readOnce("C_W", 0, 1);
             loop.turns(1);
         });
-        row("failure of a reading", [](HostLoop &loop) {
+        row("failure of a reading", [this] {
             loop.refuse(3);
             loop.readOnce("C_W", 0, 1);
             loop.turns(3);
         });
-        row("words of a recipe", [](HostLoop &loop) {
+        row("words of a recipe", [this] {
             loop.setRecipe({recipeItem("D_W", 300, 4, 0), recipeItem("D_W", 304, 4, 4)});
             loop.request(Recipe::Read);
             loop.turns(1);
@@ -69,7 +69,6 @@ private Q_SLOTS:
     void usesTheDriver()
     {
         QFETCH(Scenario, scenario);
-        HostLoop loop;
         loop.monitor({key("D_W", 100, 8), key("M_bit", 32, 32), key("TX", 5), key("TX", 6)});
         int calls = 0;
         QList<KEY_ADDRESS> written;
@@ -84,7 +83,7 @@ private Q_SLOTS:
             loop.readOnce("D_W", fresh + 5, 3);
             QCOMPARE(loop.inPanel("D_W", fresh, 2), (Values{calls, calls + 1}));
         });
-        scenario(loop);
+        scenario();
         const int heard = calls;
         QVERIFY(heard > 0);
         HostLoop::setCallbackHandler({});
@@ -101,7 +100,6 @@ private Q_SLOTS:
     // call.
     void writesBackWhatItHears()
     {
-        HostLoop loop;
         QVERIFY(loop.show({key("D_W", 100), key("D_W", 101)}));
         int depth = 0;
         int deepest = 0;
@@ -138,7 +136,6 @@ private Q_SLOTS:
         QFETCH(int, address);
         QFETCH(int, innerAddress);
         QFETCH(int, innerValue);
-        HostLoop loop;
         QVERIFY(loop.show({key("M_W", 2)}));
         int depth = 0;
         HostLoop::setCallbackHandler([&](const QString &) {
@@ -156,7 +153,6 @@ private Q_SLOTS:
 
     void none()
     {
-        HostLoop loop;
         loop.monitor({key("D_W", 100), key("M_bit", 35), key("TX", 5)});
         intf_setAddrValueChangeCallBack(nullptr);
         loop.setPlc("D_W", 100, {5});

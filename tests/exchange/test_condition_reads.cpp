@@ -1,4 +1,4 @@
-#include "exchange/host_loop.h"
+#include "exchange/exchange_test.h"
 #include "support/columns.h"
 
 #include <QtTest>
@@ -12,7 +12,7 @@ static const QString kGood = QString::fromLatin1("-1 -1 -1 0");
 static const QString kFailed = QString::fromLatin1("-1 -1 -1 -1");
 
 // One-off reads and their end signal: device -1, station -1, name "-1", and 0, or -1 for a failure.
-class TestConditionReads : public QObject
+class TestConditionReads : public ExchangeTest
 {
     Q_OBJECT
 
@@ -28,7 +28,6 @@ private Q_SLOTS:
     void registers()
     {
         QFETCH(QByteArray, name);
-        HostLoop loop;
         loop.setPlc(name, 30, {0x1234, 0xFEDC});
         loop.readOnce(name, 30, 2);
         QCOMPARE(HostLoop::calls(), QStringList());
@@ -42,7 +41,6 @@ private Q_SLOTS:
 
     void changesBeforeTheSignal()
     {
-        HostLoop loop;
         QVERIFY(loop.show({key("D_W", 101), key("D_bit", 1600)}));
         loop.setPlc("D_W", 100, {1, 2, 3});
         loop.readOnce("D_W", 100, 3);
@@ -68,7 +66,6 @@ private Q_SLOTS:
         QFETCH(int, times);
         QFETCH(Values, results);
         QFETCH(QString, signal);
-        HostLoop loop;
         loop.addStation(1).faults.add({kind, 0x1132, 0x1132, times});
         loop.setPlc("D_W", 100, {5});
         loop.readOnce("D_W", 100, 1);
@@ -89,7 +86,6 @@ private Q_SLOTS:
     // The host waits for the read that it asked for last; the ends of the others are not told.
     void onlyTheLastIsSignalled()
     {
-        HostLoop loop;
         loop.setPlc("D_W", 100, {1, 2, 3});
         for (const int address : {100, 101, 102}) {
             loop.readOnce("D_W", address, 1);
@@ -114,7 +110,6 @@ private Q_SLOTS:
     void failureDropsAll()
     {
         QFETCH(int, good);
-        HostLoop loop;
         loop.setPlc("D_W", 100, {1, 2, 3});
         for (const int address : {100, 101, 102}) {
             loop.readOnce("D_W", address, 1);
@@ -130,7 +125,6 @@ private Q_SLOTS:
 
     void pieces()
     {
-        HostLoop loop;
         Values values;
         for (int i = 0; i < 150; ++i) {
             values += i + 1;
@@ -146,7 +140,6 @@ private Q_SLOTS:
 
     void bitsAreNotRead()
     {
-        HostLoop loop;
         loop.setPlc("M_bit", 35, {1});
         loop.readOnce("M_bit", 35, 3);
         loop.readOnce("D_bit", 35, 1);
@@ -159,7 +152,6 @@ private Q_SLOTS:
     // A read like one that waits takes its place, unless that one is the next to go.
     void folding()
     {
-        HostLoop loop;
         for (const int address : {1, 2, 3, 2, 2, 3}) {
             loop.readOnce("D_W", address, 1);
         }
@@ -172,7 +164,6 @@ private Q_SLOTS:
     // A read like the next one to go is read a second time, and both ends are told.
     void likeTheHead()
     {
-        HostLoop loop;
         for (int i = 0; i < 4; ++i) {
             loop.readOnce("D_W", 1, 1);
         }
@@ -199,7 +190,6 @@ private Q_SLOTS:
         QFETCH(int, writes);
         QFETCH(int, reads);
         QFETCH(bool, cyclic);
-        HostLoop loop;
         if (cyclic) {
             loop.monitor({key("M_W", 0)});
         }
@@ -228,7 +218,6 @@ private Q_SLOTS:
 
     void limit()
     {
-        HostLoop loop;
         for (int address = 0; address < 600; ++address) {
             loop.setPlc("D_W", address, {1});
             loop.readOnce("D_W", address, 1);
@@ -253,7 +242,6 @@ private Q_SLOTS:
     {
         QFETCH(bool, good);
         QFETCH(int, address);
-        HostLoop loop;
         if (!good) {
             loop.unit().faults.add({FaultKind::Silence, 0, 0, 3});
         }

@@ -1,4 +1,4 @@
-#include "exchange/host_loop.h"
+#include "exchange/exchange_test.h"
 
 #include <QtTest>
 
@@ -7,7 +7,7 @@ using namespace exchange;
 using plc::FaultKind;
 
 // The output contacts of timers and counters, which go one to a frame.
-class TestContacts : public QObject
+class TestContacts : public ExchangeTest
 {
     Q_OBJECT
 
@@ -15,7 +15,6 @@ private Q_SLOTS:
     // A frame reads one contact, whatever the count of its key: the others of the key stay off.
     void oneOfAKeyIsRead()
     {
-        HostLoop loop;
         loop.setPlc("TX", 4, {1, 1, 1});
         QVERIFY(loop.show({key("TX", 4, 3)}));
         QCOMPARE(loop.requests().first(), QLatin1String("01rSS0107%TX0004"));
@@ -27,7 +26,6 @@ private Q_SLOTS:
     // first.
     void readingOfAKeyUndoesWrites()
     {
-        HostLoop loop;
         loop.monitor({key("TX", 4, 3)});
         loop.write("TX", 4, {1, 1, 1});
         QCOMPARE(loop.turns(3), (Values{1, 1, 1}));
@@ -43,7 +41,6 @@ private Q_SLOTS:
     // are taken from what follows the data: the end of the answer and its block check.
     void readingOnceUndoesFifteenMore()
     {
-        HostLoop loop;
         Values ones;
         for (int i = 0; i < 18; ++i) {
             ones += 1;
@@ -61,7 +58,6 @@ private Q_SLOTS:
 
     void writes()
     {
-        HostLoop loop;
         loop.setPlc("TX", 20, {1});
         loop.write("TX", 9, {1, 0, 1});
         loop.write("CX", 255, {1});
@@ -77,7 +73,6 @@ private Q_SLOTS:
 
     void eachSettlesAlone()
     {
-        HostLoop loop;
         QVERIFY(loop.show({key("TX", 5), key("TX", 6), key("TX", 7)}));
         loop.write("TX", 5, {1, 1, 1});
         loop.forget();
@@ -95,7 +90,6 @@ private Q_SLOTS:
     // still waits.
     void readingEndsTheWait()
     {
-        HostLoop loop;
         loop.setPlc("TX", 5, {1});
         QVERIFY(loop.show({key("TX", 5)}));
         for (int address = 0; address < 10; ++address) {

@@ -1,4 +1,4 @@
-#include "exchange/host_loop.h"
+#include "exchange/exchange_test.h"
 #include "exchange/memory_changes.h"
 #include "support/columns.h"
 
@@ -6,7 +6,7 @@
 
 using namespace exchange;
 
-class TestCyclicReads : public QObject
+class TestCyclicReads : public ExchangeTest
 {
     Q_OBJECT
 
@@ -40,7 +40,6 @@ private Q_SLOTS:
         QFETCH(int, address);
         QFETCH(Values, values);
         const int count = static_cast<int>(values.size());
-        HostLoop loop;
         loop.addStation(31);
         QCOMPARE(loop.monitor({key(31, name, address, count)}), 1);
         for (const int value : loop.inPanel(31, name, address, count)) {
@@ -84,7 +83,6 @@ private Q_SLOTS:
         QFETCH(int, address);
         QFETCH(int, before);
         QFETCH(int, after);
-        HostLoop loop;
         loop.setPlc(name, address, {before});
         QVERIFY(loop.show(keys));
 
@@ -98,7 +96,6 @@ private Q_SLOTS:
 
     void unchangedValuesAreSilent()
     {
-        HostLoop loop;
         loop.setPlc("D_W", 11, {4});
         loop.monitor({key("D_W", 10, 3), key("TX", 1), key("D_bit", 160, 16)});
         loop.turns(10);
@@ -132,7 +129,6 @@ private Q_SLOTS:
         QFETCH(Keys, keys);
         QFETCH(int, blockWords);
         QFETCH(QStringList, requests);
-        HostLoop loop;
         loop.start((QByteArray("7#0#0#3#") + QByteArray::number(blockWords)).constData());
         for (const int station : {1, 2}) {
             loop.addStation(station);
@@ -153,7 +149,6 @@ private Q_SLOTS:
     // the host's business.
     void blockBeyondThePlc()
     {
-        HostLoop loop;
         loop.setPlc("D_W", 0, {1});
         QCOMPARE(loop.monitor({key("D_W", 0, 61), key("D_W", 200)}), 2);
         QCOMPARE(loop.turns(4), (Values{8, 8, 2, 1}));
@@ -175,7 +170,6 @@ private Q_SLOTS:
     void rotation()
     {
         QFETCH(int, blocks);
-        HostLoop loop;
         Keys keys;
         for (int i = 0; i < blocks; ++i) {
             keys += key("D_W", 1000 * i);
@@ -191,7 +185,6 @@ private Q_SLOTS:
 
     void stationsStayApart()
     {
-        HostLoop loop;
         Keys keys;
         for (const int station : {0, 1, 2, 31}) {
             loop.addStation(station);
@@ -209,7 +202,6 @@ private Q_SLOTS:
 
     void silentStation()
     {
-        HostLoop loop;
         loop.addStation(3);
         loop.setPlc("D_W", 0, {11});
         loop.setPlc(3, "D_W", 0, {33});
@@ -239,7 +231,6 @@ private Q_SLOTS:
     void silentStationIsLeftOut()
     {
         const Keys others{key("D_W", 0), key(3, "D_W", 0)};
-        HostLoop loop;
         loop.addStation(3);
         QCOMPARE(loop.monitor(others), 2);
         QCOMPARE(loop.turns(4), (Values{1, 1, 1, 1}));
@@ -258,7 +249,6 @@ private Q_SLOTS:
 
     void rampIsFollowed()
     {
-        HostLoop loop;
         loop.addStation(1).ramps.push_back({{'D', plc::PointKind::Word, 100}, 5, 0, 99, 10});
         loop.monitor({key("D_W", 100, 5)});
         for (int i = 0; i < 250; ++i) {
@@ -273,7 +263,6 @@ private Q_SLOTS:
 
     void nothingMonitored()
     {
-        HostLoop loop;
         QCOMPARE(loop.turns(3), (Values{-1, -1, -1}));
         QCOMPARE(loop.monitor({}), 0);
         QCOMPARE(loop.turns(3), (Values{-1, -1, -1}));
@@ -283,7 +272,6 @@ private Q_SLOTS:
 
     void otherAddresses()
     {
-        HostLoop loop;
         QVERIFY(loop.show({key("D_W", 100), key("M_bit", 5)}));
         loop.monitor({key("D_W", 200)});
         loop.forget();

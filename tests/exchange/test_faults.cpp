@@ -1,4 +1,4 @@
-#include "exchange/host_loop.h"
+#include "exchange/exchange_test.h"
 #include "support/columns.h"
 
 #include <QtTest>
@@ -51,7 +51,7 @@ static QString randomRun(HostLoop &loop, unsigned seed)
 }
 
 // Deadline of an answer 300 ms, three bad answers to a frame at most.
-class TestFaults : public QObject
+class TestFaults : public ExchangeTest
 {
     Q_OBJECT
 
@@ -101,7 +101,6 @@ private Q_SLOTS:
     void readThroughFault()
     {
         QFETCH(Values, read);
-        HostLoop loop;
         loop.addStation(1).faults.add(fetchFault());
         loop.setPlc("D_W", 100, {0x1234, 0xABCD, 0, 0xFFFF, 1});
         loop.monitor({key("D_W", 100, 5)});
@@ -123,7 +122,6 @@ private Q_SLOTS:
     {
         QFETCH(Values, write);
         QFETCH(bool, carriedOut);
-        HostLoop loop;
         loop.setPlc("D_W", 100, {1, 2, 3, 4, 5});
         QVERIFY(loop.show({key("D_W", 100, 5)}));
         loop.unit().faults.add(fetchFault());
@@ -160,7 +158,6 @@ private Q_SLOTS:
     {
         QFETCH(int, retries);
         QFETCH(Values, results);
-        HostLoop loop;
         loop.start((QByteArray("7#0#0#") + QByteArray::number(retries) + "#60").constData());
         loop.addStation(1).faults.add({FaultKind::Silence});
         loop.monitor({key("D_W", 0)});
@@ -174,7 +171,6 @@ private Q_SLOTS:
 
     void descriptions()
     {
-        HostLoop loop;
         loop.monitor({key("D_W", 100, 5)});
         loop.unit().faults.add({FaultKind::Silence, 0, 0, 1});
         loop.unit().faults.add({FaultKind::Refuse, 0x1132, 0x1132, 2});
@@ -193,7 +189,6 @@ private Q_SLOTS:
 
     void longOutage()
     {
-        HostLoop loop;
         loop.setPlc("D_W", 0, {1});
         QVERIFY(loop.show({key("D_W", 0), key("D_W", 500)}));
         loop.forget();
@@ -218,7 +213,6 @@ private Q_SLOTS:
 
     void faultOfOneStation()
     {
-        HostLoop loop;
         loop.addStation(2);
         loop.monitor({key("D_W", 0), key(2, "D_W", 0)});
         loop.unit(2).faults.add({FaultKind::WrongCheck, 0, 0, 7});
@@ -230,7 +224,6 @@ private Q_SLOTS:
 
     void allHarmlessFaultsAtOnce()
     {
-        HostLoop loop;
         plc::Unit &unit = loop.addStation(1);
         unit.faults.add({FaultKind::Echo});
         unit.faults.add({FaultKind::NoiseBefore, 1, 20});
@@ -254,7 +247,7 @@ private Q_SLOTS:
     void lateAnswers()
     {
         for (const int quietMs : {1000, 0}) {
-            HostLoop loop;
+            renew(loop);
             loop.timing.quietMs = quietMs;
             loop.addStation(1).faults.add({FaultKind::Delay, 301, 301, 1});
             loop.setPlc("D_W", 0, {10});
@@ -284,7 +277,7 @@ private Q_SLOTS:
         QFETCH(unsigned, seed);
         QString first;
         for (int run = 0; run < 2; ++run) {
-            HostLoop loop;
+            renew(loop);
             const QString log = randomRun(loop, seed);
             const HostCounts counts = loop.counts();
             QCOMPARE(counts.frames, 1500);

@@ -1,4 +1,4 @@
-#include "exchange/host_loop.h"
+#include "exchange/exchange_test.h"
 
 #include <QtTest>
 
@@ -6,7 +6,7 @@ using namespace exchange;
 
 // When the panel goes on showing its own value though no write waits for it any more. The driver's
 // rules make these so: nothing but a new reading then ends the wait, and none while a write waits.
-class TestLastingValues : public QObject
+class TestLastingValues : public ExchangeTest
 {
     Q_OBJECT
 
@@ -15,7 +15,6 @@ private Q_SLOTS:
     // settled.
     void displacedWrite()
     {
-        HostLoop loop;
         loop.setPlc("D_W", 600, {5});
         QVERIFY(loop.show({key("D_W", 600)}));
         for (int i = 0; i < 512; ++i) {
@@ -33,9 +32,8 @@ private Q_SLOTS:
 
     void secondMarkOfTwoFoldedWrites()
     {
-        HostLoop loop;
-        leaveSecondMark(loop);
-        readWhileWritesWait(loop);
+        leaveSecondMark();
+        readWhileWritesWait();
         QCOMPARE(loop.inPlc("M_bit", 35, 2), (Values{1, 1}));
         QCOMPARE(loop.inPanel("M_bit", 35, 2), (Values{1, 0}));
         loop.setPlc("M_bit", 37, {1});
@@ -44,11 +42,10 @@ private Q_SLOTS:
 
     void secondMarkOutlivesLaterWrites()
     {
-        HostLoop loop;
-        leaveSecondMark(loop);
+        leaveSecondMark();
         loop.write("M_bit", 35, {0});
         QCOMPARE(loop.differencesAtRest(), QStringList());
-        readWhileWritesWait(loop);
+        readWhileWritesWait();
         QCOMPARE(loop.inPanel("M_bit", 36), Values{0});
         // A write of the whole word ends the wait, whatever the marks say.
         loop.write("M_W", 2, {0x0018});
@@ -60,7 +57,7 @@ private Q_SLOTS:
 private:
     // Two writes of one bit set both of its marks. The first one ends, a third takes the second's
     // turn and sets the first mark again: one write is left, and two marks.
-    static void leaveSecondMark(HostLoop &loop)
+    void leaveSecondMark()
     {
         QVERIFY(loop.show({key("M_bit", 32, 16)}));
         loop.write("M_bit", 35, {1});
@@ -72,7 +69,7 @@ private:
     }
 
     // Ten writes go before the next reading, two are left then.
-    static void readWhileWritesWait(HostLoop &loop)
+    void readWhileWritesWait()
     {
         for (int i = 0; i < 12; ++i) {
             loop.write("D_W", i, {2});

@@ -1,4 +1,4 @@
-#include "exchange/host_loop.h"
+#include "exchange/exchange_test.h"
 #include "support/columns.h"
 
 #include <QtTest>
@@ -6,7 +6,7 @@
 using namespace exchange;
 
 // What the words of a block do not bound: ranges longer than a block, and blocks of no words.
-class TestLimits : public QObject
+class TestLimits : public ExchangeTest
 {
     Q_OBJECT
 
@@ -24,7 +24,7 @@ private Q_SLOTS:
     void noWordsInABlock()
     {
         QFETCH(QByteArray, properties);
-        HostLoop loop(properties);
+        loop.start(properties);
         loop.setPlc("D_W", 10, {1, 2, 3});
         QCOMPARE(loop.monitor({key("D_W", 11, 2), key("D_W", 10), key("M_bit", 35)}), 3);
         QVERIFY(loop.settle());
@@ -55,7 +55,7 @@ private Q_SLOTS:
     // An item is never divided: it is one frame of its own length.
     void itemLongerThanABlock()
     {
-        HostLoop loop("7#0#0#3#2");
+        loop.start("7#0#0#3#2");
         loop.setRecipe({recipeItem("D_W", 20, 3, 0), recipeItem("D_W", 23, 1, 3)});
         loop.setRecipeWords(0, {7, 8, 9, 10});
         loop.request(Recipe::Write);
@@ -67,7 +67,6 @@ private Q_SLOTS:
 
     void itemLongerThanThePlcTakes()
     {
-        HostLoop loop;
         loop.setRecipe({recipeItem("D_W", 20, 61, 0), recipeItem("D_W", 100, 1, 61)});
         for (const Recipe direction : {Recipe::Write, Recipe::Read}) {
             loop.request(direction);

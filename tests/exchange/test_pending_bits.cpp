@@ -1,4 +1,4 @@
-#include "exchange/host_loop.h"
+#include "exchange/exchange_test.h"
 #include "support/columns.h"
 
 #include <QtTest>
@@ -9,52 +9,50 @@ using plc::FaultKind;
 
 // Writes of one bit that wait behind one another: two marks for each bit of a word remember them,
 // and the word is pending until the last mark is gone.
-class TestPendingBits : public QObject
+class TestPendingBits : public ExchangeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init()
     {
-        loop = new HostLoop;
-        QVERIFY(loop->show({key("M_bit", 35)}));
-        loop->forget();
+        renew(loop);
+        QVERIFY(loop.show({key("M_bit", 35)}));
+        loop.forget();
     }
 
     void cleanup()
     {
-        QCOMPARE(loop->differencesAtRest(), QStringList());
+        QCOMPARE(loop.differencesAtRest(), QStringList());
         QCOMPARE(marks(), 0);
         QCOMPARE(pending(), 0);
-        delete loop;
-        loop = nullptr;
     }
 
     void twoWritesOfOneBit()
     {
-        loop->write("M_bit", 35, {1});
+        loop.write("M_bit", 35, {1});
         QCOMPARE(marks(), 0x40);
-        loop->write("M_bit", 35, {0});
+        loop.write("M_bit", 35, {0});
         QCOMPARE(marks(), 0xC0);
         QCOMPARE(HostLoop::calls(), texts({"7 1 M_bit 35", "7 1 M_bit 35"}));
-        QCOMPARE(loop->inPanel("M_bit", 35), Values{0});
+        QCOMPARE(loop.inPanel("M_bit", 35), Values{0});
 
         // The first is in the PLC; the panel goes on showing the second and hears nothing.
-        loop->forget();
-        QVERIFY(loop->turn());
+        loop.forget();
+        QVERIFY(loop.turn());
         QCOMPARE(marks(), 0x80);
         QCOMPARE(pending(), 1);
-        QCOMPARE(loop->inPlc("M_bit", 35), Values{1});
-        QCOMPARE(loop->inPanel("M_bit", 35), Values{0});
+        QCOMPARE(loop.inPlc("M_bit", 35), Values{1});
+        QCOMPARE(loop.inPanel("M_bit", 35), Values{0});
         QCOMPARE(HostLoop::calls(), QStringList());
 
-        QVERIFY(loop->turn());
+        QVERIFY(loop.turn());
         QCOMPARE(marks(), 0);
         QCOMPARE(pending(), 0);
-        QCOMPARE(loop->inPlc("M_bit", 35), Values{0});
-        QCOMPARE(loop->inPanel("M_bit", 35), Values{0});
+        QCOMPARE(loop.inPlc("M_bit", 35), Values{0});
+        QCOMPARE(loop.inPanel("M_bit", 35), Values{0});
         QCOMPARE(HostLoop::calls(), texts({"7 1 M_bit 35"}));
-        QCOMPARE(loop->requests(), texts({"01wSS0109%MX00002301", "01wSS0109%MX00002300"}));
+        QCOMPARE(loop.requests(), texts({"01wSS0109%MX00002301", "01wSS0109%MX00002300"}));
     }
 
     void twoWritesOneFails_data()
@@ -72,136 +70,136 @@ private Q_SLOTS:
     {
         QFETCH(bool, first);
         QFETCH(bool, second);
-        loop->write("M_bit", 35, {1});
-        loop->write("M_bit", 35, {0});
-        loop->forget();
+        loop.write("M_bit", 35, {1});
+        loop.write("M_bit", 35, {0});
+        loop.forget();
         for (const bool good : {first, second}) {
             QCOMPARE(HostLoop::calls(), QStringList());
             QCOMPARE(pending(), 1);
             if (!good) {
-                loop->refuse(3);
+                loop.refuse(3);
             }
-            QCOMPARE(loop->turns(good ? 1 : 3), (good ? Values{1} : Values{8, 8, 2}));
+            QCOMPARE(loop.turns(good ? 1 : 3), (good ? Values{1} : Values{8, 8, 2}));
         }
         QCOMPARE(HostLoop::calls(), texts({"7 1 M_bit 35"}));
-        QTEST(loop->inPanel("M_bit", 35).first(), "panelAtEnd");
-        QTEST(loop->inPlc("M_bit", 35).first(), "plcAtEnd");
+        QTEST(loop.inPanel("M_bit", 35).first(), "panelAtEnd");
+        QTEST(loop.inPlc("M_bit", 35).first(), "plcAtEnd");
     }
 
     void thirdWriteFolds()
     {
         for (const int value : {1, 0, 1}) {
-            loop->write("M_bit", 35, {value});
+            loop.write("M_bit", 35, {value});
         }
         QCOMPARE(marks(), 0xC0);
-        QCOMPARE(loop->turns(2), (Values{1, 1}));
-        QCOMPARE(loop->counts().frames, 2);
+        QCOMPARE(loop.turns(2), (Values{1, 1}));
+        QCOMPARE(loop.counts().frames, 2);
         QCOMPARE(marks(), 0);
-        QCOMPARE(loop->inPlc("M_bit", 35), Values{1});
+        QCOMPARE(loop.inPlc("M_bit", 35), Values{1});
     }
 
     void thirdWriteAfterTheFirstEnded()
     {
-        loop->write("M_bit", 35, {1});
-        loop->write("M_bit", 35, {0});
-        QVERIFY(loop->turn());
+        loop.write("M_bit", 35, {1});
+        loop.write("M_bit", 35, {0});
+        QVERIFY(loop.turn());
         QCOMPARE(marks(), 0x80);
-        loop->write("M_bit", 35, {1});
+        loop.write("M_bit", 35, {1});
         QCOMPARE(marks(), 0xC0);
-        QVERIFY(loop->turn());
-        QCOMPARE(loop->inPlc("M_bit", 35), Values{0});
-        QCOMPARE(loop->inPanel("M_bit", 35), Values{1});
+        QVERIFY(loop.turn());
+        QCOMPARE(loop.inPlc("M_bit", 35), Values{0});
+        QCOMPARE(loop.inPanel("M_bit", 35), Values{1});
         QCOMPARE(marks(), 0x80);
-        QVERIFY(loop->turn());
+        QVERIFY(loop.turn());
         QCOMPARE(marks(), 0);
-        QCOMPARE(loop->inPlc("M_bit", 35), Values{1});
+        QCOMPARE(loop.inPlc("M_bit", 35), Values{1});
     }
 
     void neighboursWaitForEachOther()
     {
-        loop->write("M_bit", 35, {1});
-        loop->write("M_bit", 37, {1});
-        loop->write("M_bit", 47, {1});
+        loop.write("M_bit", 35, {1});
+        loop.write("M_bit", 37, {1});
+        loop.write("M_bit", 47, {1});
         QCOMPARE(marks(), 0x40000440);
-        loop->forget();
-        QVERIFY(loop->turn());
+        loop.forget();
+        QVERIFY(loop.turn());
         QCOMPARE(marks(), 0x40000400);
-        QVERIFY(loop->turn());
+        QVERIFY(loop.turn());
         QCOMPARE(marks(), 0x40000000);
         QCOMPARE(pending(), 1);
         QCOMPARE(HostLoop::calls(), QStringList());
-        QVERIFY(loop->turn());
+        QVERIFY(loop.turn());
         QCOMPARE(HostLoop::calls(), texts({"7 1 M_bit 35"}));
-        QCOMPARE(loop->inPanel("M_W", 2), Values{0x8028});
-        QCOMPARE(loop->inPlc("M_W", 2), Values{0x8028});
+        QCOMPARE(loop.inPanel("M_W", 2), Values{0x8028});
+        QCOMPARE(loop.inPlc("M_W", 2), Values{0x8028});
     }
 
     void neighbourFails()
     {
-        loop->write("M_bit", 37, {1});
-        loop->write("M_bit", 35, {1});
-        loop->refuse(3);
-        QCOMPARE(loop->turns(3), (Values{8, 8, 2}));
+        loop.write("M_bit", 37, {1});
+        loop.write("M_bit", 35, {1});
+        loop.refuse(3);
+        QCOMPARE(loop.turns(3), (Values{8, 8, 2}));
         // The word is still pending for the other bit, so the failed one is shown as written...
-        QCOMPARE(loop->inPanel("M_bit", 35, 3), (Values{1, 0, 1}));
-        QVERIFY(loop->turn());
+        QCOMPARE(loop.inPanel("M_bit", 35, 3), (Values{1, 0, 1}));
+        QVERIFY(loop.turn());
         // ...until that one has ended as well.
-        QCOMPARE(loop->inPanel("M_bit", 35, 3), (Values{1, 0, 0}));
-        QCOMPARE(loop->inPlc("M_W", 2), Values{0x0008});
+        QCOMPARE(loop.inPanel("M_bit", 35, 3), (Values{1, 0, 0}));
+        QCOMPARE(loop.inPlc("M_W", 2), Values{0x0008});
     }
 
     // A write of the whole word ends the wait of the word at once, but leaves the marks to the bit.
     void bitAndItsWord()
     {
-        loop->write("M_W", 2, {0x00F0});
-        loop->write("M_bit", 35, {1});
-        QCOMPARE(loop->inPanel("M_W", 2), Values{0x00F8});
-        QVERIFY(loop->turn());
-        QCOMPARE(loop->inPlc("M_W", 2), Values{0x00F0});
+        loop.write("M_W", 2, {0x00F0});
+        loop.write("M_bit", 35, {1});
+        QCOMPARE(loop.inPanel("M_W", 2), Values{0x00F8});
+        QVERIFY(loop.turn());
+        QCOMPARE(loop.inPlc("M_W", 2), Values{0x00F0});
         QCOMPARE(pending(), 0);
         QCOMPARE(marks(), 0x40);
-        QCOMPARE(loop->inPanel("M_W", 2), Values{0x00F8});
-        QVERIFY(loop->turn());
+        QCOMPARE(loop.inPanel("M_W", 2), Values{0x00F8});
+        QVERIFY(loop.turn());
         QCOMPARE(marks(), 0);
-        QCOMPARE(loop->inPlc("M_W", 2), Values{0x00F8});
+        QCOMPARE(loop.inPlc("M_W", 2), Values{0x00F8});
     }
 
     // A bit that is written alone and within a row of bits has two writes, but they are not the
     // same request: one mark serves both, and the bit counts as settled after the first.
     void singleAndSeveral()
     {
-        loop->write("M_bit", 35, {1});
-        loop->write("M_bit", 34, {1, 0, 1});
+        loop.write("M_bit", 35, {1});
+        loop.write("M_bit", 34, {1, 0, 1});
         QCOMPARE(marks(), 0x150);
-        QVERIFY(loop->turn());
+        QVERIFY(loop.turn());
         QCOMPARE(marks(), 0x110);
-        QCOMPARE(loop->inPanel("M_bit", 34, 3), (Values{1, 0, 1}));
-        QCOMPARE(loop->turns(2), (Values{1, 1}));
+        QCOMPARE(loop.inPanel("M_bit", 34, 3), (Values{1, 0, 1}));
+        QCOMPARE(loop.turns(2), (Values{1, 1}));
         QCOMPARE(marks(), 0);
-        QCOMPARE(loop->inPlc("M_bit", 34, 3), (Values{1, 0, 1}));
+        QCOMPARE(loop.inPlc("M_bit", 34, 3), (Values{1, 0, 1}));
     }
 
     void readingsWhileBitsWait()
     {
         for (int bit = 48; bit < 57; ++bit) {
-            loop->write("M_bit", bit, {1});
+            loop.write("M_bit", bit, {1});
         }
-        loop->write("M_bit", 35, {1});
-        loop->turns(9);
-        loop->write("M_bit", 35, {0}); // the first is the next to go
-        loop->forget();
-        loop->turns(1);
-        QCOMPARE(loop->inPlc("M_bit", 35), Values{1});
-        loop->setPlc("M_bit", 47, {1});
+        loop.write("M_bit", 35, {1});
+        loop.turns(9);
+        loop.write("M_bit", 35, {0}); // the first is the next to go
+        loop.forget();
+        loop.turns(1);
+        QCOMPARE(loop.inPlc("M_bit", 35), Values{1});
+        loop.setPlc("M_bit", 47, {1});
         // The reading brings the first write, the panel goes on showing the second.
-        QVERIFY(loop->turn());
-        QCOMPARE(loop->requests().last(), QLatin1String("01rSB08%MW0000201"));
+        QVERIFY(loop.turn());
+        QCOMPARE(loop.requests().last(), QLatin1String("01rSB08%MW0000201"));
         QCOMPARE(HostLoop::calls(), texts({"7 1 M_bit 35"}));
-        QCOMPARE(loop->inPanel("M_bit", 35), Values{0});
+        QCOMPARE(loop.inPanel("M_bit", 35), Values{0});
         QCOMPARE(marks(), 0x80);
-        QVERIFY(loop->turn());
-        QCOMPARE(loop->inPanel("M_W", 2), Values{0x8000});
-        QCOMPARE(loop->inPlc("M_W", 2), Values{0x8000});
+        QVERIFY(loop.turn());
+        QCOMPARE(loop.inPanel("M_W", 2), Values{0x8000});
+        QCOMPARE(loop.inPlc("M_W", 2), Values{0x8000});
     }
 
 private:
@@ -219,8 +217,6 @@ private:
         }
         return none;
     }
-
-    HostLoop *loop = nullptr;
 };
 
 QTEST_APPLESS_MAIN(TestPendingBits)

@@ -6,7 +6,7 @@
 using namespace exchange;
 
 // What a recipe's items become, and requests that find nothing to transfer.
-class TestRecipeBlocks : public QObject
+class TestRecipeBlocks : public RecipeTest
 {
     Q_OBJECT
 
@@ -15,7 +15,6 @@ private Q_SLOTS:
     // read into the place of each item: items that touch must lie in the order of their addresses.
     void itemsOutOfOrderInTheBuffer()
     {
-        RecipeLoop loop;
         loop.setRecipe({recipeItem("D_W", 10, 2, 4), recipeItem("D_W", 12, 2, 0)});
         loop.request(Recipe::Write);
         QVERIFY(loop.settle());
@@ -49,7 +48,6 @@ private Q_SLOTS:
     void blocks()
     {
         QFETCH(Items, items);
-        RecipeLoop loop;
         QCOMPARE(loop.setRecipe(items), items.size());
         loop.request(Recipe::Write);
         QVERIFY(loop.settle());
@@ -82,7 +80,6 @@ private Q_SLOTS:
     void itemsOfBits()
     {
         QFETCH(Items, items);
-        HostLoop loop;
         loop.setPlc("D_W", 2, {0x1234});
         loop.setPlc("M_W", 2, {0x1234});
         loop.setRecipe(items);
@@ -96,7 +93,6 @@ private Q_SLOTS:
 
     void otherDevices()
     {
-        RecipeLoop loop;
         Items items = threeBlocks();
         items[1].deviceNo = 8;
         items[2].deviceNo = 0;
@@ -122,27 +118,26 @@ private Q_SLOTS:
     void requestWithoutARecipe()
     {
         for (const Recipe direction : {Recipe::Write, Recipe::Read}) {
-            HostLoop loop;
-            loop.request(direction);
-            QCOMPARE(loop.turns(2), (Values{-1, -1}));
-            loop.request(direction, false);
-            loop.monitor({key("D_W", 0), key("D_W", 500)});
-            loop.turn();
-            loop.request(direction);
-            loop.turns(3);
-            QVERIFY(loop.isRequested(direction));
-            loop.request(direction, false);
-            loop.turns(1);
-            QCOMPARE(loop.requests(),
+            HostLoop plain;
+            plain.request(direction);
+            QCOMPARE(plain.turns(2), (Values{-1, -1}));
+            plain.request(direction, false);
+            plain.monitor({key("D_W", 0), key("D_W", 500)});
+            plain.turn();
+            plain.request(direction);
+            plain.turns(3);
+            QVERIFY(plain.isRequested(direction));
+            plain.request(direction, false);
+            plain.turns(1);
+            QCOMPARE(plain.requests(),
                      texts({"01rSB08%DW0000001", "01rSB08%DW0000001", "01rSB08%DW0000001",
                             "01rSB08%DW0000001", "01rSB08%DW0000001"}));
-            QCOMPARE(loop.differencesAtRest(), QStringList());
+            QCOMPARE(plain.differencesAtRest(), QStringList());
         }
     }
 
     void otherByteValuesAreNoRequest()
     {
-        RecipeLoop loop;
         for (const int value : {0, 2, 255}) {
             driver.shmBase[kRecipeWriteByte] = static_cast<unsigned char>(value);
             driver.shmBase[kRecipeReadByte] = static_cast<unsigned char>(value);

@@ -7,14 +7,13 @@ using namespace exchange;
 
 using plc::FaultKind;
 
-class TestRecipes : public QObject
+class TestRecipes : public RecipeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void write()
     {
-        RecipeLoop loop;
         QVERIFY(!loop.turn());
         loop.request(Recipe::Write);
         for (int i = 0; i < 3; ++i) {
@@ -32,7 +31,6 @@ private Q_SLOTS:
 
     void read()
     {
-        RecipeLoop loop;
         loop.fillPlcs();
         loop.request(Recipe::Read);
         for (int i = 0; i < 3; ++i) {
@@ -51,7 +49,6 @@ private Q_SLOTS:
 
     void thereAndBack()
     {
-        RecipeLoop loop;
         loop.monitor({key("D_W", 10, 12), key(2, "M_W", 5)});
         loop.request(Recipe::Write);
         QCOMPARE(loop.differencesAtRest(), QStringList());
@@ -73,7 +70,6 @@ private Q_SLOTS:
     {
         QFETCH(int, good);
         QFETCH(int, changes);
-        RecipeLoop loop;
         loop.request(Recipe::Write);
         loop.turns(good);
         loop.refuse(3);
@@ -103,7 +99,6 @@ private Q_SLOTS:
     void readFailsInTheMiddle()
     {
         QFETCH(int, good);
-        RecipeLoop loop;
         loop.fillPlcs();
         loop.request(Recipe::Read);
         loop.turns(good);
@@ -122,7 +117,6 @@ private Q_SLOTS:
 
     void resendsWithinATransfer()
     {
-        RecipeLoop loop;
         loop.fillPlcs();
         loop.unit().faults.add({FaultKind::Silence, 0, 0, 2});
         loop.unit(2).faults.add({FaultKind::WrongCheck, 0, 0, 2});
@@ -135,7 +129,6 @@ private Q_SLOTS:
     // The whole write goes first, and what is read then is what was written.
     void bothAtOnce()
     {
-        RecipeLoop loop;
         loop.fillPlcs();
         loop.request(Recipe::Read);
         loop.request(Recipe::Write);
@@ -148,21 +141,20 @@ private Q_SLOTS:
         QCOMPARE(loop.inPlc("D_W", 9, 7), (Values{90, 1, 2, 3, 4, 5, 91}));
 
         // A write that fails leaves the read to go on from the beginning.
-        RecipeLoop failing;
-        failing.fillPlcs();
-        failing.request(Recipe::Read);
-        failing.request(Recipe::Write);
-        failing.turns(1);
-        failing.unit(1).faults.add({FaultKind::Silence, 0, 0, 3});
-        QCOMPARE(failing.turns(7), (Values{8, 8, 2, 1, 1, 1, -1}));
-        QCOMPARE(failing.recipeWords(0, 9), (Values{1, 2, 3, 4, 5, 16, 17, 18, 9}));
+        renew(loop);
+        loop.fillPlcs();
+        loop.request(Recipe::Read);
+        loop.request(Recipe::Write);
+        loop.turns(1);
+        loop.unit(1).faults.add({FaultKind::Silence, 0, 0, 3});
+        QCOMPARE(loop.turns(7), (Values{8, 8, 2, 1, 1, 1, -1}));
+        QCOMPARE(loop.recipeWords(0, 9), (Values{1, 2, 3, 4, 5, 16, 17, 18, 9}));
     }
 
     // Both directions share the number of the block: a write asked for in the middle of a read
     // starts in the middle, and the read then starts anew.
     void writeAskedForDuringARead()
     {
-        RecipeLoop loop;
         loop.fillPlcs();
         loop.request(Recipe::Read);
         QCOMPARE(loop.turns(1), Values{1});
@@ -176,7 +168,6 @@ private Q_SLOTS:
     // there.
     void withdrawn()
     {
-        RecipeLoop loop;
         loop.request(Recipe::Write);
         QCOMPARE(loop.turns(1), Values{1});
         loop.request(Recipe::Write, false);
@@ -188,7 +179,6 @@ private Q_SLOTS:
 
     void goesBeforeEverything()
     {
-        RecipeLoop loop;
         loop.monitor({key("C_W", 0)});
         loop.write("C_W", 1, {1});
         loop.readOnce("C_W", 2, 1);
@@ -201,7 +191,6 @@ private Q_SLOTS:
 
     void waitsForThePairInFlight()
     {
-        RecipeLoop loop;
         loop.write("D_bit", 1600, {1});
         QCOMPARE(loop.turns(1), Values{1});
         loop.request(Recipe::Write);

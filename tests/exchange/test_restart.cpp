@@ -1,4 +1,4 @@
-#include "exchange/host_loop.h"
+#include "exchange/exchange_test.h"
 #include "support/columns.h"
 
 #include <QtTest>
@@ -8,14 +8,13 @@ using namespace exchange;
 using plc::FaultKind;
 
 // Communication that starts anew in the middle of things, and writes that never leave the panel.
-class TestRestart : public QObject
+class TestRestart : public ExchangeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void readInFlight()
     {
-        HostLoop loop;
         loop.setPlc("D_W", 0, {5});
         loop.monitor({key("D_W", 0)});
         QVERIFY(loop.send());
@@ -36,7 +35,6 @@ private Q_SLOTS:
     // The PLC has the write although nobody is left to take its answer.
     void writeInFlight()
     {
-        HostLoop loop;
         loop.write("D_W", 0, {5});
         loop.write("D_W", 1, {6});
         QVERIFY(loop.send());
@@ -51,7 +49,6 @@ private Q_SLOTS:
 
     void betweenTheHalvesOfABitWrite()
     {
-        HostLoop loop;
         loop.setPlc("D_W", 0, {0x1234});
         loop.write("D_bit", 0, {1});
         QCOMPARE(loop.turns(1), Values{1});
@@ -64,7 +61,6 @@ private Q_SLOTS:
 
     void queuesAreEmptied()
     {
-        HostLoop loop;
         loop.monitor({key("D_W", 0)});
         loop.write("D_W", 1, {5});
         loop.write("M_bit", 1, {1});
@@ -82,7 +78,6 @@ private Q_SLOTS:
 
     void attemptsAreCountedAnew()
     {
-        HostLoop loop;
         loop.addStation(1).faults.add({FaultKind::Silence});
         loop.monitor({key("D_W", 0)});
         QCOMPARE(loop.turns(2), (Values{8, 8}));
@@ -93,7 +88,6 @@ private Q_SLOTS:
 
     void fairnessIsCountedAnew()
     {
-        HostLoop loop;
         for (int round = 0; round < 2; ++round) {
             loop.monitor({key("M_W", 0)});
             for (int address = 0; address < 9; ++address) {
@@ -108,7 +102,6 @@ private Q_SLOTS:
 
     void otherSettings()
     {
-        HostLoop loop;
         loop.addStation(1).faults.add({FaultKind::Silence, 0, 0, 1});
         loop.start("9#0#0#1#2");
         QCOMPARE(loop.monitor({key("D_W", 0, 2), key("D_W", 2, 2)}), 2);
@@ -126,7 +119,6 @@ private Q_SLOTS:
 
     void tooFewSettings()
     {
-        HostLoop loop;
         loop.start("9#0#0#1#2");
         loop.start("8#1#0#7");
         loop.setPlc("D_W", 0, {1, 2, 3});
@@ -141,7 +133,6 @@ private Q_SLOTS:
     // transfer goes on with the block that was in flight.
     void transferGoesOn()
     {
-        HostLoop loop;
         loop.setRecipe(
             {recipeItem("D_W", 0, 1, 0), recipeItem("D_W", 10, 1, 1), recipeItem("D_W", 20, 1, 2)});
         loop.setRecipeWords(0, {1, 2, 3});
@@ -173,7 +164,6 @@ private Q_SLOTS:
         QFETCH(bool, block);
         QFETCH(bool, buffer);
         QFETCH(bool, lock);
-        HostLoop loop;
         loop.setRecipe({recipeItem("D_W", 0, 1, 0)});
         loop.request(Recipe::Write);
         int status = -1;
@@ -205,7 +195,6 @@ private Q_SLOTS:
         QFETCH(int, written);
         const QString call =
             QString::fromLatin1("7 1 %1 %2").arg(QString::fromLatin1(name)).arg(address);
-        HostLoop loop;
         loop.start("7#1#0#3#60");
         QVERIFY(loop.show({key(name, address)}));
         loop.write(name, address, {written});
@@ -231,7 +220,6 @@ private Q_SLOTS:
 
     void cacheOnlyBits()
     {
-        HostLoop loop;
         loop.start("7#1#0#3#60");
         QVERIFY(loop.show({key("M_bit", 32, 16)}));
         loop.write("M_bit", 35, {1});
@@ -250,7 +238,6 @@ private Q_SLOTS:
 
     void againAndAgain()
     {
-        HostLoop loop;
         for (int round = 0; round < 200; ++round) {
             loop.monitor({key("D_W", 0, 3), key("M_bit", 7, 20), key("TX", 1)});
             loop.write("D_W", round % 3, {round});

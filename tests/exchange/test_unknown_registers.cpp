@@ -1,4 +1,4 @@
-#include "exchange/host_loop.h"
+#include "exchange/exchange_test.h"
 #include "support/columns.h"
 
 #include <QtTest>
@@ -6,7 +6,7 @@
 using namespace exchange;
 
 // A register that the driver does not list has no frame. A job that has none never ends.
-class TestUnknownRegisters : public QObject
+class TestUnknownRegisters : public ExchangeTest
 {
     Q_OBJECT
 
@@ -14,7 +14,6 @@ private Q_SLOTS:
     // Whatever else is monitored: the key comes first, as unknown names of a station do, and stays.
     void keyStopsCyclicReading()
     {
-        HostLoop loop;
         QCOMPARE(loop.monitor({key("D_W", 100), key("X_W", 5), key("M_bit", 3)}), 3);
         QCOMPARE(loop.turns(4), (Values{-1, -1, -1, -1}));
         loop.write("D_W", 100, {1});
@@ -26,7 +25,6 @@ private Q_SLOTS:
 
     void keyBehindThoseThatAreRead()
     {
-        HostLoop loop;
         loop.addStation(2);
         loop.monitor({key("D_W", 100), key("D_W", 500), key(2, "X_W", 5)});
         QCOMPARE(loop.turns(5), (Values{1, 1, -1, -1, -1}));
@@ -34,7 +32,6 @@ private Q_SLOTS:
 
     void writeHoldsUpWrites()
     {
-        HostLoop loop;
         loop.monitor({key("D_W", 100)});
         loop.write("X_W", 5, {1});
         loop.write("D_W", 100, {1});
@@ -46,7 +43,6 @@ private Q_SLOTS:
 
     void readingHoldsUpReadings()
     {
-        HostLoop loop;
         loop.readOnce("X_W", 5, 1);
         loop.readOnce("D_W", 100, 1);
         loop.write("D_W", 100, {1});
@@ -65,7 +61,6 @@ private Q_SLOTS:
     {
         QFETCH(int, direction);
         const Recipe recipe = static_cast<Recipe>(direction);
-        HostLoop loop;
         QVERIFY(loop.show({key("D_W", 100)}));
         QCOMPARE(loop.setRecipe({recipeItem("X_W", 5, 1, 0), recipeItem("D_W", 7, 1, 1)}), 2);
         loop.request(recipe);

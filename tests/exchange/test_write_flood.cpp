@@ -1,4 +1,4 @@
-#include "exchange/host_loop.h"
+#include "exchange/exchange_test.h"
 #include "support/columns.h"
 
 #include <QtTest>
@@ -54,7 +54,7 @@ QStringList changes(int count)
 
 } // namespace
 
-class TestWriteFlood : public QObject
+class TestWriteFlood : public ExchangeTest
 {
     Q_OBJECT
 
@@ -69,7 +69,6 @@ private Q_SLOTS:
     void twelveWrites()
     {
         QFETCH(Keys, keys);
-        HostLoop loop;
         loop.monitor(keys);
         flood(loop, 12);
         QTEST(pattern(loop, 20), "pattern");
@@ -85,7 +84,6 @@ private Q_SLOTS:
     // The reads between the writes go on where they were: no block is left out.
     void turnsOfTheBlocks()
     {
-        HostLoop loop;
         loop.monitor({key("D_W", 1000), key("D_W", 2000), key("D_W", 3000)});
         loop.turn();
         flood(loop, 45);
@@ -100,7 +98,6 @@ private Q_SLOTS:
     // What is counted are writes, not frames: a write that is sent three times takes three frames.
     void resendsCountOnce()
     {
-        HostLoop loop;
         loop.monitor({key("D_W", 0, 12)});
         flood(loop, 12);
         loop.unit().faults.add({plc::FaultKind::Silence, 0, 0, 36});
@@ -125,7 +122,6 @@ private Q_SLOTS:
         QFETCH(Keys, keys);
         QFETCH(QString, between);
         QFETCH(QString, end);
-        HostLoop loop;
         loop.monitor(keys);
         flood(loop, 600);
         QCOMPARE(driver.pendingWrites.size(), 513);
@@ -158,7 +154,6 @@ private Q_SLOTS:
     {
         QFETCH(int, writes);
         QFETCH(int, sent);
-        HostLoop loop;
         flood(loop, writes);
         QVERIFY(loop.settle());
         QCOMPARE(loop.counts().frames, sent);
@@ -169,7 +164,6 @@ private Q_SLOTS:
     // reading brings another one than the reading before.
     void displacedWriteStaysOnTheScreen()
     {
-        HostLoop loop;
         loop.monitor({key("D_W", 550)});
         flood(loop, 600);
         QVERIFY(loop.settle());
@@ -188,7 +182,6 @@ private Q_SLOTS:
     // keep their share.
     void writesDuringTheFlood()
     {
-        HostLoop loop;
         loop.monitor({key("D_W", 0, 60)});
         for (int address = 0; address < 600; ++address) {
             loop.write("D_W", address, {address + 1000});
@@ -204,7 +197,6 @@ private Q_SLOTS:
 
     void orderOfTwoStations()
     {
-        HostLoop loop;
         loop.addStation(2);
         for (int i = 0; i < 30; ++i) {
             loop.write(1 + i % 2, "D_W", i, {i});
@@ -240,7 +232,6 @@ private Q_SLOTS:
     {
         QFETCH(int, words);
         QFETCH(int, limit);
-        HostLoop loop;
         loop.start((QByteArray("7#0#0#3#") + QByteArray::number(limit)).constData());
         Values values;
         for (int i = 0; i < words; ++i) {
@@ -268,7 +259,6 @@ private Q_SLOTS:
     // time, but a host that sets blocks of 60 loses its writes of 59 and 60.
     void blockWriteBeyondThePlc()
     {
-        HostLoop loop;
         Values values;
         for (int i = 0; i < 60; ++i) {
             values += i + 1;

@@ -1,4 +1,4 @@
-#include "exchange/host_loop.h"
+#include "exchange/exchange_test.h"
 #include "support/columns.h"
 
 #include <QtTest>
@@ -20,7 +20,7 @@ struct Write
 Q_DECLARE_METATYPE(Write)
 
 // A write that waits is replaced by a later one to the same place, unless it is the next to go.
-class TestWriteFolding : public QObject
+class TestWriteFolding : public ExchangeTest
 {
     Q_OBJECT
 
@@ -62,7 +62,6 @@ private Q_SLOTS:
     void foldsInPlace()
     {
         QFETCH(QList<Write>, writes);
-        HostLoop loop;
         loop.addStation(2);
         for (const Write &write : writes) {
             loop.write(write.station, write.name, write.address, write.values);
@@ -79,7 +78,6 @@ private Q_SLOTS:
     // The head may be on its way already: its repetition is a write of its own.
     void headIsLeftAlone()
     {
-        HostLoop loop;
         loop.write("D_W", 0, {1});
         loop.write("D_W", 0, {2});
         QVERIFY(loop.turn());
@@ -97,7 +95,6 @@ private Q_SLOTS:
 
     void foldsWhileTheHeadIsOnTheLine()
     {
-        HostLoop loop;
         loop.write("D_W", 0, {1});
         QVERIFY(loop.send());
         loop.write("D_W", 0, {2});
@@ -112,7 +109,6 @@ private Q_SLOTS:
 
     void foldsInAFullQueue()
     {
-        HostLoop loop;
         for (int address = 0; address < 513; ++address) {
             loop.write("D_W", address, {1});
         }
@@ -132,7 +128,6 @@ private Q_SLOTS:
     // take, in order, and the last value in the end.
     void slider()
     {
-        HostLoop loop;
         QVERIFY(loop.show({key("D_W", 0)}));
         loop.forget();
         for (int value = 1; value <= 100; ++value) {
@@ -154,7 +149,6 @@ private Q_SLOTS:
 
     void failedHead()
     {
-        HostLoop loop;
         loop.refuse(3);
         loop.write("D_W", 0, {1});
         loop.write("D_W", 0, {2});

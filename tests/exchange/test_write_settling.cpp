@@ -1,4 +1,4 @@
-#include "exchange/host_loop.h"
+#include "exchange/exchange_test.h"
 #include "support/columns.h"
 
 #include <QtTest>
@@ -8,7 +8,7 @@ using namespace exchange;
 using plc::FaultKind;
 
 // What the panel sees of its write, and hears, from the moment it writes until the write has ended.
-class TestWriteSettling : public QObject
+class TestWriteSettling : public ExchangeTest
 {
     Q_OBJECT
 
@@ -51,7 +51,7 @@ private Q_SLOTS:
         QFETCH(QStringList, settled);
         QFETCH(QStringList, failed);
         for (const bool good : {true, false}) {
-            HostLoop loop;
+            renew(loop);
             QVERIFY(loop.show(keys));
             loop.forget();
             if (!good) {
@@ -83,7 +83,6 @@ private Q_SLOTS:
 
     void momentsOfAWrite()
     {
-        HostLoop loop;
         loop.setPlc("D_W", 100, {5});
         QVERIFY(loop.show({key("D_W", 100)}));
         loop.refuse(2);
@@ -105,7 +104,6 @@ private Q_SLOTS:
     // holds; while it writes, it is still the value before.
     void valueWithinTheCallback()
     {
-        HostLoop loop;
         loop.setPlc("D_W", 100, {5});
         loop.monitor({key("D_W", 100)});
         Values seen;
@@ -126,7 +124,6 @@ private Q_SLOTS:
     // wrote.
     void pendingValueOutlastsReadings()
     {
-        HostLoop loop;
         QVERIFY(loop.show({key("D_W", 100)}));
         for (int address = 0; address < 10; ++address) {
             loop.write("D_W", address, {1});
@@ -147,7 +144,6 @@ private Q_SLOTS:
     // The PLC took the write, but the panel cannot know: it shows the old value until it reads.
     void lostAcknowledgement()
     {
-        HostLoop loop;
         loop.setPlc("D_W", 100, {5});
         QVERIFY(loop.show({key("D_W", 100)}));
         loop.unit().faults.add({FaultKind::WrongCheck, 0, 0, 3});
@@ -165,7 +161,6 @@ private Q_SLOTS:
     // the screen does not flicker back.
     void firstOfTwoWrites()
     {
-        HostLoop loop;
         loop.setPlc("D_W", 100, {5});
         QVERIFY(loop.show({key("D_W", 100)}));
         loop.write("D_W", 100, {8});
@@ -184,7 +179,6 @@ private Q_SLOTS:
     // reading.
     void firstTakenSecondFailed()
     {
-        HostLoop loop;
         loop.setPlc("D_W", 100, {5});
         QVERIFY(loop.show({key("D_W", 100)}));
         loop.write("D_W", 100, {8});
@@ -205,7 +199,6 @@ private Q_SLOTS:
     // the second is seen in the value but told by no callback.
     void firstFailedSecondTaken()
     {
-        HostLoop loop;
         loop.setPlc("D_W", 100, {5});
         QVERIFY(loop.show({key("D_W", 100)}));
         loop.refuse(3);
@@ -223,7 +216,6 @@ private Q_SLOTS:
 
     void piecesSettleOnTheirOwn()
     {
-        HostLoop loop;
         loop.start("7#0#0#3#4");
         loop.setPlc("D_W", 100, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10});
         QVERIFY(loop.show({key("D_W", 100, 4), key("D_W", 104, 4), key("D_W", 108, 2)}));
@@ -242,7 +234,6 @@ private Q_SLOTS:
     // What was never read counts as 0 and comes back as 0 when a write fails.
     void nothingKnownBefore()
     {
-        HostLoop loop;
         loop.setPlc("D_W", 100, {5});
         loop.refuse(3);
         loop.write("D_W", 100, {9});
@@ -254,7 +245,6 @@ private Q_SLOTS:
 
     void readOnlyRelays()
     {
-        HostLoop loop;
         loop.setPlc("F_W", 3, {0x00F0});
         QVERIFY(loop.show({key("F_W", 3)}));
         loop.write("F_W", 3, {1});
@@ -269,7 +259,6 @@ private Q_SLOTS:
 
     void addressesThatThePlcLacks()
     {
-        HostLoop loop;
         loop.addStation(1, plc::Model::K120s);
         loop.write("D_W", 4999, {1});
         loop.write("D_W", 5000, {1});

@@ -131,6 +131,7 @@ std::vector<plc::Fault> drawFaults(Random &random, const Plan &plan)
 {
     std::vector<plc::Fault> faults;
     const int kinds = random.between((plan.faultKinds + 1) / 2, plan.faultKinds);
+    faults.reserve(static_cast<std::size_t>(kinds));
     for (int i = 0; i < kinds; ++i) {
         faults.push_back(drawFault(random, plan));
     }
