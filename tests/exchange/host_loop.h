@@ -91,16 +91,8 @@ public:
     plc::Memory &memory(int station = kStation) { return unit(station).station.memory(); }
     /** Station 1 refuses its next requests. */
     void refuse(int times) { unit().faults.add({plc::FaultKind::Refuse, 0x1132, 0x1132, times}); }
-    void setPlc(int station, const char *regName, int address, const Values &values);
-    void setPlc(const char *regName, int address, const Values &values)
-    {
-        setPlc(kStation, regName, address, values);
-    }
-    Values inPlc(int station, const char *regName, int address, int count = 1);
-    Values inPlc(const char *regName, int address, int count = 1)
-    {
-        return inPlc(kStation, regName, address, count);
-    }
+    void setPlc(const char *regName, int address, const Values &values, int station = kStation);
+    Values inPlc(const char *regName, int address, int count = 1, int station = kStation);
     /** What the panel has changed in a PLC: where it does not hold what setPlc() has set, or 0. */
     QStringList plcChanges(int station = kStation);
 
@@ -113,17 +105,9 @@ public:
         monitor(keys);
         return settle();
     }
-    void write(int station, const char *regName, int address, const Values &values);
-    void write(const char *regName, int address, const Values &values)
-    {
-        write(kStation, regName, address, values);
-    }
+    void write(const char *regName, int address, const Values &values, int station = kStation);
     void readOnce(const char *regName, int address, int count, int station = kStation);
-    Values inPanel(int station, const char *regName, int address, int count = 1) const;
-    Values inPanel(const char *regName, int address, int count = 1) const
-    {
-        return inPanel(kStation, regName, address, count);
-    }
+    Values inPanel(const char *regName, int address, int count = 1, int station = kStation) const;
 
     // Recipes.
     int setRecipe(const QVector<_RCP_VAR_PRO> &items);
@@ -204,18 +188,11 @@ private:
 };
 
 /** A range that the panel shows. Bits and contacts are marked as such. */
-KEY_ADDRESS key(int station, const char *regName, int address, int count = 1);
-inline KEY_ADDRESS key(const char *regName, int address, int count = 1)
-{
-    return key(HostLoop::kStation, regName, address, count);
-}
+KEY_ADDRESS key(const char *regName, int address, int count = 1, int station = HostLoop::kStation);
 
 /** An item of the recipe of device 7. @param offset word of the recipe buffer. */
-_RCP_VAR_PRO recipeItem(int station, const char *regName, int address, int count, int offset);
-inline _RCP_VAR_PRO recipeItem(const char *regName, int address, int count, int offset)
-{
-    return recipeItem(HostLoop::kStation, regName, address, count, offset);
-}
+_RCP_VAR_PRO recipeItem(const char *regName, int address, int count, int offset,
+                        int station = HostLoop::kStation);
 
 /** Texts for comparison with QStringList results. */
 QStringList texts(std::initializer_list<const char *> lines);

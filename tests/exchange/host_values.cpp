@@ -42,7 +42,7 @@ Values wordsOf(const QByteArray &bytes, int count)
 
 } // namespace
 
-void HostLoop::setPlc(int station, const char *regName, int address, const Values &values)
+void HostLoop::setPlc(const char *regName, int address, const Values &values, int station)
 {
     for (const int value : values) {
         const plc::Point point = pointOf(QString::fromLatin1(regName), address++);
@@ -53,7 +53,7 @@ void HostLoop::setPlc(int station, const char *regName, int address, const Value
     }
 }
 
-Values HostLoop::inPlc(int station, const char *regName, int address, int count)
+Values HostLoop::inPlc(const char *regName, int address, int count, int station)
 {
     Values values;
     for (int i = 0; i < count; ++i) {
@@ -78,7 +78,7 @@ int HostLoop::monitor(const Keys &keys)
     return intf_addrMerge(copy);
 }
 
-void HostLoop::write(int station, const char *regName, int address, const Values &values)
+void HostLoop::write(const char *regName, int address, const Values &values, int station)
 {
     QString name = QString::fromLatin1(regName);
     QByteArray bytes = wordBytes(values);
@@ -95,11 +95,11 @@ void HostLoop::write(int station, const char *regName, int address, const Values
 
 void HostLoop::readOnce(const char *regName, int address, int count, int station)
 {
-    KEY_ADDRESS wanted = key(station, regName, address, count);
+    KEY_ADDRESS wanted = key(regName, address, count, station);
     intf_addConditionRead(wanted, 3);
 }
 
-Values HostLoop::inPanel(int station, const char *regName, int address, int count) const
+Values HostLoop::inPanel(const char *regName, int address, int count, int station) const
 {
     return inPanel({station, QString::fromLatin1(regName), address, count});
 }
@@ -188,13 +188,13 @@ QStringList HostLoop::differencesAtRest()
     return settle() ? differences() : QStringList(QString::fromLatin1("jobs go on waiting"));
 }
 
-KEY_ADDRESS key(int station, const char *regName, int address, int count)
+KEY_ADDRESS key(const char *regName, int address, int count, int station)
 {
     const bool isWord = isWordName(QString::fromLatin1(regName));
     return makeKey(station, regName, address, count, isWord ? 0 : -1);
 }
 
-_RCP_VAR_PRO recipeItem(int station, const char *regName, int address, int count, int offset)
+_RCP_VAR_PRO recipeItem(const char *regName, int address, int count, int offset, int station)
 {
     _RCP_VAR_PRO item = _RCP_VAR_PRO();
     item.deviceNo = 7;

@@ -9,7 +9,7 @@ using Items = QVector<_RCP_VAR_PRO>;
 /** Three blocks: D 10-14 from two items, D 20-21, and M 5 of station 2. */
 inline Items threeBlocks()
 {
-    return {recipeItem(2, "M_W", 5, 1, 7), recipeItem("D_W", 12, 3, 2), recipeItem("D_W", 20, 2, 5),
+    return {recipeItem("M_W", 5, 1, 7, 2), recipeItem("D_W", 12, 3, 2), recipeItem("D_W", 20, 2, 5),
             recipeItem("D_W", 10, 2, 0)};
 }
 
@@ -50,9 +50,9 @@ struct RecipeLoop : HostLoop
     /** 11-18 in the places of the recipe, 90-95 beside them. */
     void fillPlcs()
     {
-        setPlc(1, "D_W", 9, {90, 11, 12, 13, 14, 15, 91});
-        setPlc(1, "D_W", 19, {92, 16, 17, 93});
-        setPlc(2, "M_W", 4, {94, 18, 95});
+        setPlc("D_W", 9, {90, 11, 12, 13, 14, 15, 91}, 1);
+        setPlc("D_W", 19, {92, 16, 17, 93}, 1);
+        setPlc("M_W", 4, {94, 18, 95}, 2);
     }
 };
 

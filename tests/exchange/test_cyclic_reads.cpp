@@ -41,16 +41,16 @@ private Q_SLOTS:
         QFETCH(Values, values);
         const int count = static_cast<int>(values.size());
         loop.addStation(31);
-        QCOMPARE(loop.monitor({key(31, name, address, count)}), 1);
-        for (const int value : loop.inPanel(31, name, address, count)) {
+        QCOMPARE(loop.monitor({key(name, address, count, 31)}), 1);
+        for (const int value : loop.inPanel(name, address, count, 31)) {
             QCOMPARE(value, 0);
         }
 
-        loop.setPlc(31, name, address, values);
+        loop.setPlc(name, address, values, 31);
         const plc::Memory before = loop.memory(31);
         QVERIFY(loop.turn());
         QTEST(loop.requests().join(QLatin1Char('|')), "request");
-        QCOMPARE(loop.inPanel(31, name, address, count), values);
+        QCOMPARE(loop.inPanel(name, address, count, 31), values);
         QCOMPARE(loop.differencesAtRest(), QStringList());
         QCOMPARE(memoryChanges(before, loop.memory(31)), QStringList());
         QCOMPARE(loop.counts().answers, loop.counts().frames);
@@ -120,7 +120,7 @@ private Q_SLOTS:
         row("bits join words", {key("M_bit", 35, 3), key("M_W", 3)}, 60, {"01rSB08%MW0000202"});
         row("contacts stay alone", {key("TX", 5), key("TX", 6), key("TX", 5)}, 60,
             {"01rSS0107%TX0005", "01rSS0107%TX0006"});
-        row("stations stay apart", {key(2, "D_W", 0), key("D_W", 1)}, 60,
+        row("stations stay apart", {key("D_W", 0, 1, 2), key("D_W", 1)}, 60,
             {"01rSB08%DW0000101", "02rSB08%DW0000001"});
     }
 
@@ -132,11 +132,11 @@ private Q_SLOTS:
         loop.start((QByteArray("7#0#0#3#") + QByteArray::number(blockWords)).constData());
         for (const int station : {1, 2}) {
             loop.addStation(station);
-            loop.setPlc(station, "D_W", 0, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13});
-            loop.setPlc(station, "D_W", 58, {14, 15, 16});
-            loop.setPlc(station, "M_W", 2, {0x0028, 0x1234});
-            loop.setPlc(station, "TX", 5, {1, 1});
-            loop.setPlc(station, "C_W", 1, {99});
+            loop.setPlc("D_W", 0, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}, station);
+            loop.setPlc("D_W", 58, {14, 15, 16}, station);
+            loop.setPlc("M_W", 2, {0x0028, 0x1234}, station);
+            loop.setPlc("TX", 5, {1, 1}, station);
+            loop.setPlc("C_W", 1, {99}, station);
         }
         QCOMPARE(loop.monitor(keys), requests.size());
         loop.turns(static_cast<int>(requests.size()));
@@ -188,24 +188,24 @@ private Q_SLOTS:
         Keys keys;
         for (const int station : {0, 1, 2, 31}) {
             loop.addStation(station);
-            loop.setPlc(station, "D_W", 5, {100 + station});
-            keys += key(station, "D_W", 5);
+            loop.setPlc("D_W", 5, {100 + station}, station);
+            keys += key("D_W", 5, 1, station);
         }
         QCOMPARE(loop.monitor(keys), 4);
         QVERIFY(loop.settle());
         QCOMPARE(HostLoop::calls(), texts({"7 0 D_W 5", "7 1 D_W 5", "7 2 D_W 5", "7 31 D_W 5"}));
-        QCOMPARE(loop.inPanel(0, "D_W", 5) + loop.inPanel("D_W", 5) + loop.inPanel(2, "D_W", 5) +
-                     loop.inPanel(31, "D_W", 5),
+        QCOMPARE(loop.inPanel("D_W", 5, 1, 0) + loop.inPanel("D_W", 5) +
+                     loop.inPanel("D_W", 5, 1, 2) + loop.inPanel("D_W", 5, 1, 31),
                  (Values{100, 101, 102, 131}));
-        QCOMPARE(loop.inPanel(3, "D_W", 5), (Values{0}));
+        QCOMPARE(loop.inPanel("D_W", 5, 1, 3), (Values{0}));
     }
 
     void silentStation()
     {
         loop.addStation(3);
         loop.setPlc("D_W", 0, {11});
-        loop.setPlc(3, "D_W", 0, {33});
-        loop.monitor({key("D_W", 0), key(2, "D_W", 0), key(3, "D_W", 0)});
+        loop.setPlc("D_W", 0, {33}, 3);
+        loop.monitor({key("D_W", 0), key("D_W", 0, 1, 2), key("D_W", 0, 1, 3)});
         QCOMPARE(loop.turns(10), (Values{1, 8, 8, 2, 1, 1, 8, 8, 2, 1}));
         QCOMPARE(loop.counts().frames, 10);
         QCOMPARE(loop.counts().answers, 4);
@@ -215,22 +215,22 @@ private Q_SLOTS:
         QCOMPARE(HostLoop::calls(), texts({"7 1 D_W 0", "7 3 D_W 0"}));
 
         loop.addStation(2);
-        loop.setPlc(2, "D_W", 0, {22});
+        loop.setPlc("D_W", 0, {22}, 2);
         QCOMPARE(loop.turns(3), (Values{1, 1, 1}));
         QCOMPARE(loop.differences(), QStringList());
-        QCOMPARE(loop.inPanel(2, "D_W", 0), (Values{22}));
+        QCOMPARE(loop.inPanel("D_W", 0, 1, 2), (Values{22}));
 
         // Gone again: the panel keeps what it knew.
         loop.unit(2).faults.add({plc::FaultKind::Silence});
         QCOMPARE(loop.turns(5), (Values{1, 8, 8, 2, 1}));
-        QCOMPARE(loop.inPanel(2, "D_W", 0), (Values{22}));
+        QCOMPARE(loop.inPanel("D_W", 0, 1, 2), (Values{22}));
     }
 
     // What a host does about a station that takes its share of the time and gives nothing: it goes
     // on without it, and asks now and then whether it is back.
     void silentStationIsLeftOut()
     {
-        const Keys others{key("D_W", 0), key(3, "D_W", 0)};
+        const Keys others{key("D_W", 0), key("D_W", 0, 1, 3)};
         loop.addStation(3);
         QCOMPARE(loop.monitor(others), 2);
         QCOMPARE(loop.turns(4), (Values{1, 1, 1, 1}));
@@ -243,7 +243,7 @@ private Q_SLOTS:
         loop.readOnce("D_W", 0, 1, 2);
         QCOMPARE(loop.turns(1), Values{1});
         QCOMPARE(HostLoop::calls(), texts({"-1 -1 -1 0"}));
-        QCOMPARE(loop.monitor(others + Keys{key(2, "D_W", 0)}), 3);
+        QCOMPARE(loop.monitor(others + Keys{key("D_W", 0, 1, 2)}), 3);
         QCOMPARE(loop.turns(3), (Values{1, 1, 1}));
     }
 

@@ -214,10 +214,10 @@ private Q_SLOTS:
     void faultOfOneStation()
     {
         loop.addStation(2);
-        loop.monitor({key("D_W", 0), key(2, "D_W", 0)});
+        loop.monitor({key("D_W", 0), key("D_W", 0, 1, 2)});
         loop.unit(2).faults.add({FaultKind::WrongCheck, 0, 0, 7});
         loop.setPlc("D_W", 0, {1});
-        loop.setPlc(2, "D_W", 0, {2});
+        loop.setPlc("D_W", 0, {2}, 2);
         QCOMPARE(loop.turns(12), (Values{1, 8, 8, 2, 1, 8, 8, 2, 1, 8, 1, 1}));
         QCOMPARE(loop.differences(), QStringList());
     }

@@ -40,7 +40,7 @@ private Q_SLOTS:
              recipeItem("D_W", 70, 1, 60)},
             {"01rSB08%DW000103C", "01rSB08%DW0007001"});
         row("stations and registers in order",
-            {recipeItem(2, "D_W", 0, 1, 0), recipeItem("M_W", 0, 1, 1), recipeItem("C_W", 0, 1, 2),
+            {recipeItem("D_W", 0, 1, 0, 2), recipeItem("M_W", 0, 1, 1), recipeItem("C_W", 0, 1, 2),
              recipeItem("D_W", 1, 1, 3)},
             {"01rSB08%DW0000101", "01rSB08%CW0000001", "01rSB08%MW0000001", "02rSB08%DW0000001"});
     }
@@ -58,7 +58,7 @@ private Q_SLOTS:
         for (const _RCP_VAR_PRO &item : items) {
             const QByteArray reg = item.regName.toLatin1();
             QCOMPARE(loop.recipeWords(item.bufOffset, item.count),
-                     loop.inPlc(item.stationNo, reg.constData(), item.startAddr, item.count));
+                     loop.inPlc(reg.constData(), item.startAddr, item.count, item.stationNo));
         }
     }
 

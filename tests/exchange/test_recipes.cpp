@@ -49,7 +49,7 @@ private Q_SLOTS:
 
     void thereAndBack()
     {
-        loop.monitor({key("D_W", 10, 12), key(2, "M_W", 5)});
+        loop.monitor({key("D_W", 10, 12), key("M_W", 5, 1, 2)});
         loop.request(Recipe::Write);
         QCOMPARE(loop.differencesAtRest(), QStringList());
         loop.setRecipeWords(0, {0, 0, 0, 0, 0, 0, 0, 0});
@@ -85,7 +85,7 @@ private Q_SLOTS:
         loop.request(Recipe::Write);
         QCOMPARE(loop.turns(4), (Values{1, 1, 1, -1}));
         QCOMPARE(loop.requests(), writes());
-        QCOMPARE(loop.inPlc("D_W", 10, 5) + loop.inPlc("D_W", 20, 2) + loop.inPlc(2, "M_W", 5),
+        QCOMPARE(loop.inPlc("D_W", 10, 5) + loop.inPlc("D_W", 20, 2) + loop.inPlc("M_W", 5, 1, 2),
                  (Values{1, 2, 3, 4, 5, 6, 7, 8}));
     }
 

@@ -26,7 +26,7 @@ private Q_SLOTS:
     void keyBehindThoseThatAreRead()
     {
         loop.addStation(2);
-        loop.monitor({key("D_W", 100), key("D_W", 500), key(2, "X_W", 5)});
+        loop.monitor({key("D_W", 100), key("D_W", 500), key("X_W", 5, 1, 2)});
         QCOMPARE(loop.turns(5), (Values{1, 1, -1, -1, -1}));
     }
 

@@ -199,7 +199,7 @@ private Q_SLOTS:
     {
         loop.addStation(2);
         for (int i = 0; i < 30; ++i) {
-            loop.write(1 + i % 2, "D_W", i, {i});
+            loop.write("D_W", i, {i}, 1 + i % 2);
         }
         QVERIFY(loop.settle());
         QStringList expected;

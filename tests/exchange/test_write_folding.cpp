@@ -64,9 +64,9 @@ private Q_SLOTS:
         QFETCH(QList<Write>, writes);
         loop.addStation(2);
         for (const Write &write : writes) {
-            loop.write(write.station, write.name, write.address, write.values);
-            QCOMPARE(loop.inPanel(write.station, write.name, write.address,
-                                  static_cast<int>(write.values.size())),
+            loop.write(write.name, write.address, write.values, write.station);
+            QCOMPARE(loop.inPanel(write.name, write.address, static_cast<int>(write.values.size()),
+                                  write.station),
                      write.values);
         }
         QVERIFY(loop.settle());
