@@ -2,6 +2,7 @@
 
 #include "model/model_check.h"
 #include "model/operation_mix.h"
+#include "support/columns.h"
 
 // The driver against a model that was written from the rules alone. A row that fails prints its
 // shortest sequence, which can be pasted as a row of `rules`.
@@ -20,11 +21,7 @@ class SchedulerModelTest : public QObject
 private Q_SLOTS:
     void rules_data()
     {
-        QTest::addColumn<QString>("steps");
-
-        const auto row = [](const char *name, const char *steps) {
-            QTest::newRow(name) << QString::fromLatin1(steps);
-        };
+        const Columns<QString> row("steps");
         row("nothing to do", "send; answer 0; send");
         row("eleven writes, one cyclic read between the tenth and the last",
             "monitor 1/D_W:0*1; write 1/TX:0*11 value 1 tag 2");
@@ -141,15 +138,13 @@ private Q_SLOTS:
 
     void randomOperations_data()
     {
-        QTest::addColumn<int>("mix");
-        QTest::addColumn<int>("seed");
-
+        const Columns<int, int> row("mix", "seed");
         for (std::size_t i = 0; i < model::Mix::all().size(); ++i) {
             for (int seed = 1; seed <= kSeeds; ++seed) {
                 const QString name = QString::fromLatin1("%1, seed %2")
                                          .arg(QString::fromLatin1(model::Mix::all()[i].name))
                                          .arg(seed);
-                QTest::newRow(name.toLatin1().constData()) << static_cast<int>(i) << seed;
+                row(name.toLatin1().constData(), static_cast<int>(i), seed);
             }
         }
     }

@@ -4,6 +4,7 @@
 
 #include "model/operation_mix.h"
 #include "model/sequence_shrink.h"
+#include "support/columns.h"
 
 using model::Act;
 using model::Operation;
@@ -61,18 +62,14 @@ class SequenceShrinkTest : public QObject
 private Q_SLOTS:
     void whatDoesNotMatterGoes_data()
     {
-        QTest::addColumn<Check>("fails");
-        QTest::addColumn<QString>("shortest");
-
-        QTest::newRow("two steps in order")
-            << Check(writeThenSilence)
-            << QString::fromLatin1("write 1/D_W:0*0 value 0 tag 0; answer 0 silent");
-        QTest::newRow("three of a kind") << Check(threeReadings)
-                                         << QString::fromLatin1("once 1/D_W:0*0 bits 0 tag 0; "
-                                                                "once 1/D_W:0*0 bits 0 tag 0; "
-                                                                "once 1/D_W:0*0 bits 0 tag 0");
-        QTest::newRow("a number at its limit")
-            << Check(wideRange) << QString::fromLatin1("monitor 1/D_W:3*5");
+        const Columns<Check, QString> row("fails", "shortest");
+        row("two steps in order", Check(writeThenSilence),
+            "write 1/D_W:0*0 value 0 tag 0; answer 0 silent");
+        row("three of a kind", Check(threeReadings),
+            "once 1/D_W:0*0 bits 0 tag 0; "
+            "once 1/D_W:0*0 bits 0 tag 0; "
+            "once 1/D_W:0*0 bits 0 tag 0");
+        row("a number at its limit", Check(wideRange), "monitor 1/D_W:3*5");
     }
 
     void whatDoesNotMatterGoes()
