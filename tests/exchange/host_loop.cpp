@@ -80,15 +80,11 @@ int HostLoop::receive()
         const LineAnswer answer = m_line.answer(m_frame.recvLen, m_turn.sentMs + timing.timeoutMs);
         m_counts.timeouts += answer.isComplete ? 0 : 1;
         m_turn.answer = answer.bytes;
-        m_turn.isLate = answer.isLate;
     }
     QByteArray handedOver = m_turn.answer;
     m_turn.result = intf_dealRcvFrame(handedOver, m_turn.description);
     judge(m_turn.result);
     m_log += m_turn;
-    if (m_log.size() > m_turnsKept) {
-        m_log.removeFirst();
-    }
     return m_turn.result;
 }
 

@@ -48,7 +48,6 @@ struct Turn
     qint64 sentMs = 0;
     QByteArray request;
     QByteArray answer;   ///< what the driver was given
-    bool isLate = false; ///< some of that came upon an earlier request
     int result = 0;      ///< of intf_dealRcvFrame
     QString description; ///< the driver's text for it
 };
@@ -93,7 +92,10 @@ public:
     void refuse(int times) { unit().faults.add({plc::FaultKind::Refuse, 0x1132, 0x1132, times}); }
     void setPlc(const char *regName, int address, const Values &values, int station = kStation);
     Values inPlc(const char *regName, int address, int count = 1, int station = kStation);
-    /** What the panel has changed in a PLC: where it does not hold what setPlc() has set, or 0. */
+    /**
+     * What the panel has changed in a PLC: every word and contact that is not as setPlc() has set
+     * it, or 0, as "D_W 100=7". A write that went astray shows as well as one that did not arrive.
+     */
     QStringList plcChanges(int station = kStation);
 
     // The panel.
@@ -134,12 +136,7 @@ public:
 
     // What was seen.
     const HostCounts &counts() const { return m_counts; }
-    /** The last turns, at most `kTurnsKept` or as keepTurns() says. */
     const QList<Turn> &log() const { return m_log; }
-    void keepTurns(int most) { m_turnsKept = most; }
-    /** The frame that the driver handed out last, and what is known of its answer. */
-    const FRAME_PRO &frame() const { return m_frame; }
-    const Turn &lastTurn() const { return m_turn; }
     /** The log for the eye: each frame with its time, its answer and what the driver made of it. */
     QString logText() const;
     /** The requests of the log, each as the text between ENQ and EOT. */
@@ -158,8 +155,6 @@ public:
     QStringList differences();
     /** settle() and differences(); where it does not settle, the text that says so. */
     QStringList differencesAtRest();
-
-    static constexpr int kTurnsKept = 20000;
 
 private:
     struct Place
@@ -183,9 +178,11 @@ private:
     FRAME_PRO m_frame{};
     Turn m_turn;
     QList<Turn> m_log;
-    int m_turnsKept = kTurnsKept;
     HostCounts m_counts;
 };
+
+/** The PLC's name for an address of a register: "M_bit" 35 is bit 3 of M word 2. */
+plc::Point pointOf(const QString &regName, int address);
 
 /** A range that the panel shows. Bits and contacts are marked as such. */
 KEY_ADDRESS key(const char *regName, int address, int count = 1, int station = HostLoop::kStation);

@@ -1,7 +1,6 @@
 // What the panel writes and sees, and what the PLCs hold.
 
 #include "exchange/host_loop.h"
-#include "exchange/memory_changes.h"
 
 #include <algorithm>
 
@@ -66,7 +65,24 @@ Values HostLoop::inPlc(const char *regName, int address, int count, int station)
 
 QStringList HostLoop::plcChanges(int station)
 {
-    return memoryChanges(m_set.at(station), memory(station));
+    QStringList changes;
+    const plc::Memory &set = m_set.at(station);
+    const plc::Memory &held = memory(station);
+    const auto compare = [&](const QString &name, int count) {
+        for (int address = 0; address < count; ++address) {
+            const auto value = held.value(pointOf(name, address));
+            if (set.value(pointOf(name, address)) != value) {
+                changes +=
+                    QString::fromLatin1("%1 %2=%3").arg(name).arg(address).arg(value.value_or(0));
+            }
+        }
+    };
+    for (const char device : {'P', 'M', 'K', 'L', 'F', 'T', 'C', 'D'}) {
+        const QString letter(QLatin1Char{device});
+        compare(letter + QLatin1String("_W"), held.wordCount(device));
+        compare(letter + QLatin1Char('X'), held.contactCount(device));
+    }
+    return changes;
 }
 
 int HostLoop::monitor(const Keys &keys)
@@ -186,6 +202,19 @@ QStringList HostLoop::differences()
 QStringList HostLoop::differencesAtRest()
 {
     return settle() ? differences() : QStringList(QString::fromLatin1("jobs go on waiting"));
+}
+
+plc::Point pointOf(const QString &regName, int address)
+{
+    plc::Point point;
+    point.device = regName.isEmpty() ? '\0' : regName.at(0).toLatin1();
+    point.address = address;
+    if (regName.endsWith(QLatin1String("_bit"))) {
+        point.kind = plc::PointKind::Bit;
+    } else if (regName.endsWith(QLatin1Char('X'))) {
+        point.kind = plc::PointKind::Contact;
+    }
+    return point;
 }
 
 KEY_ADDRESS key(const char *regName, int address, int count, int station)

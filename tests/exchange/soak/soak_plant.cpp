@@ -1,6 +1,6 @@
 #include "exchange/soak/soak_plant.h"
 
-#include "exchange/memory_changes.h"
+#include "exchange/host_loop.h"
 #include "model/register_name.h"
 
 #include <algorithm>
