@@ -80,9 +80,9 @@ DriverSide::DriverSide(HostThreads threads)
 
 Sizes DriverSide::sizes()
 {
-    return {static_cast<int>(driver.pendingWrites.size()),
-            static_cast<int>(driver.conditionReads.size()),
-            static_cast<int>(driver.cyclicReads.size()), static_cast<int>(driver.dataArea.size())};
+    const auto size = [](const auto &list) { return static_cast<std::size_t>(list.size()); };
+    return {size(driver.pendingWrites), size(driver.conditionReads), size(driver.cyclicReads),
+            size(driver.dataArea)};
 }
 
 DriverSide::~DriverSide()

@@ -37,13 +37,6 @@ void ModelSide::hear()
     m_model.notices.push_back(noticeWithin(shown));
 }
 
-Sizes ModelSide::sizes() const
-{
-    return {static_cast<int>(m_model.writes().size()), static_cast<int>(m_model.onceReads().size()),
-            static_cast<int>(m_model.cyclicReads().size()),
-            static_cast<int>(m_model.values().size())};
-}
-
 Observation ModelSide::apply(const Operation &operation, const std::string &answer)
 {
     m_model.notices.clear();

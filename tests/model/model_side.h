@@ -30,7 +30,11 @@ public:
     }
 
     [[nodiscard]] const SchedulerModel &model() const { return m_model; }
-    [[nodiscard]] Sizes sizes() const;
+    [[nodiscard]] Sizes sizes() const
+    {
+        return {m_model.writes().size(), m_model.onceReads().size(), m_model.cyclicReads().size(),
+                m_model.values().size()};
+    }
     [[nodiscard]] std::size_t waitingWithin() const { return m_within.size(); }
 
 private:

@@ -91,12 +91,6 @@ std::string textOf(int code, const std::string &text)
     return std::to_string(code) + " \"" + text + "\"";
 }
 
-std::string Sizes::text() const
-{
-    return std::to_string(writes) + " writes, " + std::to_string(onceReads) + " one-off reads, " +
-           std::to_string(cyclicReads) + " cyclic reads, " + std::to_string(units) + " units";
-}
-
 std::string difference(const Observation &expected, const Observation &seen)
 {
     if (isSame(expected, seen)) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -36,21 +37,8 @@ std::string textOf(const SentFrame *frame);
 /** A result with a text, such as the description of a request. */
 std::string textOf(int code, const std::string &text);
 
-/** How much of everything there is. */
-struct Sizes
-{
-    int writes = 0;
-    int onceReads = 0;
-    int cyclicReads = 0;
-    int units = 0; ///< words and contacts whose values are kept
-
-    bool operator==(const Sizes &other) const
-    {
-        return std::tie(writes, onceReads, cyclicReads, units) ==
-               std::tie(other.writes, other.onceReads, other.cyclicReads, other.units);
-    }
-    [[nodiscard]] std::string text() const;
-};
+/** How many writes, one-off reads, cyclic reads and values there are. */
+using Sizes = std::array<std::size_t, 4>;
 
 /** "" when both show the same, else the two in two lines. */
 std::string difference(const Observation &expected, const Observation &seen);

@@ -16,6 +16,15 @@ std::string requestText(const unsigned char *requests)
     return "request bytes " + std::to_string(requests[0]) + " and " + std::to_string(requests[1]);
 }
 
+std::string sizesText(const Sizes &sizes)
+{
+    std::string text = "writes, one-off reads, cyclic reads, values:";
+    for (const std::size_t size : sizes) {
+        text += ' ' + std::to_string(size);
+    }
+    return text;
+}
+
 } // namespace
 
 void SideBySide::step(const Operation &operation, const std::string &answer)
@@ -34,10 +43,8 @@ void SideBySide::step(const Operation &operation, const std::string &answer)
         part(requestText(model().requests), requestText(requests));
     }
     compareBuffers();
-    const Sizes expected = m_model.sizes();
-    const Sizes seen = DriverSide::sizes();
-    if (!(expected == seen)) {
-        part(expected.text(), seen.text());
+    if (m_model.sizes() != DriverSide::sizes()) {
+        part(sizesText(m_model.sizes()), sizesText(DriverSide::sizes()));
     }
 }
 

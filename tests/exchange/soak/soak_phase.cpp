@@ -38,8 +38,13 @@ std::optional<PhaseFailure> runPhase(const Plan &plan, Tally &tally, bool traced
     } catch (const std::runtime_error &broken) {
         return PhaseFailure{tally.frames() - before, broken.what(), bench.traceText()};
     }
-    tally.excuse("write replaced by a newer one of its place", bench.model().writes().folded());
-    tally.excuse("condition read folded into one that waited", bench.model().onceReads().folded());
+    const model::JobList &writes = bench.model().writes();
+    const model::JobList &reads = bench.model().onceReads();
+    tally.excuse("write replaced by a newer one of its place", writes.folded());
+    tally.excuse("write replaced: 513 waited", static_cast<long long>(writes.displaced().size()));
+    tally.excuse("condition read folded into one that waited", reads.folded());
+    tally.excuse("condition read replaced: 513 waited",
+                 static_cast<long long>(reads.displaced().size()));
     return std::nullopt;
 }
 
