@@ -22,6 +22,16 @@ namespace exchange {
 using Values = QList<int>; ///< words, or 0 and 1 for bits and contacts
 using Keys = QList<KEY_ADDRESS>;
 
+/** So many numbers, each by `step` above the one before. */
+inline Values numbers(int count, int first, int step)
+{
+    Values all;
+    for (int i = 0; i < count; ++i) {
+        all += first + i * step;
+    }
+    return all;
+}
+
 /** Milliseconds of the line's own clock. */
 struct HostTiming
 {
@@ -108,6 +118,13 @@ public:
         return settle();
     }
     void write(const char *regName, int address, const Values &values, int station = kStation);
+    /** One write for each value. */
+    void writeEach(const char *regName, int address, const Values &values)
+    {
+        for (const int value : values) {
+            write(regName, address++, {value});
+        }
+    }
     void readOnce(const char *regName, int address, int count, int station = kStation);
     Values inPanel(const char *regName, int address, int count = 1, int station = kStation) const;
 

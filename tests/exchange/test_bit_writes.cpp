@@ -148,10 +148,7 @@ private Q_SLOTS:
         QFETCH(int, bits);
         loop.setPlc("M_W", 2, {0x1234, 0x5678});
         QVERIFY(loop.show({key("M_bit", 32, 32)}));
-        Values values;
-        for (int i = 0; i < bits; ++i) {
-            values += 1;
-        }
+        const Values values = numbers(bits, 1, 0);
         loop.write("M_bit", 32, values);
         loop.forget();
         QCOMPARE(loop.turns(4), (Values{1, 8, 8, 2}));
@@ -166,7 +163,7 @@ private Q_SLOTS:
     void longWriteTakesTheWrongValues()
     {
         loop.start("7#0#0#3#2");
-        const Values ones{1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
+        const Values ones = numbers(20, 1, 0);
         loop.write("M_bit", 0, ones);
         QCOMPARE(loop.turns(4), (Values{1, 1, 1, 1}));
         QCOMPARE(loop.requests(), texts({"01rSB08%MW0000001", "01wSB08%MW0000001FFFF",

@@ -125,10 +125,7 @@ private Q_SLOTS:
 
     void pieces()
     {
-        Values values;
-        for (int i = 0; i < 150; ++i) {
-            values += i + 1;
-        }
+        const Values values = numbers(150, 1, 1);
         loop.setPlc("D_W", 1000, values);
         loop.readOnce("D_W", 1000, 150);
         QVERIFY(loop.settle());
@@ -196,9 +193,7 @@ private Q_SLOTS:
         for (int i = 0; i < reads; ++i) {
             loop.readOnce("D_W", i, 1);
         }
-        for (int i = 0; i < writes; ++i) {
-            loop.write("C_W", i, {1});
-        }
+        loop.writeEach("C_W", 0, numbers(writes, 1, 0));
         QString order;
         for (int i = 0; i < 12; ++i) {
             if (!loop.turn()) {

@@ -41,10 +41,7 @@ private Q_SLOTS:
     // are taken from what follows the data: the end of the answer and its block check.
     void readingOnceUndoesFifteenMore()
     {
-        Values ones;
-        for (int i = 0; i < 18; ++i) {
-            ones += 1;
-        }
+        const Values ones = numbers(18, 1, 0);
         loop.write("TX", 4, ones);
         QVERIFY(loop.settle());
         loop.readOnce("TX", 4, 1);
@@ -92,9 +89,7 @@ private Q_SLOTS:
     {
         loop.setPlc("TX", 5, {1});
         QVERIFY(loop.show({key("TX", 5)}));
-        for (int address = 0; address < 10; ++address) {
-            loop.write("D_W", address, {1});
-        }
+        loop.writeEach("D_W", 0, numbers(10, 1, 0));
         loop.write("TX", 5, {1});
         loop.turns(10);
         loop.setPlc("TX", 5, {0});

@@ -17,9 +17,7 @@ private Q_SLOTS:
     {
         loop.setPlc("D_W", 600, {5});
         QVERIFY(loop.show({key("D_W", 600)}));
-        for (int i = 0; i < 512; ++i) {
-            loop.write("D_W", i, {1});
-        }
+        loop.writeEach("D_W", 0, numbers(512, 1, 0));
         loop.write("D_W", 600, {7});
         loop.write("D_W", 601, {8});
         QVERIFY(loop.settle());
@@ -71,9 +69,7 @@ private:
     // Ten writes go before the next reading, two are left then.
     void readWhileWritesWait()
     {
-        for (int i = 0; i < 12; ++i) {
-            loop.write("D_W", i, {2});
-        }
+        loop.writeEach("D_W", 0, numbers(12, 2, 0));
         loop.setPlc("M_bit", 36, {1});
         QVERIFY(loop.settle());
     }

@@ -181,9 +181,7 @@ private Q_SLOTS:
 
     void readingsWhileBitsWait()
     {
-        for (int bit = 48; bit < 57; ++bit) {
-            loop.write("M_bit", bit, {1});
-        }
+        loop.writeEach("M_bit", 48, numbers(9, 1, 0));
         loop.write("M_bit", 35, {1});
         loop.turns(9);
         loop.write("M_bit", 35, {0}); // the first is the next to go

@@ -90,9 +90,7 @@ private Q_SLOTS:
     {
         for (int round = 0; round < 2; ++round) {
             loop.monitor({key("M_W", 0)});
-            for (int address = 0; address < 9; ++address) {
-                loop.write("D_W", address, {round + 1});
-            }
+            loop.writeEach("D_W", 0, numbers(9, round + 1, 0));
             loop.forget();
             loop.turns(9);
             QCOMPARE(loop.requests().filter(QLatin1String("wSB")).size(), 9);

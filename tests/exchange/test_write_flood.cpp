@@ -33,9 +33,7 @@ QString pattern(HostLoop &loop, int turns)
 /** Writes address + 1000 to each of `count` data registers. */
 void flood(HostLoop &loop, int count)
 {
-    for (int address = 0; address < count; ++address) {
-        loop.write("D_W", address, {address + 1000});
-    }
+    loop.writeEach("D_W", 0, numbers(count, 1000, 1));
 }
 
 QString change(int address)
@@ -233,10 +231,7 @@ private Q_SLOTS:
         QFETCH(int, words);
         QFETCH(int, limit);
         loop.start((QByteArray("7#0#0#3#") + QByteArray::number(limit)).constData());
-        Values values;
-        for (int i = 0; i < words; ++i) {
-            values += i * 100 + 1;
-        }
+        const Values values = numbers(words, 1, 100);
         if (words <= 512) {
             loop.write("D_W", 200, values);
         } else {
@@ -259,10 +254,7 @@ private Q_SLOTS:
     // time, but a host that sets blocks of 60 loses its writes of 59 and 60.
     void blockWriteBeyondThePlc()
     {
-        Values values;
-        for (int i = 0; i < 60; ++i) {
-            values += i + 1;
-        }
+        const Values values = numbers(60, 1, 1);
         loop.monitor({key("D_W", 0, 60)});
         loop.write("D_W", 0, values);
         QCOMPARE(loop.turns(4), (Values{8, 8, 2, 1}));

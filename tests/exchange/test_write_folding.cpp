@@ -109,9 +109,7 @@ private Q_SLOTS:
 
     void foldsInAFullQueue()
     {
-        for (int address = 0; address < 513; ++address) {
-            loop.write("D_W", address, {1});
-        }
+        loop.writeEach("D_W", 0, numbers(513, 1, 0));
         loop.write("D_W", 300, {2}); // takes the place of its like, not that of the last one
         loop.write("D_W", 0, {2});   // like the head: displaces the last one
         QVERIFY(loop.settle());

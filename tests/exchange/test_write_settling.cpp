@@ -125,9 +125,7 @@ private Q_SLOTS:
     void pendingValueOutlastsReadings()
     {
         QVERIFY(loop.show({key("D_W", 100)}));
-        for (int address = 0; address < 10; ++address) {
-            loop.write("D_W", address, {1});
-        }
+        loop.writeEach("D_W", 0, numbers(10, 1, 0));
         loop.write("D_W", 100, {9});
         loop.forget();
         loop.turns(10);
