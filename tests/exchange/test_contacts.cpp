@@ -4,8 +4,6 @@
 
 using namespace exchange;
 
-using plc::FaultKind;
-
 // The output contacts of timers and counters, which go one to a frame.
 class TestContacts : public ExchangeTest
 {

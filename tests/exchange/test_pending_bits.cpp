@@ -5,8 +5,6 @@
 
 using namespace exchange;
 
-using plc::FaultKind;
-
 // Writes of one bit that wait behind one another: two marks for each bit of a word remember them,
 // and the word is pending until the last mark is gone.
 class TestPendingBits : public ExchangeTest
