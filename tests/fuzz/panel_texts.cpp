@@ -1,19 +1,19 @@
 // What people type for the panel tool, what their files hold, and what a line brings. The first
 // character of an input says what the rest is.
 #include "fuzz/input.h"
-#include "ls_master_k_cnet/ls_master_k_cnet.h"
 #include "host/address/address.h"
-#include "host/wire/answer_collector.h"
 #include "host/address/assignment.h"
-#include "host/wire/frame_words.h"
 #include "host/address/item.h"
-#include "host/wire/characters.h"
-#include "host/wire/open_questions.h"
-#include "host/wire/fence_frame.h"
+#include "host/address/value_text.h"
 #include "host/link/link_address.h"
 #include "host/recipe/recipe_file.h"
 #include "host/recipe/recipe_layout.h"
-#include "host/address/value_text.h"
+#include "host/wire/answer_collector.h"
+#include "host/wire/characters.h"
+#include "host/wire/fence_frame.h"
+#include "host/wire/frame_words.h"
+#include "host/wire/open_questions.h"
+#include "ls_master_k_cnet/ls_master_k_cnet.h"
 
 #include <algorithm>
 #include <map>
@@ -37,8 +37,10 @@ const RegisterCatalog &registers()
 {
     static const RegisterCatalog catalog = [] {
         RegisterCatalog all;
-        add(all, QLatin1String("OCT"), QString::fromLatin1("OOO 10 77 1 0").split(QLatin1Char(' ')));
-        add(all, QLatin1String("HEX"), QString::fromLatin1("HHH 0 FFF 1 1").split(QLatin1Char(' ')));
+        add(all, QLatin1String("OCT"),
+            QString::fromLatin1("OOO 10 77 1 0").split(QLatin1Char(' ')));
+        add(all, QLatin1String("HEX"),
+            QString::fromLatin1("HHH 0 FFF 1 1").split(QLatin1Char(' ')));
         QList<QString> names;
         intf_getRegListByType(1, names);
         intf_getRegListByType(0, names);

@@ -7,7 +7,7 @@
 
 /// How a row gives the values of a column: texts and lists of them without their types.
 template <typename Type>
-struct Given
+struct InColumn
 {
     typedef Type Value;
 };
@@ -42,13 +42,13 @@ struct GivenTexts
 };
 
 template <>
-struct Given<QString>
+struct InColumn<QString>
 {
     typedef GivenText Value;
 };
 
 template <>
-struct Given<QStringList>
+struct InColumn<QStringList>
 {
     typedef GivenTexts Value;
 };
@@ -68,7 +68,7 @@ public:
         (void)added;
     }
 
-    void operator()(const char *name, const typename Given<Types>::Value &...values) const
+    void operator()(const char *name, const typename InColumn<Types>::Value &...values) const
     {
         QTestData &row = QTest::newRow(name);
         const int added[] = {(row << static_cast<Types>(values), 0)...};
