@@ -9,7 +9,6 @@ class TestLinkAddress : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void sim();
     void tcp_data();
     void tcp();
     void serial_data();
@@ -19,15 +18,6 @@ private Q_SLOTS:
     void characterTime_data();
     void characterTime();
 };
-
-void TestLinkAddress::sim()
-{
-    QString error;
-    const auto address = parseLinkAddress(QLatin1String("sim"), error);
-    QVERIFY(address.has_value());
-    QVERIFY(address->kind == LinkAddress::Kind::Sim);
-    QCOMPARE(address->line.text(), QLatin1String("38400,8,NONE,1"));
-}
 
 void TestLinkAddress::tcp_data()
 {
@@ -77,10 +67,10 @@ void TestLinkAddress::serial()
 void TestLinkAddress::refuses_data()
 {
     QTest::addColumn<QString>("expected");
-    const char any[] = "expected sim, tcp:HOST:PORT or serial:DEVICE";
+    const char any[] = "expected tcp:HOST:PORT or serial:DEVICE";
     const char tcp[] = "expected tcp:HOST:PORT";
     const char serial[] = "expected serial:DEVICE[,BAUD,7|8,NONE|EVEN|ODD,1|2]";
-    for (const char *text : {"", "SIM", "sim:1", "udp:a:1", "/dev/ttyS0"}) {
+    for (const char *text : {"", "sim", "sim:1", "udp:a:1", "/dev/ttyS0"}) {
         QTest::newRow(text) << any;
     }
     for (const char *text : {"tcp:", "tcp:a", "tcp::1", "tcp:a:", "tcp:a:0", "tcp:a:65536",
