@@ -100,8 +100,8 @@ cnet-panel watches, reads and writes the values of MASTER-K programmable
 controllers over their Cnet computer link, at a serial line or a TCP port,
 and transfers recipes. It loads the ls_master_k_cnet driver as a panel does.
 
-cnet-plc is a simulated controller that answers the same link and injects faults
-on demand, for trying panels without a machine behind them.")
+cnet-plc is a simulated controller that answers the same link and injects
+faults on demand, for trying panels without a machine behind them.")
 
 # Files that only Debian requires.
 configure_file(${PROJECT_SOURCE_DIR}/packaging/debian_files.cmake.in
