@@ -74,9 +74,9 @@ static QByteArray collectAnswer(QTcpSocket &line)
             return answer;
         }
     }
-    // Answers bear no number: one that is late would be taken for that to the next question. So the
-    // line is left alone until nothing has come for another time-out, and what comes is dropped. An
-    // answer that is later still would get through; the host library's guard knows no such limit.
+    // Answers have no number: a late one would be taken for the answer to the next request. So
+    // nothing is sent until the line was quiet for another timeout, and what arrives is dropped. An
+    // answer that is even later would get through; the host library's guard has no such limit.
     for (int turn = 0; turn < 10 && line.waitForReadyRead(kAnswerMs); ++turn) {
         line.readAll();
     }
