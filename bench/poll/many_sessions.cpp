@@ -1,5 +1,5 @@
-// Many lines in one process and one thread: sessions with a driver and items of their own, at the pace that a
-// session has by default. Prints what one of them takes of memory and of a core.
+// Many lines in one process and one thread: sessions with a driver and items of their own, at the
+// pace that a session has by default. Prints what one of them takes of memory and of a core.
 //
 //   many_sessions PORT SESSIONS ITEMS SECONDS
 

@@ -1,7 +1,7 @@
-// Polls cnet-plc as every program on the host library does, without showing anything: a session with one
-// monitor and the driver behind it. It finds the end of the answer, checks station, command and block
-// check, keeps late answers apart, decodes the hexadecimal, stores and compares each word, watches the
-// time, and keeps the counters.
+// Polls cnet-plc as every program on the host library does, without showing anything: a session
+// with one monitor and the driver behind it. It finds the end of the answer, checks station,
+// command and block check, keeps late answers apart, decodes the hexadecimal, stores and compares
+// each word, watches the time, and keeps the counters.
 
 #include "poll_clock.h"
 
@@ -34,8 +34,7 @@ int main(int argc, char **argv)
                      [&](const cnet::ExchangeReport &report) {
                          if (!report.good) {
                              QCoreApplication::exit(1);
-                         } else if (report.purpose == cnet::Purpose::Cyclic &&
-                                    !clock.pollEnded()) {
+                         } else if (report.purpose == cnet::Purpose::Cyclic && !clock.pollEnded()) {
                              QCoreApplication::exit(0);
                          }
                      });

@@ -18,7 +18,8 @@ std::optional<quint16> parseValue(const QString &text, bool isBit);
 /** "4660 0x1234", or "1" for a bit or contact. */
 QString valueText(quint16 value, bool isBit);
 
-/** Several of them: "4660 0x1234, 5 0x0005". Of a long row the first ones, and how many there are. */
+/** Several of them: "4660 0x1234, 5 0x0005". Of a long row the first ones, and how many there are.
+ */
 QString valuesText(const QVector<quint16> &values, bool isBit);
 
 /** What parseValue() takes, for a message: "0 or 1". */

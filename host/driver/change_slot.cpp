@@ -33,8 +33,8 @@ int report(int /*deviceNo*/, int stationNo, QString &name, int address)
 }
 
 template <size_t... numbers>
-constexpr std::array<ChangeSlot::Function, kMostDrivers>
-functionsOf(std::index_sequence<numbers...> /*all*/)
+constexpr std::array<ChangeSlot::Function, kMostDrivers> functionsOf(
+    std::index_sequence<numbers...> /*all*/)
 {
     return {&report<numbers>...};
 }

@@ -157,8 +157,8 @@ AddressSeries Driver::series(const RegisterInfo &reg, int start, int count, int 
                   "as the driver has them");
     AddressSeries series;
     QString name = reg.name;
-    const int result = m_core->functions().multiCopy(name, start, count, step, series.texts,
-                                                     series.numbers);
+    const int result =
+        m_core->functions().multiCopy(name, start, count, step, series.texts, series.numbers);
     series.clamped = result == kSeriesClamped;
     return series;
 }

@@ -22,10 +22,10 @@ enum class ObjectKind { Words, Bits };
 struct DriverDescription
 {
     QString name;
-    QString version;       ///< of its interface: "2.0.0.0"
-    QString protocolType;  ///< "0"
-    QString propertyPage;  ///< "0_0"
-    QString serialDefault; ///< "38400,8,NONE,1"
+    QString version;        ///< of its interface: "2.0.0.0"
+    QString protocolType;   ///< "0"
+    QString propertyPage;   ///< "0_0"
+    QString serialDefault;  ///< "38400,8,NONE,1"
     QString networkDefault; ///< "192.168.0.100:8000"
 };
 
@@ -42,12 +42,13 @@ struct AddressSeries
 {
     QVector<QString> texts;
     QVector<int> numbers; ///< as many
-    bool clamped = false; ///< some lie beyond the highest address and were set to it, or are missing
+    bool clamped =
+        false; ///< some lie beyond the highest address and were set to it, or are missing
 };
 
 /**
- * A driver, loaded at run time. A session talks through one; several drivers in a process do not share
- * anything. To be used on the thread of its session.
+ * A driver, loaded at run time. A session talks through one; several drivers in a process do not
+ * share anything. To be used on the thread of its session.
  */
 class Driver : public QObject
 {
@@ -62,8 +63,8 @@ public:
      * loaded, from a temporary folder that goes with this object.
      *
      * @param path file to load; empty: the library that came with the program: in the folder `lib`
-     * beside the program's own, where an installation has its libraries, beside the program, or on the
-     * system's search path
+     * beside the program's own, where an installation has its libraries, beside the program, or on
+     * the system's search path
      * @param error receives one sentence when the result is false
      */
     bool load(const QString &path, QString &error);
@@ -79,8 +80,8 @@ public:
     DriverDescription description() const;
 
     /**
-     * Asks the driver whether it takes all addresses of an item. Nothing else keeps a wrong one off the
-     * line: a session takes checked items only.
+     * Asks the driver whether it takes all addresses of an item. Nothing else keeps a wrong one off
+     * the line: a session takes checked items only.
      *
      * @param error receives one sentence, with what was expected, when the result is false
      */

@@ -56,8 +56,8 @@ DriverCore::~DriverCore()
 bool DriverCore::load(const QString &path, QString &error)
 {
     if (m_changeSlot.function() == nullptr) {
-        error = QString::fromLatin1("cannot load the driver: %1 are loaded already")
-                    .arg(kMostDrivers);
+        error =
+            QString::fromLatin1("cannot load the driver: %1 are loaded already").arg(kMostDrivers);
         return false;
     }
     m_loaded = m_library.load(path, error);

@@ -30,18 +30,18 @@ struct DriverProperties
 constexpr int kCyclicRead = 4;
 
 /**
- * Tags of what the host itself asks for (`VARIABLE::opKind`): the driver carries them along into each
- * frame, which is how the host tells what an exchange was for. Clear of the driver's own tags.
+ * Tags of what the host itself asks for (`VARIABLE::opKind`): the driver carries them along into
+ * each frame, which is how the host tells what an exchange was for. Clear of the driver's own tags.
  */
 constexpr int kOneOffRead = 100;
 constexpr int kWrite = 101;
 
 /**
- * One loaded driver and all that it is lent: the shared block, the recipe buffer, the callback. Within
- * the library only; programs have Driver.
+ * One loaded driver and all that it is lent: the shared block, the recipe buffer, the callback.
+ * Within the library only; programs have Driver.
  *
- * One thread: the exchange, the values and the callback, which comes from within those calls, all run on
- * it.
+ * One thread: the exchange, the values and the callback, which comes from within those calls, all
+ * run on it.
  */
 class DriverCore
 {
@@ -61,8 +61,8 @@ public:
     void start(const DriverProperties &properties);
 
     /**
-     * Changes the most words of a block while nothing is queued or in flight. The driver starts anew for
-     * it: what it had cached is gone, and its cyclic reads.
+     * Changes the most words of a block while nothing is queued or in flight. The driver starts
+     * anew for it: what it had cached is gone, and its cyclic reads.
      */
     void setBlockWords(int words);
     int blockWords() const { return m_properties.blockWords; }
@@ -73,7 +73,8 @@ public:
     /** Sets what is read cyclically, while nothing is in flight. @return number of block reads */
     int merge(QList<KEY_ADDRESS> keys) { return functions().addrMerge(keys); }
 
-    /** Has a row of words or one contact read or written next; see intf_addConditionRead, intf_setData. */
+    /** Has a row of words or one contact read or written next; see intf_addConditionRead,
+     * intf_setData. */
     void queueRead(const Item &item);
     void queueWrite(const Item &item, const QVector<quint16> &values);
 

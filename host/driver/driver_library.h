@@ -35,12 +35,12 @@ struct DriverFunctions
 };
 
 /**
- * The driver, loaded at run time as an operator panel loads it: by file name, its functions by their
- * plain names.
+ * The driver, loaded at run time as an operator panel loads it: by file name, its functions by
+ * their plain names.
  *
- * A loaded library has one state, so whoever loads the same file a second time gets a copy of it under a
- * name of its own, which is unloaded and removed with this object. The file itself stays loaded until
- * the program ends. Not for several threads.
+ * A loaded library has one state, so whoever loads the same file a second time gets a copy of it
+ * under a name of its own, which is unloaded and removed with this object. The file itself stays
+ * loaded until the program ends. Not for several threads.
  */
 class DriverLibrary
 {
@@ -64,8 +64,8 @@ public:
      * Loads the driver and looks up every function. Once only.
      *
      * @param path file to load; empty: the candidates beside the running program
-     * @param error receives one sentence when the result is false: there is no such library, it lacks a
-     * function, or it could not be copied
+     * @param error receives one sentence when the result is false: there is no such library, it
+     * lacks a function, or it could not be copied
      */
     bool load(const QString &path, QString &error);
 

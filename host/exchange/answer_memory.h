@@ -29,8 +29,8 @@ public:
     }
 
     /**
-     * True when the answer to a request is to be expected to be the last one once more: it was so before,
-     * or the request writes, whose acknowledgements are all alike.
+     * True when the answer to a request is to be expected to be the last one once more: it was so
+     * before, or the request writes, whose acknowledgements are all alike.
      * @param shape of the answer to the request
      */
     bool wouldRepeat(int station, const QByteArray &request, const AnswerShape &shape) const;

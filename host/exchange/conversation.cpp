@@ -124,8 +124,8 @@ void Conversation::sendFence()
 {
     const int station = m_question.station;
     const AnswerShape next = AnswerShape::toRequest(m_question.request, m_question.answerLength);
-    const FenceFrame fence = fenceFrame(
-        station, m_open.freeFence(station, next, m_memory.last(station)));
+    const FenceFrame fence =
+        fenceFrame(station, m_open.freeFence(station, next, m_memory.last(station)));
     const int characters = static_cast<int>(fence.request.size()) + fence.answerLength;
     m_phase = Phase::Fencing;
     m_shape = AnswerShape::toRequest(fence.request, fence.answerLength);
@@ -202,8 +202,8 @@ void Conversation::handleAnswerToFence(const QByteArray &answer)
 void Conversation::takeAnswer(const QByteArray &answer)
 {
     const int station = m_question.station;
-    const bool repeats = m_settings.repeatedAnswers == RepeatedAnswers::Confirm &&
-                         m_memory.repeats(station, answer);
+    const bool repeats =
+        m_settings.repeatedAnswers == RepeatedAnswers::Confirm && m_memory.repeats(station, answer);
     if (repeats && !m_memory.isLastRequest(station, m_question.request)) {
         m_note = QLatin1String("it may be the answer to an earlier request");
         m_collector.clear();
@@ -246,15 +246,14 @@ void Conversation::dropAnswer(const QByteArray &answer)
         // Known to be slow now: the fence gets the time that it needs.
         const double wentMs = static_cast<double>(m_clock.nowNs() - m_sentNs) / kNsPerMs;
         const int characters = static_cast<int>(m_frame.size()) + m_shape.length;
-        const int leftMs =
-            m_times.patienceMs(station, characters) - static_cast<int>(wentMs);
+        const int leftMs = m_times.patienceMs(station, characters) - static_cast<int>(wentMs);
         m_alarm->set(std::max(1, leftMs));
     }
     Q_EMIT answeredLate(station, answer, lateMs);
 }
 
-// The answer to a repeated request may be that to its first sending, so that is what counts. What such
-// an answer took says nothing of the station: the first may have been lost.
+// The answer to a repeated request may be that to its first sending, so that is what counts. What
+// such an answer took says nothing of the station: the first may have been lost.
 double Conversation::noteTime()
 {
     const qint64 nowNs = m_clock.nowNs();

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/exchange/repeated_answers.h"
 #include "host/exchange/answer_memory.h"
+#include "host/exchange/repeated_answers.h"
 #include "host/exchange/reply.h"
 #include "host/exchange/response_times.h"
 #include "host/link/link.h"
@@ -32,19 +32,19 @@ struct Question
 /**
  * Asks one question at a time on a line and sees to it that the answer it reports belongs to it.
  *
- * Answers have no number. Station, command and length are all that tells them apart, so after a time-out
- * the late answer to one question looks like the answer to the next. The way out is a fence: a read that
- * the host builds itself, of a shape that no open question has. A station answers in turn; once the answer
- * to the fence is here, nothing older can come any more. Until then everything is dropped. A fence goes
- * out before a question whose answer could be mistaken
+ * Answers have no number. Station, command and length are all that tells them apart, so after a
+ * time-out the late answer to one question looks like the answer to the next. The way out is a
+ * fence: a read that the host builds itself, of a shape that no open question has. A station
+ * answers in turn; once the answer to the fence is here, nothing older can come any more. Until
+ * then everything is dropped. A fence goes out before a question whose answer could be mistaken
  *
  *  - for that of an open question, which was not answered in time or was sent several times;
- *  - for the last answer, should that come once more (RepeatedAnswers): where both are known to be the
- *    same, and for writes, whose answers all are. Where they turn out to be the same unforeseen, the
- *    answer is dropped, and the question asked again behind a fence.
+ *  - for the last answer, should that come once more (RepeatedAnswers): where both are known to be
+ * the same, and for writes, whose answers all are. Where they turn out to be the same unforeseen,
+ * the answer is dropped, and the question asked again behind a fence.
  *
- * It runs on the event loop of its thread, and nothing in it waits. No link may report an answer from
- * within send().
+ * It runs on the event loop of its thread, and nothing in it waits. No link may report an answer
+ * from within send().
  */
 class Conversation : public QObject
 {
@@ -65,7 +65,8 @@ public:
     void greet(int station, int patienceMs);
 
     /**
-     * Forgets the question; ended() does not follow. Its answer may still come, and is known as late.
+     * Forgets the question; ended() does not follow. Its answer may still come, and is known as
+     * late.
      * @return true when the question itself went out
      */
     bool cancel();
@@ -136,7 +137,7 @@ private:
     OpenQuestions m_open;
     AnswerCollector m_collector;
     AnswerMemory m_memory;
-    bool m_disturbed = false;                  ///< the line has to be quiet before the next frame
+    bool m_disturbed = false; ///< the line has to be quiet before the next frame
     qint64 m_lastByteMs = 0;
     qint64 m_clearingSinceMs = 0;
 };

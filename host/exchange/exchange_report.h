@@ -21,10 +21,10 @@ struct ExchangeReport
 {
     Purpose purpose = Purpose::Cyclic;
     Reply reply;
-    QString block;      ///< what was asked for: "D_W:100*10", in the units of the block
-    bool final = true;  ///< false: the same request is sent again
-    bool good = false;  ///< the driver took the answer
-    int refusal = 0;    ///< error code, of Outcome::Refused
+    QString block;     ///< what was asked for: "D_W:100*10", in the units of the block
+    bool final = true; ///< false: the same request is sent again
+    bool good = false; ///< the driver took the answer
+    int refusal = 0;   ///< error code, of Outcome::Refused
 
     int station() const { return reply.station; }
 
@@ -36,10 +36,10 @@ struct ExchangeReport
         Failure failure;
         failure.sent = reply.sent;
         failure.code = refusal;
-        failure.kind = good                                  ? Failure::None
-                       : reply.outcome == Outcome::Refused   ? Failure::Refused
-                       : reply.outcome == Outcome::TimedOut  ? Failure::NoAnswer
-                                                             : Failure::BadAnswer;
+        failure.kind = good                                 ? Failure::None
+                       : reply.outcome == Outcome::Refused  ? Failure::Refused
+                       : reply.outcome == Outcome::TimedOut ? Failure::NoAnswer
+                                                            : Failure::BadAnswer;
         return failure;
     }
 };

@@ -14,9 +14,9 @@ struct TimeoutSettings
 /**
  * How long each station takes to answer, and how long it is therefore waited for.
  *
- * The time-out begins with half a second for the PLC's own time and twice what both frames take on the
- * line. A station whose answers come later than that gets more time, up to ten seconds; when it becomes
- * quick again, the time-out follows slowly. A fixed time-out stays as it is.
+ * The time-out begins with half a second for the PLC's own time and twice what both frames take on
+ * the line. A station whose answers come later than that gets more time, up to ten seconds; when it
+ * becomes quick again, the time-out follows slowly. A fixed time-out stays as it is.
  */
 class ResponseTimes
 {
@@ -27,8 +27,8 @@ public:
     int timeoutMs(int station, int characters) const;
 
     /**
-     * The same for a frame whose answer only says that the station is through with all before it: as
-     * long as the station was ever found to take, also where the time-out is fixed.
+     * The same for a frame whose answer only says that the station is through with all before it:
+     * as long as the station was ever found to take, also where the time-out is fixed.
      */
     int patienceMs(int station, int characters) const;
 

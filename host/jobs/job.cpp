@@ -1,6 +1,5 @@
 #include "host/jobs/job.h"
 
-
 namespace cnet {
 
 Job::Job(QObject *parent)

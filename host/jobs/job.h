@@ -10,9 +10,9 @@
 namespace cnet {
 
 /**
- * Something that a session does once: read, write, transfer a recipe. Whatever ends it, finished() comes
- * exactly once, and never from within the call that made the job. The job belongs to the session; who
- * made it may delete it earlier, which cancels it.
+ * Something that a session does once: read, write, transfer a recipe. Whatever ends it, finished()
+ * comes exactly once, and never from within the call that made the job. The job belongs to the
+ * session; who made it may delete it earlier, which cancels it.
  */
 class Job : public QObject
 {
@@ -36,8 +36,8 @@ public:
     QString failure() const { return m_failure; }
 
     /**
-     * Ends it as soon as the line allows. What went out already may have been carried out. finished()
-     * follows.
+     * Ends it as soon as the line allows. What went out already may have been carried out.
+     * finished() follows.
      */
     void cancel();
 
@@ -53,7 +53,8 @@ public:
     /** The line is lost. @return true when the job is kept until it is back */
     virtual bool outlivesLine() const { return true; }
     bool isCancelRequested() const { return m_cancelRequested; }
-    /** Nothing more comes: finished() goes out. @param reason of a job that could not end by itself */
+    /** Nothing more comes: finished() goes out. @param reason of a job that could not end by itself
+     */
     void conclude(const Failure &reason = Failure());
 
 Q_SIGNALS:

@@ -35,8 +35,8 @@ void ReadJob::ended(const BlockRequest &request, const BlockResult &result)
         // One bad address takes the block with it, so each item is asked for by itself.
         QVector<PlannedRead> apart;
         for (const ServedBlock &served : read.serves) {
-            apart.append({requestFor(m_results.at(served.item).item, served.block, m_registers),
-                          {served}});
+            apart.append(
+                {requestFor(m_results.at(served.item).item, served.block, m_registers), {served}});
         }
         m_plan = apart + m_plan;
     } else {

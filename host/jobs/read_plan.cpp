@@ -9,7 +9,8 @@ namespace cnet {
 
 namespace {
 
-// What a request of its own costs on the line, in words: 21 characters and 13 of the answer's frame.
+// What a request of its own costs on the line, in words: 21 characters and 13 of the answer's
+// frame.
 const int kGapWords = 8;
 
 bool comesBefore(const PlannedRead &left, const PlannedRead &right)
@@ -26,8 +27,8 @@ bool joins(const Item &block, const Item &next, int blockWords)
 {
     const int end = std::max(block.start + block.count, next.start + next.count);
     return !next.reg.isContact() && block.station == next.station &&
-           block.reg.name == next.reg.name &&
-           next.start <= block.start + block.count + kGapWords && end - block.start <= blockWords;
+           block.reg.name == next.reg.name && next.start <= block.start + block.count + kGapWords &&
+           end - block.start <= blockWords;
 }
 
 } // namespace

@@ -21,7 +21,8 @@ struct PlannedRead
     QVector<ServedBlock> serves;
 };
 
-/** The request that reads one block of an item: its words, those that hold its bits, or a contact. */
+/** The request that reads one block of an item: its words, those that hold its bits, or a contact.
+ */
 Item requestFor(const Item &item, const ItemBlock &block, const RegisterCatalog &registers);
 
 enum class Merging {
@@ -30,8 +31,8 @@ enum class Merging {
 };
 
 /**
- * Plans how to read items with few requests. Bits are read with the words that hold them; each contact
- * takes a request of its own.
+ * Plans how to read items with few requests. Bits are read with the words that hold them; each
+ * contact takes a request of its own.
  *
  * @param items whose addresses were checked
  * @param registers has the word register of every bit register's memory

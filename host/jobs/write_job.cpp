@@ -77,8 +77,8 @@ void WriteJob::ended(const BlockRequest &request, const BlockResult &result)
     Q_EMIT progressed(m_done, m_total);
 }
 
-// The first block that failed tells how the assignment ended; unless another may have arrived, which is
-// worse to be wrong about.
+// The first block that failed tells how the assignment ended; unless another may have arrived,
+// which is worse to be wrong about.
 void WriteJob::note(const Block &block, const Failure &failure)
 {
     WriteResult &result = m_results[block.result];
@@ -191,7 +191,8 @@ QString WriteResult::text() const
     if (isWritten() || outcome == WriteOutcome::Open) {
         return QString::fromLatin1("%1: %2").arg(name, QLatin1String(word));
     }
-    QString text = QString::fromLatin1("%1: %2 (%3)").arg(name, QLatin1String(word), failure.text());
+    QString text =
+        QString::fromLatin1("%1: %2 (%3)").arg(name, QLatin1String(word), failure.text());
     if (now && now->isGood()) {
         text += QLatin1String("; it holds ") + valuesText(now->values, assignment.item.reg.isBit());
     } else if (outcome == WriteOutcome::NotSent) {

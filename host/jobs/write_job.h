@@ -38,8 +38,8 @@ struct WriteResult
 };
 
 /**
- * Writes values in the order given, each assignment in as few requests as a PLC takes, before all reads.
- * What is left for a station that does not answer is not sent.
+ * Writes values in the order given, each assignment in as few requests as a PLC takes, before all
+ * reads. What is left for a station that does not answer is not sent.
  */
 class WriteJob : public Job
 {
@@ -104,8 +104,8 @@ private:
 };
 
 /**
- * Cuts an item so that each block is one write that the PLC can take whole: words that fit its buffer,
- * one bit, or one contact.
+ * Cuts an item so that each block is one write that the PLC can take whole: words that fit its
+ * buffer, one bit, or one contact.
  *
  * The driver's write of several bits at once is right only within one word, so bits go one by one.
  * Contacts have no block write at all: each is an entry of its own.

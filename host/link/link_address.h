@@ -28,10 +28,11 @@ struct LinkAddress
     enum class Kind { Tcp, Serial };
 
     Kind kind = Kind::Tcp;
-    QString host;      ///< of Tcp
-    quint16 port = 0;  ///< of Tcp
-    QString device;    ///< of Serial
-    LineSettings line; ///< of Serial; of the line behind a TCP port what the time-out is computed from
+    QString host;     ///< of Tcp
+    quint16 port = 0; ///< of Tcp
+    QString device;   ///< of Serial
+    LineSettings
+        line; ///< of Serial; of the line behind a TCP port what the time-out is computed from
 };
 
 /**

@@ -60,7 +60,8 @@ struct ValueChange
     qint64 atMs = 0; ///< see wallTime()
 };
 
-/** Local time of milliseconds since 1970 in UTC, with its zone; null for 0, which stands for never. */
+/** Local time of milliseconds since 1970 in UTC, with its zone; null for 0, which stands for never.
+ */
 QDateTime wallTime(qint64 sinceEpochMs);
 
 } // namespace cnet

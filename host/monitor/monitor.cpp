@@ -54,16 +54,14 @@ void Monitor::setItems(const QVector<Item> &items)
 
 bool Monitor::isComplete() const
 {
-    return std::none_of(m_items.cbegin(), m_items.cend(), [](const ItemState &state) {
-        return state.quality == Quality::NeverRead;
-    });
+    return std::none_of(m_items.cbegin(), m_items.cend(),
+                        [](const ItemState &state) { return state.quality == Quality::NeverRead; });
 }
 
 bool Monitor::isGood() const
 {
-    return std::all_of(m_items.cbegin(), m_items.cend(), [](const ItemState &state) {
-        return state.quality == Quality::Good;
-    });
+    return std::all_of(m_items.cbegin(), m_items.cend(),
+                       [](const ItemState &state) { return state.quality == Quality::Good; });
 }
 
 void Monitor::store(int item, int offset, quint16 value, const Surroundings &now)
@@ -223,11 +221,10 @@ void Monitor::tell()
     QVector<int> states = std::exchange(m_changedStates, {});
     std::sort(states.begin(), states.end());
     states.erase(std::unique(states.begin(), states.end()), states.end());
-    std::stable_sort(changes.begin(), changes.end(),
-                     [](const ValueChange &left, const ValueChange &right) {
-                         return left.item != right.item ? left.item < right.item
-                                                        : left.offset < right.offset;
-                     });
+    std::stable_sort(
+        changes.begin(), changes.end(), [](const ValueChange &left, const ValueChange &right) {
+            return left.item != right.item ? left.item < right.item : left.offset < right.offset;
+        });
     if (!changes.isEmpty()) {
         Q_EMIT valuesChanged(changes);
     }

@@ -1,7 +1,7 @@
 #include "host/recipe/recipe_file.h"
 
-#include "host/driver/driver_core.h"
 #include "host/address/value_text.h"
+#include "host/driver/driver_core.h"
 
 #include <QStringList>
 

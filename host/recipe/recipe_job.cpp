@@ -68,8 +68,8 @@ std::optional<BlockRequest> RecipeJob::next()
     return request;
 }
 
-// Of a driver that has other words in its buffer the values are put there now, and not earlier: several
-// recipes may wait.
+// Of a driver that has other words in its buffer the values are put there now, and not earlier:
+// several recipes may wait.
 void RecipeJob::begun(const BlockRequest &request)
 {
     Job::begun(request);
@@ -150,8 +150,8 @@ void RecipeJob::compare()
     for (int i = 0; i < m_items.size(); ++i) {
         const ReadResult &read = m_reading->results().at(i);
         if (!read.isGood()) {
-            m_failure = QString::fromLatin1("verifying: %1: %2")
-                            .arg(read.item.text(), read.failure.text());
+            m_failure =
+                QString::fromLatin1("verifying: %1: %2").arg(read.item.text(), read.failure.text());
             return;
         }
         for (int word = 0; word < read.values.size(); ++word) {
@@ -190,10 +190,10 @@ void RecipeJob::takeValues()
     }
 }
 
-// The driver remembers at which block a transfer was cut off, even when communication starts anew, and
-// would begin the next one there. Only a transfer that ends, well or not, makes it begin at the first
-// block again. So this one is brought to a bad end: its frame is answered with nothing, which reaches no
-// line, until the driver gives it up and withdraws the request.
+// The driver remembers at which block a transfer was cut off, even when communication starts anew,
+// and would begin the next one there. Only a transfer that ends, well or not, makes it begin at the
+// first block again. So this one is brought to a bad end: its frame is answered with nothing, which
+// reaches no line, until the driver gives it up and withdraws the request.
 void RecipeJob::withdraw()
 {
     if (!m_transferring) {
@@ -220,9 +220,8 @@ void RecipeJob::giveUp(const Failure &reason)
     m_transferred = true;
     m_verify = Verify::No;
     if (m_failure.isEmpty()) {
-        m_failure = QString::fromLatin1("block %1: %2")
-                        .arg(m_progress.blocks + 1)
-                        .arg(reason.text());
+        m_failure =
+            QString::fromLatin1("block %1: %2").arg(m_progress.blocks + 1).arg(reason.text());
     }
 }
 

@@ -24,8 +24,8 @@ struct RecipeProgress
 };
 
 /**
- * Transfers a recipe as a whole, block by block, before all else. It is not resumed when the line was
- * lost: half of it may be gone with the PLC's power.
+ * Transfers a recipe as a whole, block by block, before all else. It is not resumed when the line
+ * was lost: half of it may be gone with the PLC's power.
  */
 class RecipeJob : public Job
 {

@@ -73,7 +73,7 @@ ExchangeReport FrameCarrier::take(const Reply &reply, AddressRange &range)
     report.purpose = purpose();
     report.reply = reply;
     range = AddressRange{m_frame.var.stationNo, m_frame.var.regName, m_frame.var.startAddr,
-                             m_frame.var.count};
+                         m_frame.var.count};
     report.block = range.text();
     settle(report);
     return report;

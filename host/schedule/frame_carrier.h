@@ -17,11 +17,13 @@ public:
     /** Sends what the driver wants sent next; take() is to follow. @return false: it has nothing */
     bool carry();
 
-    /** What became of the frame: the driver deals with the answer. @param range what it was about */
+    /** What became of the frame: the driver deals with the answer. @param range what it was about
+     */
     ExchangeReport take(const Reply &reply, AddressRange &range);
 
     /**
-     * The driver has a frame in flight: what carry() sends next is that frame, whatever was queued since.
+     * The driver has a frame in flight: what carry() sends next is that frame, whatever was queued
+     * since.
      */
     bool isFrameOpen() const { return m_open; }
 

@@ -9,8 +9,8 @@
 namespace cnet {
 
 /**
- * Greets stations: before they are used for the first time, and again when they were silent. All silent
- * stations together cost the line a twentieth of its time at most; see StationHealth.
+ * Greets stations: before they are used for the first time, and again when they were silent. All
+ * silent stations together cost the line a twentieth of its time at most; see StationHealth.
  */
 class Greeter
 {

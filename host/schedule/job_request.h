@@ -8,7 +8,8 @@
 
 namespace cnet {
 
-/** The one request of a job that is underway: handed to the driver, and followed until it is done. */
+/** The one request of a job that is underway: handed to the driver, and followed until it is done.
+ */
 class JobRequest
 {
 public:
@@ -19,7 +20,8 @@ public:
     Job *job() const { return m_job; }
     bool isRecipe() const { return m_open && m_request.kind == BlockRequest::Recipe; }
 
-    /** Has the driver make the request and sends its frame. @return false: it makes nothing of it */
+    /** Has the driver make the request and sends its frame. @return false: it makes nothing of it
+     */
     bool begin(Job *job, const BlockRequest &request);
 
     /** True when a frame that has ended belongs to it. */

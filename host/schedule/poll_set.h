@@ -13,8 +13,8 @@
 namespace cnet {
 
 /**
- * The items of all monitors of a session, and which of them one block read serves. It asks the driver
- * for what monitors are to show, and for nothing that a station refuses or does not answer.
+ * The items of all monitors of a session, and which of them one block read serves. It asks the
+ * driver for what monitors are to show, and for nothing that a station refuses or does not answer.
  */
 class PollSet
 {
@@ -44,7 +44,8 @@ public:
     /** Items of their own for each block that this range serves, in the order of the places. */
     QVector<Item> itemsIn(const AddressRange &range, QVector<Place> &places);
 
-    /** A block was read well. @param changed the driver reported changes, or may have missed some */
+    /** A block was read well. @param changed the driver reported changes, or may have missed some
+     */
     void rangeRead(const AddressRange &range, bool changed, const Monitor::Surroundings &now);
     /** The same for words that no cyclic read asked for: blocks that lie within. */
     void rangeReadInPart(const AddressRange &range, const Monitor::Surroundings &now);

@@ -45,8 +45,7 @@ Monitor::Surroundings Poller::surroundings() const
     now.lineOpen = m_lineOpen;
     // The first round of a slow line is not over when its first values are shown.
     const qint64 underwayMs = m_blocksLeft > 0 ? now.nowMs - m_roundBeganMs : 0;
-    const qint64 roundMs =
-        std::max({qint64(m_settings.intervalMs), m_roundTookMs, underwayMs});
+    const qint64 roundMs = std::max({qint64(m_settings.intervalMs), m_roundTookMs, underwayMs});
     now.dueMs = m_settings.staleMs > 0 ? m_settings.staleMs
                                        : std::max(kLeastStaleMs, kStaleRounds * roundMs);
     return now;
@@ -61,8 +60,8 @@ void Poller::prepare()
     }
     m_mergeDue = false;
     m_set.distrustCallbacks();
-    m_blocks = m_driver.merge(
-        m_set.keys([this](int station) { return m_health.isAlive(station); }));
+    m_blocks =
+        m_driver.merge(m_set.keys([this](int station) { return m_health.isAlive(station); }));
     m_blocksLeft = 0;
 }
 
@@ -107,8 +106,8 @@ void Poller::finishRound()
     Q_EMIT roundEnded(m_rounds);
 }
 
-// A block of one item is that item's refusal. So is one that is refused again although each of its items
-// was read by itself: it is the block then that the PLC does not like.
+// A block of one item is that item's refusal. So is one that is refused again although each of its
+// items was read by itself: it is the block then that the PLC does not like.
 void Poller::sortOut(const AddressRange &range, int code)
 {
     QVector<PollSet::Place> places;
@@ -122,8 +121,7 @@ void Poller::sortOut(const AddressRange &range, int code)
         m_mergeDue = true;
         return;
     }
-    auto *const job =
-        new ReadJob(items, m_registers, m_settings.blockWords, Merging::Apart, this);
+    auto *const job = new ReadJob(items, m_registers, m_settings.blockWords, Merging::Apart, this);
     connect(job, &Job::finished, this, [this, places, job] {
         mark(places, job);
         job->deleteLater();
@@ -146,8 +144,8 @@ void Poller::mark(const QVector<PollSet::Place> &places, Job *job)
     }
 }
 
-// A block that the range holds a part of is compared when it is read next: the driver has reported the
-// change already.
+// A block that the range holds a part of is compared when it is read next: the driver has reported
+// the change already.
 void Poller::rangeRead(const AddressRange &range)
 {
     m_set.distrustCallbacks();
@@ -180,8 +178,8 @@ void Poller::writeBegun(const Item &item, const QVector<quint16> &values)
     m_set.forEach([&](Monitor &monitor) { monitor.writeBegun(item, values, surroundings()); });
 }
 
-// The driver shows a value from its writing on, and reports nothing when the PLC has it, too. Words that
-// hold a written bit would keep what they showed before.
+// The driver shows a value from its writing on, and reports nothing when the PLC has it, too. Words
+// that hold a written bit would keep what they showed before.
 void Poller::writeEnded(const Item &item, const QVector<quint16> &values, bool confirmed)
 {
     m_set.distrustCallbacks();
@@ -195,11 +193,10 @@ void Poller::look()
     const Monitor::Surroundings now = surroundings();
     m_set.forEach([&](Monitor &monitor) { monitor.look(now); });
     const QVector<int> stations = m_set.stations();
-    const bool hopeless =
-        m_lineOpen && m_blocks == 0 && !m_mergeDue && !stations.isEmpty() &&
-        std::none_of(stations.cbegin(), stations.cend(), [this](int station) {
-            return m_health.state(station) == StationHealth::State::Unproven;
-        });
+    const bool hopeless = m_lineOpen && m_blocks == 0 && !m_mergeDue && !stations.isEmpty() &&
+                          std::none_of(stations.cbegin(), stations.cend(), [this](int station) {
+                              return m_health.state(station) == StationHealth::State::Unproven;
+                          });
     if (hopeless && now.nowMs >= m_nextRoundMs) {
         m_roundBeganMs = now.nowMs;
         finishRound();

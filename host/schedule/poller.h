@@ -20,9 +20,9 @@ struct PollSettings
 };
 
 /**
- * The cyclic reads: which blocks they have, when a round begins, and what becomes of a block that is
- * refused. Such a block is read once item by item; what the station refuses by itself is left out, and
- * costs nobody else.
+ * The cyclic reads: which blocks they have, when a round begins, and what becomes of a block that
+ * is refused. Such a block is read once item by item; what the station refuses by itself is left
+ * out, and costs nobody else.
  */
 class Poller : public QObject
 {

@@ -100,8 +100,8 @@ void Scheduler::lineOpened()
     proceedSoon();
 }
 
-// The frame in flight is not sent again when the line is back: nobody knows what is at its other end
-// then, and a write may have been carried out.
+// The frame in flight is not sent again when the line is back: nobody knows what is at its other
+// end then, and a write may have been carried out.
 void Scheduler::lineLost()
 {
     m_lineOpen = false;
@@ -174,8 +174,8 @@ void Scheduler::proceed()
     }
 }
 
-// The driver has a frame in flight, or was asked for one. Of some requests it makes nothing, as of a
-// recipe without words.
+// The driver has a frame in flight, or was asked for one. Of some requests it makes nothing, as of
+// a recipe without words.
 bool Scheduler::resume()
 {
     if (!m_carrier.isFrameOpen() && !m_request.isOpen()) {
@@ -215,9 +215,8 @@ bool Scheduler::serveJobs()
             m_jobs.end(job, Failure());
             continue;
         }
-        const QVector<int> stations = request->stations.isEmpty()
-                                          ? QVector<int>{request->item.station}
-                                          : request->stations;
+        const QVector<int> stations =
+            request->stations.isEmpty() ? QVector<int>{request->item.station} : request->stations;
         switch (m_greeter.admit(stations)) {
         case Greeter::Admission::Granted:
             if (m_request.begin(job, *request)) {
@@ -280,8 +279,8 @@ void Scheduler::handleFrame(const Reply &reply)
     const ExchangeReport report = m_carrier.take(reply, range);
     // First of all: whoever ends with what follows from it has counted it.
     Q_EMIT exchangeEnded(report);
-    const bool heard = report.reply.outcome == Outcome::Answered ||
-                       report.reply.outcome == Outcome::Refused;
+    const bool heard =
+        report.reply.outcome == Outcome::Answered || report.reply.outcome == Outcome::Refused;
     if (heard) {
         stationHeard(report.station());
     } else {
@@ -329,7 +328,8 @@ void Scheduler::stationMissed(int station, const Failure &failure)
     }
 }
 
-// A request that is out is waited for: the PLC may be at it. Only a recipe is long enough to be cut off.
+// A request that is out is waited for: the PLC may be at it. Only a recipe is long enough to be cut
+// off.
 void Scheduler::cancelJob(Job *job)
 {
     Failure reason;

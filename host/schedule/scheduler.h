@@ -22,11 +22,11 @@ struct ScheduleSettings
 };
 
 /**
- * Decides what is asked next: recipes and writes, one-off reads, a greeting for a station that may be
- * back, the blocks of the monitored items.
+ * Decides what is asked next: recipes and writes, one-off reads, a greeting for a station that may
+ * be back, the blocks of the monitored items.
  *
- * A station is greeted before it is used; while it does not answer, nothing else is asked of it, and its
- * items leave the cyclic reads.
+ * A station is greeted before it is used; while it does not answer, nothing else is asked of it,
+ * and its items leave the cyclic reads.
  */
 class Scheduler : public QObject
 {

@@ -10,9 +10,9 @@ namespace cnet {
 /**
  * Which stations answer, and when one that does not is asked whether it is back.
  *
- * A silent station is left alone for a second, then twice as long each time up to half a minute. All
- * silent stations together never take more than a twentieth of the line's time: what their silence costs
- * is saved up first, unless nobody else has use for the line.
+ * A silent station is left alone for a second, then twice as long each time up to half a minute.
+ * All silent stations together never take more than a twentieth of the line's time: what their
+ * silence costs is saved up first, unless nobody else has use for the line.
  */
 class StationHealth
 {

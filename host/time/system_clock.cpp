@@ -7,8 +7,9 @@ namespace cnet {
 namespace {
 
 /**
- * An alarm for what hardly ever happens: it is set and cancelled again with every request. That costs no
- * more than noting the time; the timer behind it runs on, and looks for itself what is due when it fires.
+ * An alarm for what hardly ever happens: it is set and cancelled again with every request. That
+ * costs no more than noting the time; the timer behind it runs on, and looks for itself what is due
+ * when it fires.
  */
 class SystemAlarm : public Alarm
 {

@@ -8,8 +8,8 @@ namespace cnet {
  * Finds the answers in the bytes of a line, however they come in.
  *
  * What comes before ACK or NAK is noise. An answer ends two characters behind ETX; one that grows
- * beyond the longest frame is noise too. Answers are printable between their control characters, so an
- * ACK or NAK within one begins a new answer.
+ * beyond the longest frame is noise too. Answers are printable between their control characters, so
+ * an ACK or NAK within one begins a new answer.
  */
 class AnswerCollector
 {
@@ -20,7 +20,8 @@ public:
     /**
      * Takes bytes up to the end of the next answer.
      *
-     * @param expectedLength bytes of the answer that is most likely to come; only speed depends on it
+     * @param expectedLength bytes of the answer that is most likely to come; only speed depends on
+     * it
      * @return how many bytes were taken: all, or fewer when the answer is complete
      */
     int add(const QByteArray &bytes, int expectedLength);
@@ -31,7 +32,8 @@ public:
     /** True once ACK or NAK was seen. */
     bool hasBegun() const { return !m_answer.isEmpty(); }
 
-    /** What has come of the answer, from ACK or NAK on; where none began, the noise, as far as kept. */
+    /** What has come of the answer, from ACK or NAK on; where none began, the noise, as far as
+     * kept. */
     QByteArray answer() const { return m_answer.isEmpty() ? m_noise : m_answer; }
 
     /** Bytes that belong to no answer. */

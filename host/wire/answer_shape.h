@@ -5,8 +5,8 @@
 namespace cnet {
 
 /**
- * What an answer shows of the question it belongs to: station, command and its own length. The wire has
- * no transaction number, so two questions of one shape cannot be told apart by their answers.
+ * What an answer shows of the question it belongs to: station, command and its own length. The wire
+ * has no transaction number, so two questions of one shape cannot be told apart by their answers.
  */
 struct AnswerShape
 {
@@ -16,7 +16,8 @@ struct AnswerShape
     /** Of the answer to a request. @param answerLength bytes of a positive one */
     static AnswerShape toRequest(const QByteArray &request, int answerLength);
 
-    /** True when the answer may belong to a question of this shape; a refusal may have any length. */
+    /** True when the answer may belong to a question of this shape; a refusal may have any length.
+     */
     bool admits(const QByteArray &answer) const;
 
     bool operator==(const AnswerShape &other) const

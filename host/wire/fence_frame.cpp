@@ -15,7 +15,8 @@ const int kNameLength = sizeof kName - 1;
 
 // ACK st(2) command(3) blocks(2) number of bytes(2) ... ETX BCC(2), and four characters for a word
 const int kBlockAnswer = 1 + 2 + 3 + 2 + 2 + 1 + kBlockCheckLength;
-// ACK st(2) command(3) blocks(2) ... ETX BCC(2), and for each name its number of bytes(2) and a word
+// ACK st(2) command(3) blocks(2) ... ETX BCC(2), and for each name its number of bytes(2) and a
+// word
 const int kNamesAnswer = 1 + 2 + 3 + 2 + 1 + kBlockCheckLength;
 const int kWordCharacters = 4;
 

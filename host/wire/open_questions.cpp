@@ -47,9 +47,8 @@ std::optional<OpenQuestion> OpenQuestions::settle(int station, const QByteArray 
 void OpenQuestions::keep(int station, const QByteArray &request, const AnswerShape &shape)
 {
     Questions &kept = m_kept.at(static_cast<quint8>(station));
-    if (std::none_of(kept.cbegin(), kept.cend(), [&](const OpenQuestion &question) {
-            return question.request == request;
-        })) {
+    if (std::none_of(kept.cbegin(), kept.cend(),
+                     [&](const OpenQuestion &question) { return question.request == request; })) {
         kept.append({request, shape, 0});
     }
 }
@@ -60,10 +59,9 @@ int OpenQuestions::freeFence(int station, const AnswerShape &next,
     for (int form = 0; form < kFenceForms; ++form) {
         const FenceFrame fence = fenceFrame(station, form);
         const AnswerShape shape = AnswerShape::toRequest(fence.request, fence.answerLength);
-        const bool taken = shape == next || shape.admits(lastAnswer) ||
-                           any(station, [&](const OpenQuestion &question) {
-                               return question.shape == shape;
-                           });
+        const bool taken =
+            shape == next || shape.admits(lastAnswer) ||
+            any(station, [&](const OpenQuestion &question) { return question.shape == shape; });
         if (!taken) {
             return form;
         }

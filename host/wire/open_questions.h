@@ -19,11 +19,12 @@ struct OpenQuestion
 };
 
 /**
- * The requests that may still be answered: those whose time-out has passed, or that were sent again.
+ * The requests that may still be answered: those whose time-out has passed, or that were sent
+ * again.
  *
- * An answer names its station and command but not what was asked, so one that comes late looks like the
- * answer to the next question of its shape. Nothing may be asked whose answer could be mistaken for one
- * of these; see Conversation.
+ * An answer names its station and command but not what was asked, so one that comes late looks like
+ * the answer to the next question of its shape. Nothing may be asked whose answer could be mistaken
+ * for one of these; see Conversation.
  */
 class OpenQuestions
 {
@@ -35,14 +36,16 @@ public:
     bool confusable(int station, const QByteArray &request, const AnswerShape &shape) const;
 
     /**
-     * An answer came, which settles the oldest question that it fits, since a station answers in turn.
+     * An answer came, which settles the oldest question that it fits, since a station answers in
+     * turn.
      * @return that question; nothing where it fits none
      */
     std::optional<OpenQuestion> settle(int station, const QByteArray &answer);
 
     /**
-     * An answer came that may be a copy of the last one. So the question's own may still be on its way,
-     * and nobody knows from here on which answer is whose: the question stays open until clear().
+     * An answer came that may be a copy of the last one. So the question's own may still be on its
+     * way, and nobody knows from here on which answer is whose: the question stays open until
+     * clear().
      */
     void keep(int station, const QByteArray &request, const AnswerShape &shape);
 
@@ -56,8 +59,8 @@ public:
     bool isEmpty(int station) const { return of(station).isEmpty(); }
 
     /**
-     * A form of fence whose answer fits no open question, not `next`, and is no copy of the last answer;
-     * see fenceFrame().
+     * A form of fence whose answer fits no open question, not `next`, and is no copy of the last
+     * answer; see fenceFrame().
      */
     int freeFence(int station, const AnswerShape &next, const QByteArray &lastAnswer) const;
 

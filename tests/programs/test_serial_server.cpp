@@ -3,14 +3,14 @@
 #include <QFile>
 #include <QStandardPaths>
 #include <QTcpServer>
-#include <QTemporaryDir>
 #include <QTcpSocket>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <csignal>
 
-// A real serial server between the panel and the PLC: a TCP port on one side, a serial device on the
-// other. It holds bytes of its own, so late answers come later still.
+// A real serial server between the panel and the PLC: a TCP port on one side, a serial device on
+// the other. It holds bytes of its own, so late answers come later still.
 class TestSerialServer : public QObject
 {
     Q_OBJECT
@@ -69,9 +69,12 @@ void TestSerialServer::valuesStayAtTheirAddresses_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::addColumn<QString>("seconds");
-    QTest::newRow("in time") << "delay=1" << "3";
-    QTest::newRow("later than the time-out") << "delay=1600" << "14";
-    QTest::newRow("late at times") << "delay=50..1200@30%" << "8";
+    QTest::newRow("in time") << "delay=1"
+                             << "3";
+    QTest::newRow("later than the time-out") << "delay=1600"
+                                             << "14";
+    QTest::newRow("late at times") << "delay=50..1200@30%"
+                                   << "8";
 }
 
 void TestSerialServer::valuesStayAtTheirAddresses()
@@ -81,10 +84,9 @@ void TestSerialServer::valuesStayAtTheirAddresses()
     const QString device = m_directory.filePath(QLatin1String("plc"));
     PlcProgram plc;
     QVERIFY(plc.serve({QLatin1String("--pty"), device},
-                      {QLatin1String("--set"), QLatin1String("D_W:100=111"),
-                       QLatin1String("--set"), QLatin1String("D_W:300=333"),
-                       QLatin1String("--set"), QLatin1String("D_W:500=555"),
-                       QLatin1String("--fault"), fault}));
+                      {QLatin1String("--set"), QLatin1String("D_W:100=111"), QLatin1String("--set"),
+                       QLatin1String("D_W:300=333"), QLatin1String("--set"),
+                       QLatin1String("D_W:500=555"), QLatin1String("--fault"), fault}));
     QString link;
     QVERIFY(serve(device, link));
     Program panel;

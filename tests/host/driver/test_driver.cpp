@@ -112,16 +112,23 @@ void TestDriver::checksTexts_data()
     QTest::addColumn<ObjectKind>("kind");
     QTest::addColumn<QString>("reason"); // empty: good
     QTest::addColumn<int>("number");
-    QTest::newRow("words") << "D_W" << "100" << ObjectKind::Words << "" << 100;
-    QTest::newRow("bits") << "M_bit" << "3.5" << ObjectKind::Bits << "" << 53;
-    QTest::newRow("bits as words") << "M_bit" << "3.5" << ObjectKind::Words
-                                   << "a bit register used as words, or a word register used as bits"
-                                   << 0;
-    QTest::newRow("beyond") << "D_W" << "10000" << ObjectKind::Words << "out of range" << 0;
+    QTest::newRow("words") << "D_W"
+                           << "100" << ObjectKind::Words << "" << 100;
+    QTest::newRow("bits") << "M_bit"
+                          << "3.5" << ObjectKind::Bits << "" << 53;
+    QTest::newRow("bits as words")
+        << "M_bit"
+        << "3.5" << ObjectKind::Words
+        << "a bit register used as words, or a word register used as bits" << 0;
+    QTest::newRow("beyond") << "D_W"
+                            << "10000" << ObjectKind::Words << "out of range" << 0;
     QTest::newRow("not its format")
-        << "M_bit" << "3" << ObjectKind::Bits << "not in the register's format" << 0;
-    QTest::newRow("no register") << "Q_W" << "0" << ObjectKind::Words << "no such register" << 0;
-    QTest::newRow("not listed") << "RWI" << "0" << ObjectKind::Words << "no such register" << 0;
+        << "M_bit"
+        << "3" << ObjectKind::Bits << "not in the register's format" << 0;
+    QTest::newRow("no register") << "Q_W"
+                                 << "0" << ObjectKind::Words << "no such register" << 0;
+    QTest::newRow("not listed") << "RWI"
+                                << "0" << ObjectKind::Words << "no such register" << 0;
 }
 
 void TestDriver::checksTexts()

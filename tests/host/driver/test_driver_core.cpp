@@ -12,10 +12,10 @@ Item item(const char *name, int start, int count)
 {
     Item item;
     item.reg.name = QLatin1String(name);
-    item.reg.width = item.reg.name.endsWith(QLatin1String("_W")) ? RegisterWidth::Word
-                                                                 : RegisterWidth::Bit;
-    item.reg.form = item.reg.name.endsWith(QLatin1String("_bit")) ? AddressForm::WordBit
-                                                                  : AddressForm::Plain;
+    item.reg.width =
+        item.reg.name.endsWith(QLatin1String("_W")) ? RegisterWidth::Word : RegisterWidth::Bit;
+    item.reg.form =
+        item.reg.name.endsWith(QLatin1String("_bit")) ? AddressForm::WordBit : AddressForm::Plain;
     item.start = start;
     item.count = count;
     return item;

@@ -49,8 +49,8 @@ void TestDriverLibrary::findsItBesideTheProgram_data()
     QTest::addColumn<QStringList>("files");
     QTest::addColumn<QString>("first");
     const QString besideLib = QLatin1String("lib/" CNET_HOST_DRIVER_NAME);
-    const QString installed = QDir::cleanPath(
-        QLatin1String("bin/" CNET_HOST_DRIVER_DIRECTORY "/" CNET_HOST_DRIVER_NAME));
+    const QString installed =
+        QDir::cleanPath(QLatin1String("bin/" CNET_HOST_DRIVER_DIRECTORY "/" CNET_HOST_DRIVER_NAME));
     const QString besideProgram = QLatin1String("bin/" CNET_HOST_DRIVER_NAME);
     QTest::newRow("nowhere") << QStringList() << CNET_HOST_DRIVER_NAME;
     QTest::newRow("in lib") << QStringList{besideLib} << besideLib;

@@ -7,10 +7,10 @@
 
 using namespace cnet;
 
-// A line that does everything a line can do to answers, hours of it in virtual time. Every address holds
-// values that name it and change all the time, so a value that is shown at another address is seen at
-// once; and every write goes to an address of its own, so what is said of it can be compared with the
-// PLC's memory.
+// A line that does everything a line can do to answers, hours of it in virtual time. Every address
+// holds values that name it and change all the time, so a value that is shown at another address is
+// seen at once; and every write goes to an address of its own, so what is said of it can be
+// compared with the PLC's memory.
 class TestRightValues : public QObject
 {
     Q_OBJECT
@@ -40,7 +40,8 @@ int nameOf(int station, int address)
     return (station * kPlaces + address / 100) * kPlaceWords + address % 100;
 }
 
-// Environment: how many exchanges each line is to have; the long run is for who changed something here.
+// Environment: how many exchanges each line is to have; the long run is for who changed something
+// here.
 qint64 exchangesWanted()
 {
     const qint64 asked = qEnvironmentVariableIntValue("CNET_EXCHANGES");
@@ -102,7 +103,8 @@ private:
 
     void live(plc::Unit &unit)
     {
-        // Not at every request: where nothing changes a copy of an answer cannot be told from an answer.
+        // Not at every request: where nothing changes a copy of an answer cannot be told from an
+        // answer.
         if (++m_life % 3 != 0) {
             return;
         }
@@ -240,16 +242,14 @@ private:
     void judge(const WriteResult &result)
     {
         const Item &item = result.assignment.item;
-        const quint16 holds = m_line->bus.find(item.station)
-                                  ->station.memory()
-                                  .word('D', item.start)
-                                  .value_or(0);
+        const quint16 holds =
+            m_line->bus.find(item.station)->station.memory().word('D', item.start).value_or(0);
         const bool holdsIt = holds == result.assignment.values.first();
-        const bool lied = (result.isWritten() && !holdsIt) ||
-                          (result.outcome == WriteOutcome::NotSent && holdsIt) ||
-                          result.outcome == WriteOutcome::Mismatch ||
-                          (result.now && result.now->isGood() &&
-                           result.now->values.first() != holds);
+        const bool lied =
+            (result.isWritten() && !holdsIt) ||
+            (result.outcome == WriteOutcome::NotSent && holdsIt) ||
+            result.outcome == WriteOutcome::Mismatch ||
+            (result.now && result.now->isGood() && result.now->values.first() != holds);
         writesTaken += result.isWritten() ? 1 : 0;
         writesNot += result.isWritten() ? 0 : 1;
         if (lied) {
@@ -318,8 +318,7 @@ void TestRightValues::everyLine()
     Plant plant(m_driver, row->manners, row->timeoutMs, seed);
     plant.run(exchangesWanted());
     qInfo("seed %u: %lld requests, %lld values, %lld reads, %lld writes taken, %lld not", seed,
-          plant.requests(), plant.valuesSeen, plant.readsGood, plant.writesTaken,
-          plant.writesNot);
+          plant.requests(), plant.valuesSeen, plant.readsGood, plant.writesTaken, plant.writesNot);
     QVERIFY2(plant.wrong.isEmpty(),
              qPrintable(QString::fromLatin1("%1 wrong; %2")
                             .arg(plant.wrong.size())

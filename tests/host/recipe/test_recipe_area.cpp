@@ -12,7 +12,6 @@ private Q_SLOTS:
     void requests_data();
     void requests();
     void words();
-
 };
 
 void TestRecipeArea::requests_data()

@@ -163,10 +163,10 @@ void TestRecipeJob::failsAtABlock_data()
     QTest::addColumn<QString>("failure");
     for (const auto direction : {RecipeDirection::Write, RecipeDirection::Read}) {
         const char *const name = direction == RecipeDirection::Write ? "write" : "read";
-        QTest::addRow("%s, silence", name) << direction << true
-                                           << "block 2 (1/D_W:4999*2): no answer";
-        QTest::addRow("%s, refused", name) << direction << false
-                                           << "block 2 (1/D_W:4999*2): refused: 1132";
+        QTest::addRow("%s, silence", name)
+            << direction << true << "block 2 (1/D_W:4999*2): no answer";
+        QTest::addRow("%s, refused", name)
+            << direction << false << "block 2 (1/D_W:4999*2): refused: 1132";
     }
 }
 
@@ -213,7 +213,8 @@ void TestRecipeJob::beginsAtTheFirstBlockAgain()
     QCOMPARE(first->failure(), QString::fromLatin1("block %1: cancelled").arg(blocks + 1));
     plant.run(50);
     plant.takeFrames();
-    RecipeJob *const second = start(plant, "D_W:0 D_W:10 D_W:20", RecipeDirection::Write, Verify::No);
+    RecipeJob *const second =
+        start(plant, "D_W:0 D_W:10 D_W:20", RecipeDirection::Write, Verify::No);
     QVERIFY(plant.finishes(second));
     QCOMPARE(second->progress().blocks, 3);
     QCOMPARE(static_cast<int>(plant.takeFrames("wSB").size()), 3);

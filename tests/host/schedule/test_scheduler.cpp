@@ -229,8 +229,8 @@ void TestScheduler::recipesGoBeforeReads()
     VirtualPlant plant;
     plant.open();
     ReadJob *const read = plant.read("D_W:1000*600");
-    RecipeJob *const recipe = plant.session->transfer({{plant.item(QLatin1String("D_W:0*100")), {}, 0}},
-                                                      RecipeDirection::Read);
+    RecipeJob *const recipe = plant.session->transfer(
+        {{plant.item(QLatin1String("D_W:0*100")), {}, 0}}, RecipeDirection::Read);
     QVERIFY(plant.finishes(recipe));
     QVERIFY(!read->isFinished());
 }
@@ -282,7 +282,11 @@ void TestScheduler::deadStationsGetNoWrites()
     QVERIFY(plant.finishes(other));
     QCOMPARE(other->state(), Job::State::Done);
     QVERIFY(write->isFinished());
-    QCOMPARE(static_cast<int>(plant.takeFrames("\x05" "02").size()), greetings);
+    QCOMPARE(static_cast<int>(plant
+                                  .takeFrames("\x05"
+                                              "02")
+                                  .size()),
+             greetings);
     for (const WriteResult &result : write->results()) {
         QCOMPARE(result.outcome, WriteOutcome::NotSent);
         QVERIFY2(result.text().endsWith(QLatin1String("not written (no answer); nothing was sent")),

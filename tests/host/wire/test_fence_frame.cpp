@@ -27,7 +27,8 @@ void TestFenceFrame::isAnsweredAsAnnounced()
                 const QByteArray answer = station.answer(fence.request);
                 const QByteArray what = "form " + QByteArray::number(form) + ": " + fence.request;
                 QVERIFY2(isWholeAnswer(answer) && answer.at(0) == '\x06', what.constData());
-                QVERIFY2(answer.size() == fence.answerLength && answer.size() <= 256, what.constData());
+                QVERIFY2(answer.size() == fence.answerLength && answer.size() <= 256,
+                         what.constData());
                 QVERIFY2(fence.request.size() <= 256, what.constData());
             }
         }

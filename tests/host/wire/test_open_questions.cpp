@@ -106,7 +106,7 @@ void TestOpenQuestions::forgetsTheOldest()
 void TestOpenQuestions::findsAFreeFence_data()
 {
     QTest::addColumn<QList<int>>("open");
-    QTest::addColumn<int>("next");       // form of the next question
+    QTest::addColumn<int>("next");        // form of the next question
     QTest::addColumn<QByteArray>("last"); // answer
     QTest::addColumn<int>("free");
     const QByteArray copy = answerFrame("01rSS01020000");

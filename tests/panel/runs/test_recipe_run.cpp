@@ -1,7 +1,7 @@
 #include "host/support/test_registers.h"
 
-#include "panel/system/exit_code.h"
 #include "panel/runs/recipe_run.h"
+#include "panel/system/exit_code.h"
 
 #include <QRegularExpression>
 #include <QtTest>

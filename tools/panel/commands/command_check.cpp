@@ -1,9 +1,9 @@
 #include "host/address/address.h"
-#include "panel/commands/commands.h"
-#include "panel/system/exit_code.h"
-#include "panel/commands/link_settings.h"
-#include "panel/system/standard_output.h"
 #include "host/address/value_text.h"
+#include "panel/commands/commands.h"
+#include "panel/commands/link_settings.h"
+#include "panel/system/exit_code.h"
+#include "panel/system/standard_output.h"
 
 #include <limits>
 
@@ -52,8 +52,8 @@ bool readQuestion(const Invocation &invocation, Question &question, QString &err
     const bool asBits =
         parser.isSet(bits) || (!parser.isSet(words) && reg != nullptr && reg->isBit());
     question.kind = asBits ? ObjectKind::Bits : ObjectKind::Words;
-    return readNumberOption(parser, asBits ? bits : words, 1,
-                            std::numeric_limits<int>::max(), question.count, error);
+    return readNumberOption(parser, asBits ? bits : words, 1, std::numeric_limits<int>::max(),
+                            question.count, error);
 }
 
 QString field(const char *title, const QString &value)
@@ -64,11 +64,10 @@ QString field(const char *title, const QString &value)
 QString answerText(const Question &question, const RegisterCatalog &registers,
                    const AddressVerdict &verdict)
 {
-    QString text =
-        QString::fromLatin1("%1 %2: %3\n")
-            .arg(quotable(question.registerName), quotable(question.address),
-                 verdict.valid ? QLatin1String("valid")
-                               : QLatin1String("not valid, ") + verdict.reason);
+    QString text = QString::fromLatin1("%1 %2: %3\n")
+                       .arg(quotable(question.registerName), quotable(question.address),
+                            verdict.valid ? QLatin1String("valid")
+                                          : QLatin1String("not valid, ") + verdict.reason);
     if (verdict.valid) {
         text += field("number", QString::number(verdict.number));
     }
@@ -99,7 +98,8 @@ int run(const Invocation &invocation)
 
 } // namespace
 
-const Command kCheckCommand = {"check", "REGISTER ADDRESS",
+const Command kCheckCommand = {"check",
+                               "REGISTER ADDRESS",
                                "Says whether the driver takes an address for an object of the "
                                "panel. Ends with 2 when it does not.",
                                "check D_W 9999 --words 2\n",

@@ -23,11 +23,7 @@ int run(const Invocation &invocation)
 } // namespace
 
 const Command kDescribeCommand = {
-    "describe",
-    "",
-    "What the driver says of itself and its registers.",
-    "describe\n",
-    addOptions,
-    run};
+    "describe",   "",         "What the driver says of itself and its registers.",
+    "describe\n", addOptions, run};
 
 } // namespace cnet::panel

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "panel/commands/commands.h"
 #include "host/address/item.h"
+#include "panel/commands/commands.h"
 
 #include <QVector>
 

@@ -1,8 +1,8 @@
 #include "panel/commands/command_items.h"
-#include "panel/system/exit_code.h"
-#include "panel/runs/monitor_run.h"
-#include "panel/commands/output_format.h"
 #include "panel/commands/link_settings.h"
+#include "panel/commands/output_format.h"
+#include "panel/runs/monitor_run.h"
+#include "panel/system/exit_code.h"
 
 #include <cmath>
 

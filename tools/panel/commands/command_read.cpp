@@ -48,13 +48,12 @@ int run(const Invocation &invocation)
 
 } // namespace
 
-const Command kReadCommand = {
-    "read",
-    "ITEM...",
-    "Reads values once and prints them. ITEM as for monitor.",
-    "read --link tcp:192.168.0.100:8000 1/D_W:0*60 2/TX:7\n"
-    "read --link serial:/dev/ttyUSB0 --format json M_bit:3.0*16\n",
-    addOptions,
-    run};
+const Command kReadCommand = {"read",
+                              "ITEM...",
+                              "Reads values once and prints them. ITEM as for monitor.",
+                              "read --link tcp:192.168.0.100:8000 1/D_W:0*60 2/TX:7\n"
+                              "read --link serial:/dev/ttyUSB0 --format json M_bit:3.0*16\n",
+                              addOptions,
+                              run};
 
 } // namespace cnet::panel

@@ -72,8 +72,7 @@ int runWrite(const Invocation &invocation)
     RecipeRun run;
     run.items = file->items();
     run.direction = RecipeDirection::Write;
-    run.verify =
-        invocation.parser.isSet(QLatin1String("no-verify")) ? Verify::No : Verify::Yes;
+    run.verify = invocation.parser.isSet(QLatin1String("no-verify")) ? Verify::No : Verify::Yes;
     QVector<QVector<quint16>> values;
     return runRecipe(invocation.driver, *link, run, invocation.messages, values);
 }

@@ -1,7 +1,7 @@
 #include "host/address/address.h"
 #include "panel/commands/commands.h"
-#include "panel/system/exit_code.h"
 #include "panel/commands/link_settings.h"
+#include "panel/system/exit_code.h"
 #include "panel/system/standard_output.h"
 
 namespace cnet::panel {

@@ -121,11 +121,11 @@ int parseAndRun(const QStringList &given, Messages &messages)
         return refuse(messages, QLatin1String("expected a command; --help lists them"));
     }
     if (command == nullptr) {
-        return refuse(messages, name == QLatin1String("recipe")
-                                    ? QLatin1String("expected recipe write FILE or recipe read "
-                                                    "FILE")
-                                    : QString::fromLatin1("no command '%1'; --help lists them")
-                                          .arg(name));
+        return refuse(messages,
+                      name == QLatin1String("recipe")
+                          ? QLatin1String("expected recipe write FILE or recipe read "
+                                          "FILE")
+                          : QString::fromLatin1("no command '%1'; --help lists them").arg(name));
     }
     if (!parsed) {
         return refuse(messages,

@@ -69,8 +69,7 @@ QString helpText(const QCommandLineParser &parser, const Command *command,
     if (command == nullptr) {
         return QLatin1String("Usage: cnet-panel COMMAND [options] [arguments]\n"
                              "Talks to MASTER-K PLCs over their Cnet computer link.\n\n") +
-               optionList(parser) + gap + commandList(commands) + gap +
-               QLatin1String(kExitCodes);
+               optionList(parser) + gap + commandList(commands) + gap + QLatin1String(kExitCodes);
     }
     return QString::fromLatin1("Usage: cnet-panel %1 [options] %2\n")
                .arg(QLatin1String(command->name), QLatin1String(command->arguments)) +

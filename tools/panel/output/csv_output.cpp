@@ -4,8 +4,8 @@ namespace cnet::panel {
 
 namespace {
 
-// No field of a row ever holds a comma or a quotation mark, so none is quoted. A row without a value
-// tells of a quality, one without a station of the link.
+// No field of a row ever holds a comma or a quotation mark, so none is quoted. A row without a
+// value tells of a quality, one without a station of the link.
 class CsvOutput : public MonitorOutput
 {
 public:
@@ -31,11 +31,11 @@ public:
 
     void showLink(const MonitorStatus &status) override
     {
-        m_device.write(QString::fromLatin1("%1,,,,,,%2\n")
-                           .arg(zonedTime(status.time),
-                                QLatin1String(status.linkLost.isEmpty() ? "line open"
-                                                                        : "line down"))
-                           .toLatin1());
+        m_device.write(
+            QString::fromLatin1("%1,,,,,,%2\n")
+                .arg(zonedTime(status.time),
+                     QLatin1String(status.linkLost.isEmpty() ? "line open" : "line down"))
+                .toLatin1());
     }
 
 private:

@@ -94,9 +94,8 @@ private:
         QJsonObject line = addressed("value", state.item, 0);
         addQuality(line, state);
         line.insert(QLatin1String("values"), values);
-        line.insert(QLatin1String("changed"), state.changedAtMs == 0
-                                                  ? QJsonValue()
-                                                  : zonedTime(wallTime(state.changedAtMs)));
+        line.insert(QLatin1String("changed"),
+                    state.changedAtMs == 0 ? QJsonValue() : zonedTime(wallTime(state.changedAtMs)));
         const qint64 ageMs = state.ageMs(nowMs);
         line.insert(QLatin1String("age_ms"),
                     ageMs == ItemState::kNeverRead ? QJsonValue() : QJsonValue(ageMs));

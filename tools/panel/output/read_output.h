@@ -1,7 +1,7 @@
 #pragma once
 
-#include "panel/output/monitor_output.h"
 #include "host/jobs/read_job.h"
+#include "panel/output/monitor_output.h"
 
 #include <QByteArray>
 #include <QVector>

@@ -17,28 +17,27 @@ public:
     {
         for (const ValueChange &change : changes) {
             const Item &item = monitor.items().at(change.item).item;
-            write(wallTime(change.atMs),
-                  QString::fromLatin1("%1/%2:%3  %4")
-                      .arg(item.station)
-                      .arg(item.reg.name, item.addressText(change.offset),
-                           valueText(change.value, item.reg.isBit())));
+            write(wallTime(change.atMs), QString::fromLatin1("%1/%2:%3  %4")
+                                             .arg(item.station)
+                                             .arg(item.reg.name, item.addressText(change.offset),
+                                                  valueText(change.value, item.reg.isBit())));
         }
     }
 
     void showQuality(const ItemState &state, const QDateTime &time) override
     {
         const bool refused = state.quality == Quality::Refused;
-        write(time, QString::fromLatin1("%1  quality %2")
-                        .arg(state.item.text(),
-                             refused ? state.reason() : qualityText(state.quality)));
+        write(time,
+              QString::fromLatin1("%1  quality %2")
+                  .arg(state.item.text(), refused ? state.reason() : qualityText(state.quality)));
     }
 
     void showLink(const MonitorStatus &status) override
     {
-        write(status.time, status.linkLost.isEmpty()
-                               ? QString::fromLatin1("%1  open").arg(status.link)
-                               : QString::fromLatin1("%1  lost: %2")
-                                     .arg(status.link, status.linkLost));
+        write(status.time,
+              status.linkLost.isEmpty()
+                  ? QString::fromLatin1("%1  open").arg(status.link)
+                  : QString::fromLatin1("%1  lost: %2").arg(status.link, status.linkLost));
     }
 
 private:

@@ -84,9 +84,8 @@ int CommandSession::run(Job &job)
             m_lostLimit.stop();
         }
     });
-    connect(&job, &Job::finished, this, [this, &job] {
-        finish(job.state() == Job::State::Done ? kFine : kDeviceFailed);
-    });
+    connect(&job, &Job::finished, this,
+            [this, &job] { finish(job.state() == Job::State::Done ? kFine : kDeviceFailed); });
     return run();
 }
 

@@ -14,9 +14,9 @@
 namespace cnet::panel {
 
 /**
- * The keys of a running monitor: "w" asks for ITEM=VALUE on the bottom line, Enter writes, Esc leaves;
- * what is wrong with a line is said, and the line stays to be corrected. The arrow and page keys move
- * through the items.
+ * The keys of a running monitor: "w" asks for ITEM=VALUE on the bottom line, Enter writes, Esc
+ * leaves; what is wrong with a line is said, and the line stays to be corrected. The arrow and page
+ * keys move through the items.
  */
 class MonitorKeys : public QObject
 {

@@ -12,10 +12,10 @@ struct Sequence
 
 // As xterm, the Linux console and what imitates them send them.
 const Sequence kSequences[] = {
-    {"\x1b[A", MoveKey::Up},       {"\x1b[B", MoveKey::Down}, {"\x1b[5~", MoveKey::PageUp},
+    {"\x1b[A", MoveKey::Up},        {"\x1b[B", MoveKey::Down}, {"\x1b[5~", MoveKey::PageUp},
     {"\x1b[6~", MoveKey::PageDown}, {"\x1b[H", MoveKey::Home}, {"\x1b[1~", MoveKey::Home},
-    {"\x1b[F", MoveKey::End},      {"\x1b[4~", MoveKey::End}, {"\x1bOA", MoveKey::Up},
-    {"\x1bOB", MoveKey::Down},     {"\x1bOH", MoveKey::Home}, {"\x1bOF", MoveKey::End},
+    {"\x1b[F", MoveKey::End},       {"\x1b[4~", MoveKey::End}, {"\x1bOA", MoveKey::Up},
+    {"\x1bOB", MoveKey::Down},      {"\x1bOH", MoveKey::Home}, {"\x1bOF", MoveKey::End},
 };
 const int kLongestSequence = 4;
 

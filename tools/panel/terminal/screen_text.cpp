@@ -110,8 +110,8 @@ QString itemDetails(const ItemState &state, const Columns &widths, qint64 nowMs)
     }
     if (widths.change) {
         const QDateTime changed = wallTime(state.changedAtMs);
-        text += changed.isNull() ? QLatin1String("-")
-                                 : changed.toString(QLatin1String("HH:mm:ss.zzz"));
+        text +=
+            changed.isNull() ? QLatin1String("-") : changed.toString(QLatin1String("HH:mm:ss.zzz"));
     }
     return text;
 }
