@@ -110,8 +110,9 @@ void Session::wireLink()
     });
     connect(&m_works->reconnector, &Reconnector::firstOpenFailed, this,
             [this](const QString &reason) {
-                m_works->scheduler.stop();
+                // Before the jobs end: their own end is not the reason.
                 setState(State::Closed, reason);
+                m_works->scheduler.stop();
                 notice(QString::fromLatin1("cannot open %1: %2").arg(m_link->name(), reason));
             });
     connect(&m_works->reconnector, &Reconnector::lost, this, [this](const QString &reason) {

@@ -191,7 +191,8 @@ Quality Monitor::qualityOf(const ItemState &state, const Surroundings &now)
     if (ageMs == ItemState::kNeverRead) {
         return Quality::NeverRead;
     }
-    return ageMs > now.dueMs ? Quality::Stale : Quality::Good;
+    const bool readBefore = now.nowMs - ageMs < now.openSinceMs;
+    return ageMs > now.dueMs || readBefore ? Quality::Stale : Quality::Good;
 }
 
 void Monitor::review(int item, const Surroundings &now)

@@ -23,7 +23,8 @@ public:
         qint64 nowMs = 0;  ///< on the session's clock
         qint64 wallMs = 0; ///< the same for people; see wallTime()
         bool lineOpen = true;
-        qint64 dueMs = 0; ///< age at which a value is stale
+        qint64 dueMs = 0;       ///< age at which a value is stale
+        qint64 openSinceMs = 0; ///< what was read before is stale: nobody knows what was missed
     };
 
     /** @param blockWords words of a block read, 1 or more */

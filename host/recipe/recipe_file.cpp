@@ -43,6 +43,19 @@ QStringList fieldsOf(const QString &line)
     return fields;
 }
 
+// Spreadsheets of some countries, and some of their settings, divide fields by something else.
+QString dividerHint(const QString &header)
+{
+    if (header.contains(QLatin1Char(','))) {
+        return QString();
+    }
+    const bool semicolons = header.contains(QLatin1Char(';'));
+    return semicolons || header.contains(QLatin1Char('\t'))
+               ? QString::fromLatin1("; fields are divided by commas, not by %1")
+                     .arg(QLatin1String(semicolons ? "semicolons" : "tabs"))
+               : QString();
+}
+
 } // namespace
 
 struct RecipeFile::Reading
@@ -124,7 +137,8 @@ bool RecipeFile::readHeader(const QString &line, RecipeUse use, QString &error)
         if (column < 0 || (afterValue && column != kValue)) {
             error = QString::fromLatin1("%1 column '%2'; %3")
                         .arg(column < 0 ? QLatin1String("unknown") : QLatin1String("misplaced"),
-                             quotable(fields.at(i)), QLatin1String(kColumnHint));
+                             quotable(fields.at(i)), QLatin1String(kColumnHint)) +
+                    dividerHint(line);
             return false;
         }
         if (m_places.at(column) >= 0 && column != kValue) {

@@ -43,6 +43,7 @@ Monitor::Surroundings Poller::surroundings() const
     now.nowMs = m_clock.nowMs();
     now.wallMs = m_clock.wallMs();
     now.lineOpen = m_lineOpen;
+    now.openSinceMs = m_openSinceMs;
     // The first round of a slow line is not over when its first values are shown.
     const qint64 underwayMs = m_blocksLeft > 0 ? now.nowMs - m_roundBeganMs : 0;
     const qint64 roundMs = std::max({qint64(m_settings.intervalMs), m_roundTookMs, underwayMs});
@@ -103,6 +104,8 @@ void Poller::finishRound()
     m_roundTookMs = nowMs - m_roundBeganMs;
     m_nextRoundMs = std::max(nowMs, m_roundBeganMs + m_settings.intervalMs);
     ++m_rounds;
+    // Whoever ends with a round has seen its values.
+    tell();
     Q_EMIT roundEnded(m_rounds);
 }
 
@@ -168,6 +171,7 @@ void Poller::stationBack(int station)
 void Poller::lineChanged(bool open)
 {
     m_lineOpen = open;
+    m_openSinceMs = m_clock.nowMs();
     m_mergeDue = true;
     m_nextRoundMs = m_clock.nowMs();
     look();

@@ -85,6 +85,7 @@ private:
     PollSet m_set;
     bool m_mergeDue = true;
     bool m_lineOpen = false;
+    qint64 m_openSinceMs = 0;
     int m_blocks = 0; ///< of a round
     int m_blocksLeft = 0;
     int m_rounds = 0;

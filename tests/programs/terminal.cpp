@@ -41,11 +41,17 @@ Terminal::~Terminal()
     }
 }
 
+void Terminal::setSize(int columns, int rows)
+{
+    m_columns = columns;
+    m_rows = rows;
+}
+
 bool Terminal::start(const QList<QByteArray> &command)
 {
     winsize size{};
-    size.ws_col = 100;
-    size.ws_row = 24;
+    size.ws_col = static_cast<unsigned short>(m_columns);
+    size.ws_row = static_cast<unsigned short>(m_rows);
     if (openpty(&m_master, &m_slave, nullptr, nullptr, &size) != 0 ||
         tcgetattr(m_slave, &m_before) != 0) {
         return false;

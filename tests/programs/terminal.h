@@ -15,6 +15,9 @@ public:
     Terminal(const Terminal &) = delete;
     Terminal &operator=(const Terminal &) = delete;
 
+    /** Of what is started next; 100 x 24 otherwise. */
+    void setSize(int columns, int rows);
+
     /** @param command the program's file and its arguments */
     bool start(const QList<QByteArray> &command);
 
@@ -49,6 +52,8 @@ private:
     int m_master = -1;
     int m_slave = -1; ///< kept open: with the last one closed, the settings are gone
     pid_t m_child = -1;
+    int m_columns = 100;
+    int m_rows = 24;
     termios m_before{};
     QByteArray m_shown;
     int m_seen = 0;

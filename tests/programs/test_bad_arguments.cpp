@@ -83,8 +83,11 @@ void addNumberRows()
     number("fraction of a millisecond", "--timeout", "0.5");
     number("time-out that is no number", "--timeout", "nan");
     number("time-out beyond 64 bits", "--timeout", "99999999999999999999");
-    number("negative interval", "--interval", "-1");
-    number("interval beyond 64 bits", "--interval", "99999999999999999999");
+    row("negative interval", {"monitor", "--interval", "-1", "D_W:1"}, kUsage,
+        "expected a number from 0");
+    row("interval beyond 64 bits", {"monitor", "--interval", "99999999999999999999", "D_W:1"},
+        kUsage, "expected a number from 0");
+    row("interval of a single read", {"read", "--interval", "5", "D_W:1"}, kUsage, "interval");
     number("block of more words than a byte counts", "--block-words", "256");
     number("negative attempts", "--retries", "-1");
     number("attempts beyond 64 bits", "--retries", "99999999999999999999");
@@ -136,8 +139,9 @@ void addLinkRows()
                          const char *message) {
         row(name, {"write", "D_W:1=1", "--link", text}, exitCode, message);
     };
-    link("empty link", "", kUsage, "link ''");
-    link("unknown kind of link", "udp:127.0.0.1:1", kUsage, "expected sim, tcp:HOST:PORT");
+    link("empty link", "", kUsage, "expected --link, where to write");
+    link("unknown kind of link", "udp:127.0.0.1:1", kUsage,
+         "expected tcp:HOST:PORT or serial:DEVICE");
     link("no port", "tcp:127.0.0.1", kUsage, "a port from 1 to 65535");
     link("port 0", "tcp:127.0.0.1:0", kUsage, "a port from 1 to 65535");
     link("port beyond 16 bits", "tcp:127.0.0.1:65536", kUsage, "a port from 1 to 65535");

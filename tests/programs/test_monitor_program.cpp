@@ -118,14 +118,16 @@ void TestMonitorProgram::readsWhatWasSet_data()
             << kind << "--fault noise-before --fault noise-after --fault split=1"
             << "";
         QTest::addRow("%s, two bad answers", kind) << kind << "--fault wrong-check*2"
-                                                   << "";
+                                                   << "--count 20";
         QTest::addRow("%s, a lost request", kind) << kind << "--fault silence*1"
-                                                  << "--timeout 300";
+                                                  << "--timeout 300 --count 20";
         QTest::addRow("%s, answers of another station", kind) << kind << "--fault wrong-station*2"
-                                                              << "";
+                                                              << "--count 20";
         QTest::addRow("%s, echo", kind) << kind << "--fault echo"
                                         << "";
     }
+    // A station that does not answer at first is greeted again, and its rounds go by without a
+    // value.
     QTest::newRow("pty, 9600 baud") << "pty"
                                     << "--baud 9600"
                                     << "";
@@ -194,22 +196,22 @@ void TestMonitorProgram::reportsStations()
     QCOMPARE(finalValues(lines),
              (QStringList{QLatin1String("1/D_W:1=6"), QLatin1String("1/D_W:5000=null"),
                           QLatin1String("2/D_W:1=null")}));
-    QCOMPARE(lines.size(), 1 + 3 + 2);
-    const QJsonObject &first = lines.at(4);
+    const QJsonObject &first = lines.at(lines.size() - 2);
     QCOMPARE(first.value(QLatin1String("station")).toInt(), 1);
-    QCOMPARE(first.value(QLatin1String("answers")).toInt(), 2);
-    QCOMPARE(first.value(QLatin1String("refusals")).toInt(), 4);
-    const QJsonObject &second = lines.at(5);
+    QCOMPARE(first.value(QLatin1String("answers")).toInt(), 3); // of a greeting and two rounds
+    QCOMPARE(first.value(QLatin1String("refusals")).toInt(), 1);
+    QCOMPARE(first.value(QLatin1String("frames")).toInt(), 4);
+    const QJsonObject &second = lines.last();
     QCOMPARE(second.value(QLatin1String("state")).toString(), QLatin1String("silent"));
-    QCOMPARE(second.value(QLatin1String("frames")).toInt(), 4);
-    QCOMPARE(second.value(QLatin1String("timeouts")).toInt(), 4);
-    QCOMPARE(second.value(QLatin1String("retries")).toInt(), 2);
+    const int frames = second.value(QLatin1String("frames")).toInt();
+    QVERIFY(frames > 0);
+    QCOMPARE(second.value(QLatin1String("timeouts")).toInt(), frames);
+    QCOMPARE(second.value(QLatin1String("retries")).toInt(), 0);
     // Each is said once.
-    QCOMPARE(
-        panel.errors(),
-        QByteArray("cnet-panel: station 1 refuses D_W:5000*1: 1132, no such device, or address "
-                   "outside the device\n"
-                   "cnet-panel: station 2 does not answer (2 attempts)\n"));
+    QCOMPARE(panel.errors().count('\n'), 2);
+    QVERIFY(panel.errors().contains("cnet-panel: station 1 refuses D_W:5000*1: 1132, no such "
+                                    "device, or address outside the device\n"));
+    QVERIFY(panel.errors().contains("cnet-panel: station 2 does not answer (1 attempt)\n"));
 }
 
 void TestMonitorProgram::survivesARestart_data()
@@ -291,10 +293,12 @@ void TestMonitorProgram::runsForATime()
     QCOMPARE(panel.exitCode(), 0);
     QVERIFY(clock.elapsed() >= 400);
     const QList<QByteArray> lines = panel.lines();
-    QCOMPARE(lines.size(), 3);
-    QCOMPARE(lines.first(), QByteArray("time,station,register,address,value"));
-    QVERIFY(lines.at(1).endsWith(",1,F_W,9,0"));
-    QVERIFY(lines.at(2).endsWith(",2,F_W,8,0"));
+    QCOMPARE(lines.size(), 5);
+    QCOMPARE(lines.first(), QByteArray("time,station,register,address,count,value,quality"));
+    QVERIFY(lines.at(1).endsWith(",1,F_W,9,1,0,good"));
+    QVERIFY(lines.at(2).endsWith(",1,F_W,9,1,,good"));
+    QVERIFY(lines.at(3).endsWith(",2,F_W,8,1,0,good"));
+    QVERIFY(lines.at(4).endsWith(",2,F_W,8,1,,good"));
 }
 
 void TestMonitorProgram::hasThePlcInside()
@@ -316,13 +320,14 @@ void TestMonitorProgram::tracesToStandardError()
     QVERIFY(panel.start(kPanel, words("monitor --trace --count 1 D_W:100 --link") +
                                     QStringList{link(QLatin1String("tcp"), plc)}));
     QCOMPARE(panel.exitCode(), 0);
-    QCOMPARE(panel.lines().size(), 1);
+    QCOMPARE(panel.lines().size(), 2); // the value and its quality
     const QByteArray errors = panel.errors();
+    QVERIFY(errors.contains("station 1, rSS answered: ")); // is it there at all?
     QVERIFY(errors.contains("-> 21 bytes [05 30 31 72 53 42 30 38 25 44 57 30 30 31 30 30 30 31 04 "
                             "45 42] station 1, read 1 words from %DW00100\n"));
     QVERIFY(errors.contains("station 1, rSB answered: 1234\n"));
-    QVERIFY(errors.contains("station 1: answers, 1 frames, 1 answers, 0 retries, "));
-    QCOMPARE(errors.count("-> "), 1);
+    QVERIFY(errors.contains("station 1: answers, 2 frames, 2 answers, 0 retries, "));
+    QCOMPARE(errors.count("-> "), 2);
 }
 
 void TestMonitorProgram::exitCodes_data()

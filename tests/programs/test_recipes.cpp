@@ -15,6 +15,8 @@ private Q_SLOTS:
     void readsIntoAFile();
     void saysAtWhichBlockItFailed_data();
     void saysAtWhichBlockItFailed();
+    void verifiesUnlessToldNot_data();
+    void verifiesUnlessToldNot();
     void transfersNothingOfAWrongFile();
 
 private:
@@ -93,7 +95,7 @@ void TestRecipes::givesTheFileBack()
     Program write;
     QCOMPARE(run(write, words("recipe write") + QStringList{path} + toLink), 0);
     // 73 words that touch are two blocks.
-    QVERIFY2(write.errors().startsWith("cnet-panel: recipe write: 3 blocks, 75 words, "),
+    QVERIFY2(write.errors().startsWith("cnet-panel: recipe write: 3 blocks, 75 words, verified, "),
              write.errors().constData());
     QCOMPARE(write.lines(), QList<QByteArray>());
 
@@ -130,13 +132,14 @@ void TestRecipes::saysAtWhichBlockItFailed_data()
     QTest::addColumn<QByteArray>("message");
     QTest::newRow("write to what is read only")
         << "write" << QByteArray("1,F_W,3,1,5")
-        << QByteArray("recipe write failed at block 2 (1/F_W:3*1): refused: 1132");
+        << QByteArray("recipe write failed at block 2 (1/F_W:3*1): refused: 1132, no such device, "
+                      "or address outside the device; 2 of 3 words");
     QTest::newRow("write to a silent station")
         << "write" << QByteArray("2,D_W,3,1,5")
-        << QByteArray("recipe write failed at block 2 (2/D_W:3*1): no answer");
+        << QByteArray("recipe write failed at station 2: no answer; 0 of 3 words");
     QTest::newRow("read from a silent station")
         << "read" << QByteArray("2,D_W,3,1,5")
-        << QByteArray("recipe read failed at block 2 (2/D_W:3*1): no answer");
+        << QByteArray("recipe read failed at station 2: no answer; 0 of 3 words");
 }
 
 void TestRecipes::saysAtWhichBlockItFailed()
@@ -156,9 +159,33 @@ void TestRecipes::saysAtWhichBlockItFailed()
                             .mid(0, direction == QLatin1String("read") ? 9 : 7)),
              1);
     QVERIFY2(panel.errors().contains(message), panel.errors().constData());
-    QVERIFY(panel.errors().contains("2 of 3 words had been transferred"));
     QCOMPARE(panel.lines(), QList<QByteArray>());
     QCOMPARE(contentOf(path), content);
+}
+
+void TestRecipes::verifiesUnlessToldNot_data()
+{
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QByteArray>("end");
+    QTest::addColumn<int>("reads"); // beside the host's own
+    QTest::newRow("verified") << "" << QByteArray("75 words, verified, ") << 3;
+    QTest::newRow("--no-verify") << "--no-verify" << QByteArray("75 words, 0.") << 0;
+}
+
+void TestRecipes::verifiesUnlessToldNot()
+{
+    QFETCH(QString, option);
+    QFETCH(QByteArray, end);
+    PlcProgram plc;
+    const QString link = serve(plc, QLatin1String("tcp"), "");
+    Program write;
+    QCOMPARE(run(write, words("recipe write --trace") + QStringList{file(recipe())} +
+                            option.split(QLatin1Char(' '), Qt::SkipEmptyParts) +
+                            QStringList{QLatin1String("--link"), link}),
+             0);
+    QVERIFY2(write.errors().contains(end), write.errors().constData());
+    const QRegularExpression blocks(QLatin1String("read \\d+ words from %(DW001|MW007)"));
+    QTEST(QString::fromLatin1(write.errors()).count(blocks), "reads");
 }
 
 void TestRecipes::transfersNothingOfAWrongFile()

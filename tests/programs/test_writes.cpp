@@ -16,6 +16,8 @@ private Q_SLOTS:
     void aSilentStation_data();
     void aSilentStation();
     void nothingReachesTheLineWhenRefused();
+    void nothingIsWrittenWithoutALink_data();
+    void nothingIsWrittenWithoutALink();
     void noLink_data();
     void noLink();
 
@@ -123,13 +125,14 @@ void TestWrites::saysWhatThePlcHolds_data()
     QTest::newRow("a read-only word, and a good one behind it")
         << "--set F_W:0=77"
         << "F_W:0=5 D_W:1=9"
-        << QString::fromLatin1("1/F_W:0=5: not written (%1); it holds 77 0x004D; "
-                               "1/D_W:1=9: written")
+        << QString::fromLatin1("1/F_W:0=5: not written (%1); it holds 77 0x004D; the special "
+                               "relays F can only be read; 1/D_W:1=9: written")
                .arg(QLatin1String(refusal));
     QTest::newRow("a read-only bit")
         << "--set F_W:0=8"
         << "F_bit:0.3=0"
-        << QString::fromLatin1("1/F_bit:0.3=0: not written (%1); it holds 1")
+        << QString::fromLatin1("1/F_bit:0.3=0: not written (%1); it holds 1; the special relays "
+                               "F can only be read")
                .arg(QLatin1String(refusal));
     QTest::newRow("a row of which the model has a part")
         << "--model k120s --set D_W:4999=3"
@@ -138,10 +141,10 @@ void TestWrites::saysWhatThePlcHolds_data()
                                "1/D_W:4999*2=4,5: not written (%1); what it holds is not known "
                                "(%1)")
                .arg(QLatin1String(refusal));
-    QTest::newRow("a write whose answers are lost")
+    QTest::newRow("a PLC that is silent for a while")
         << "--fault truncate=0*3"
         << "D_W:1=5 --timeout 100"
-        << QString::fromLatin1("1/D_W:1=5: not written (no answer); it holds 5 0x0005");
+        << QString::fromLatin1("1/D_W:1=5: not written (no answer); nothing was sent");
 }
 
 void TestWrites::saysWhatThePlcHolds()
@@ -164,9 +167,8 @@ void TestWrites::aSilentStation_data()
     QTest::newRow("read bits") << "read 2/M_bit:0.0*9"
                                << "2/M_bit:0.0*9  -";
     QTest::newRow("write") << "write 2/D_W:0=1 2/D_W:1=1 1/D_W:6=1"
-                           << "2/D_W:0=1: not written (no answer); what it holds is not known (no "
-                              "answer); 2/D_W:1=1: not written (not sent, the station does not "
-                              "answer); what it holds is not known (no answer); 1/D_W:6=1: written";
+                           << "2/D_W:0=1: not written (no answer); nothing was sent; 2/D_W:1=1: "
+                              "not written (no answer); nothing was sent; 1/D_W:6=1: written";
 }
 
 void TestWrites::aSilentStation()
@@ -192,6 +194,27 @@ void TestWrites::nothingReachesTheLineWhenRefused()
     QCOMPARE(run(QLatin1String("read D_W:1"), read), 0);
     QCOMPARE(joined(read.lines()), QLatin1String("1/D_W:1  0 0x0000"));
     QVERIFY(!plc.errors().contains("wSB"));
+}
+
+void TestWrites::nothingIsWrittenWithoutALink_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("write") << words(QLatin1String("write D_W:1=5"));
+    QTest::newRow("write, bad value") << words(QLatin1String("write D_W:1=x"));
+    QTest::newRow("recipe write") << words(QLatin1String("recipe write /dev/null"));
+}
+
+// It would have ended in the simulated PLC inside the program, and looked like a success.
+void TestWrites::nothingIsWrittenWithoutALink()
+{
+    QFETCH(QStringList, arguments);
+    Program panel;
+    QVERIFY(panel.start(QLatin1String(CNET_PANEL), arguments));
+    QCOMPARE(panel.exitCode(), 2);
+    QCOMPARE(panel.lines(), QList<QByteArray>());
+    QCOMPARE(panel.errors(),
+             QByteArray("cnet-panel: expected --link, where to write: tcp:HOST:PORT, "
+                        "serial:DEVICE, or sim for the simulated PLC\n"));
 }
 
 void TestWrites::noLink_data()

@@ -36,6 +36,8 @@ void TestCommandCheck::prints_data()
                    "M_bit 3.5: not valid, a bit register used as words");
     addCommandLine("D_W 3 --bits 1", kUsage,
                    "D_W 3: not valid, a bit register used as words, or a word register");
+    addCommandLine("D_W -1", kUsage,
+                   "D_W -1: not valid, out of range|size      1 word|limits    a number from 0");
     addCommandLine("D_W x", kUsage, "D_W x: not valid, not in the register's format|");
     addCommandLine("M_bit 3.16", kUsage, "M_bit 3.16: not valid, not in the register's format|");
     addCommandLine("Q_W 0", kUsage, "Q_W 0: not valid, no such register|registers D_W ");

@@ -19,17 +19,24 @@ private Q_SLOTS:
 void TestCommandRecipe::prints_data()
 {
     addCommandLineColumns();
+    const char needsLink[] =
+        "expected --link, where to write: tcp:HOST:PORT, serial:DEVICE, or sim";
     addCommandLine("", kUsage, "", "expected recipe write FILE or recipe read FILE");
-    addCommandLine("write", kUsage, "", "expected recipe write FILE");
-    addCommandLine("send x", kUsage, "", "expected recipe write FILE");
-    addCommandLine("read a b", kUsage, "", "expected recipe write FILE");
-    addCommandLine("write /nowhere/file", kUsage, "", "cannot read /nowhere/file: No such file");
+    addCommandLine("write", kUsage, "", needsLink);
+    addCommandLine("write /nowhere/file", kUsage, "", needsLink);
+    addCommandLine("write --link sim", kUsage, "", "expected recipe write FILE");
+    addCommandLine("send x", kUsage, "", "expected recipe write FILE or recipe read FILE");
+    addCommandLine("read a b", kUsage, "", "expected recipe read FILE");
+    addCommandLine("write /nowhere/file --link sim", kUsage, "",
+                   "cannot read /nowhere/file: No such file");
     addCommandLine("read /nowhere/file", kUsage, "", "cannot read /nowhere/file: No such file");
-    addCommandLine("write /", kUsage, "", "cannot read /");
-    addCommandLine("write /dev/zero", kUsage, "", "/dev/zero is no recipe: it is longer than");
-    addCommandLine("write /dev/null", kUsage, "", "/dev/null:1: the file has no items");
-    addCommandLine("write x --output y", kUsage, "", "--output is for recipe read");
-    addCommandLine("write x --link y", kUsage, "", "expected sim, tcp:HOST:PORT");
+    addCommandLine("write / --link sim", kUsage, "", "cannot read /");
+    addCommandLine("write /dev/zero --link sim", kUsage, "",
+                   "/dev/zero is no recipe: it is longer than");
+    addCommandLine("write /dev/null --link sim", kUsage, "", "/dev/null:1: the file has no items");
+    addCommandLine("write x --output y", kUsage, "", "Unknown option 'output'");
+    addCommandLine("read x --no-verify", kUsage, "", "Unknown option 'no-verify'");
+    addCommandLine("write x --link y", kUsage, "", "expected tcp:HOST:PORT or serial:DEVICE");
 }
 
 void TestCommandRecipe::prints()

@@ -1,3 +1,5 @@
+#include "panel/captured_output.h"
+
 #include "panel/commands/commands.h"
 #include "panel/system/exit_code.h"
 
@@ -13,6 +15,8 @@ class TestCommands : public QObject
 private Q_SLOTS:
     void refuses_data();
     void refuses();
+    void saysItsVersion_data();
+    void saysItsVersion();
 };
 
 // Every refusal is one line that says what was expected.
@@ -34,7 +38,7 @@ void TestCommands::refuses_data()
     row("monitor", kUsage, "expected at least one item");
     row("monitor D_W:x", kUsage, "an address of D_W is a number from 0 to 9999");
     row("monitor D_W:1 D_Q:1", kUsage, "no register 'D_Q'");
-    row("monitor --link x D_W:1", kUsage, "expected sim, tcp:HOST:PORT or serial:DEVICE");
+    row("monitor --link x D_W:1", kUsage, "expected tcp:HOST:PORT or serial:DEVICE");
     row("monitor --format x D_W:1", kUsage, "expected text, json or csv");
     row("monitor --count 0 D_W:1", kUsage, "expected a number from 1 to");
     row("monitor --count x D_W:1", kUsage, "expected a number from 1 to");
@@ -50,6 +54,16 @@ void TestCommands::refuses_data()
     row("monitor --timeout 0 D_W:1", kUsage, "expected a number from 1 to");
     row("monitor --interval -1 D_W:1", kUsage, "expected a number from 0 to");
     row("monitor --count", kUsage, "Missing value");
+    row("write D_W:1=1", kUsage, "expected --link, where to write");
+    row("write D_W:x=1", kUsage, "expected --link, where to write");
+    row("write --link sim", kUsage, "expected at least one ITEM=VALUE");
+    row("write --link sim --interval 5 D_W:1=1", kUsage, "Unknown option 'interval'");
+    row("read --interval 5 D_W:1", kUsage, "Unknown option 'interval'");
+    row("recipe", kUsage, "expected recipe write FILE or recipe read FILE");
+    row("read D_W:1-5", kUsage, "did you mean D_W:1*5?");
+    row("monitor 2/D_W:10-19", kUsage, "did you mean 2/D_W:10*10?");
+    row("read D_W:5-1", kUsage, "an address of D_W is a number from 0 to 9999");
+    row("read @list", kUsage, "a list of items in a file is given by $(cat FILE)");
     row("monitor --link serial:/nowhere/tty D_W:1", kNoLink, "cannot open serial /nowhere/tty");
     row("--driver /nowhere/lib.so describe", kNoDriver, "cannot load the driver");
     row("describe --driver /nowhere/lib.so", kNoDriver, "cannot load the driver");
@@ -73,6 +87,26 @@ void TestCommands::refuses()
     QVERIFY2(said.first().startsWith(QLatin1String("cnet-panel: ")), qPrintable(said.first()));
     QVERIFY2(said.first().contains(message), qPrintable(said.first()));
     QVERIFY(!said.first().contains(QLatin1Char('\n')));
+}
+
+void TestCommands::saysItsVersion_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    const QString panel = QLatin1String("cnet-panel");
+    QTest::newRow("-v") << QStringList{panel, QLatin1String("-v")};
+    QTest::newRow("--version") << QStringList{panel, QLatin1String("--version")};
+    QTest::newRow("of a command") << QStringList{panel, QLatin1String("read"), QLatin1String("-v")};
+}
+
+void TestCommands::saysItsVersion()
+{
+    QFETCH(QStringList, arguments);
+    Messages messages;
+    CapturedOutput captured;
+    const int exitCode = runCommandLine(arguments, messages);
+    const QByteArray printed = captured.end();
+    QCOMPARE(exitCode, static_cast<int>(kFine));
+    QVERIFY2(printed.startsWith("cnet-panel 2."), printed.constData());
 }
 
 QTEST_GUILESS_MAIN(TestCommands)

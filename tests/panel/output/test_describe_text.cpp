@@ -16,15 +16,15 @@ private Q_SLOTS:
     void hasALineForEachRegister();
 
 private:
-    DriverLibrary m_driver;
+    Driver m_driver;
     QStringList m_lines;
 };
 
 void TestDescribeText::initTestCase()
 {
-    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE)), qPrintable(m_driver.errorText()));
-    const RegisterCatalog registers(m_driver.functions());
-    m_lines = describeText(m_driver.functions(), registers).split(QLatin1Char('\n'));
+    QString error;
+    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE), error), qPrintable(error));
+    m_lines = describeText(m_driver).split(QLatin1Char('\n'));
 }
 
 void TestDescribeText::says_data()

@@ -1,4 +1,4 @@
-#include "host/support/test_registers.h"
+#include "panel/watched_items.h"
 
 #include "panel/output/monitor_output.h"
 
@@ -6,24 +6,11 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QtTest>
 
 using namespace cnet;
 using namespace cnet::panel;
-
-namespace {
-
-RequestRange block(const char *name, int start, int count)
-{
-    RequestRange block{};
-    block.stationNo = 1;
-    block.regName = QLatin1String(name);
-    block.startAddr = start;
-    block.count = count;
-    return block;
-}
-
-} // namespace
 
 class TestMonitorOutput : public QObject
 {
@@ -31,58 +18,49 @@ class TestMonitorOutput : public QObject
 
 private Q_SLOTS:
     void init();
-    void valueTexts_data();
-    void valueTexts();
     void stationLines_data();
     void stationLines();
     void text();
+    void textOfARefusal();
     void csv();
     void jsonChanges();
+    void jsonQuality();
+    void jsonLink();
     void jsonEnd();
+    void goodIsWhatWasReadInTime_data();
+    void goodIsWhatWasReadInTime();
+    void saysTheZone();
 
 private:
     QList<QJsonObject> objects() const;
+    void show(MonitorOutput &output) const;
+    static MonitorStatus lost();
 
     QBuffer m_device;
     std::unique_ptr<Monitor> m_monitor;
+    QVector<ValueChange> m_changes;
     QDateTime m_time;
 };
 
-// Two words, one never read; and a bit that is on.
+// Two words, one never read; and a bit that is on and then was not answered.
 void TestMonitorOutput::init()
 {
+    qputenv("TZ", "UTC-1");
+    tzset();
     m_device.close();
     m_device.setData(QByteArray());
     QVERIFY(m_device.open(QIODevice::WriteOnly));
-    m_time = QDateTime(QDate(2024, 5, 6), QTime(7, 8, 9, 10));
-    m_monitor =
-        std::make_unique<Monitor>(QVector<Item>{testItem("D_W", 100, 2), testItem("M_bit", 53, 1)},
-                                  1, [](int, const RegisterInfo &reg, int, int count) {
-                                      return QVector<quint16>(count, reg.isBit() ? 1 : 0x1234);
-                                  });
-    m_monitor->readEnded(block("D_W", 100, 1), true, 1000, m_time);
-    m_monitor->readEnded(block("M_W", 3, 1), true, 2000, m_time);
-    m_monitor->readEnded(block("M_W", 3, 1), false, 3000, m_time);
-}
-
-void TestMonitorOutput::valueTexts_data()
-{
-    QTest::addColumn<QString>("reg");
-    QTest::addColumn<int>("value");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("word") << "D_W" << 0x1234 << "4660 0x1234";
-    QTest::newRow("word 0") << "D_W" << 0 << "0 0x0000";
-    QTest::newRow("unsigned") << "D_W" << 65535 << "65535 0xFFFF";
-    QTest::newRow("bit") << "M_bit" << 1 << "1";
-    QTest::newRow("contact") << "TX" << 0 << "0";
-}
-
-void TestMonitorOutput::valueTexts()
-{
-    QFETCH(QString, reg);
-    QFETCH(int, value);
-    const RegisterInfo info = testRegister(reg.toLatin1().constData());
-    QTEST(valueText(info, static_cast<quint16>(value)), "text");
+    m_changes.clear();
+    m_monitor = std::make_unique<Monitor>(1);
+    connect(m_monitor.get(), &Monitor::valuesChanged, this,
+            [this](const QVector<ValueChange> &changes) { m_changes += changes; });
+    m_monitor->setItems({testItem("D_W", 100, 2), testItem("M_bit", 53, 1)});
+    m_time = wallTime(momentAt(1000).wallMs);
+    m_monitor->blockRead(0, 0, {0x1234}, momentAt(1000));
+    m_monitor->blockRead(1, 0, {1}, momentAt(1000));
+    m_monitor->blockRead(1, 0, {1}, momentAt(2000));
+    m_monitor->blockFailed(1, 0, noAnswer(), momentAt(3000));
+    m_monitor->tell();
 }
 
 void TestMonitorOutput::stationLines_data()
@@ -110,28 +88,66 @@ void TestMonitorOutput::stationLines()
     counters.bad = 3;
     counters.timeouts = 2;
     counters.refusals = 1;
+    counters.late = 6;
     counters.meanMs = 1.25;
     counters.worstMs = 9;
     counters.state = static_cast<StationState>(state);
     counters.lastRefusal = QLatin1String("1132, none");
     QCOMPARE(stationLine(4, counters),
              begin + QLatin1String("5 answers, 4 retries, 3 bad answers, 2 time-outs, 1 refusals, "
-                                   "mean 1.3 ms, worst 9.0 ms"));
+                                   "6 late, mean 1.3 ms, worst 9.0 ms"));
+}
+
+MonitorStatus TestMonitorOutput::lost()
+{
+    MonitorStatus status;
+    status.link = QLatin1String("tcp plc:8000");
+    status.linkLost = QLatin1String("pulled out");
+    status.time = wallTime(momentAt(4000).wallMs);
+    return status;
+}
+
+// The changes, the second item's quality, and the link that goes and comes.
+void TestMonitorOutput::show(MonitorOutput &output) const
+{
+    output.showChanges(*m_monitor, m_changes);
+    output.showQuality(m_monitor->items().at(1), wallTime(momentAt(3000).wallMs));
+    MonitorStatus status = lost();
+    output.showLink(status);
+    status.linkLost.clear();
+    output.showLink(status);
 }
 
 void TestMonitorOutput::text()
 {
-    makeTextOutput(m_device)->showChanges(*m_monitor, m_monitor->takeChanges());
-    QCOMPARE(m_device.data(), QByteArray("07:08:09.010  1/D_W:100  4660 0x1234\n"
-                                         "07:08:09.010  1/M_bit:3.5  1\n"));
+    show(*makeTextOutput(m_device));
+    QCOMPARE(m_device.data(),
+             QByteArray("2024-05-06T07:08:09.010+01:00  1/D_W:100  4660 0x1234\n"
+                        "2024-05-06T07:08:09.010+01:00  1/M_bit:3.5  1\n"
+                        "2024-05-06T07:08:11.010+01:00  1/M_bit:3.5  quality no answer\n"
+                        "2024-05-06T07:08:12.010+01:00  tcp plc:8000  lost: pulled out\n"
+                        "2024-05-06T07:08:12.010+01:00  tcp plc:8000  open\n"));
+}
+
+void TestMonitorOutput::textOfARefusal()
+{
+    m_monitor->markRefused(0, 1, 0x1132, momentAt(3000));
+    makeTextOutput(m_device)->showQuality(m_monitor->items().first(), m_time);
+    QVERIFY2(m_device.data().endsWith("  1/D_W:100*2  quality refused: 1132, no such "
+                                      "device, or address outside the device\n"),
+             m_device.data().constData());
 }
 
 void TestMonitorOutput::csv()
 {
-    makeCsvOutput(m_device)->showChanges(*m_monitor, m_monitor->takeChanges());
-    QCOMPARE(m_device.data(), QByteArray("time,station,register,address,value\n"
-                                         "2024-05-06T07:08:09.010,1,D_W,100,4660\n"
-                                         "2024-05-06T07:08:09.010,1,M_bit,3.5,1\n"));
+    show(*makeCsvOutput(m_device));
+    QCOMPARE(m_device.data(),
+             QByteArray("time,station,register,address,count,value,quality\n"
+                        "2024-05-06T07:08:09.010+01:00,1,D_W,100,1,4660,never read\n"
+                        "2024-05-06T07:08:09.010+01:00,1,M_bit,3.5,1,1,no answer\n"
+                        "2024-05-06T07:08:11.010+01:00,1,M_bit,3.5,1,,no answer\n"
+                        "2024-05-06T07:08:12.010+01:00,,,,,,line down\n"
+                        "2024-05-06T07:08:12.010+01:00,,,,,,line open\n"));
 }
 
 QList<QJsonObject> TestMonitorOutput::objects() const
@@ -147,7 +163,7 @@ QList<QJsonObject> TestMonitorOutput::objects() const
 
 void TestMonitorOutput::jsonChanges()
 {
-    makeJsonOutput(m_device)->showChanges(*m_monitor, m_monitor->takeChanges());
+    makeJsonOutput(m_device)->showChanges(*m_monitor, m_changes);
     const QList<QJsonObject> lines = objects();
     QCOMPARE(lines.size(), 2);
     const QJsonObject &word = lines.first();
@@ -162,11 +178,36 @@ void TestMonitorOutput::jsonChanges()
     QCOMPARE(lines.last().value(QLatin1String("address")).toString(), QLatin1String("3.5"));
 }
 
+void TestMonitorOutput::jsonQuality()
+{
+    makeJsonOutput(m_device)->showQuality(m_monitor->items().at(1), m_time);
+    QCOMPARE(m_device.data(),
+             QByteArray("{\"address\":\"3.5\",\"count\":1,\"event\":\"quality\",\"good\":false,"
+                        "\"item\":\"1/M_bit:3.5\",\"quality\":\"no answer\","
+                        "\"reason\":\"no answer\",\"register\":\"M_bit\",\"station\":1,"
+                        "\"time\":\"2024-05-06T07:08:09.010+01:00\"}\n"));
+}
+
+void TestMonitorOutput::jsonLink()
+{
+    const auto output = makeJsonOutput(m_device);
+    MonitorStatus status = lost();
+    output->showLink(status);
+    status.linkLost.clear();
+    output->showLink(status);
+    QCOMPARE(m_device.data(),
+             QByteArray("{\"event\":\"link\",\"link\":\"tcp plc:8000\",\"open\":false,"
+                        "\"reason\":\"pulled out\",\"time\":\"2024-05-06T07:08:12.010+01:00\"}\n"
+                        "{\"event\":\"link\",\"link\":\"tcp plc:8000\",\"open\":true,"
+                        "\"time\":\"2024-05-06T07:08:12.010+01:00\"}\n"));
+}
+
 void TestMonitorOutput::jsonEnd()
 {
     MonitorStatus status;
     status.nowMs = 5000;
     status.stations[1].frames = 3;
+    status.stations[1].late = 2;
     status.stations[1].meanMs = 1.26;
     makeJsonOutput(m_device)->end(*m_monitor, status);
     const QList<QJsonObject> lines = objects();
@@ -180,18 +221,57 @@ void TestMonitorOutput::jsonEnd()
     QCOMPARE(values.at(0).toInt(), 0x1234);
     QVERIFY(values.at(1).isNull());
     QVERIFY(words.value(QLatin1String("age_ms")).isNull());
-    QCOMPARE(words.value(QLatin1String("good")).toBool(true), false);
+    QCOMPARE(words.value(QLatin1String("quality")).toString(), QLatin1String("never read"));
 
     const QJsonObject &bit = lines.at(1);
     QCOMPARE(bit.value(QLatin1String("values")).toArray().at(0).toInt(), 1);
     QCOMPARE(bit.value(QLatin1String("age_ms")).toInt(), 3000);
-    QCOMPARE(bit.value(QLatin1String("good")).toBool(true), false); // its last read was given up
+    QCOMPARE(bit.value(QLatin1String("changed")).toString(),
+             QLatin1String("2024-05-06T07:08:09.010+01:00"));
 
     const QJsonObject &station = lines.at(2);
     QCOMPARE(station.value(QLatin1String("event")).toString(), QLatin1String("station"));
     QCOMPARE(station.value(QLatin1String("state")).toString(), QLatin1String("waiting"));
     QCOMPARE(station.value(QLatin1String("frames")).toInt(), 3);
+    QCOMPARE(station.value(QLatin1String("late")).toInt(), 2);
     QCOMPARE(station.value(QLatin1String("mean_ms")).toDouble(), 1.3);
+}
+
+void TestMonitorOutput::goodIsWhatWasReadInTime_data()
+{
+    QTest::addColumn<qint64>("atMs"); // the bit was read at 2000, and is due every 2000
+    QTest::addColumn<bool>("answered");
+    QTest::addColumn<bool>("lineOpen");
+    QTest::addColumn<QString>("quality");
+    QTest::newRow("in time") << Q_INT64_C(4000) << true << true << "good";
+    QTest::newRow("too old") << Q_INT64_C(4001) << true << true << "stale";
+    QTest::newRow("no answer") << Q_INT64_C(3500) << false << true << "no answer";
+    QTest::newRow("no line") << Q_INT64_C(3500) << true << false << "line down";
+}
+
+void TestMonitorOutput::goodIsWhatWasReadInTime()
+{
+    QFETCH(qint64, atMs);
+    QFETCH(bool, answered);
+    QFETCH(bool, lineOpen);
+    if (answered) {
+        m_monitor->blockRead(1, 0, {1}, momentAt(2000));
+    }
+    m_monitor->look(momentAt(atMs, lineOpen));
+    makeJsonOutput(m_device)->end(*m_monitor, {});
+    const QJsonObject bit = objects().at(1);
+    QTEST(bit.value(QLatin1String("quality")).toString(), "quality");
+    QCOMPARE(bit.value(QLatin1String("good")).toBool(),
+             QString::fromLatin1(QTest::currentDataTag()) == QLatin1String("in time"));
+}
+
+// The file may be read in another place, or in winter.
+void TestMonitorOutput::saysTheZone()
+{
+    const qint64 sinceEpochMs = m_time.toMSecsSinceEpoch();
+    const QDateTime local = QDateTime::fromMSecsSinceEpoch(sinceEpochMs);
+    QCOMPARE(zonedTime(local), QLatin1String("2024-05-06T07:08:09.010+01:00"));
+    QCOMPARE(zonedTime(local.toUTC()), QLatin1String("2024-05-06T06:08:09.010Z"));
 }
 
 QTEST_APPLESS_MAIN(TestMonitorOutput)

@@ -1,6 +1,6 @@
-#include "host/support/sim_panel.h"
+#include "panel/sim_session.h"
 
-#include "panel/runs/monitor_writes.h"
+#include "panel/runs/monitor_keys.h"
 
 #include <QtTest>
 
@@ -12,7 +12,7 @@
 using namespace cnet;
 using namespace cnet::panel;
 
-class TestMonitorWrites : public QObject
+class TestMonitorKeys : public QObject
 {
     Q_OBJECT
 
@@ -27,40 +27,40 @@ private Q_SLOTS:
     void writesAndSaysHowItEnded_data();
     void writesAndSaysHowItEnded();
     void correctsALine();
+    void moves();
+    void arrowsDoNotMoveWhileALineIsTyped();
     void listensToTerminalsOnly();
 
 private:
-    DriverLibrary m_driver;
-    RegisterCatalog m_registers;
+    Driver m_driver;
     QStringList m_said;
     Messages m_messages;
-    std::unique_ptr<SimPanel> m_panel;
-    std::unique_ptr<MonitorWrites> m_writes;
+    std::unique_ptr<SimSession> m_panel;
+    std::unique_ptr<MonitorKeys> m_keys;
 };
 
-void TestMonitorWrites::initTestCase()
+void TestMonitorKeys::initTestCase()
 {
-    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE)), qPrintable(m_driver.errorText()));
-    m_registers = RegisterCatalog(m_driver.functions());
+    QString error;
+    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE), error), qPrintable(error));
     m_messages.setSink([this](const QString &line) { m_said.append(line); });
 }
 
-void TestMonitorWrites::init()
+void TestMonitorKeys::init()
 {
     m_said.clear();
-    m_panel = std::make_unique<SimPanel>(m_driver.functions());
-    m_writes = std::make_unique<MonitorWrites>(m_panel->driver, m_panel->exchange, m_registers,
-                                               m_messages, 2, 60);
-    m_panel->open();
+    m_panel = std::make_unique<SimSession>(m_driver);
+    m_keys = std::make_unique<MonitorKeys>(m_driver, m_panel->session, m_messages, 2);
+    m_panel->session.open();
 }
 
-void TestMonitorWrites::cleanup()
+void TestMonitorKeys::cleanup()
 {
-    m_writes.reset();
+    m_keys.reset();
     m_panel.reset();
 }
 
-void TestMonitorWrites::asks_data()
+void TestMonitorKeys::asks_data()
 {
     QTest::addColumn<QByteArray>("keys");
     QTest::addColumn<QString>("line");
@@ -79,15 +79,15 @@ void TestMonitorWrites::asks_data()
     row("wabc\x1b\x1bw", QLatin1String("write ITEM=VALUE (Esc leaves): _"));
 }
 
-void TestMonitorWrites::asks()
+void TestMonitorKeys::asks()
 {
     QFETCH(QByteArray, keys);
     QFETCH(QString, line);
-    m_writes->type(keys);
-    QVERIFY2(m_writes->bottomLine().startsWith(line), qPrintable(m_writes->bottomLine()));
+    m_keys->type(keys);
+    QVERIFY2(m_keys->bottomLine().startsWith(line), qPrintable(m_keys->bottomLine()));
 }
 
-void TestMonitorWrites::refuses_data()
+void TestMonitorKeys::refuses_data()
 {
     QTest::addColumn<QString>("said");
     const auto row = [](const char *text, const char *said) {
@@ -101,52 +101,68 @@ void TestMonitorWrites::refuses_data()
 }
 
 // What is refused never reaches the line, and stays to be corrected.
-void TestMonitorWrites::refuses()
+void TestMonitorKeys::refuses()
 {
     QFETCH(QString, said);
-    m_writes->type("w" + QByteArray(QTest::currentDataTag()) + "\r");
+    m_keys->type("w" + QByteArray(QTest::currentDataTag()) + "\r");
     QCOMPARE(m_said.size(), 1);
     QVERIFY2(m_said.first().contains(said), qPrintable(m_said.first()));
-    QVERIFY(m_writes->bottomLine().contains(QLatin1String(QTest::currentDataTag())));
-    QSignalSpy idle(&m_panel->exchange, &Exchange::idle);
-    QTRY_VERIFY(idle.size() >= 2);
+    QVERIFY(m_keys->bottomLine().contains(QLatin1String(QTest::currentDataTag())));
+    QTest::qWait(20);
     QVERIFY(m_panel->frames.isEmpty());
 }
 
-void TestMonitorWrites::writesAndSaysHowItEnded_data()
+void TestMonitorKeys::writesAndSaysHowItEnded_data()
 {
     QTest::addColumn<QString>("said");
     QTest::newRow("D_W:5=7") << "cnet-panel: 2/D_W:5=7: written";
     QTest::newRow("1/D_W:5=7,8") << "cnet-panel: 1/D_W:5*2=7,8: written";
     QTest::newRow(" TX:3=1 ") << "cnet-panel: 2/TX:3=1: written";
     QTest::newRow("F_W:0=1") << "cnet-panel: 2/F_W:0=1: not written (refused: 1132, no such "
-                                "device, or address outside the device)";
+                                "device, or address outside the device); it holds 0 0x0000";
 }
 
-void TestMonitorWrites::writesAndSaysHowItEnded()
+void TestMonitorKeys::writesAndSaysHowItEnded()
 {
-    m_writes->type("w" + QByteArray(QTest::currentDataTag()) + "\r");
-    QVERIFY(m_writes->bottomLine().startsWith(QLatin1String("w: write")));
+    m_keys->type("w" + QByteArray(QTest::currentDataTag()) + "\r");
+    QVERIFY(m_keys->bottomLine().startsWith(QLatin1String("w: write")));
     QTRY_COMPARE(m_said.size(), 1);
     QTEST(m_said.first(), "said");
 }
 
-void TestMonitorWrites::correctsALine()
+void TestMonitorKeys::correctsALine()
 {
-    m_writes->type("wD_W:5=70000\r\x7f\x7f\r");
+    m_keys->type("wD_W:5=70000\r\x7f\x7f\r");
     QTRY_COMPARE(m_said.size(), 2);
     QCOMPARE(m_said.last(), QLatin1String("cnet-panel: 2/D_W:5=700: written"));
     QCOMPARE(m_panel->memory(2).word('D', 5).value_or(0), quint16(700));
 }
 
-void TestMonitorWrites::listensToTerminalsOnly()
+void TestMonitorKeys::moves()
+{
+    QVector<MoveKey> keys;
+    connect(m_keys.get(), &MonitorKeys::moved, this, [&](MoveKey key) { keys.append(key); });
+    m_keys->type("\x1b[A\x1b[6~x\x1b[F");
+    QCOMPARE(keys, (QVector<MoveKey>{MoveKey::Up, MoveKey::PageDown, MoveKey::End}));
+    QVERIFY(m_keys->bottomLine().startsWith(QLatin1String("w: write a value")));
+}
+
+void TestMonitorKeys::arrowsDoNotMoveWhileALineIsTyped()
+{
+    QSignalSpy moved(m_keys.get(), &MonitorKeys::moved);
+    m_keys->type("wD_W:1\x1b[A=5");
+    QCOMPARE(moved.size(), 0);
+    QVERIFY(m_keys->bottomLine().endsWith(QLatin1String("D_W:1=5_")));
+}
+
+void TestMonitorKeys::listensToTerminalsOnly()
 {
     std::array<int, 2> ends{};
     QCOMPARE(pipe(ends.data()), 0);
-    QVERIFY(!m_writes->listenTo(ends[0]));
+    QVERIFY(!m_keys->listenTo(ends[0]));
     close(ends[0]);
     close(ends[1]);
 }
 
-QTEST_GUILESS_MAIN(TestMonitorWrites)
-#include "test_monitor_writes.moc"
+QTEST_GUILESS_MAIN(TestMonitorKeys)
+#include "test_monitor_keys.moc"

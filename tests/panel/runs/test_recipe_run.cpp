@@ -19,14 +19,13 @@ private Q_SLOTS:
     void writes();
     void reads();
     void fails();
-    void hasNothingToTransfer();
     void noLink();
 
 private:
-    int run(const QVector<RecipeItem> &items, RecipeDirection direction);
+    int run(const QVector<RecipeItem> &items, RecipeDirection direction,
+            Verify verify = Verify::Yes);
 
-    DriverLibrary m_driver;
-    RegisterCatalog m_registers;
+    Driver m_driver;
     QStringList m_said;
     Messages m_messages;
     LinkSettings m_link;
@@ -35,27 +34,35 @@ private:
 
 void TestRecipeRun::initTestCase()
 {
-    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE)), qPrintable(m_driver.errorText()));
-    m_registers = RegisterCatalog(m_driver.functions());
-    m_link.link.line.baud = 4000000;
+    QString error;
+    QVERIFY2(m_driver.load(QLatin1String(DRIVER_FILE), error), qPrintable(error));
+    m_link.session.line.baud = 4000000;
 }
 
-int TestRecipeRun::run(const QVector<RecipeItem> &items, RecipeDirection direction)
+int TestRecipeRun::run(const QVector<RecipeItem> &items, RecipeDirection direction, Verify verify)
 {
     m_values.clear();
     m_messages.setSink([this](const QString &line) { m_said.append(line); });
-    return runRecipe(m_driver.functions(), m_link, m_registers, items, direction, m_messages,
-                     m_values);
+    RecipeRun recipe;
+    recipe.items = items;
+    recipe.direction = direction;
+    recipe.verify = verify;
+    return runRecipe(m_driver, m_link, recipe, m_messages, m_values);
 }
 
 void TestRecipeRun::writes()
 {
     // 59 words do not fit one write, though 60 fit a read.
     const QVector<RecipeItem> items{{testItem("D_W", 5000, 59), QVector<quint16>(59, 7), 2}};
-    QCOMPARE(run(items, RecipeDirection::Write), static_cast<int>(kFine));
-    const QRegularExpression end(
-        QLatin1String("\\Acnet-panel: recipe write: 2 blocks, 59 words, \\d+\\.\\d\\d s\\z"));
-    QVERIFY2(end.match(m_said.value(0)).hasMatch(), qPrintable(m_said.join(QLatin1Char('\n'))));
+    for (const Verify verify : {Verify::Yes, Verify::No}) {
+        m_said.clear();
+        QCOMPARE(run(items, RecipeDirection::Write, verify), static_cast<int>(kFine));
+        const QRegularExpression end(
+            QString::fromLatin1("\\Acnet-panel: recipe write: 2 blocks, 59 words%1, "
+                                "\\d+\\.\\d\\d s\\z")
+                .arg(QLatin1String(verify == Verify::Yes ? ", verified" : "")));
+        QVERIFY2(end.match(m_said.value(0)).hasMatch(), qPrintable(m_said.join(QLatin1Char('\n'))));
+    }
 }
 
 void TestRecipeRun::reads()
@@ -80,17 +87,12 @@ void TestRecipeRun::fails()
     QVERIFY(m_values.isEmpty());
 }
 
-void TestRecipeRun::hasNothingToTransfer()
-{
-    QCOMPARE(run({}, RecipeDirection::Read), static_cast<int>(kUsage));
-    QCOMPARE(m_said, QStringList{QLatin1String("cnet-panel: the recipe has nothing to transfer")});
-}
-
 void TestRecipeRun::noLink()
 {
     LinkSettings none;
-    none.link.kind = LinkAddress::Kind::Serial;
-    none.link.device = QLatin1String("/nowhere/tty");
+    QString error;
+    none.link = parseLinkAddress(QLatin1String("serial:/nowhere/tty"), error);
+    QVERIFY(none.link.has_value());
     std::swap(none, m_link);
     const int exitCode = run({{testItem("D_W", 1, 1), {1}, 2}}, RecipeDirection::Write);
     std::swap(none, m_link);

@@ -18,13 +18,12 @@ private Q_SLOTS:
     void drawsInPlace();
     void startsAfreshAtANewSize();
     void saysAboveTheTable();
+    void scrolls();
 
 private:
     QByteArray taken();
 
-    Monitor m_monitor{{testItem("D_W", 100, 1)}, 60, [](int, const RegisterInfo &, int, int count) {
-                          return QVector<quint16>(count, 0);
-                      }};
+    Monitor m_monitor{60};
     MonitorStatus m_status;
     QBuffer m_device;
     QSize m_size;
@@ -36,6 +35,7 @@ void TestScreen::init()
     m_device.setData(QByteArray());
     QVERIFY(m_device.open(QIODevice::ReadWrite));
     m_size = QSize(80, 24);
+    m_monitor.setItems({testItem("D_W", 100, 1)});
 }
 
 QByteArray TestScreen::taken()
@@ -87,6 +87,26 @@ void TestScreen::saysAboveTheTable()
     const QByteArray bytes = taken();
     QVERIFY(bytes.startsWith("\r\x1b[4A\x1b[Jstation 1 does not answer\r\n"));
     QVERIFY(bytes.indexOf("ADDRESS") > bytes.indexOf("does not answer"));
+}
+
+// The list stays where it was left, and its ends stop the keys rather than being run over.
+void TestScreen::scrolls()
+{
+    m_monitor.setItems({testItem("D_W", 100, 200)});
+    m_size = QSize(40, 14);
+    Screen screen(m_device, [this] { return m_size; });
+    const auto shows = [&](int lines, const char *text) {
+        taken();
+        screen.scroll(lines);
+        screen.refresh(m_monitor, m_status);
+        screen.refresh(m_monitor, m_status);
+        return taken().count(text) == 2;
+    };
+    QVERIFY(shows(0, "... lines 1 to 9 of 200"));
+    QVERIFY(shows(1, "... lines 2 to 10 of 200"));
+    QVERIFY(shows(1000000, "... lines 192 to 200 of 200"));
+    QVERIFY(shows(-1, "... lines 191 to 199 of 200"));
+    QVERIFY(shows(-1000000, "... lines 1 to 9 of 200"));
 }
 
 QTEST_APPLESS_MAIN(TestScreen)

@@ -70,7 +70,7 @@ const Command kMonitorCommand = {
     "value and the arrow keys move through a long list.",
     "monitor D_W:100*10 2/M_bit:3.5 TX:7\n"
     "monitor --link serial:/dev/ttyS0,9600,8,EVEN,1 D_W:100*10\n"
-    "monitor --link tcp:192.168.0.100:8000 --for 60 --format csv D_W:0*60 > log.csv\n",
+    "monitor --link tcp:192.168.0.100:8000 --for 60 --format csv D_W:0\n",
     addOptions,
     run};
 

@@ -125,7 +125,7 @@ const Command kRecipeReadCommand = {
     "recipe read",
     "FILE",
     "Reads the addresses of FILE and prints the file with the values that the PLC has.",
-    "recipe read --link serial:/dev/ttyUSB0 press.csv --output press.csv\n",
+    "recipe read --link serial:/dev/ttyUSB0 press.csv --output now.csv\n",
     addReadOptions,
     runRead};
 

@@ -85,6 +85,9 @@ RunningMonitor::RunningMonitor(Driver &driver, const LinkSettings &link, const M
     , m_session(m_command.session())
     , m_monitor(m_session.monitor(run.items))
 {
+    // Nobody would see anything any more. The exit code of a lost output comes by itself.
+    QObject::connect(&m_standardOutput, &StandardOutput::failed, m_monitor,
+                     [this] { m_command.finish(kFine); });
     openOutput();
     wire();
 }
@@ -112,9 +115,6 @@ void RunningMonitor::wire()
     });
     QObject::connect(&m_command, &CommandSession::stopRequested, m_monitor, [this] { finish(); });
     QObject::connect(&m_limit, &QTimer::timeout, m_monitor, [this] { finish(); });
-    // Nobody would see anything any more. The exit code of a lost output comes by itself.
-    QObject::connect(&m_standardOutput, &StandardOutput::failed, m_monitor,
-                     [this] { m_command.finish(kFine); });
     QObject::connect(&m_refresh, &QTimer::timeout, m_monitor,
                      [this] { m_output->refresh(*m_monitor, status()); });
 }
