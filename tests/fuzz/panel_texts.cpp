@@ -142,9 +142,8 @@ void readValue(Input &input)
     }
 }
 
-bool checkRecipeItem(const Item &item, QString &error)
+bool checkRecipeItem(const Item &item, QString & /*error*/)
 {
-    Q_UNUSED(error)
     checkItem(item);
     return true;
 }

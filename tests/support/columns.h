@@ -57,6 +57,9 @@ struct InColumn<QStringList>
 ///
 ///     const Columns<QByteArray, int> row("name", "address");
 ///     row("the first word", "D_W", 0);
+///
+/// It serves the tests of whole exchanges, many of whose rows hold lists. The tests of single files
+/// have plain values in arrays of structs: see support/rows.h.
 template <typename... Types>
 class Columns
 {
