@@ -110,6 +110,7 @@ void Session::wireLink()
     });
     connect(&m_works->reconnector, &Reconnector::firstOpenFailed, this,
             [this](const QString &reason) {
+                m_ended = true;
                 // Before the jobs end: their own end is not the reason.
                 setState(State::Closed, reason);
                 m_works->scheduler.stop();
@@ -186,7 +187,7 @@ void Session::setState(State state, const QString &error)
 
 void Session::open()
 {
-    if (m_state == State::Closed) {
+    if (m_state == State::Closed && !m_ended) {
         setState(State::Opening, QString());
         m_works->reconnector.start();
     }
@@ -194,6 +195,7 @@ void Session::open()
 
 void Session::close()
 {
+    m_ended = true;
     m_works->reconnector.stop();
     m_works->scheduler.stop();
     m_link->close();

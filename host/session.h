@@ -48,7 +48,7 @@ public:
             QObject *parent = nullptr);
     ~Session() override;
 
-    /** Opens the line, and again whenever it is lost. stateChanged() follows. */
+    /** Opens the line, and again whenever it is lost. stateChanged() follows. Once only. */
     void open();
 
     /** Ends all jobs and closes the line for good. */
@@ -117,6 +117,7 @@ private:
     std::unique_ptr<Link> m_link;
     std::unique_ptr<Works> m_works; ///< what programs need not know of
     State m_state = State::Closed;
+    bool m_ended = false; ///< closed for good
     QString m_lineError;
     qint64 m_lostAtMs = 0;
     QMap<int, int> m_neededMs; ///< by station: what people were told

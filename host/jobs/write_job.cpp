@@ -77,8 +77,40 @@ void WriteJob::ended(const BlockRequest &request, const BlockResult &result)
     Q_EMIT progressed(m_done, m_total);
 }
 
-// The first block that failed tells how the assignment ended; unless another may have arrived,
-// which is worse to be wrong about.
+namespace {
+
+WriteOutcome outcomeOf(const Failure &failure)
+{
+    if (failure.isNone()) {
+        return WriteOutcome::Written;
+    }
+    if (failure.kind == Failure::Refused) {
+        return WriteOutcome::Refused;
+    }
+    return failure.sent ? WriteOutcome::NotConfirmed : WriteOutcome::NotSent;
+}
+
+// The worse to be wrong about, the higher.
+int weightOf(WriteOutcome outcome)
+{
+    switch (outcome) {
+    case WriteOutcome::NotSent:
+        return 1;
+    case WriteOutcome::Refused:
+        return 2;
+    case WriteOutcome::NotConfirmed:
+        return 3;
+    case WriteOutcome::Open:
+    case WriteOutcome::Written:
+    case WriteOutcome::Mismatch:
+        break;
+    }
+    return 0;
+}
+
+} // namespace
+
+// Of several blocks that failed the one tells how the assignment ended that may have arrived.
 void WriteJob::note(const Block &block, const Failure &failure)
 {
     WriteResult &result = m_results[block.result];
@@ -86,11 +118,9 @@ void WriteJob::note(const Block &block, const Failure &failure)
         return other.result == block.result;
     });
     m_done += block.item.count;
-    if (!failure.isNone() && (result.failure.isNone() || (failure.sent && !result.failure.sent))) {
+    if (weightOf(outcomeOf(failure)) > weightOf(result.outcome)) {
         result.failure = failure;
-        result.outcome = failure.kind == Failure::Refused ? WriteOutcome::Refused
-                         : failure.sent                   ? WriteOutcome::NotConfirmed
-                                                          : WriteOutcome::NotSent;
+        result.outcome = outcomeOf(failure);
     }
     if (last && result.failure.isNone()) {
         result.outcome = WriteOutcome::Written;

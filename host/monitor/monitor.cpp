@@ -1,5 +1,7 @@
 #include "host/monitor/monitor.h"
 
+#include <QPointer>
+
 #include <algorithm>
 #include <utility>
 
@@ -212,7 +214,7 @@ void Monitor::look(const Surroundings &now)
     }
 }
 
-// Whoever is told may set other items.
+// Whoever is told may set other items, or delete this object.
 void Monitor::tell()
 {
     if (m_changes.isEmpty() && m_changedStates.isEmpty()) {
@@ -226,11 +228,12 @@ void Monitor::tell()
         changes.begin(), changes.end(), [](const ValueChange &left, const ValueChange &right) {
             return left.item != right.item ? left.item < right.item : left.offset < right.offset;
         });
+    const QPointer<Monitor> self(this);
     if (!changes.isEmpty()) {
         Q_EMIT valuesChanged(changes);
     }
     for (const int item : std::as_const(states)) {
-        if (item < m_items.size()) {
+        if (self && item < m_items.size()) {
             Q_EMIT itemStateChanged(item);
         }
     }
