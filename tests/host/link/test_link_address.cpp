@@ -70,11 +70,7 @@ void TestLinkAddress::refuses_data()
     const char any[] = "expected tcp:HOST:PORT or serial:DEVICE";
     const char tcp[] = "expected tcp:HOST:PORT";
     const char serial[] = "expected serial:DEVICE[,BAUD,7|8,NONE|EVEN|ODD,1|2]";
-<<<<<<< HEAD
-    for (const char *text : {"", "sim", "sim:1", "udp:a:1", "/dev/ttyS0"}) {
-=======
     for (const char *text : {"", "sim", "TCP:a:1", "udp:a:1", "/dev/ttyS0"}) {
->>>>>>> 00bd46a (tests: links know no simulation; unusable answers end a station's part of a job)
         QTest::newRow(text) << any;
     }
     for (const char *text : {"tcp:", "tcp:a", "tcp::1", "tcp:a:", "tcp:a:0", "tcp:a:65536",
