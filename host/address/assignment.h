@@ -23,7 +23,7 @@ struct Assignment
  * Reads "ITEM=VALUE[,VALUE...]". An item without a count has as many addresses as there are values;
  * one with a count takes as many values, or one for all of its addresses.
  *
- * The addresses are not held against the register's limits yet: checkItem() does that.
+ * The addresses are not checked against the register's limits yet: Driver::check() does that.
  *
  * @param defaultStation station of an item that names none
  * @param error receives one sentence, with what was expected, when the result is empty

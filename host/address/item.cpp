@@ -101,7 +101,7 @@ std::optional<Item> parseItem(const QString &text, int defaultStation,
 
 QVector<ItemBlock> blocksOf(const Item &item, int blockWords)
 {
-    QVector<ItemBlock> pieces;
+    QVector<ItemBlock> blocks;
     for (int offset = 0; offset < item.count;) {
         int room = blockWords;
         if (item.reg.isContact()) {
@@ -110,10 +110,10 @@ QVector<ItemBlock> blocksOf(const Item &item, int blockWords)
             room = blockWords * kBitsPerWord - (item.start + offset) % kBitsPerWord;
         }
         const int count = std::min(room, item.count - offset);
-        pieces.append({offset, count});
+        blocks.append({offset, count});
         offset += count;
     }
-    return pieces;
+    return blocks;
 }
 
 } // namespace cnet

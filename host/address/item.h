@@ -43,11 +43,11 @@ std::optional<Item> parseItem(const QString &text, int defaultStation,
                               const RegisterCatalog &registers, QString &error);
 
 /**
- * Cuts an item so that each piece is served by one block read.
+ * Cuts an item so that each block is served by one block read.
  *
  * The driver merges keys into blocks but never cuts one, so a longer key would ask the PLC for more
  * words than it answers. And of a block of contacts the driver reads the first one only, so every
- * contact is a piece of its own.
+ * contact is a block of its own.
  *
  * @param blockWords words of a block read, at least 1
  */

@@ -37,6 +37,7 @@ WriteJob::WriteJob(const QVector<Assignment> &assignments, const RegisterCatalog
         }
         m_total += assignment.item.count;
         m_results.append(result);
+        m_refused.append(false);
     }
 }
 
@@ -118,6 +119,7 @@ void WriteJob::note(const Block &block, const Failure &failure)
         return other.result == block.result;
     });
     m_done += block.item.count;
+    m_refused[block.result] = m_refused.at(block.result) || failure.kind == Failure::Refused;
     if (weightOf(outcomeOf(failure)) > weightOf(result.outcome)) {
         result.failure = failure;
         result.outcome = outcomeOf(failure);
@@ -166,7 +168,8 @@ void WriteJob::takeReadBack()
         WriteResult &result = m_results[m_readAgain.at(i)];
         result.now = read;
         const bool holds = read.isGood() && read.values == result.assignment.values;
-        if (holds && result.outcome == WriteOutcome::NotConfirmed) {
+        if (holds && result.outcome == WriteOutcome::NotConfirmed &&
+            !m_refused.at(m_readAgain.at(i))) {
             result.outcome = WriteOutcome::Written;
             result.failure = Failure();
         } else if (read.isGood() && !holds && result.outcome == WriteOutcome::Written) {

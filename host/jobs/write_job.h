@@ -95,6 +95,7 @@ private:
     ReadBack m_readBack;
     OnLoss m_onLoss;
     QVector<WriteResult> m_results;
+    QVector<bool> m_refused; ///< of each result: a part of it was refused
     QVector<Block> m_blocks; ///< the first is underway or next
     std::unique_ptr<ReadJob> m_reading;
     QVector<int> m_readAgain; ///< results that are read back

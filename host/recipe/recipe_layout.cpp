@@ -24,18 +24,18 @@ public:
         if (!touches) {
             m_used = 0;
         }
-        QVector<ItemBlock> pieces;
+        QVector<ItemBlock> blocks;
         for (int offset = 0; offset < item.count;) {
             m_used = m_used >= m_blockWords ? 0 : m_used;
             const int count = std::min(m_blockWords - m_used, item.count - offset);
-            pieces.append({offset, count});
+            blocks.append({offset, count});
             offset += count;
             m_used += count;
         }
         m_station = item.station;
         m_registerName = item.reg.name;
         m_end = item.start + item.count;
-        return pieces;
+        return blocks;
     }
 
 private:
@@ -67,14 +67,14 @@ RecipeLayout layOutRecipe(const QVector<RecipeItem> &items, const RegisterCatalo
     for (const int index : std::as_const(order)) {
         const Item &item = items.at(index).item;
         layout.firstWord[index] = layout.words;
-        for (const ItemBlock &piece : cutter.cut(item)) {
+        for (const ItemBlock &block : cutter.cut(item)) {
             _RCP_VAR_PRO part{};
             part.deviceNo = deviceNumber;
             part.stationNo = item.station;
             part.regName = item.reg.name;
-            part.startAddr = item.start + piece.offset;
-            part.count = piece.count;
-            part.bufOffset = layout.words + piece.offset;
+            part.startAddr = item.start + block.offset;
+            part.count = block.count;
+            part.bufOffset = layout.words + block.offset;
             layout.items.append(part);
         }
         layout.words += item.count;

@@ -1,4 +1,4 @@
-"""Who includes whom, held against an order of rooms; see script/rooms."""
+"""Who includes whom, checked against an order of rooms; see script/rooms."""
 import os
 import re
 

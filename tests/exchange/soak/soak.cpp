@@ -1,4 +1,4 @@
-// Millions of exchanges with faults, each held against the rules. See --help.
+// Millions of exchanges with faults, each checked against the rules. See --help.
 
 #include "exchange/soak/soak_heap.h"
 #include "exchange/soak/soak_phase.h"

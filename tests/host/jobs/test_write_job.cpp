@@ -117,7 +117,8 @@ void TestWriteJob::tellsTheOutcome_data()
     row("answer damaged, carried out", "bg", 7, true, "written");
     row("not sent", "n", 0, false, "not written (no answer); nothing was sent");
     row("a part not sent", "gn", 0, false, "not written (no answer); nothing was sent");
-    row("refused, then silence", "rs", 7, true, refusedText + "; it holds 7 0x0007, 7 0x0007");
+    row("refused, then silence", "rs", 7, true,
+        "not confirmed (no answer); it holds 7 0x0007, 7 0x0007");
 }
 
 void TestWriteJob::tellsTheOutcome()

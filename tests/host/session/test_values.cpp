@@ -78,7 +78,7 @@ void TestValues::qualityComesAndGoes()
     plant.line->breakDown();
     QCOMPARE(qualities.take(), QLatin1String("line down"));
     plant.run(5000);
-    QCOMPARE(qualities.take(), QLatin1String("good"));
+    QCOMPARE(qualities.take(), QLatin1String("stale, good"));
     plant.write("D_W:4999=7");
     plant.run(1000);
     QCOMPARE(qualities.take(), QLatin1String("waiting for the PLC, good"));
