@@ -64,8 +64,9 @@ Greeter::Admission Greeter::admit(const QVector<int> &stations)
     return Admission::Asked;
 }
 
-// The first two greetings of a station are short where others answer quickly: one may be lost, and a
-// late answer is heard all the same. What comes after the first must be saved up, unless the line has nothing else to do.
+// The first two greetings of a station are short where others answer quickly: one may be lost, and
+// a late answer is heard all the same. What comes after the first must be saved up, unless the line
+// has nothing else to do.
 bool Greeter::greetDue(const QVector<int> &stations)
 {
     const qint64 nowMs = m_clock.nowMs();
@@ -76,8 +77,8 @@ bool Greeter::greetDue(const QVector<int> &stations)
     const int characters = greetingCharacters();
     const int missed = m_health.missedGreetings(*station);
     const int glanceMs = m_times.glanceMs(*station, characters);
-    const int patienceMs =
-        std::min(m_times.patienceMs(*station, characters), glanceMs << std::clamp(missed - 1, 0, 10));
+    const int patienceMs = std::min(m_times.patienceMs(*station, characters),
+                                    glanceMs << std::clamp(missed - 1, 0, 10));
     const bool others = std::any_of(stations.cbegin(), stations.cend(),
                                     [this](int other) { return m_health.isAlive(other); });
     const bool affordable = m_health.mayCost(patienceMs, nowMs);

@@ -19,8 +19,8 @@ struct Ended
 
 /**
  * Runs exchanges. Which frame goes out and what comes of an answer the model tells; here the
- * driver's actions are checked against the PLC: that a good answer is one that a PLC has given, that it
- * is about the place that was asked for, and that an acknowledged write is in the PLC.
+ * driver's actions are checked against the PLC: that a good answer is one that a PLC has given,
+ * that it is about the place that was asked for, and that an acknowledged write is in the PLC.
  */
 class Exchanger
 {
