@@ -7,6 +7,9 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+#include <cstring>
+
 namespace cnet::panel {
 
 namespace {
@@ -34,11 +37,17 @@ void prepare(QCommandLineParser &parser, const Command &command)
     command.addOptions(parser);
 }
 
+int wordsOf(const Command &command)
+{
+    return static_cast<int>(
+               std::count(command.name, command.name + std::strlen(command.name), ' ')) +
+           1;
+}
+
 // The words of a command's name, of which some have two.
 QString nameOn(const QStringList &positional, const Command &command)
 {
-    const int words = QString::fromLatin1(command.name).count(QLatin1Char(' ')) + 1;
-    return positional.mid(0, words).join(QLatin1Char(' '));
+    return positional.mid(0, wordsOf(command)).join(QLatin1Char(' '));
 }
 
 // Options may stand before the command, and which of them take a value depends on the command.
@@ -92,9 +101,8 @@ int runCommand(const Command &command, const QCommandLineParser &parser, Message
         messages.say(error);
         return kNoDriver;
     }
-    const int words = QString::fromLatin1(command.name).count(QLatin1Char(' ')) + 1;
     return command.run(
-        Invocation{parser, parser.positionalArguments().mid(words), driver, messages});
+        Invocation{parser, parser.positionalArguments().mid(wordsOf(command)), driver, messages});
 }
 
 int parseAndRun(const QStringList &given, Messages &messages)
