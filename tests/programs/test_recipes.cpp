@@ -186,7 +186,7 @@ void TestRecipes::verifiesUnlessToldNot()
     QVERIFY2(write.errors().contains(end), write.errors().constData());
     QCOMPARE(write.errors().contains("verified"), option.isEmpty());
     const QRegularExpression blocks(QLatin1String("read \\d+ words from %(DW001|MW007)"));
-    QTEST(QString::fromLatin1(write.errors()).count(blocks), "reads");
+    QTEST(static_cast<int>(QString::fromLatin1(write.errors()).count(blocks)), "reads");
 }
 
 void TestRecipes::transfersNothingOfAWrongFile()
