@@ -75,7 +75,7 @@ QPointer<Job> JobRequest::finish(const Failure &failure)
     BlockResult result;
     result.failure = failure;
     const BlockRequest request = std::exchange(m_request, {});
-    const QPointer<Job> job = std::exchange(m_job, nullptr);
+    QPointer<Job> job = std::exchange(m_job, nullptr);
     m_open = false;
     if (request.kind == BlockRequest::Read && failure.isNone()) {
         result.values = m_driver.values(request.item);
