@@ -3,6 +3,7 @@
 #include "host/address/address.h"
 
 #include <QRegularExpression>
+#include <QStringList>
 
 #include <algorithm>
 
@@ -18,13 +19,18 @@ QString itemError(const QString &text, const QString &what)
 // What people try who know it from elsewhere.
 QString rangeHint(const QString &text)
 {
-    static const QRegularExpression range(QLatin1String("\\A(.*:)([0-9]+)-([0-9]+)\\z"));
-    const QRegularExpressionMatch match = range.match(text);
-    const int count = match.captured(3).toInt() - match.captured(2).toInt() + 1;
-    return match.hasMatch() && count > 0 ? QString::fromLatin1("; did you mean %1%2*%3?")
-                                               .arg(match.captured(1), match.captured(2))
-                                               .arg(count)
-                                         : QString();
+    const int colon = static_cast<int>(text.lastIndexOf(QLatin1Char(':')));
+    const QStringList ends = text.mid(colon + 1).split(QLatin1Char('-'));
+    bool isFirst = false;
+    bool isLast = false;
+    const int first = ends.first().toInt(&isFirst);
+    const int last = ends.last().toInt(&isLast);
+    if (ends.size() != 2 || !isFirst || !isLast || last < first) {
+        return QString();
+    }
+    return QString::fromLatin1("; did you mean %1%2*%3?")
+        .arg(text.left(colon + 1), ends.first())
+        .arg(qint64(last) - first + 1);
 }
 
 QString formError(const QString &text)
