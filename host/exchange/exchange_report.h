@@ -21,10 +21,11 @@ struct ExchangeReport
 {
     Purpose purpose = Purpose::Cyclic;
     Reply reply;
-    QString block;     ///< what was asked for: "D_W:100*10", in the units of the block
-    bool final = true; ///< false: the same request is sent again
-    bool good = false; ///< the driver took the answer
-    int refusal = 0;   ///< error code, of Outcome::Refused
+    QString block;       ///< what was asked for: "D_W:100*10", in the units of the block
+    bool final = true;   ///< false: the same request is sent again
+    bool good = false;   ///< the driver took the answer
+    bool wentOut = true; ///< at this attempt or an earlier one: the station may have carried it out
+    int refusal = 0;     ///< error code, of Outcome::Refused
 
     int station() const { return reply.station; }
 
@@ -34,7 +35,7 @@ struct ExchangeReport
     Failure failure() const
     {
         Failure failure;
-        failure.sent = reply.sent;
+        failure.sent = wentOut;
         failure.code = refusal;
         failure.kind = good                                 ? Failure::None
                        : reply.outcome == Outcome::Refused  ? Failure::Refused

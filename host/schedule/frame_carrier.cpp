@@ -104,6 +104,7 @@ void FrameCarrier::settle(ExchangeReport &report)
     }
     m_open = !report.final;
     m_sent = m_sent || report.reply.sent;
+    report.wentOut = m_sent;
     m_changes = m_driver.changes() != changesBefore;
 }
 

@@ -27,8 +27,8 @@ public:
      */
     bool isFrameOpen() const { return m_open; }
 
-    /** The frame in flight went out at least once before, and was not answered. */
-    bool wasSent() const { return m_open && m_sent; }
+    /** The frame that was carried last went out at least once, whatever became of it. */
+    bool wasSent() const { return m_sent; }
 
     /** Has the driver give up the frame in flight; nothing of it reaches the line. */
     void giveUp();

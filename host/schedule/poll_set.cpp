@@ -36,6 +36,7 @@ void PollSet::forget()
     m_monitors.removeAll(QPointer<Monitor>());
     m_places.clear();
     m_compared.clear();
+    m_stations.reset();
 }
 
 void PollSet::forEach(const std::function<void(Monitor &)> &tell) const
@@ -48,8 +49,11 @@ void PollSet::forEach(const std::function<void(Monitor &)> &tell) const
     }
 }
 
-QVector<int> PollSet::stations() const
+const QVector<int> &PollSet::stations() const
 {
+    if (m_stations) {
+        return *m_stations;
+    }
     QVector<int> stations;
     forEach([&](const Monitor &monitor) {
         for (const ItemState &state : monitor.items()) {
@@ -58,7 +62,18 @@ QVector<int> PollSet::stations() const
             }
         }
     });
-    return stations;
+    return m_stations.emplace(stations);
+}
+
+bool PollSet::isAt(const Place &place, const Item &item) const
+{
+    if (!place.monitor || place.item >= place.monitor->items().size() ||
+        place.block >= place.monitor->items().at(place.item).blocks.size()) {
+        return false;
+    }
+    const Item now = itemOf(place);
+    return now.station == item.station && now.reg.name == item.reg.name &&
+           now.start == item.start && now.count == item.count;
 }
 
 Item PollSet::itemOf(const Place &place) const

@@ -9,6 +9,7 @@
 #include <QVector>
 
 #include <functional>
+#include <optional>
 
 namespace cnet {
 
@@ -35,7 +36,8 @@ public:
     /** A monitor is gone, or has other items. */
     void forget();
 
-    QVector<int> stations() const;
+    /** Of all items, each once. */
+    const QVector<int> &stations() const;
     bool isEmpty() const { return stations().isEmpty(); }
 
     /** What intf_addrMerge needs to have all blocks read that are not refused. */
@@ -43,6 +45,9 @@ public:
 
     /** Items of their own for each block that this range serves, in the order of the places. */
     QVector<Item> itemsIn(const AddressRange &range, QVector<Place> &places);
+
+    /** True when the place still is that of these addresses. */
+    bool isAt(const Place &place, const Item &item) const;
 
     /** A block was read well. @param changed the driver reported changes, or may have missed some
      */
@@ -66,6 +71,7 @@ private:
 
     const DriverCore &m_driver;
     QVector<QPointer<Monitor>> m_monitors;
+    mutable std::optional<QVector<int>> m_stations; ///< asked for with every answer
     QHash<AddressRange, QVector<Place>> m_places;
     QHash<AddressRange, bool> m_compared; ///< its values were taken over since the last merge
 };

@@ -138,9 +138,8 @@ void Poller::mark(const QVector<PollSet::Place> &places, Job *job)
     for (int i = 0; i < places.size(); ++i) {
         const PollSet::Place &place = places.at(i);
         const Failure &failure = results.at(i).failure;
-        const bool there = place.monitor && place.item < place.monitor->items().size() &&
-                           place.block < place.monitor->items().at(place.item).blocks.size();
-        if (there && failure.kind == Failure::Refused) {
+        // The monitor may have other items by now.
+        if (failure.kind == Failure::Refused && m_set.isAt(place, results.at(i).item)) {
             place.monitor->markRefused(place.item, place.block, failure.code, surroundings());
             m_mergeDue = true;
         }

@@ -110,7 +110,7 @@ void Scheduler::lineLost()
     failure.kind = Failure::LineDown;
     failure.sent = stopTalking();
     if (m_request.isOpen()) {
-        m_request.finish(failure);
+        finishRequest(failure);
     }
     m_jobs.endUnkept();
     m_poller.lineChanged(false);

@@ -66,6 +66,7 @@ private Q_SLOTS:
     void refusalIsFinal();
     void givesUpAfterTheDriversAttempts();
     void givesUpWithoutTheLine();
+    void countsEarlierAttempts();
     void carriesMoreThanTenWrites();
 };
 
@@ -153,6 +154,26 @@ void TestFrameCarrier::givesUpWithoutTheLine()
     QVERIFY(!desk.carrier.isFrameOpen());
     QVERIFY(!desk.carrier.carry());
     QCOMPARE(static_cast<int>(desk.link.sentFrames.size()), 1);
+}
+
+// A write that is never sent again since no fence is answered may have been carried out all the
+// same.
+void TestFrameCarrier::countsEarlierAttempts()
+{
+    Desk desk;
+    desk.core.queueWrite(testItem("D_W", 6, 1), {1});
+    QVERIFY(desk.answer(QByteArray()));
+    QVERIFY(desk.report.failure().sent);
+    QVERIFY(desk.carrier.carry());
+    desk.conversation.cancel();
+    Reply notSent;
+    notSent.sent = false;
+    AddressRange range;
+    QVERIFY(desk.carrier.take(notSent, range).failure().sent);
+    desk.core.queueWrite(testItem("D_W", 8, 1), {1});
+    QVERIFY(desk.carrier.carry());
+    desk.conversation.cancel();
+    QVERIFY(!desk.carrier.take(notSent, range).failure().sent);
 }
 
 // After ten writes in a row the driver has a pause.

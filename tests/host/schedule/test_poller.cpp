@@ -36,6 +36,7 @@ private Q_SLOTS:
     void sortsOutARefusedBlock();
     void blamesTheBlockTheSecondTime();
     void survivesAMonitorThatGoes();
+    void blamesNoOtherItem();
     void countsRoundsWhereNobodyAnswers();
     void knowsWhenValuesAreStale_data();
     void knowsWhenValuesAreStale();
@@ -182,6 +183,21 @@ void TestPoller::survivesAMonitorThatGoes()
     end(range(0, 4), Outcome::Answered);
     m_poller->prepare();
     QVERIFY(!m_poller->isDue());
+}
+
+// What is in the place of a refused item by the time that it is known to be refused.
+void TestPoller::blamesNoOtherItem()
+{
+    watch("D_W:0*2 D_W:2*2");
+    m_poller->prepare();
+    end(range(0, 4), Outcome::Refused);
+    watch("D_W:10*2 D_W:12*2");
+    auto *const job = qobject_cast<ReadJob *>(m_jobs.first());
+    Failure failure;
+    failure.kind = Failure::Refused;
+    job->conclude(failure);
+    QVERIFY(!m_monitor->items().at(0).blocks.first().refused);
+    QVERIFY(!m_monitor->items().at(1).blocks.first().refused);
 }
 
 void TestPoller::countsRoundsWhereNobodyAnswers()

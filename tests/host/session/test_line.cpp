@@ -21,6 +21,7 @@ private Q_SLOTS:
     void comesBack();
     void pendingWrites_data();
     void pendingWrites();
+    void writeThatWasConfirmedAtTheEnd();
     void writeThatWasOut_data();
     void writeThatWasOut();
     void recipeFails();
@@ -128,6 +129,24 @@ void TestLine::pendingWrites()
              QLatin1String(written == 1
                                ? "1/D_W:5=1: written"
                                : "1/D_W:5=1: not written (the line is down); nothing was sent"));
+}
+
+// Whoever closes the session when the PLC has just confirmed a write is not told that nothing was
+// sent.
+void TestLine::writeThatWasConfirmedAtTheEnd()
+{
+    VirtualPlant plant;
+    plant.open();
+    const WriteJob *const job = plant.write("D_W:5=7");
+    connect(plant.session.get(), &Session::exchangeEnded, this,
+            [&plant](const ExchangeReport &report) {
+                if (report.purpose == Purpose::Write) {
+                    plant.session->close();
+                }
+            });
+    QVERIFY(plant.finishes(job));
+    QCOMPARE(plant.word(5), 7);
+    QCOMPARE(job->results().first().outcome, WriteOutcome::NotConfirmed);
 }
 
 void TestLine::writeThatWasOut_data()
