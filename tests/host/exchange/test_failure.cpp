@@ -79,7 +79,7 @@ void TestFailure::comesFromAReport()
     report.good = good;
     report.refusal = 0x1132;
     for (const bool sent : {true, false}) {
-        report.reply.sent = sent;
+        report.wentOut = sent;
         QTEST(report.failure().kind, "kind");
         QCOMPARE(report.failure().sent, sent);
         QCOMPARE(report.failure().code, 0x1132);
