@@ -7,7 +7,7 @@ from includes import circles, included_by, room_of, wrong_includes
 
 # The library's rooms, the lowest first; the last one is its face.
 ORDER = [["host/" + room] for room in
-         ("time", "wire", "link", "address", "driver", "exchange", "monitor", "jobs", "recipe",
+         ("time", "wire", "link", "address", "driver", "exchange", "monitor", "tag", "jobs", "recipe",
           "schedule")] + [["host"]]
 BOUNDARY = "include/ls_master_k_cnet/"
 # The only room that knows the driver's functions by name; others ask it.
