@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/address/address_range.h"
 #include "host/exchange/failure.h"
 #include "host/exchange/reply.h"
 
@@ -21,13 +22,19 @@ struct ExchangeReport
 {
     Purpose purpose = Purpose::Cyclic;
     Reply reply;
-    QString block;       ///< what was asked for: "D_W:100*10", in the units of the block
+    AddressRange range;  ///< what was asked for; empty for a fence
     bool final = true;   ///< false: the same request is sent again
     bool good = false;   ///< the driver took the answer
     bool wentOut = true; ///< at this attempt or an earlier one: the station may have carried it out
     int refusal = 0;     ///< error code, of Outcome::Refused
 
     int station() const { return reply.station; }
+
+    /** What was asked for, in words: "D_W:100*10", in the units of the block. */
+    QString block() const
+    {
+        return purpose == Purpose::Fence ? QLatin1String("a sign of life") : range.text();
+    }
 
     /** True when nothing came that looks like an answer. */
     bool isSilence() const { return reply.outcome == Outcome::TimedOut; }

@@ -71,7 +71,7 @@ QString StationBook::note(const ExchangeReport &report)
     }
     if (outcome == Outcome::Answered) {
         counters.state = StationState::Answers;
-        watch.refused.remove(report.block);
+        watch.refused.remove(report.range);
         return QString();
     }
     if (report.purpose == Purpose::Fence) {
@@ -79,13 +79,13 @@ QString StationBook::note(const ExchangeReport &report)
     }
     counters.state = StationState::Refuses;
     counters.lastRefusal = refusalInWords(report.refusal);
-    if (watch.refused.contains(report.block)) {
+    if (watch.refused.contains(report.range)) {
         return QString();
     }
-    watch.refused.insert(report.block);
+    watch.refused.insert(report.range);
     return QString::fromLatin1("station %1 refuses %2: %3")
         .arg(report.station())
-        .arg(report.block, counters.lastRefusal);
+        .arg(report.block(), counters.lastRefusal);
 }
 
 QString StationBook::noteAway(int station, qint64 nowMs)

@@ -65,7 +65,7 @@ private:
         qint64 missed = 0;         ///< requests since then
         bool cameSomething = false;
         bool away = false;
-        QSet<QString> refused; ///< requests that people were told about
+        QSet<AddressRange> refused; ///< requests that people were told about
     };
 
     static void count(StationCounters &counters, Watch &watch, const ExchangeReport &report);

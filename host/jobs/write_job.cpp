@@ -44,7 +44,7 @@ WriteJob::WriteJob(const QVector<Assignment> &assignments, const RegisterCatalog
 WriteJob::~WriteJob()
 {
     for (const Block &block : std::as_const(m_blocks)) {
-        Q_EMIT blockSettled(block.item, block.values, false);
+        Q_EMIT blockSettled(block.item, block.values, Confirmation::Missing);
     }
 }
 
@@ -127,7 +127,8 @@ void WriteJob::note(const Block &block, const Failure &failure)
     if (last && result.failure.isNone()) {
         result.outcome = WriteOutcome::Written;
     }
-    Q_EMIT blockSettled(block.item, block.values, failure.isNone());
+    Q_EMIT blockSettled(block.item, block.values,
+                        failure.isNone() ? Confirmation::Given : Confirmation::Missing);
 }
 
 void WriteJob::dropStation(int station, Failure::Kind reason)

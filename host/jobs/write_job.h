@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/address/assignment.h"
+#include "host/exchange/confirmation.h"
 #include "host/jobs/read_job.h"
 
 #include <memory>
@@ -71,7 +72,8 @@ public:
 
 Q_SIGNALS:
     /** A block of one of the assignments needs to be waited for no longer. */
-    void blockSettled(const cnet::Item &item, const QVector<quint16> &values, bool confirmed);
+    void blockSettled(const cnet::Item &item, const QVector<quint16> &values,
+                      cnet::Confirmation confirmation);
 
 protected:
     void giveUp(const Failure &reason) override;

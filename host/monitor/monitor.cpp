@@ -154,7 +154,7 @@ void Monitor::writeBegun(const Item &written, const QVector<quint16> &values,
         now);
 }
 
-void Monitor::writeEnded(const Item &written, const QVector<quint16> &values, bool confirmed,
+void Monitor::writeEnded(const Item &written, const QVector<quint16> &values, Confirmation confirmation,
                          const Surroundings &now)
 {
     forCommon(
@@ -162,7 +162,7 @@ void Monitor::writeEnded(const Item &written, const QVector<quint16> &values, bo
         [&](int item, int offset, int at) {
             ItemValue &cell = m_items[item].values[offset];
             cell.writes = std::max(0, cell.writes - 1);
-            if (confirmed) {
+            if (confirmation == Confirmation::Given) {
                 store(item, offset, values.value(at), now);
             }
         },

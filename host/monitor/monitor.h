@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/exchange/confirmation.h"
 #include "host/monitor/item_state.h"
 
 #include <QObject>
@@ -51,8 +52,7 @@ public:
     void forgetRefusals(int station);
     /** Values are on their way to the PLC. */
     void writeBegun(const Item &written, const QVector<quint16> &values, const Surroundings &now);
-    /** @param confirmed the PLC has them */
-    void writeEnded(const Item &written, const QVector<quint16> &values, bool confirmed,
+    void writeEnded(const Item &written, const QVector<quint16> &values, Confirmation confirmation,
                     const Surroundings &now);
     /** Time passed, or the line opened or closed: qualities may differ. */
     void look(const Surroundings &now);

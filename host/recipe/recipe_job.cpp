@@ -94,16 +94,16 @@ void RecipeJob::begun(const BlockRequest &request)
     }
 }
 
-bool RecipeJob::blockEnded(const ExchangeReport &report, int words)
+bool RecipeJob::blockEnded(const ExchangeReport &report)
 {
     if (report.good) {
         ++m_progress.blocks;
-        m_progress.words += words;
+        m_progress.words += report.range.count;
         Q_EMIT progressed(m_progress.words, m_progress.total);
     } else {
         m_failure = atBlock(QString::fromLatin1("%1/%2): %3")
                                 .arg(report.station())
-                                .arg(report.block, report.failure().text()));
+                                .arg(report.block(), report.failure().text()));
     }
     RecipeArea area(m_driver);
     m_transferring = area.isRequested(m_direction);

@@ -55,7 +55,7 @@ public:
     bool outlivesLine() const override { return false; }
 
     /** A frame of the transfer ended. @return true when it was the last one */
-    bool blockEnded(const ExchangeReport &report, int words);
+    bool blockEnded(const ExchangeReport &report);
     /** Has the driver forget the transfer, while nothing is in flight. */
     void withdraw();
 

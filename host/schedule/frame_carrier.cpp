@@ -67,14 +67,13 @@ Purpose FrameCarrier::purpose() const
     }
 }
 
-ExchangeReport FrameCarrier::take(const Reply &reply, AddressRange &range)
+ExchangeReport FrameCarrier::take(const Reply &reply)
 {
     ExchangeReport report;
     report.purpose = purpose();
     report.reply = reply;
-    range = AddressRange{m_frame.var.stationNo, m_frame.var.regName, m_frame.var.startAddr,
-                         m_frame.var.count};
-    report.block = range.text();
+    report.range = AddressRange{m_frame.var.stationNo, m_frame.var.regName, m_frame.var.startAddr,
+                                m_frame.var.count};
     settle(report);
     return report;
 }

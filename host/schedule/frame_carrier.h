@@ -3,7 +3,6 @@
 #include "host/driver/driver_core.h"
 #include "host/exchange/conversation.h"
 #include "host/exchange/exchange_report.h"
-#include "host/schedule/address_range.h"
 
 namespace cnet {
 
@@ -17,9 +16,8 @@ public:
     /** Sends what the driver wants sent next; take() is to follow. @return false: it has nothing */
     bool carry();
 
-    /** What became of the frame: the driver deals with the answer. @param range what it was about
-     */
-    ExchangeReport take(const Reply &reply, AddressRange &range);
+    /** What became of the frame: the driver deals with the answer. */
+    ExchangeReport take(const Reply &reply);
 
     /**
      * The driver has a frame in flight: what carry() sends next is that frame, whatever was queued

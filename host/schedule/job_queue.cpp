@@ -5,8 +5,9 @@
 
 namespace cnet {
 
-Job *JobQueue::first(bool urgent) const
+Job *JobQueue::first(Turn turn) const
 {
+    const bool urgent = turn == Turn::WritesAndRecipes;
     const auto found =
         std::find_if(m_jobs.cbegin(), m_jobs.cend(), [urgent](const QPointer<Job> &job) {
             return job && job->goesFirst() == urgent;
@@ -17,8 +18,8 @@ Job *JobQueue::first(bool urgent) const
 Job *JobQueue::next()
 {
     m_jobs.removeAll(QPointer<Job>());
-    Job *const urgent = first(true);
-    return urgent != nullptr ? urgent : first(false);
+    Job *const urgent = first(Turn::WritesAndRecipes);
+    return urgent != nullptr ? urgent : first(Turn::Reads);
 }
 
 void JobQueue::end(Job *job, const Failure &reason)

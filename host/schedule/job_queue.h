@@ -26,7 +26,9 @@ public:
     void endAll(const Job *sent);
 
 private:
-    Job *first(bool urgent) const;
+    enum class Turn { WritesAndRecipes, Reads };
+
+    Job *first(Turn turn) const;
 
     QList<QPointer<Job>> m_jobs;
 };

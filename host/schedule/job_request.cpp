@@ -56,14 +56,14 @@ bool JobRequest::concerns(const ExchangeReport &report) const
            (m_request.item.reg.isContact() && report.purpose == Purpose::Cyclic);
 }
 
-bool JobRequest::take(const ExchangeReport &report, const AddressRange &range)
+bool JobRequest::take(const ExchangeReport &report)
 {
     if (m_request.kind == BlockRequest::Recipe) {
         auto *const recipe = qobject_cast<RecipeJob *>(m_job);
-        return recipe == nullptr || recipe->blockEnded(report, range.count);
+        return recipe == nullptr || recipe->blockEnded(report);
     }
     if (m_request.kind == BlockRequest::Read && report.good) {
-        m_poller.rangeRead(range);
+        m_poller.rangeRead(report.range);
     }
     // The bit of a data register is changed within its word, which is read first.
     return m_request.kind != BlockRequest::Write || !report.good ||

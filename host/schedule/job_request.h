@@ -28,7 +28,7 @@ public:
     bool concerns(const ExchangeReport &report) const;
 
     /** A frame of it ended for good. @return true when the request is over with it */
-    bool take(const ExchangeReport &report, const AddressRange &range);
+    bool take(const ExchangeReport &report);
 
     /** Tells the job. @return the job, unless it is gone meanwhile */
     QPointer<Job> finish(const Failure &failure);

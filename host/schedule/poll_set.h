@@ -1,8 +1,8 @@
 #pragma once
 
+#include "host/address/address_range.h"
 #include "host/driver/driver_core.h"
 #include "host/monitor/monitor.h"
-#include "host/schedule/address_range.h"
 
 #include <QHash>
 #include <QPointer>

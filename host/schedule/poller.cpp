@@ -76,8 +76,9 @@ qint64 Poller::nextMs() const
     return m_blocks > 0 ? m_nextRoundMs : -1;
 }
 
-void Poller::blockEnded(const AddressRange &range, const ExchangeReport &report, bool changed)
+void Poller::blockEnded(const ExchangeReport &report, bool changed)
 {
+    const AddressRange &range = report.range;
     if (m_blocksLeft == 0) {
         m_roundBeganMs = report.reply.sentMs;
         m_blocksLeft = m_blocks;
@@ -167,9 +168,20 @@ void Poller::stationBack(int station)
     m_mergeDue = true;
 }
 
-void Poller::lineChanged(bool open)
+void Poller::lineOpened()
 {
-    m_lineOpen = open;
+    m_lineOpen = true;
+    lineChanged();
+}
+
+void Poller::lineLost()
+{
+    m_lineOpen = false;
+    lineChanged();
+}
+
+void Poller::lineChanged()
+{
     m_openSinceMs = m_clock.nowMs();
     m_mergeDue = true;
     m_nextRoundMs = m_clock.nowMs();
@@ -183,11 +195,11 @@ void Poller::writeBegun(const Item &item, const QVector<quint16> &values)
 
 // The driver shows a value from its writing on, and reports nothing when the PLC has it, too. Words
 // that hold a written bit would keep what they showed before.
-void Poller::writeEnded(const Item &item, const QVector<quint16> &values, bool confirmed)
+void Poller::writeEnded(const Item &item, const QVector<quint16> &values, Confirmation confirmation)
 {
     m_set.distrustCallbacks();
     m_set.forEach(
-        [&](Monitor &monitor) { monitor.writeEnded(item, values, confirmed, surroundings()); });
+        [&](Monitor &monitor) { monitor.writeEnded(item, values, confirmation, surroundings()); });
 }
 
 // While no station answers and every one was tried, a round is what would have been read.

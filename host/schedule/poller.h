@@ -48,16 +48,17 @@ public:
     qint64 nextMs() const;
 
     /** A block of the cyclic reads ended for good. @param changed the driver reported changes */
-    void blockEnded(const AddressRange &range, const ExchangeReport &report, bool changed);
+    void blockEnded(const ExchangeReport &report, bool changed);
 
     /** Words or a contact were read by a job; monitors may show them. */
     void rangeRead(const AddressRange &range);
 
     void stationFailed(int station, const Failure &failure);
     void stationBack(int station);
-    void lineChanged(bool open);
+    void lineOpened();
+    void lineLost();
     void writeBegun(const Item &item, const QVector<quint16> &values);
-    void writeEnded(const Item &item, const QVector<quint16> &values, bool confirmed);
+    void writeEnded(const Item &item, const QVector<quint16> &values, Confirmation confirmation);
     /** Time passed. */
     void look();
     /** Monitors tell their changes. */
@@ -73,6 +74,7 @@ Q_SIGNALS:
     void jobWanted(cnet::Job *job);
 
 private:
+    void lineChanged();
     void sortOut(const AddressRange &range, int code);
     void finishRound();
     void mark(const QVector<PollSet::Place> &places, Job *job);

@@ -82,8 +82,8 @@ void Scheduler::watchWrites(Job *job)
         m_poller.writeBegun(result.assignment.item, result.assignment.values);
     }
     connect(write, &WriteJob::blockSettled, this,
-            [this](const Item &item, const QVector<quint16> &values, bool confirmed) {
-                m_poller.writeEnded(item, values, confirmed);
+            [this](const Item &item, const QVector<quint16> &values, Confirmation confirmation) {
+                m_poller.writeEnded(item, values, confirmation);
             });
 }
 
@@ -95,7 +95,7 @@ void Scheduler::lineOpened()
     for (const int station : m_poller.items().stations()) {
         m_poller.stationBack(station);
     }
-    m_poller.lineChanged(true);
+    m_poller.lineOpened();
     m_poller.tell();
     proceedSoon();
 }
@@ -113,7 +113,7 @@ void Scheduler::lineLost()
         finishRequest(failure);
     }
     m_jobs.endUnkept();
-    m_poller.lineChanged(false);
+    m_poller.lineLost();
     m_poller.tell();
 }
 
@@ -243,7 +243,6 @@ void Scheduler::handleFenceEnded(const Reply &reply)
     ExchangeReport report;
     report.purpose = Purpose::Fence;
     report.reply = reply;
-    report.block = QLatin1String("a sign of life");
     report.good = reply.outcome == Outcome::Answered || reply.outcome == Outcome::Refused;
     report.final = true;
     Q_EMIT exchangeEnded(report);
@@ -275,8 +274,7 @@ void Scheduler::handleGreeting(const Reply &reply)
 
 void Scheduler::handleFrame(const Reply &reply)
 {
-    AddressRange range;
-    const ExchangeReport report = m_carrier.take(reply, range);
+    const ExchangeReport report = m_carrier.take(reply);
     // First of all: whoever ends with what follows from it has counted it.
     Q_EMIT exchangeEnded(report);
     const bool heard =
@@ -287,18 +285,18 @@ void Scheduler::handleFrame(const Reply &reply)
         m_health.charge(report.reply.tookMs);
     }
     if (report.final) {
-        handleFinalFrame(report, range);
+        handleFinalFrame(report);
     }
     if (report.final && !heard) {
         stationMissed(report.station(), report.failure());
     }
 }
 
-void Scheduler::handleFinalFrame(const ExchangeReport &report, const AddressRange &range)
+void Scheduler::handleFinalFrame(const ExchangeReport &report)
 {
     if (!m_request.concerns(report)) {
-        m_poller.blockEnded(range, report, m_carrier.hasChanges());
-    } else if (m_request.take(report, range)) {
+        m_poller.blockEnded(report, m_carrier.hasChanges());
+    } else if (m_request.take(report)) {
         finishRequest(report.failure());
     }
 }

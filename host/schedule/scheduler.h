@@ -68,7 +68,7 @@ private:
     void handleFenceEnded(const Reply &reply);
     void handleGreeting(const Reply &reply);
     void handleFrame(const Reply &reply);
-    void handleFinalFrame(const ExchangeReport &report, const AddressRange &range);
+    void handleFinalFrame(const ExchangeReport &report);
     void finishRequest(const Failure &failure);
     void stationHeard(int station);
     void stationMissed(int station, const Failure &failure);

@@ -13,7 +13,7 @@ ExchangeReport report(Outcome outcome, bool final = true, double tookMs = 1, qin
     report.reply.outcome = outcome;
     report.reply.tookMs = tookMs;
     report.reply.sentMs = sentMs;
-    report.block = QLatin1String("D_W:100*3");
+    report.range = {2, QLatin1String("D_W"), 100, 3};
     report.final = final;
     report.good = outcome == Outcome::Answered;
     report.refusal = outcome == Outcome::Refused ? 0x1132 : 0;

@@ -175,8 +175,9 @@ void TestWriteJob::settlesEveryBlock()
     auto job = makeJob("D_W:0=1 D_W:1=2 D_W:2=3 D_W:3=4");
     QStringList settled;
     connect(job.get(), &WriteJob::blockSettled, this,
-            [&settled](const Item &item, const QVector<quint16> &, bool confirmed) {
-                settled.append(item.text() + QLatin1String(confirmed ? "+" : "-"));
+            [&settled](const Item &item, const QVector<quint16> &, Confirmation confirmation) {
+                const bool given = confirmation == Confirmation::Given;
+                settled.append(item.text() + QLatin1String(given ? "+" : "-"));
             });
     QVERIFY(job->goesFirst());
     job->ended(*job->next(), BlockResult());

@@ -146,7 +146,7 @@ void TestMonitor::hasAQuality()
     QTEST(monitor.items().first().quality, "quality");
     QCOMPARE(monitor.isGood(), monitor.items().first().quality == Quality::Good);
     // It goes as it came.
-    monitor.writeEnded(testItem("D_W", 5, 1), {7}, false, at(1));
+    monitor.writeEnded(testItem("D_W", 5, 1), {7}, Confirmation::Missing, at(1));
     monitor.blockRead(0, 1, {1}, at(1));
     monitor.look(at(1));
     QVERIFY(monitor.isGood());
@@ -218,11 +218,11 @@ void TestMonitor::showsWrites()
     // The driver shows what is written at once, and this is not the PLC's.
     monitor.blockRead(0, 0, {1, 70, 8}, at(2));
     QVERIFY(values.at(0).known && !values.at(1).known && !values.at(2).known);
-    monitor.writeEnded(testItem("D_W", 5, 1), {7}, true, at(3));
+    monitor.writeEnded(testItem("D_W", 5, 1), {7}, Confirmation::Given, at(3));
     QVERIFY(values.at(1).isWaiting());
-    monitor.writeEnded(testItem("D_W", 6, 1), {8}, false, at(3));
+    monitor.writeEnded(testItem("D_W", 6, 1), {8}, Confirmation::Missing, at(3));
     QVERIFY(!values.at(2).isShown()); // unknown again
-    monitor.writeEnded(testItem("D_W", 5, 1), {70}, true, at(3));
+    monitor.writeEnded(testItem("D_W", 5, 1), {70}, Confirmation::Given, at(3));
     QCOMPARE(values.at(1).value, quint16(70));
     monitor.tell();
     QCOMPARE(told.takeValues(), QLatin1String("0+0=1 0+1=7 0+1=70"));

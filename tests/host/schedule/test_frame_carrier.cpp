@@ -23,10 +23,8 @@ struct Desk
             qFatal("%s", qPrintable(error));
         }
         core.start(DriverProperties());
-        QObject::connect(&conversation, &Conversation::ended, [this](const Reply &reply) {
-            AddressRange range;
-            report = carrier.take(reply, range);
-        });
+        QObject::connect(&conversation, &Conversation::ended,
+                         [this](const Reply &reply) { report = carrier.take(reply); });
     }
 
     /** What the driver wants next is sent, and answered. */
@@ -84,7 +82,7 @@ void TestFrameCarrier::carries()
     QVERIFY(desk.carrier.hasChanges());
     QVERIFY(desk.report.good && desk.report.final);
     QCOMPARE(desk.report.purpose, Purpose::Cyclic);
-    QCOMPARE(desk.report.block, QLatin1String("D_W:5*1"));
+    QCOMPARE(desk.report.block(), QLatin1String("D_W:5*1"));
     QCOMPARE(desk.report.station(), 1);
     QCOMPARE(desk.core.values(testItem("D_W", 5, 1)), QVector<quint16>{7});
     QVERIFY(desk.answer(kAnswer));
@@ -168,12 +166,11 @@ void TestFrameCarrier::countsEarlierAttempts()
     desk.conversation.cancel();
     Reply notSent;
     notSent.sent = false;
-    AddressRange range;
-    QVERIFY(desk.carrier.take(notSent, range).failure().sent);
+    QVERIFY(desk.carrier.take(notSent).failure().sent);
     desk.core.queueWrite(testItem("D_W", 8, 1), {1});
     QVERIFY(desk.carrier.carry());
     desk.conversation.cancel();
-    QVERIFY(!desk.carrier.take(notSent, range).failure().sent);
+    QVERIFY(!desk.carrier.take(notSent).failure().sent);
 }
 
 // After ten writes in a row the driver has a pause.

@@ -45,12 +45,13 @@ private:
     void end(const AddressRange &range, Outcome outcome, bool changed = true)
     {
         ExchangeReport report;
+        report.range = range;
         report.reply.station = range.station;
         report.reply.outcome = outcome;
         report.reply.sentMs = m_clock->nowMs();
         report.good = outcome == Outcome::Answered;
         report.refusal = 0x1132;
-        m_poller->blockEnded(range, report, changed);
+        m_poller->blockEnded(report, changed);
     }
     void watch(const char *items) { m_monitor->setItems(testItems(items)); }
 
@@ -80,7 +81,7 @@ void TestPoller::init()
     connect(m_poller.get(), &Poller::jobWanted, this, [this](Job *job) { m_jobs.append(job); });
     m_monitor = std::make_unique<Monitor>(60);
     m_poller->add(m_monitor.get());
-    m_poller->lineChanged(true);
+    m_poller->lineOpened();
 }
 
 void TestPoller::cleanup()
@@ -213,7 +214,7 @@ void TestPoller::countsRoundsWhereNobodyAnswers()
     m_clock->runFor(kIntervalMs);
     m_poller->look();
     QCOMPARE(m_poller->rounds(), 2);
-    m_poller->lineChanged(false);
+    m_poller->lineLost();
     m_poller->prepare();
     m_clock->runFor(kIntervalMs);
     m_poller->look();
@@ -241,9 +242,11 @@ void TestPoller::knowsWhenValuesAreStale()
     ExchangeReport report;
     report.reply.sentMs = m_clock->nowMs();
     report.good = true;
-    poller.blockEnded(range(0, 60), report, true);
+    report.range = range(0, 60);
+    poller.blockEnded(report, true);
     m_clock->runFor(roundMs);
-    poller.blockEnded(range(60, 60), report, true);
+    report.range = range(60, 60);
+    poller.blockEnded(report, true);
     QTEST(poller.surroundings().dueMs, "dueMs");
 }
 

@@ -322,7 +322,7 @@ void TestScheduler::roundsKeepTheirDistance()
     QList<qint64> begins;
     connect(plant.session.get(), &Session::exchangeEnded, this,
             [&begins](const ExchangeReport &report) {
-                if (report.block == QLatin1String("D_W:0*60")) {
+                if (report.block() == QLatin1String("D_W:0*60")) {
                     begins.append(report.reply.sentMs);
                 }
             });

@@ -169,7 +169,7 @@ void TestScreenText::marksWhatWaits()
     QVERIFY(waits.contains(QLatin1String("7 0x0007")));
     QVERIFY(!waits.contains(QLatin1String("0x0000")));
     QVERIFY(waits.contains(QLatin1String("waiting for the PLC")));
-    m_monitor->writeEnded(testItem("D_W", 201, 1), {7}, false, momentAt(1250));
+    m_monitor->writeEnded(testItem("D_W", 201, 1), {7}, Confirmation::Missing, momentAt(1250));
     const QString gone = text(120, 30).at(2);
     QVERIFY2(gone.startsWith(QLatin1String("- 1/D_W:200")), qPrintable(gone));
     QVERIFY(!gone.contains(QLatin1String("0x")));
