@@ -160,16 +160,16 @@ bool RecipeFile::readItem(const QString &line, const Reading &reading, RecipeIte
                           QString &error)
 {
     const QStringList fields = fieldsOf(line);
-    const auto field = [&](Column column) {
-        const int place = m_places.at(column);
-        return place < 0 ? QString() : quotable(fields.value(place));
-    };
     const int valuePlace = m_places.at(kValue);
     const QStringList values = valuePlace < 0 ? QStringList() : fields.mid(valuePlace);
     if (valuePlace < 0 && fields.size() > m_columns) {
         error = QString::fromLatin1("more fields than the header has columns");
         return false;
     }
+    const auto field = [&](Column column) {
+        const int place = m_places.at(column);
+        return place < 0 ? QString() : quotable(fields.value(place));
+    };
     QString text = field(kRegister) + QLatin1Char(':') + field(kAddress);
     if (!field(kStation).isEmpty()) {
         text.prepend(field(kStation) + QLatin1Char('/'));
@@ -181,25 +181,7 @@ bool RecipeFile::readItem(const QString &line, const Reading &reading, RecipeIte
         return false;
     }
     text += QLatin1Char('*') + (count.isEmpty() ? given : count);
-    // An item has its station and its count within, but here both have columns of their own.
-    if (reading.registers.find(field(kRegister)) == nullptr) {
-        error = QString::fromLatin1("the driver has no register '%1', it has %2")
-                    .arg(field(kRegister), reading.registers.names().join(QLatin1Char(' ')));
-        return false;
-    }
-    const auto parsed = parseItem(text, reading.defaultStation, reading.registers, error);
-    if (!parsed) {
-        return false;
-    }
-    item.item = *parsed;
-    // The driver moves other data than meant when it transfers bits or contacts.
-    if (item.item.reg.isBit()) {
-        error = QString::fromLatin1("'%1': a recipe holds words; bits and contacts are written one "
-                                    "by one")
-                    .arg(text);
-        return false;
-    }
-    if (!reading.check(item.item, error)) {
+    if (!readAddresses(text, field(kRegister), reading, item.item, error)) {
         return false;
     }
     const bool mayLack = reading.use == RecipeUse::Read && values.isEmpty();
@@ -210,11 +192,40 @@ bool RecipeFile::readItem(const QString &line, const Reading &reading, RecipeIte
                     .arg(given);
         return false;
     }
-    for (const QString &valueField : values) {
-        const auto value = parseValue(valueField, false);
+    return readValues(values, item, error);
+}
+
+// An item has its station and its count within, but here both have columns of their own.
+bool RecipeFile::readAddresses(const QString &text, const QString &registerName,
+                               const Reading &reading, Item &item, QString &error)
+{
+    if (reading.registers.find(registerName) == nullptr) {
+        error = QString::fromLatin1("the driver has no register '%1', it has %2")
+                    .arg(registerName, reading.registers.names().join(QLatin1Char(' ')));
+        return false;
+    }
+    const auto parsed = parseItem(text, reading.defaultStation, reading.registers, error);
+    if (!parsed) {
+        return false;
+    }
+    item = *parsed;
+    // The driver moves other data than meant when it transfers bits or contacts.
+    if (item.reg.isBit()) {
+        error = QString::fromLatin1("'%1': a recipe holds words; bits and contacts are written one "
+                                    "by one")
+                    .arg(text);
+        return false;
+    }
+    return reading.check(item, error);
+}
+
+bool RecipeFile::readValues(const QStringList &values, RecipeItem &item, QString &error)
+{
+    for (const QString &text : values) {
+        const auto value = parseValue(text, false);
         if (!value) {
             error = QString::fromLatin1("'%1' is no value of %2, which is %3")
-                        .arg(quotable(valueField), item.item.reg.name, valueHint(false));
+                        .arg(quotable(text), item.item.reg.name, valueHint(false));
             return false;
         }
         item.values.append(*value);

@@ -69,6 +69,9 @@ private:
     bool readLine(const QByteArray &line, int number, const Reading &reading, QString &error);
     bool readHeader(const QString &line, RecipeUse use, QString &error);
     bool readItem(const QString &line, const Reading &reading, RecipeItem &item, QString &error);
+    static bool readAddresses(const QString &text, const QString &registerName,
+                              const Reading &reading, Item &item, QString &error);
+    static bool readValues(const QStringList &values, RecipeItem &item, QString &error);
     bool findOverlap(QString &error) const;
     QByteArray filledLine(const QByteArray &line, const QVector<quint16> &values) const;
 
