@@ -85,6 +85,8 @@ bool Greeter::greetDue(const QVector<int> &stations)
     if (others && missed > 0 && !affordable) {
         return false;
     }
+    // Whatever job it was greeted for last is over, and waits for it no longer.
+    m_forJob = -1;
     greet(*station, patienceMs);
     return true;
 }
