@@ -200,6 +200,7 @@ void Session::close()
     m_works->scheduler.stop();
     m_link->close();
     setState(State::Closed, QString());
+    m_works->scheduler.lineClosed();
 }
 
 Monitor *Session::monitor(const QVector<Item> &items)

@@ -51,7 +51,7 @@ public:
     /** Opens the line, and again whenever it is lost. stateChanged() follows. Once only. */
     void open();
 
-    /** Ends all jobs and closes the line for good. */
+    /** Ends all jobs and closes the line for good; what monitors show is not good any more. */
     void close();
 
     State state() const { return m_state; }

@@ -13,6 +13,8 @@ namespace {
 const int kLookMs = 500;
 // How often it is looked at whether enough was saved up for a greeting.
 const int kSavingMs = 20;
+// Requests of jobs, after which somebody else has a turn.
+const int kMostRequestsInARow = 10;
 
 } // namespace
 
@@ -117,6 +119,14 @@ void Scheduler::lineLost()
     m_poller.tell();
 }
 
+void Scheduler::lineClosed()
+{
+    if (std::exchange(m_lineOpen, false)) {
+        m_poller.lineLost();
+        m_poller.tell();
+    }
+}
+
 // True when the request that was underway went out.
 bool Scheduler::stopTalking()
 {
@@ -157,21 +167,36 @@ void Scheduler::proceed()
         m_lookedMs = m_clock.nowMs();
         m_poller.look();
     }
-    if (m_lineOpen && !m_stopped) {
-        if (resume() || serveJobs() || m_greeter.greetDue(m_poller.items().stations())) {
-            m_poller.tell();
-            return;
-        }
-        m_poller.prepare();
-        if (m_poller.isDue() && m_carrier.carry()) {
-            m_poller.tell();
-            return;
-        }
-    }
+    const bool asked = m_lineOpen && askNext();
     m_poller.tell();
-    if (!m_conversation.isBusy()) {
+    if (!asked && !m_stopped && !m_conversation.isBusy()) {
         rest();
     }
+}
+
+// Jobs come first, but those without a pause leave some time for the rest. Whoever is told that one
+// is over may close the session: then nothing is asked any more.
+bool Scheduler::askNext()
+{
+    if (resume()) {
+        return true;
+    }
+    const bool jobsWait = m_requestsInARow >= kMostRequestsInARow;
+    if (!jobsWait && serveJobs()) {
+        return true;
+    }
+    if (m_stopped) {
+        return false;
+    }
+    m_requestsInARow = 0;
+    if (m_greeter.greetDue(m_poller.items().stations())) {
+        return true;
+    }
+    m_poller.prepare();
+    if (m_poller.isDue() && m_carrier.carry()) {
+        return true;
+    }
+    return jobsWait && serveJobs();
 }
 
 // The driver has a frame in flight, or was asked for one. Of some requests it makes nothing, as of
@@ -209,7 +234,7 @@ void Scheduler::rest()
 
 bool Scheduler::serveJobs()
 {
-    while (Job *const job = m_jobs.next()) {
+    while (Job *const job = m_stopped ? nullptr : m_jobs.next()) {
         const auto request = job->next();
         if (!request) {
             m_jobs.end(job, Failure());
@@ -219,10 +244,10 @@ bool Scheduler::serveJobs()
             request->stations.isEmpty() ? QVector<int>{request->item.station} : request->stations;
         switch (m_greeter.admit(stations)) {
         case Greeter::Admission::Granted:
-            if (m_request.begin(job, *request)) {
+            ++m_requestsInARow;
+            if (m_request.begin(job, *request) || resume()) {
                 return true;
             }
-            resume();
             continue;
         case Greeter::Admission::Asked:
             return true;

@@ -46,6 +46,8 @@ public:
 
     void lineOpened();
     void lineLost();
+    /** After stop(): what monitors show is not read any more. */
+    void lineClosed();
     /** Ends all jobs; nothing is sent from here on. */
     void stop();
 
@@ -61,6 +63,7 @@ Q_SIGNALS:
 private:
     void proceedSoon() { m_alarm->set(0); }
     void proceed();
+    bool askNext();
     void rest();
     bool resume();
     bool serveJobs();
@@ -91,6 +94,7 @@ private:
     bool m_lineOpen = false;
     bool m_lineLost = false; ///< it was open
     bool m_stopped = false;
+    int m_requestsInARow = 0; ///< of jobs
     qint64 m_lookedMs = 0;
 };
 

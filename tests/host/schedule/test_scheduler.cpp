@@ -29,6 +29,10 @@ private Q_SLOTS:
     void deadStationsGetNoWrites();
     void stationThatIsBackIsWrittenToAtOnce();
     void roundsKeepTheirDistance();
+    void cancelledJobLeavesNoGreetings_data();
+    void cancelledJobLeavesNoGreetings();
+    void jobsWithoutPauseLeaveTime_data();
+    void jobsWithoutPauseLeaveTime();
 };
 
 namespace {
@@ -332,6 +336,68 @@ void TestScheduler::roundsKeepTheirDistance()
         QCOMPARE(begins.at(i) - begins.at(i - 1), 250);
     }
     QCOMPARE(plant.session->rounds(), static_cast<int>(begins.size()));
+}
+
+void TestScheduler::cancelledJobLeavesNoGreetings_data()
+{
+    QTest::addColumn<bool>("deleted");
+    QTest::newRow("cancelled") << false;
+    QTest::newRow("deleted") << true;
+}
+
+// A station that was being greeted for it is not greeted for ever.
+void TestScheduler::cancelledJobLeavesNoGreetings()
+{
+    QFETCH(bool, deleted);
+    VirtualPlant plant; // without station 2
+    Monitor *const monitor = plant.monitor("1/D_W:0 2/D_W:0");
+    ReadJob *const job = plant.read("2/D_W:5");
+    plant.open(50);
+    if (deleted) {
+        delete job;
+    } else {
+        job->cancel();
+    }
+    plant.run(10000);
+    QCOMPARE(monitor->items().at(0).quality, Quality::Good);
+    QCOMPARE(monitor->items().at(1).quality, Quality::NoAnswer);
+}
+
+void TestScheduler::jobsWithoutPauseLeaveTime_data()
+{
+    QTest::addColumn<bool>("writes");
+    QTest::newRow("reads") << false;
+    QTest::newRow("writes") << true;
+}
+
+// For monitors, and for a station that comes back.
+void TestScheduler::jobsWithoutPauseLeaveTime()
+{
+    QFETCH(bool, writes);
+    VirtualPlant plant(SessionOptions(), {1, 2});
+    Monitor *const monitor = plant.monitor("1/D_W:0*120 2/D_W:0");
+    const QObject whileWeLook; // not to the end of the session
+    int jobs = 0;
+    std::function<void()> next = [&] {
+        Job *const job = writes ? static_cast<Job *>(plant.write("1/D_W:500=1 1/D_W:600=2"))
+                                : plant.read("1/D_W:500 1/D_W:600");
+        connect(job, &Job::finished, &whileWeLook, [&, job] {
+            ++jobs;
+            job->deleteLater();
+            next();
+        });
+    };
+    next();
+    plant.open(5000);
+    QVERIFY(monitor->isGood());
+    plant.silence(2);
+    plant.run(20000);
+    QCOMPARE(monitor->items().at(0).quality, Quality::Good);
+    QCOMPARE(monitor->items().at(1).quality, Quality::NoAnswer);
+    plant.silence(2, false);
+    plant.run(40000);
+    QVERIFY(monitor->isGood());
+    QVERIFY2(jobs > 1000, qPrintable(QString::number(jobs)));
 }
 
 QTEST_GUILESS_MAIN(TestScheduler)

@@ -72,6 +72,8 @@ private Q_SLOTS:
     void canBeDeletedAtAnyTime();
     void slotsMayDeleteAndAdd();
     void slotsMayDeleteWhatWaits();
+    void slotsMayClose_data();
+    void slotsMayClose();
     void jobsWithoutItems();
     void severalJobsAndMonitorsAtOnce();
     void finishesBeforeTheLineIsOpen();
@@ -275,6 +277,60 @@ void TestJobs::slotsMayDeleteWhatWaits()
     QVERIFY(guard.isNull());
     QCOMPARE(plant.word(5), 1);
     QCOMPARE(plant.word(6), 0);
+}
+
+void TestJobs::slotsMayClose_data()
+{
+    QTest::addColumn<QByteArray>("signal");
+    for (const char *const signal :
+         {"the job's end", "its progress", "another job begun, too", "an exchange", "a round",
+          "a station", "a value", "a quality"}) {
+        QTest::addRow("%s", signal) << QByteArray(signal);
+    }
+}
+
+// Whatever they were told: nothing is asked any more, and nothing is shown as good.
+void TestJobs::slotsMayClose()
+{
+    QFETCH(QByteArray, signal);
+    VirtualPlant plant(SessionOptions(), {1, 2});
+    Monitor *const monitor = plant.monitor("1/D_W:0 2/D_W:0 3/D_W:0");
+    Session *const session = plant.session.get();
+    plant.open();
+    ReadJob *const job = plant.read("1/D_W:5");
+    const auto closesOn = [&](const char *name, auto *sender, auto what) {
+        if (signal == name) {
+            connect(sender, what, this, [&plant, session] {
+                session->close();
+                plant.takeFrames();
+            });
+        }
+    };
+    closesOn("the job's end", job, &Job::finished);
+    closesOn("its progress", job, &Job::progressed);
+    closesOn("an exchange", session, &Session::exchangeEnded);
+    closesOn("a round", session, &Session::roundEnded);
+    closesOn("a station", session, &Session::stationChanged);
+    closesOn("a value", monitor, &Monitor::valuesChanged);
+    closesOn("a quality", monitor, &Monitor::itemStateChanged);
+    Job *late = nullptr;
+    if (signal == "another job begun, too") {
+        connect(job, &Job::finished, this, [&] {
+            session->close();
+            plant.takeFrames();
+            late = plant.read("4/D_W:5");
+        });
+    }
+    plant.setWord(0, 1);
+    plant.silence(2);
+    plant.run(20000);
+    QCOMPARE(session->state(), Session::State::Closed);
+    QVERIFY(plant.takeFrames().isEmpty());
+    QVERIFY(job->isFinished());
+    QVERIFY(late == nullptr || late->state() == Job::State::Cancelled);
+    for (const ItemState &item : monitor->items()) {
+        QCOMPARE(item.quality, Quality::LineDown);
+    }
 }
 
 void TestJobs::jobsWithoutItems()
