@@ -56,8 +56,12 @@ void Monitor::setItems(const QVector<Item> &items)
 
 bool Monitor::isComplete() const
 {
-    return std::none_of(m_items.cbegin(), m_items.cend(),
-                        [](const ItemState &state) { return state.quality == Quality::NeverRead; });
+    const auto wasTried = [](const WatchedBlock &block) {
+        return block.lastReadMs >= 0 || !block.failure.isNone();
+    };
+    return std::all_of(m_items.cbegin(), m_items.cend(), [&](const ItemState &state) {
+        return std::all_of(state.blocks.cbegin(), state.blocks.cend(), wasTried);
+    });
 }
 
 bool Monitor::isGood() const
@@ -154,8 +158,8 @@ void Monitor::writeBegun(const Item &written, const QVector<quint16> &values,
         now);
 }
 
-void Monitor::writeEnded(const Item &written, const QVector<quint16> &values, Confirmation confirmation,
-                         const Surroundings &now)
+void Monitor::writeEnded(const Item &written, const QVector<quint16> &values,
+                         Confirmation confirmation, const Surroundings &now)
 {
     forCommon(
         written,

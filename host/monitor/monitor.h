@@ -36,7 +36,8 @@ public:
 
     const QVector<ItemState> &items() const { return m_items; }
 
-    /** True when every item was read, or refused, or is on a station that does not answer. */
+    /** True when all of every item was read, or refused, or is on a station that does not answer.
+     */
     bool isComplete() const;
 
     /** True when every item is good. */

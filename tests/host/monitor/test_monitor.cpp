@@ -252,6 +252,15 @@ void TestMonitor::isComplete()
     monitor.markRefused(2, 0, 0x1132, at(1));
     QVERIFY(monitor.isComplete());
     QVERIFY(!monitor.isGood());
+    // Nobody has tried to read an item of which a part was read only, or while the line was down.
+    monitor.setItems(testItems("D_W:0*100"));
+    QVERIFY(static_cast<int>(monitor.items().first().blocks.size()) > 1);
+    monitor.blockFailed(0, 0, failure(Failure::NoAnswer), at(1));
+    QVERIFY(!monitor.isComplete());
+    monitor.setItems(testItems("D_W:300"));
+    monitor.look(at(1, false));
+    QCOMPARE(monitor.items().first().quality, Quality::LineDown);
+    QVERIFY(!monitor.isComplete());
 }
 
 QTEST_APPLESS_MAIN(TestMonitor)
