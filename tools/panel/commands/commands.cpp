@@ -70,7 +70,7 @@ const Command *findCommand(const QStringList &arguments, QString &name)
     return nullptr;
 }
 
-// A negative number is no option, wherever it stands.
+// A negative number is not an option, wherever it stands.
 QStringList numbersLast(const QStringList &arguments)
 {
     static const QRegularExpression negative(QLatin1String("\\A-[0-9]"));

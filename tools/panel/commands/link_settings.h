@@ -21,8 +21,8 @@ struct LinkSettings
 
 /** Whether a command may do without --link. */
 enum class LinkNeed {
-    Optional, ///< without it a simulated PLC is inside the program
-    Required, ///< what it writes would end there unnoticed
+    Optional, ///< without it the simulated PLC inside the program is used
+    Required, ///< a write must not end up in the simulation unnoticed
 };
 
 /** Adds --driver. */
@@ -40,7 +40,7 @@ std::optional<LinkSettings> readLinkSettings(const QCommandLineParser &parser, L
  * Reads a whole number from an option.
  *
  * @param value receives it; stays as it is where the option was not given
- * @return false, with one sentence in `error`, for anything else than a number from low to high
+ * @return false, with one sentence in `error`, for anything but a number from low to high
  */
 bool readNumberOption(const QCommandLineParser &parser, const QString &name, int low, int high,
                       int &value, QString &error);

@@ -9,7 +9,7 @@ namespace cnet::panel {
 /** Adds --format. */
 void addFormatOption(QCommandLineParser &parser, const char *description);
 
-/** @return false, with one sentence in `error`, for anything else than text, json or csv */
+/** @return false, with one sentence in `error`, for anything but text, json or csv */
 bool readFormatOption(const QCommandLineParser &parser, OutputFormat &format, QString &error);
 
 } // namespace cnet::panel

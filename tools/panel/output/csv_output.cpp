@@ -5,7 +5,7 @@ namespace cnet::panel {
 namespace {
 
 // No field of a row ever holds a comma or a quotation mark, so none is quoted. A row without a
-// value tells of a quality, one without a station of the link.
+// value is a change of quality, one without a station a change of the link.
 class CsvOutput : public MonitorOutput
 {
 public:

@@ -10,7 +10,7 @@ namespace cnet::panel {
 
 namespace {
 
-// A tenth of a millisecond is as fine as the measurement is good.
+// Times are measured to a tenth of a millisecond at best.
 double tenths(double ms)
 {
     return std::round(ms * 10) / 10;
@@ -88,7 +88,7 @@ private:
     {
         QJsonArray values;
         for (const ItemValue &value : state.values) {
-            // 0 is a legal value, so what was never read is none.
+            // 0 is a legal value, so one that was never read has none.
             values.append(value.known ? QJsonValue(value.value) : QJsonValue());
         }
         QJsonObject line = addressed("value", state.item, 0);

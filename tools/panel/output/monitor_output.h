@@ -14,7 +14,7 @@ namespace cnet::panel {
 
 enum class OutputFormat { Text, Json, Csv };
 
-/** How things stand at one moment, beside the values. */
+/** Link, rounds and stations at one moment: all that is shown besides the values. */
 struct MonitorStatus
 {
     QString link;     ///< name of the link
@@ -38,7 +38,7 @@ public:
     virtual void showChanges(const Monitor & /*monitor*/, const QVector<ValueChange> & /*changes*/)
     {}
 
-    /** The quality of an item is another one. */
+    /** The quality of an item has changed. */
     virtual void showQuality(const ItemState & /*state*/, const QDateTime & /*time*/) {}
 
     /** The link was lost or is open again. */
@@ -47,7 +47,7 @@ public:
     /** Called a few times a second, for outputs that show ages and counters. */
     virtual void refresh(const Monitor & /*monitor*/, const MonitorStatus & /*status*/) {}
 
-    /** The last word, before the program ends. */
+    /** Prints the summary, before the program ends. */
     virtual void end(const Monitor & /*monitor*/, const MonitorStatus & /*status*/) {}
 };
 

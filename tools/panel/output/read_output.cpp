@@ -17,7 +17,7 @@ QString knownText(const ReadResult &result, int offset)
                                    : QLatin1String("-");
 }
 
-// What was not read is one line, however long it is: it is the same for all of its values.
+// Adjacent addresses that were not read share a line: the reason is the same for all of them.
 QByteArray textLines(const ReadResult &result)
 {
     QString lines;

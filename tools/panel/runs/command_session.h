@@ -12,8 +12,9 @@
 namespace cnet::panel {
 
 /**
- * A session as a command has it: the event loop runs until finish() is called, signals ask for the
- * end, and what the session notices is said. A command starts its job, follows it, and finishes.
+ * Runs the session of one command: the event loop runs until finish() is called, signals request
+ * the end, and the session's notices are printed. A command starts its job, follows it, and
+ * finishes.
  */
 class CommandSession : public QObject
 {

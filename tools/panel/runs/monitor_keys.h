@@ -15,7 +15,7 @@ namespace cnet::panel {
 
 /**
  * The keys of a running monitor: "w" asks for ITEM=VALUE on the bottom line, Enter writes, Esc
- * leaves; what is wrong with a line is said, and the line stays to be corrected. The arrow and page
+ * leaves; errors are shown and the line stays to be corrected. The arrow and page
  * keys move through the items.
  */
 class MonitorKeys : public QObject
@@ -29,7 +29,8 @@ public:
      */
     MonitorKeys(const Driver &driver, Session &session, Messages &messages, int station);
 
-    /** Takes keys from a terminal until the end. @return false where it is none, or not ours */
+    /** Takes keys from a terminal until the end. @return false if it is none, or not this program's
+     */
     bool listenTo(int fileDescriptor);
 
     /** Takes what the user typed. */

@@ -40,7 +40,7 @@ int linesOf(MoveKey key, int page)
     return 0;
 }
 
-// The parts of a running monitor and what they tell one another.
+// The objects of a running monitor and their connections.
 class RunningMonitor
 {
 public:
@@ -85,7 +85,7 @@ RunningMonitor::RunningMonitor(Driver &driver, const LinkSettings &link, const M
     , m_session(m_command.session())
     , m_monitor(m_session.monitor(run.items))
 {
-    // Nobody would see anything any more. The exit code of a lost output comes by itself.
+    // Nobody sees the values any more. The exit code of a lost output comes by itself.
     QObject::connect(&m_standardOutput, &StandardOutput::failed, m_monitor,
                      [this] { m_command.finish(kFine); });
     openOutput();
@@ -193,7 +193,7 @@ MonitorStatus RunningMonitor::status() const
     return status;
 }
 
-// The last word is said while the session still runs: closed, all of its values would be old.
+// Printed while the session is open: after close() no value is good any more.
 void RunningMonitor::finish()
 {
     m_output->end(*m_monitor, status());

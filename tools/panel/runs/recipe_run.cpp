@@ -69,7 +69,7 @@ private:
 
 } // namespace
 
-// Half a recipe is worse than none or all of it, so the first request for the end is put off.
+// Half a recipe is worse than none, so the first signal waits for the end of the transfer.
 int runRecipe(Driver &driver, const LinkSettings &link, const RecipeRun &run, Messages &messages,
               QVector<QVector<quint16>> &values)
 {

@@ -17,7 +17,7 @@ struct RecipeRun
 };
 
 /**
- * Transfers a recipe, shows how far it is, and says how it ended.
+ * Transfers a recipe, shows its progress, and says how it ended.
  *
  * @param values receives those of each item, as read
  * @return exit code

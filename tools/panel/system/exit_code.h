@@ -9,7 +9,7 @@ enum ExitCode {
     kUsage = 2,        ///< a bad command line, register, address or file: nothing was sent
     kNoLink = 3,       ///< the link could not be opened
     kNoDriver = 4,     ///< the driver could not be loaded
-    kOutputLost = 5,   ///< it was done, but what there is to print or to store got nowhere
+    kOutputLost = 5,   ///< done, but the output could not be printed or stored
 };
 
 } // namespace cnet::panel

@@ -7,13 +7,13 @@
 
 namespace cnet::panel {
 
-/** How long a pipe may be silent before its content is waited for no longer. */
+/** How long to wait for the next byte of a pipe. */
 constexpr int kInputPatienceMs = 10000;
 
 /**
  * Reads a file as a whole; a pipe too, as `<(command)` of a shell gives one.
  *
- * Comes to an end with whatever the path names: a device without end, a pipe that nobody writes to.
+ * Returns whatever the path names: a device without end, a pipe that nobody writes to.
  *
  * @param longest bytes that the file may have
  * @param patienceMs milliseconds to wait for the next byte

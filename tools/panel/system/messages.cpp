@@ -10,7 +10,8 @@ namespace {
 const int kLongestLine = 600;
 
 // Arguments, file names and the system's own texts may hold anything. What was given stands at the
-// beginning of a message and what was expected at its end, so of a long one the middle is left out.
+// beginning of a message and what was expected at its end, so a long one is shortened in the
+// middle.
 QString oneLine(const QString &text)
 {
     QString line = text;

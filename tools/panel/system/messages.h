@@ -7,7 +7,7 @@
 namespace cnet::panel {
 
 /**
- * What the program says beside its data: on standard error, or wherever a screen that occupies the
+ * Prints messages, which are not data: on standard error, or wherever a screen that occupies the
  * terminal puts it.
  */
 class Messages

@@ -8,8 +8,8 @@
 namespace cnet::panel {
 
 /**
- * Opens a file that is to be replaced: what stands in it stays until commit(). All that can be
- * known beforehand is found here, before a PLC is asked for what the file is to hold.
+ * Opens a file that is to be replaced; its content stays until commit(). Errors that can be
+ * detected beforehand are reported here, before a PLC is read.
  *
  * A device or a pipe is refused, since a file would take its place.
  *

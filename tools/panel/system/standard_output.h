@@ -7,9 +7,9 @@
 namespace cnet::panel {
 
 /**
- * Gives standard input, output and error a place of their own where the caller has closed them:
- * else the line would get their number, and what is printed would go to the PLC. And makes a
- * reader that goes away an error like any other. Call it before anything is opened.
+ * Opens standard input, output and error if the caller has closed them. Otherwise the line would
+ * get one of their numbers, and what is printed would go to the PLC. A reader that goes away
+ * becomes an ordinary error. Call it before anything is opened.
  */
 void keepStandardStreams();
 
@@ -23,7 +23,7 @@ void keepStandardStreams();
  */
 bool writeToStandardOutput(const QByteArray &text);
 
-/** Whether all that was written to standard output has got there. */
+/** Whether everything that was written to standard output was delivered. */
 enum class OutputState {
     Fine,
     Interrupted, ///< the user ended the program while it waited for the reader
@@ -47,7 +47,7 @@ public:
     bool isSequential() const override { return true; }
 
 Q_SIGNALS:
-    /** Once: what is written from here on gets nowhere. */
+    /** Emitted once: nothing that is written from here on arrives. */
     void failed();
 
 protected:

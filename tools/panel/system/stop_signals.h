@@ -13,11 +13,11 @@ class StopSignals : public QObject
     Q_OBJECT
 
 public:
-    /** One at a time; with its end the signals end the program again. */
+    /** Only one at a time. Without one the signals end the program. */
     explicit StopSignals(QObject *parent = nullptr);
     ~StopSignals() override;
 
-    /** One of them came during the life of the latest object; asked by what waits in a call. */
+    /** A signal came since the latest object was made; for code that blocks in a call. */
     static bool isCaught();
 
 Q_SIGNALS:

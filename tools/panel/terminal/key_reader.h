@@ -4,10 +4,10 @@
 
 namespace cnet::panel {
 
-/** Keys by which one moves through a list. */
+/** Keys that move through a list. */
 enum class MoveKey { None, Up, Down, PageUp, PageDown, Home, End };
 
-/** Tells the keys for moving from the bytes that a terminal sends for them. */
+/** Recognizes these keys in the bytes that a terminal sends. */
 class KeyReader
 {
 public:

@@ -13,9 +13,9 @@ class LineEditor
 public:
     enum class Event {
         None,
-        Changed,   ///< the text is another one
+        Changed,   ///< the text has changed
         Entered,   ///< the line is complete
-        Cancelled, ///< the user wants nothing of it
+        Cancelled, ///< the user pressed Esc
     };
 
     static constexpr int kLongestLine = 200;
@@ -24,8 +24,8 @@ public:
     Event feed(char byte);
 
     /**
-     * What was read at once is through. Esc by itself is told from the keys that send more behind
-     * it only by that.
+     * Call it after each chunk of input: an Esc at the end of one is the key, any other begins the
+     * sequence of a cursor key.
      */
     Event endOfInput();
 

@@ -43,7 +43,7 @@ ProgressBar::ProgressBar(Sink sink, int columns)
 void ProgressBar::show(int done, int total)
 {
     if (m_sink) {
-        // One column less, for a cursor behind the last column makes some terminals wrap.
+        // One column less: some terminals wrap when the cursor is behind the last column.
         m_sink(QByteArray(kClearLine) + progressText(done, total, m_columns - 1).toLatin1());
         m_shown = true;
     }

@@ -16,7 +16,7 @@ RawTerminal::RawTerminal(int fileDescriptor)
     raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
     raw.c_cc[VMIN] = 1;
     raw.c_cc[VTIME] = 0;
-    // Neither ends the program in order, so both would leave the terminal as it is now.
+    // Neither lets the program restore the terminal.
     raw.c_cc[VQUIT] = _POSIX_VDISABLE;
     raw.c_cc[VSUSP] = _POSIX_VDISABLE;
     m_active = tcsetattr(fileDescriptor, TCSANOW, &raw) == 0;

@@ -11,8 +11,7 @@ namespace cnet::panel {
 
 /**
  * A table on a terminal that updates in place. What the program says meanwhile scrolls by above it.
- * The cursor is hidden while the screen lives and comes back with its end, whatever ends it in
- * order.
+ * The cursor is hidden until this object is destroyed.
  */
 class Screen : public MonitorOutput
 {

@@ -16,7 +16,7 @@ const int kTimeWidth = 14; // "12:34:56.789" and two blanks
 const int kAgeWidth = 8;
 const int kBitsOfLine = 16;
 
-// What a terminal has room for; the mark always is there.
+// The columns that the terminal has room for; the mark is always shown.
 struct Columns
 {
     int address = 0;
@@ -45,7 +45,7 @@ QString placeText(const Item &item, int offset)
         .arg(item.reg.name, item.addressText(offset));
 }
 
-// The quality is the last thing to go, and its mark stays even then.
+// The quality is dropped last, and its mark never.
 Columns columnsFor(const Monitor &monitor, int columns)
 {
     Columns widths;
@@ -155,7 +155,7 @@ QString stationRow(const QStringList &cells)
     return row;
 }
 
-// While the line is down nobody knows how a station is.
+// While the line is down the state of a station is not known.
 QStringList stationLines(const MonitorStatus &status)
 {
     QStringList titles;
