@@ -114,6 +114,9 @@ void Poller::finishRound()
 // items was read by itself: it is the block then that the PLC does not like.
 void Poller::sortOut(const AddressRange &range, int code)
 {
+    if (m_sorting.contains(range)) {
+        return; // asked for in between, before each of its items was
+    }
     QVector<PollSet::Place> places;
     const QVector<Item> items = m_set.itemsIn(range, places);
     int &times = m_refused[range];
@@ -126,7 +129,9 @@ void Poller::sortOut(const AddressRange &range, int code)
         return;
     }
     auto *const job = new ReadJob(items, m_registers, m_settings.blockWords, Merging::Apart, this);
-    connect(job, &Job::finished, this, [this, places, job] {
+    m_sorting.insert(range);
+    connect(job, &Job::finished, this, [this, range, places, job] {
+        m_sorting.remove(range);
         mark(places, job);
         job->deleteLater();
     });

@@ -95,6 +95,7 @@ private:
     qint64 m_nextRoundMs = 0;
     qint64 m_roundTookMs = 0;
     QHash<AddressRange, int> m_refused; ///< how often a block was refused
+    QSet<AddressRange> m_sorting;       ///< refused blocks whose items are being read one by one
 };
 
 } // namespace cnet

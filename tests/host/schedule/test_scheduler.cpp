@@ -15,9 +15,12 @@ private Q_SLOTS:
     void deadStationsCostLittle_data();
     void deadStationsCostLittle();
     void silentNeighboursCostLittleAtTheStart();
+    void stationThatOnlyGreetsCostsLittle();
+    void stationThatAnswersLateIsBack();
     void stationComesBackByItself();
     void aloneSilentStationComesBackSoon();
     void refusedAddressCostsOnlyItself();
+    void refusedAddressAmongManyCostsOnlyItself();
     void refusedAddressIsTriedAgainWhenTheStationIsBack();
     void blockThatIsRefusedAsAWholeIsLeftOut();
     void singleWordsShareRequests();
@@ -92,6 +95,44 @@ void TestScheduler::silentNeighboursCostLittleAtTheStart()
     QVERIFY2(updates >= 95, qPrintable(QString::number(updates)));
 }
 
+// It is back with each greeting, and lost again with each read.
+void TestScheduler::stationThatOnlyGreetsCostsLittle()
+{
+    SessionOptions options;
+    options.intervalMs = 0;
+    const auto updates = [&options](const char *others) {
+        VirtualPlant plant(options, {1, 2});
+        plant.line->swallows = [](const QByteArray &request) {
+            return request.startsWith("\x05"
+                                      "02rSB08%DW00700");
+        };
+        plant.monitor("1/D_W:0");
+        plant.monitor(others);
+        int good = 0;
+        QObject::connect(plant.session.get(), &Session::exchangeEnded,
+                         [&good](const ExchangeReport &report) {
+                             good += report.purpose == Purpose::Cyclic && report.good ? 1 : 0;
+                         });
+        plant.open(120000);
+        return good;
+    };
+    const int alone = updates("1/D_W:0");
+    const int beside = updates("2/D_W:700");
+    qInfo("%d alone, %d beside", alone, beside);
+    QVERIFY2(beside * 100 >= alone * 93, qPrintable(QString::number(100.0 * beside / alone)));
+}
+
+// Its greetings are short, so as not to keep the others waiting.
+void TestScheduler::stationThatAnswersLateIsBack()
+{
+    VirtualPlant plant(SessionOptions(), {1, 2});
+    Monitor *const monitor = plant.monitor("1/D_W:0 2/D_W:0");
+    plant.line->mannersOf[2] = plant.line->manners;
+    plant.line->mannersOf[2].lowMs = plant.line->mannersOf[2].highMs = 300;
+    plant.open(1000);
+    QVERIFY(monitor->isGood());
+}
+
 void TestScheduler::stationComesBackByItself()
 {
     VirtualPlant plant(SessionOptions(), {1, 2});
@@ -142,6 +183,22 @@ void TestScheduler::refusedAddressCostsOnlyItself()
     QCOMPARE(later.count(QLatin1String("01rSB08%DW0499802")), static_cast<int>(later.size()));
     QCOMPARE(plant.session->stations().value(1).refusals, 2);
     QCOMPARE(plant.session->stations().value(1).retries, 0);
+}
+
+// The block may be asked for again before each of its items was.
+void TestScheduler::refusedAddressAmongManyCostsOnlyItself()
+{
+    VirtualPlant plant;
+    plant.line->bus.add(1, plc::Model::K120s);
+    QStringList items;
+    for (int address = 4970; address <= 5005; ++address) {
+        items.append(QString::fromLatin1("D_W:%1").arg(address));
+    }
+    Monitor *const monitor = plant.session->monitor(plant.items(items.join(QLatin1Char(' '))));
+    plant.open(3000);
+    for (const ItemState &state : monitor->items()) {
+        QCOMPARE(state.quality, state.item.start < 5000 ? Quality::Good : Quality::Refused);
+    }
 }
 
 void TestScheduler::refusedAddressIsTriedAgainWhenTheStationIsBack()

@@ -46,8 +46,10 @@ public:
     QList<QByteArray> sent;            ///< when `keepsSent`
     bool keepsSent = false;
     qint64 requests = 0;
-    std::function<void(plc::Unit &unit)> beforeAnswer; ///< a PLC goes on living
+    std::function<void(plc::Unit &unit)> beforeAnswer;       ///< a PLC goes on living
+    std::function<bool(const QByteArray &request)> swallows; ///< it never arrives
     bool opensFine = true;
+    bool breaksWhenUsed = false; ///< it is lost by the next send()
 
     void open() override
     {
@@ -79,7 +81,11 @@ public:
         }
         const int station = bytes.mid(1, 2).toInt(nullptr, 16);
         const LineManners now = mannersOf.value(station, manners);
-        if (!m_open || happens(now.lost)) {
+        if (breaksWhenUsed) {
+            breaksWhenUsed = false;
+            breakDown();
+        }
+        if (!m_open || happens(now.lost) || (swallows && swallows(bytes))) {
             return;
         }
         const int life = m_life;
