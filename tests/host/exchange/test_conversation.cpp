@@ -17,6 +17,9 @@ private Q_SLOTS:
     void greets();
     void forgetsACancelledQuestion();
     void waitsForQuietAfterTheLinkOpened();
+    void waitsForQuietAfterADamagedAnswer_data();
+    void waitsForQuietAfterADamagedAnswer();
+    void waitsForQuietAfterAForeignAnswer();
     void usesALineThatIsNeverQuiet();
     void takesNothingThatCameBeforeTheQuestion();
     void givesASlowStationTime_data();
@@ -129,6 +132,50 @@ void TestConversation::waitsForQuietAfterTheLinkOpened()
     talk.clock.runFor(1);
     QCOMPARE(talk.takeSent(), QList<QByteArray>{kFirst});
     QVERIFY(talk.replies.isEmpty());
+}
+
+void TestConversation::waitsForQuietAfterADamagedAnswer_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QByteArray damaged = kFirstAnswer;
+    damaged[8] = '9';
+    QTest::newRow("damaged") << damaged;
+    QTest::newRow("cut off") << kFirstAnswer.left(8);
+    QTest::newRow("another station's") << answerFrame("02rSB01021111");
+}
+
+// More of it may follow.
+void TestConversation::waitsForQuietAfterADamagedAnswer()
+{
+    QFETCH(QByteArray, answer);
+    Talk talk;
+    talk.ask(kFirst);
+    talk.say(answer);
+    talk.clock.runFor(kTimeoutMs - 2);
+    talk.say("z"); // the last of it
+    QCOMPARE(static_cast<int>(talk.replies.size()), 1);
+    QCOMPARE(talk.replies.first().outcome, Outcome::Bad);
+    talk.takeSent();
+    talk.ask(kFirst);
+    talk.clock.runFor(19);
+    QVERIFY(talk.takeSent().isEmpty());
+    talk.clock.runFor(1);
+    QCOMPARE(talk.takeSent(), QList<QByteArray>{kFirst});
+}
+
+// Also where the question was answered all the same.
+void TestConversation::waitsForQuietAfterAForeignAnswer()
+{
+    Talk talk;
+    talk.ask(kFirst);
+    talk.say(answerFrame("02rSB01021111"));
+    talk.say(kFirstAnswer);
+    QCOMPARE(talk.replies.first().outcome, Outcome::Answered);
+    talk.takeSent();
+    talk.ask(kFirst);
+    QVERIFY(talk.takeSent().isEmpty());
+    talk.clock.runFor(20);
+    QCOMPARE(talk.takeSent(), QList<QByteArray>{kFirst});
 }
 
 void TestConversation::usesALineThatIsNeverQuiet()

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void distrustsACopyOfTheLastAnswer();
     void fencesWhereTheSameAnswerIsToBeExpected();
     void remembersThatACopyMayHaveComeFirst();
+    void aLateCopySettlesNothing();
     void believesRepeatedAnswersWhereToldTo();
     void cancelsFromWithinAFence();
 };
@@ -180,6 +181,21 @@ void TestFences::remembersThatACopyMayHaveComeFirst()
     talk.settle(kFirst, kFirstAnswer);
     talk.takeSent();
     talk.ask(kSecond);
+    QCOMPARE(talk.takeSent(), QList<QByteArray>{kFence});
+}
+
+// What looks like the late answer to the second question may be a copy of that to the first.
+void TestFences::aLateCopySettlesNothing()
+{
+    Talk talk;
+    talk.settle(kFirst, kFirstAnswer);
+    talk.timeOut(kSecond);
+    talk.ask(kWrite);
+    talk.say(kFirstAnswer);
+    talk.say(kWritten);
+    QCOMPARE(talk.replies.last().outcome, Outcome::Answered);
+    talk.takeSent();
+    talk.ask(kFirst);
     QCOMPARE(talk.takeSent(), QList<QByteArray>{kFence});
 }
 

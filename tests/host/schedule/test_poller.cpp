@@ -245,6 +245,7 @@ void TestPoller::knowsWhenValuesAreStale()
     report.range = range(0, 60);
     poller.blockEnded(report, true);
     m_clock->runFor(roundMs);
+    QTEST(poller.surroundings().dueMs, "dueMs"); // also while the first round is underway
     report.range = range(60, 60);
     poller.blockEnded(report, true);
     QTEST(poller.surroundings().dueMs, "dueMs");

@@ -72,6 +72,7 @@ private Q_SLOTS:
     void canBeDeletedAtAnyTime();
     void slotsMayDeleteAndAdd();
     void slotsMayDeleteWhatWaits();
+    void cancelWaitsForWhatIsOut();
     void slotsMayClose_data();
     void slotsMayClose();
     void jobsWithoutItems();
@@ -275,6 +276,25 @@ void TestJobs::slotsMayDeleteWhatWaits()
     connect(write, &Job::progressed, this, [write] { delete write; });
     plant.run(1000);
     QVERIFY(guard.isNull());
+    QCOMPARE(plant.word(5), 1);
+    QCOMPARE(plant.word(6), 0);
+}
+
+// The PLC may be at it already.
+void TestJobs::cancelWaitsForWhatIsOut()
+{
+    VirtualPlant plant;
+    plant.open();
+    QVERIFY(plant.finishes(plant.read("D_W:0"))); // the station is known
+    WriteJob *const job = plant.write("D_W:5=1 D_W:6=2");
+    plant.run(2); // the first one is on its way
+    job->cancel();
+    QVERIFY(!job->isFinished());
+    QVERIFY(plant.finishes(job));
+    QCOMPARE(job->state(), Job::State::Cancelled);
+    QCOMPARE(job->results().at(0).outcome, WriteOutcome::Written);
+    QCOMPARE(job->results().at(1).outcome, WriteOutcome::NotSent);
+    plant.run(1000);
     QCOMPARE(plant.word(5), 1);
     QCOMPARE(plant.word(6), 0);
 }

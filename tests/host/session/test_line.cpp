@@ -21,6 +21,9 @@ private Q_SLOTS:
     void comesBack();
     void pendingWrites_data();
     void pendingWrites();
+    void jobsOfALostLine();
+    void lostByItsUse_data();
+    void lostByItsUse();
     void writeThatWasConfirmedAtTheEnd();
     void writeThatWasOut_data();
     void writeThatWasOut();
@@ -129,6 +132,67 @@ void TestLine::pendingWrites()
              QLatin1String(written == 1
                                ? "1/D_W:5=1: written"
                                : "1/D_W:5=1: not written (the line is down); nothing was sent"));
+}
+
+// Those that are started while it is lost.
+void TestLine::jobsOfALostLine()
+{
+    VirtualPlant plant;
+    plant.open();
+    plant.line->opensFine = false;
+    plant.line->breakDown();
+    plant.run(1000);
+    ReadJob *const read = plant.read("D_W:5");
+    WriteJob *const write = plant.write("D_W:5=1");
+    RecipeJob *const recipe = plant.session->transfer({{plant.item(QLatin1String("D_W:5")), {}, 0}},
+                                                      RecipeDirection::Read);
+    QVERIFY(!write->isFinished()); // never from within the call
+    plant.run(1000);
+    QCOMPARE(write->results().first().outcome, WriteOutcome::NotSent);
+    QCOMPARE(write->state(), Job::State::Failed);
+    QCOMPARE(recipe->state(), Job::State::Failed);
+    QVERIFY(!read->isFinished());
+    plant.line->opensFine = true;
+    plant.run(10000);
+    QCOMPARE(read->state(), Job::State::Done);
+    QCOMPARE(plant.word(5), 0);
+}
+
+void TestLine::lostByItsUse_data()
+{
+    QTest::addColumn<QString>("use");
+    for (const char *const use : {"cyclic read", "read", "write", "recipe", "greeting"}) {
+        QTest::addRow("%s", use) << QString::fromLatin1(use);
+    }
+}
+
+// A link may find out that it is lost when something is sent.
+void TestLine::lostByItsUse()
+{
+    QFETCH(QString, use);
+    VirtualPlant plant(SessionOptions(), {1, 2});
+    Monitor *const monitor = plant.monitor("D_W:0");
+    plant.open();
+    Job *job = nullptr;
+    if (use == QLatin1String("read")) {
+        job = plant.read("D_W:5");
+    } else if (use == QLatin1String("write")) {
+        job = plant.write("D_W:5=1");
+    } else if (use == QLatin1String("recipe")) {
+        job = plant.session->transfer({{plant.item(QLatin1String("D_W:5")), {}, 0}},
+                                      RecipeDirection::Read);
+    } else if (use == QLatin1String("greeting")) {
+        job = plant.read("2/D_W:5");
+    }
+    plant.line->breaksWhenUsed = true;
+    plant.clock.runUntil([&] { return !plant.line->breaksWhenUsed; }, 1000);
+    QCOMPARE(plant.session->state(), Session::State::Lost);
+    QCOMPARE(monitor->items().first().quality, Quality::LineDown);
+    plant.run(10000);
+    QVERIFY(monitor->isGood());
+    QVERIFY(job == nullptr || job->isFinished());
+    QVERIFY(use != QLatin1String("greeting") || job->state() == Job::State::Done);
+    QCOMPARE(static_cast<int>(plant.notices.size()), 2);
 }
 
 // Whoever closes the session when the PLC has just confirmed a write is not told that nothing was
