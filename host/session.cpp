@@ -164,7 +164,7 @@ void Session::handleLate(int station, const QByteArray &answer, double lateMs)
     m_works->book.noteLate(station);
     Q_EMIT answeredLate(station, answer, lateMs);
     const int neededMs = m_works->times.neededMs(station);
-    // The longer such a station is asked, the later it is: that is said once.
+    // The longer such a station is asked, the later its answers are: one notice is enough.
     if (neededMs > 0 && !m_neededMs.contains(station)) {
         m_neededMs[station] = neededMs;
         notice(QString::fromLatin1("station %1 answers after %2 ms, the time-out is %3 ms: "

@@ -18,7 +18,7 @@
 namespace cnet {
 
 /**
- * A stay on a line: one driver, one link, and everybody who wants values of the stations there.
+ * Talks to the stations on one line, with one driver and one link, for all users in a program.
  * Monitors and jobs of several users share it and none disturbs another.
  *
  * It lives on the event loop of its thread; all calls and signals are there, and none waits.
@@ -48,7 +48,7 @@ public:
             QObject *parent = nullptr);
     ~Session() override;
 
-    /** Opens the line, and again whenever it is lost. stateChanged() follows. Once only. */
+    /** Opens the line, and reopens it whenever it is lost. stateChanged() follows. Once only. */
     void open();
 
     /** Ends all jobs and closes the line for good; what monitors show is not good any more. */
@@ -91,9 +91,10 @@ public:
 
 Q_SIGNALS:
     void stateChanged(cnet::Session::State state);
-    /** A station answers again, or does no more; see stations(). */
+    /** A station has stopped or resumed answering; see stations(). */
     void stationChanged(int station);
-    /** One line for people: a station comes or goes, an address is refused, the line is lost. */
+    /** One line of text for the user: a station comes or goes, an address is refused, the line is
+     * lost. */
     void noticed(const QString &text);
     void requestSent(const QByteArray &frame);
     void exchangeEnded(const cnet::ExchangeReport &report);
@@ -120,7 +121,7 @@ private:
     bool m_ended = false; ///< closed for good
     QString m_lineError;
     qint64 m_lostAtMs = 0;
-    QMap<int, int> m_neededMs; ///< by station: what people were told
+    QMap<int, int> m_neededMs; ///< by station: the time-out that was suggested
 };
 
 } // namespace cnet

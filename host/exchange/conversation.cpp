@@ -224,7 +224,7 @@ void Conversation::takeAnswer(const QByteArray &answer)
     finish(reply);
 }
 
-// Late, or not for this host: while a question waits, it goes on waiting.
+// Late, or not for this host. A question that waits goes on waiting.
 void Conversation::dropAnswer(const QByteArray &answer)
 {
     m_collector.clear();
@@ -252,8 +252,8 @@ void Conversation::dropAnswer(const QByteArray &answer)
     Q_EMIT answeredLate(station, answer, lateMs);
 }
 
-// The answer to a repeated request may be that to its first sending, so that is what counts. What
-// such an answer took says nothing of the station: the first may have been lost.
+// The answer to a repeated request may belong to its first sending, so its time counts from there.
+// It is not noted as the station's: the answer to the first sending may have been lost.
 double Conversation::noteTime()
 {
     const qint64 nowNs = m_clock.nowNs();

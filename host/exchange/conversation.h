@@ -15,6 +15,7 @@
 
 namespace cnet {
 
+/** How a conversation treats its line. */
 struct ConversationSettings
 {
     int quietMs = 20; ///< silence after which the line counts as empty
@@ -30,7 +31,7 @@ struct Question
 };
 
 /**
- * Asks one question at a time on a line and sees to it that the answer it reports belongs to it.
+ * Asks one question at a time, and makes sure that the answer it reports is the answer to that one.
  *
  * Answers have no number. Station, command and length are all that tells them apart, so after a
  * time-out the late answer to one question looks like the answer to the next. The way out is a
@@ -39,9 +40,9 @@ struct Question
  * then everything is dropped. A fence goes out before a question whose answer could be mistaken
  *
  *  - for that of an open question, which was not answered in time or was sent several times;
- *  - for the last answer, should that come once more (RepeatedAnswers): where both are known to be
- * the same, and for writes, whose answers all are. Where they turn out to be the same unforeseen,
- * the answer is dropped, and the question asked again behind a fence.
+ *  - for a copy of the last answer (RepeatedAnswers): between writes, whose answers are all the
+ * same, and where both answers are known to be the same. If they are the same unexpectedly, the
+ * answer is dropped, and the question repeated after a fence.
  *
  * It runs on the event loop of its thread, and nothing in it waits. No link may report an answer
  * from within send().

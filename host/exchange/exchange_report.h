@@ -14,7 +14,7 @@ enum class Purpose {
     Read,   ///< a one-off read
     Write,
     Recipe, ///< a block of a recipe
-    Fence,  ///< the host's own: is the station there, and through with all before
+    Fence,  ///< the host's own: does the station answer, and is the line clear
 };
 
 /** One request and what became of it. */

@@ -4,7 +4,7 @@
 
 namespace cnet {
 
-/** What response times and time-outs are made of. */
+/** What time-outs are calculated from. */
 struct TimeoutSettings
 {
     int fixedMs = 0; ///< how long an answer may take, 1 or more; 0: found out, see ResponseTimes
@@ -12,7 +12,7 @@ struct TimeoutSettings
 };
 
 /**
- * How long each station takes to answer, and how long it is therefore waited for.
+ * Measures how long each station takes to answer, and derives its time-out.
  *
  * The time-out begins with half a second for the PLC's own time and twice what both frames take on
  * the line. A station whose answers come later than that gets more time, up to ten seconds; when it
@@ -27,8 +27,8 @@ public:
     int timeoutMs(int station, int characters) const;
 
     /**
-     * The same for a frame whose answer only says that the station is through with all before it:
-     * as long as the station was ever found to take, also where the time-out is fixed.
+     * The same for a fence: at least as long as the station was found to take, even where the
+     * time-out is fixed.
      */
     int patienceMs(int station, int characters) const;
 
@@ -38,7 +38,7 @@ public:
     /** An answer came. @param tookMs from its first sending, 0 or more */
     void note(int station, double tookMs);
 
-    /** The slowest answer, of late; 0: none came. */
+    /** The slowest recent answer; 0: none came. */
     double slowestMs(int station) const { return of(station); }
 
     /** A fixed time-out that would do for this station; 0: the present one does. */

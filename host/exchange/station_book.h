@@ -8,6 +8,7 @@
 
 namespace cnet {
 
+/** What is known of a station from its last request. */
 enum class StationState {
     Unknown,   ///< not asked, or not given up yet
     Answers,   ///< the last request that ended was answered
@@ -36,20 +37,20 @@ struct StationCounters
     QString lastRefusal; ///< in words; of the state Refuses
 };
 
-/** Keeps the counters of all stations, and has the words for what people should be told. */
+/** Counts what happens with each station, and words the notices about it. */
 class StationBook
 {
 public:
-    /** @return what is to be said; mostly nothing */
+    /** @return a notice; mostly empty */
     QString note(const ExchangeReport &report);
 
     /** An answer came after its time-out. */
     void noteLate(int station) { ++m_counters[station].late; }
 
-    /** The station was given up. @return what is to be said */
+    /** The station was given up. @return a notice */
     QString noteAway(int station, qint64 nowMs);
 
-    /** The station answers again. @return what is to be said; nothing where it was not away */
+    /** The station answers again. @return a notice; empty where it was not away */
     QString noteBack(int station, qint64 nowMs);
 
     /** The line was opened anew: nothing is known of anybody's state. */
@@ -61,11 +62,11 @@ private:
     struct Watch
     {
         qint64 timed = 0;          ///< answers that went into the mean
-        qint64 silentSinceMs = -1; ///< when the first request was sent that nothing followed
+        qint64 silentSinceMs = -1; ///< when the first unanswered request was sent
         qint64 missed = 0;         ///< requests since then
         bool cameSomething = false;
         bool away = false;
-        QSet<AddressRange> refused; ///< requests that people were told about
+        QSet<AddressRange> refused; ///< refused requests that a notice was about
     };
 
     static void count(StationCounters &counters, Watch &watch, const ExchangeReport &report);

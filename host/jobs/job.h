@@ -10,7 +10,7 @@
 namespace cnet {
 
 /**
- * Something that a session does once: read, write, transfer a recipe. Whatever ends it, finished()
+ * Work that a session does once: read, write, transfer a recipe. Whatever ends it, finished()
  * comes exactly once, and never from within the call that made the job. The job belongs to the
  * session; who made it may delete it earlier, which cancels it.
  */
@@ -45,15 +45,15 @@ public:
 
     /** What is to be asked next; nothing when the job is over. */
     virtual std::optional<BlockRequest> next() = 0;
-    /** What next() gave is on its way. */
+    /** The request that next() returned is being sent. */
     virtual void begun(const BlockRequest &request);
     virtual void ended(const BlockRequest &request, const BlockResult &result) = 0;
-    /** True before reads: what somebody writes is not kept waiting. */
+    /** True for what goes before reads: writes and recipes. */
     virtual bool goesFirst() const { return false; }
     /** The line is lost. @return true when the job is kept until it is back */
     virtual bool outlivesLine() const { return true; }
     bool isCancelRequested() const { return m_cancelRequested; }
-    /** Nothing more comes: finished() goes out. @param reason of a job that could not end by itself
+    /** Ends it and emits finished(). @param reason of a job that could not end by itself
      */
     void conclude(const Failure &reason = Failure());
 

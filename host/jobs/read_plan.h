@@ -7,14 +7,14 @@
 
 namespace cnet {
 
-/** A part of an item that a request serves. */
+/** A block of an item that a request reads. */
 struct ServedBlock
 {
     int item = 0; ///< index in the list that was planned for
     ItemBlock block;
 };
 
-/** One request of a plan, and what it is good for. */
+/** One request of a plan, and the blocks that it reads. */
 struct PlannedRead
 {
     Item request; ///< words, or one contact
@@ -25,6 +25,7 @@ struct PlannedRead
  */
 Item requestFor(const Item &item, const ItemBlock &block, const RegisterCatalog &registers);
 
+/** Whether blocks of several items share a request. */
 enum class Merging {
     Together, ///< few requests: neighbours share one, small gaps are read along
     Apart,    ///< each block by itself: a refusal then names its item

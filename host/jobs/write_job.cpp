@@ -91,7 +91,7 @@ WriteOutcome outcomeOf(const Failure &failure)
     return failure.sent ? WriteOutcome::NotConfirmed : WriteOutcome::NotSent;
 }
 
-// The worse to be wrong about, the higher.
+// Of two outcomes the one with the higher weight is told: it is the worse one to be wrong about.
 int weightOf(WriteOutcome outcome)
 {
     switch (outcome) {
@@ -111,7 +111,7 @@ int weightOf(WriteOutcome outcome)
 
 } // namespace
 
-// Of several blocks that failed the one tells how the assignment ended that may have arrived.
+// The outcome of an assignment is that of its worst block.
 void WriteJob::note(const Block &block, const Failure &failure)
 {
     WriteResult &result = m_results[block.result];

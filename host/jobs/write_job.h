@@ -16,6 +16,7 @@ enum class ReadBack {
     Always,
 };
 
+/** What is known of a write. */
 enum class WriteOutcome {
     Open,         ///< not ended yet
     Written,      ///< the PLC has taken all of it, or was found to hold it
@@ -49,7 +50,7 @@ class WriteJob : public Job
 public:
     /** What becomes of what was not sent yet when the line is lost. */
     enum class OnLoss {
-        Drop, ///< reported as not sent: nobody is surprised by a write seconds later
+        Drop, ///< reported as not sent: no write comes as a surprise seconds later
         Keep, ///< sent when the line is back
     };
 
@@ -71,7 +72,7 @@ public:
     bool outlivesLine() const override { return m_onLoss == OnLoss::Keep; }
 
 Q_SIGNALS:
-    /** A block of one of the assignments needs to be waited for no longer. */
+    /** A block of an assignment was confirmed, has failed or was given up. */
     void blockSettled(const cnet::Item &item, const QVector<quint16> &values,
                       cnet::Confirmation confirmation);
 

@@ -24,7 +24,7 @@ struct ItemValue
     quint16 shown() const { return isWaiting() ? written : value; }
 };
 
-/** A part of an item that one block read serves, and how its reading fares. */
+/** A block of an item, and the result of its last reading. */
 struct WatchedBlock
 {
     ItemBlock block;

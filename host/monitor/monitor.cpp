@@ -93,7 +93,7 @@ void Monitor::blockRead(int item, int block, const QVector<quint16> &values,
     watched.refused = false;
     state.readAtMs = now.wallMs;
     for (int i = 0; i < values.size(); ++i) {
-        // The driver shows what is written at once; it is the PLC's only when the PLC says so.
+        // The driver has a written value at once; the PLC has it when it confirms it.
         if (!state.values.at(watched.block.offset + i).isWaiting()) {
             store(item, watched.block.offset + i, values.at(i), now);
         }

@@ -10,8 +10,8 @@
 namespace cnet {
 
 /**
- * Items that somebody watches. A session reads the items of all its monitors together and none
- * knows of the others. Made by Session::monitor(), and gone when deleted.
+ * A list of items that is read again and again. A session reads the items of all its monitors
+ * together and none knows of the others. Made by Session::monitor(), and gone when deleted.
  */
 class Monitor : public QObject
 {

@@ -18,8 +18,8 @@ FrameCarrier::FrameCarrier(DriverCore &driver, Conversation &conversation)
     , m_conversation(conversation)
 {}
 
-// After ten writes in a row the driver says once that it has nothing. And a frame of no bytes is a
-// handshake, which is not transmitted: nothing is what comes back.
+// After ten writes in a row the driver says once that it has nothing. A frame without bytes is a
+// handshake, which is not transmitted: its answer is empty.
 bool FrameCarrier::carry()
 {
     m_sent = m_sent && m_open;

@@ -20,7 +20,7 @@ public:
     Job *job() const { return m_job; }
     bool isRecipe() const { return m_open && m_request.kind == BlockRequest::Recipe; }
 
-    /** Has the driver make the request and sends its frame. @return false: it makes nothing of it
+    /** Has the driver make the request and sends its frame. @return false: it has none
      */
     bool begin(Job *job, const BlockRequest &request);
 

@@ -44,7 +44,7 @@ Monitor::Surroundings Poller::surroundings() const
     now.wallMs = m_clock.wallMs();
     now.lineOpen = m_lineOpen;
     now.openSinceMs = m_openSinceMs;
-    // The first round of a slow line is not over when its first values are shown.
+    // On a slow line the first values are shown long before the first round is over.
     const qint64 underwayMs = m_blocksLeft > 0 ? now.nowMs - m_roundBeganMs : 0;
     const qint64 roundMs = std::max({qint64(m_settings.intervalMs), m_roundTookMs, underwayMs});
     now.dueMs = m_settings.staleMs > 0 ? m_settings.staleMs
@@ -52,8 +52,8 @@ Monitor::Surroundings Poller::surroundings() const
     return now;
 }
 
-// A read that was not cyclic may have changed values of which the driver told nobody, since nobody
-// watched them then. So each block's values are compared when it is read next.
+// A one-off read may have changed values without a callback, since they were not monitored then.
+// So each block's values are compared at its next reading.
 void Poller::prepare()
 {
     if (!m_mergeDue) {
@@ -105,13 +105,13 @@ void Poller::finishRound()
     m_roundTookMs = nowMs - m_roundBeganMs;
     m_nextRoundMs = std::max(nowMs, m_roundBeganMs + m_settings.intervalMs);
     ++m_rounds;
-    // Whoever ends with a round has seen its values.
+    // A program that ends after this round has its values.
     tell();
     Q_EMIT roundEnded(m_rounds);
 }
 
-// A block of one item is that item's refusal. So is one that is refused again although each of its
-// items was read by itself: it is the block then that the PLC does not like.
+// The refusal of a block with one item is that item's. A block that is refused again although each
+// of its items was asked for by itself is one that the PLC does not accept as a whole.
 void Poller::sortOut(const AddressRange &range, int code)
 {
     if (m_sorting.contains(range)) {
@@ -152,8 +152,8 @@ void Poller::mark(const QVector<PollSet::Place> &places, Job *job)
     }
 }
 
-// A block that the range holds a part of is compared when it is read next: the driver has reported
-// the change already.
+// Blocks that share words with the range are compared at their next reading: the driver reports a
+// change only once.
 void Poller::rangeRead(const AddressRange &range)
 {
     m_set.distrustCallbacks();
@@ -198,8 +198,8 @@ void Poller::writeBegun(const Item &item, const QVector<quint16> &values)
     m_set.forEach([&](Monitor &monitor) { monitor.writeBegun(item, values, surroundings()); });
 }
 
-// The driver shows a value from its writing on, and reports nothing when the PLC has it, too. Words
-// that hold a written bit would keep what they showed before.
+// The driver has a written value at once, and reports nothing when the PLC has taken it. Without a
+// comparison, words that hold a written bit would keep their old value.
 void Poller::writeEnded(const Item &item, const QVector<quint16> &values, Confirmation confirmation)
 {
     m_set.distrustCallbacks();
@@ -207,7 +207,8 @@ void Poller::writeEnded(const Item &item, const QVector<quint16> &values, Confir
         [&](Monitor &monitor) { monitor.writeEnded(item, values, confirmation, surroundings()); });
 }
 
-// While no station answers and every one was tried, a round is what would have been read.
+// Where every station was tried and none answers, rounds are counted all the same: a program may
+// wait for the end of one.
 void Poller::look()
 {
     const Monitor::Surroundings now = surroundings();

@@ -12,6 +12,7 @@
 
 namespace cnet {
 
+/** How monitored items are read. */
 struct PollSettings
 {
     int blockWords = 60;  ///< words of a request
@@ -20,9 +21,9 @@ struct PollSettings
 };
 
 /**
- * The cyclic reads: which blocks they have, when a round begins, and what becomes of a block that
- * is refused. Such a block is read once item by item; what the station refuses by itself is left
- * out, and costs nobody else.
+ * Runs the cyclic reads: which blocks there are, when a round begins, and what becomes of a block
+ * that is refused. Such a block is read once item by item; what the station refuses by itself is
+ * left out, and costs nobody else.
  */
 class Poller : public QObject
 {
@@ -35,10 +36,10 @@ public:
 
     void add(Monitor *monitor);
 
-    /** The driver's cyclic reads are not those of the monitors any more, or are to be others. */
+    /** The driver's cyclic reads are no longer those of the monitors. */
     void disturb() { m_mergeDue = true; }
 
-    /** Gives the driver its cyclic reads, if they are not the right ones; nothing is in flight. */
+    /** Gives the driver the right cyclic reads, if it has others; while nothing is in flight. */
     void prepare();
 
     /** True when the next block may be asked for. After prepare(). */

@@ -9,9 +9,9 @@ namespace cnet {
 
 namespace {
 
-// How often values are looked at that nobody reads: a dead line makes them stale, too.
+// How often qualities are reviewed: values become stale by time alone.
 const int kLookMs = 500;
-// How often it is looked at whether enough was saved up for a greeting.
+// How often to check whether enough was saved up for a greeting.
 const int kSavingMs = 20;
 // Requests of jobs, after which somebody else has a turn.
 const int kMostRequestsInARow = 10;
@@ -150,7 +150,7 @@ void Scheduler::stop()
     m_jobs.endAll(job);
 }
 
-// Where nothing is out, something is asked, or the alarm is set for when there is.
+// If no request is out, sends the next one, or sets the alarm for it.
 void Scheduler::proceed()
 {
     if (m_stopped) {
@@ -199,8 +199,8 @@ bool Scheduler::askNext()
     return jobsWait && serveJobs();
 }
 
-// The driver has a frame in flight, or was asked for one. Of some requests it makes nothing, as of
-// a recipe without words.
+// Goes on with the request that is open. For some the driver has no frame, as for a recipe without
+// words.
 bool Scheduler::resume()
 {
     if (!m_carrier.isFrameOpen() && !m_request.isOpen()) {
@@ -351,8 +351,8 @@ void Scheduler::stationMissed(int station, const Failure &failure)
     }
 }
 
-// A request that is out is waited for: the PLC may be at it. Only a recipe is long enough to be cut
-// off.
+// A request that is out is waited for: the PLC may be carrying it out. Only a recipe takes so long
+// that it is interrupted.
 void Scheduler::cancelJob(Job *job)
 {
     Failure reason;

@@ -14,6 +14,7 @@
 
 namespace cnet {
 
+/** How a session uses its line. */
 struct ScheduleSettings
 {
     PollSettings poll;
@@ -56,7 +57,7 @@ public:
 
 Q_SIGNALS:
     void exchangeEnded(const cnet::ExchangeReport &report);
-    /** A station answers again, or does no more. */
+    /** A station has stopped or resumed answering. */
     void stationChanged(int station);
     void roundEnded(int rounds);
 
