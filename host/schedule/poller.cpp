@@ -68,7 +68,8 @@ void Poller::prepare()
 
 bool Poller::isDue() const
 {
-    return m_blocks > 0 && (m_blocksLeft > 0 || m_clock.nowMs() >= m_nextRoundMs);
+    return m_blocks > 0 &&
+           (m_blocksLeft > 0 || (!m_roundWaits && m_clock.nowMs() >= m_nextRoundMs));
 }
 
 qint64 Poller::nextMs() const
@@ -80,7 +81,8 @@ void Poller::blockEnded(const ExchangeReport &report, bool changed)
 {
     const AddressRange &range = report.range;
     if (m_blocksLeft == 0) {
-        m_roundBeganMs = report.reply.sentMs;
+        m_roundBeganMs = m_roundWaits ? m_roundBeganMs : report.reply.sentMs;
+        m_roundWaits = false;
         m_blocksLeft = m_blocks;
     }
     const Monitor::Surroundings now = surroundings();
@@ -93,8 +95,14 @@ void Poller::blockEnded(const ExchangeReport &report, bool changed)
         m_set.rangeFailed(range, report.failure(), now);
     }
     --m_blocksLeft;
-    if (m_blocksLeft <= 0) {
+    if (m_blocksLeft > 0) {
+        return;
+    }
+    if (m_sorting.isEmpty()) {
         finishRound();
+    } else {
+        m_blocksLeft = 0;
+        m_roundWaits = true;
     }
 }
 
@@ -102,6 +110,7 @@ void Poller::finishRound()
 {
     const qint64 nowMs = m_clock.nowMs();
     m_blocksLeft = 0;
+    m_roundWaits = false;
     m_roundTookMs = nowMs - m_roundBeganMs;
     m_nextRoundMs = std::max(nowMs, m_roundBeganMs + m_settings.intervalMs);
     ++m_rounds;
@@ -110,12 +119,13 @@ void Poller::finishRound()
     Q_EMIT roundEnded(m_rounds);
 }
 
-// The refusal of a block with one item is that item's. A block that is refused again although each
-// of its items was asked for by itself is one that the PLC does not accept as a whole.
+// A block of one item is that item's refusal. So is one that is refused again although each of its
+// items was read by itself: it is the block then that the PLC does not like. While they are being
+// read nothing follows from another refusal: the driver puts a cyclic read between many others.
 void Poller::sortOut(const AddressRange &range, int code)
 {
     if (m_sorting.contains(range)) {
-        return; // asked for in between, before each of its items was
+        return;
     }
     QVector<PollSet::Place> places;
     const QVector<Item> items = m_set.itemsIn(range, places);
@@ -128,14 +138,22 @@ void Poller::sortOut(const AddressRange &range, int code)
         m_mergeDue = true;
         return;
     }
-    auto *const job = new ReadJob(items, m_registers, m_settings.blockWords, Merging::Apart, this);
     m_sorting.insert(range);
+    auto *const job = new ReadJob(items, m_registers, m_settings.blockWords, Merging::Apart, this);
     connect(job, &Job::finished, this, [this, range, places, job] {
-        m_sorting.remove(range);
         mark(places, job);
         job->deleteLater();
+        handleSortedOut(range);
     });
     Q_EMIT jobWanted(job);
+}
+
+void Poller::handleSortedOut(const AddressRange &range)
+{
+    m_sorting.remove(range);
+    if (m_roundWaits && m_sorting.isEmpty()) {
+        finishRound();
+    }
 }
 
 void Poller::mark(const QVector<PollSet::Place> &places, Job *job)

@@ -22,8 +22,8 @@ struct PollSettings
 
 /**
  * Runs the cyclic reads: which blocks there are, when a round begins, and what becomes of a block
- * that is refused. Such a block is read once item by item; what the station refuses by itself is
- * left out, and costs nobody else.
+ * that is refused. Such a block is read once item by item, which belongs to the round; what the
+ * station refuses by itself is left out, and costs nobody else.
  */
 class Poller : public QObject
 {
@@ -77,6 +77,7 @@ Q_SIGNALS:
 private:
     void lineChanged();
     void sortOut(const AddressRange &range, int code);
+    void handleSortedOut(const AddressRange &range);
     void finishRound();
     void mark(const QVector<PollSet::Place> &places, Job *job);
 
@@ -95,6 +96,7 @@ private:
     qint64 m_roundBeganMs = 0;
     qint64 m_nextRoundMs = 0;
     qint64 m_roundTookMs = 0;
+    bool m_roundWaits = false;          ///< its blocks ended; some are still sorted out
     QHash<AddressRange, int> m_refused; ///< how often a block was refused
     QSet<AddressRange> m_sorting;       ///< refused blocks whose items are being read one by one
 };

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void beginsRoundsInTime();
     void sortsOutARefusedBlock();
     void blamesTheBlockTheSecondTime();
+    void blamesNobodyWhileItSortsOut();
     void survivesAMonitorThatGoes();
     void blamesNoOtherItem();
     void countsRoundsWhereNobodyAnswers();
@@ -169,6 +170,26 @@ void TestPoller::blamesTheBlockTheSecondTime()
     QCOMPARE(static_cast<int>(m_jobs.size()), 1);
     QCOMPARE(m_monitor->items().at(0).quality, Quality::Refused);
     QCOMPARE(m_monitor->items().at(1).quality, Quality::Refused);
+}
+
+// Between many other reads the driver puts a block of the cyclic ones, which is the refused one.
+void TestPoller::blamesNobodyWhileItSortsOut()
+{
+    QSignalSpy rounds(m_poller.get(), &Poller::roundEnded);
+    watch("D_W:0*2 D_W:2*2");
+    m_poller->prepare();
+    end(range(0, 4), Outcome::Refused);
+    end(range(0, 4), Outcome::Refused);
+    QCOMPARE(static_cast<int>(m_jobs.size()), 1);
+    QCOMPARE(m_monitor->items().at(0).quality, Quality::NeverRead);
+    QCOMPARE(m_monitor->items().at(1).quality, Quality::NeverRead);
+    // Who ends with the round has seen what the items hold.
+    m_clock->runFor(kIntervalMs);
+    QVERIFY(!m_poller->isDue());
+    QCOMPARE(static_cast<int>(rounds.size()), 0);
+    m_jobs.first()->conclude();
+    QCOMPARE(static_cast<int>(rounds.size()), 1);
+    QVERIFY(m_poller->isDue());
 }
 
 void TestPoller::survivesAMonitorThatGoes()
