@@ -1,4 +1,4 @@
-"""Checks who includes whom in the host library and in cnet-panel; see script/rooms."""
+"""Checks who includes whom in the host library, in cnet-panel and in cnet-plc; see script/rooms."""
 import glob
 import re
 import sys
@@ -9,6 +9,9 @@ from includes import circles, included_by, room_of, wrong_includes
 ORDER = [["host/" + room] for room in
          ("time", "wire", "link", "address", "driver", "exchange", "monitor", "tag", "jobs", "recipe",
           "schedule")] + [["host"]]
+# Those of the simulated PLC, which shares nothing with any of the above.
+PLC_ORDER = [["tools/plc/" + room] for room in
+             ("memory", "wire", "motion", "faults", "stations", "setup", "servers", "main")]
 BOUNDARY = "include/ls_master_k_cnet/"
 # The only room that knows the driver's functions by name; others ask it.
 DRIVER_ROOM = "host/driver"
@@ -59,9 +62,12 @@ def main():
     wrong += includes_from(host, (BOUNDARY,), [DRIVER_ROOM])
     wrong += includes_from(panel, ("src/", BOUNDARY))
     wrong += wrong_public_headers(host)
+    plc = graph_of("tools/plc")
+    wrong += list(wrong_includes(plc, PLC_ORDER, lambda room: room + "/")) + list(circles(plc))
     if wrong:
         sys.exit("\n".join(wrong))
-    print("rooms: the host library's includes run one way, and cnet-panel leaves the driver to it")
+    print("rooms: the host library's includes run one way, and cnet-panel leaves the driver to it; "
+          "cnet-plc's run one way, too")
 
 
 main()

@@ -1,6 +1,6 @@
 #include "exchange/answer_finder.h"
 
-#include "plc/wire.h"
+#include "plc/wire/wire.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "exchange/host_loop.h"
 
-#include "plc/exchange_text.h"
+#include "plc/stations/exchange_text.h"
 
 namespace exchange {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "plc/bus.h"
-#include "plc/line.h"
+#include "plc/stations/bus.h"
+#include "plc/stations/line.h"
 
 #include <QByteArray>
 

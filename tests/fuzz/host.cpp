@@ -1,7 +1,7 @@
 // A host that calls the driver's functions in any order with any arguments, also from within the
 // value-change callback. The PLC is a right one, silent, or talks nonsense.
 #include "fuzz/driver_rules.h"
-#include "plc/bus.h"
+#include "plc/stations/bus.h"
 
 #include <QList>
 #include <QVector>

@@ -1,11 +1,11 @@
 // What a master sends to the simulated PLC, in any division, right and wrong, with the faults and
 // ramps that a command line may ask for. The same bytes in one piece must get the same answers.
 #include "fuzz/input.h"
-#include "plc/exchange_text.h"
-#include "plc/frame_finder.h"
-#include "plc/line.h"
-#include "plc/setup_text.h"
-#include "plc/wire.h"
+#include "plc/setup/setup_text.h"
+#include "plc/stations/exchange_text.h"
+#include "plc/stations/line.h"
+#include "plc/wire/frame_finder.h"
+#include "plc/wire/wire.h"
 
 #include <QByteArray>
 #include <QList>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
-#include "plc/line.h"
+#include "plc/stations/line.h"
 
 #include <QMutex>
 #include <QString>

@@ -2,7 +2,7 @@
 
 #include "host/link/link.h"
 
-#include <plc/line.h>
+#include <plc/stations/line.h>
 
 #include <QElapsedTimer>
 #include <QTimer>

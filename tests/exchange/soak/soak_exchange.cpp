@@ -1,8 +1,8 @@
 #include "exchange/soak/soak_exchange.h"
 
 #include "model/register_name.h"
-#include "plc/exchange_text.h"
-#include "plc/wire.h"
+#include "plc/stations/exchange_text.h"
+#include "plc/wire/wire.h"
 
 #include <map>
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "model/operation.h"
-#include "plc/fault_kinds.h"
-#include "plc/faults.h"
-#include "plc/memory.h"
+#include "plc/faults/fault_kinds.h"
+#include "plc/faults/faults.h"
+#include "plc/memory/memory.h"
 #include "support/random.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 #include <host/driver/driver_core.h>
 
-#include <plc/line.h>
+#include <plc/stations/line.h>
 
 #include <QtTest>
 

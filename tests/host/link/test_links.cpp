@@ -3,9 +3,9 @@
 #include <host/link/link_tcp.h>
 #include <host/session.h>
 
-#include <plc/bus.h>
-#include <plc/pty_server.h>
-#include <plc/tcp_server.h>
+#include <plc/servers/pty_server.h>
+#include <plc/servers/tcp_server.h>
+#include <plc/stations/bus.h>
 
 #include <QSignalSpy>
 #include <QTcpServer>

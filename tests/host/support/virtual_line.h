@@ -3,7 +3,7 @@
 #include "host/link/link.h"
 #include "host/support/virtual_clock.h"
 
-#include <plc/bus.h>
+#include <plc/stations/bus.h>
 
 #include <QHash>
 #include <QPointer>

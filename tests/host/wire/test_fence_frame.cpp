@@ -2,7 +2,7 @@
 #include <host/wire/block_check.h>
 #include <host/wire/fence_frame.h>
 
-#include <plc/station.h>
+#include <plc/stations/station.h>
 
 #include <QtTest>
 

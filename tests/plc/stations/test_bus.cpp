@@ -1,0 +1,66 @@
+#include "plc/stations/bus.h"
+
+#include "plc/support/wire_text.h"
+
+#include <QtTest>
+
+using namespace plc;
+
+class TestBus : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void findsStations()
+    {
+        Bus bus;
+        QVERIFY(!bus.find(1));
+        bus.add(1);
+        bus.add(31, Model::K120s);
+        QCOMPARE(bus.find(1)->station.number(), 1);
+        QCOMPARE(int(bus.find(31)->station.memory().model()), int(Model::K120s));
+        QVERIFY(!bus.find(0));
+    }
+
+    void replacesStations()
+    {
+        Bus bus;
+        bus.add(1).station.memory().setWord('D', 0, 5);
+        bus.add(1);
+        QCOMPARE(*bus.find(1)->station.memory().word('D', 0), quint16(0));
+        QCOMPARE(bus.units().size(), std::size_t(1));
+    }
+
+    void advancesAllRamps()
+    {
+        Bus bus;
+        for (const int number : {1, 2}) {
+            Unit &unit = bus.add(number);
+            unit.ramps.push_back({{'D', PointKind::Word, 0}, 1, 0, 9, 10});
+            unit.ramps.push_back({{'T', PointKind::Contact, 0}, 1, 0, 1, 10});
+        }
+        bus.advance(30);
+        for (const int number : {1, 2}) {
+            QCOMPARE(*bus.find(number)->station.memory().word('D', 0), quint16(3));
+            QCOMPARE(*bus.find(number)->station.memory().contact('T', 0), true);
+        }
+    }
+
+    void stationsMisbehaveIndependently()
+    {
+        const QByteArray request = wire("[ENQ]01RSS0104%DW0[EOT]");
+        const QByteArray answer = wire("[ACK]01RSS01020000[ETX]");
+        const Fault noise{FaultKind::NoiseBefore, 32, 32};
+        const auto noiseOf = [&](quint32 seed, int number) {
+            Bus bus;
+            Unit &unit = bus.add(number, Model::Full, seed);
+            return unit.faults.disturb({noise}, request, answer).front().bytes;
+        };
+        QCOMPARE(noiseOf(7, 1), noiseOf(7, 1));
+        QVERIFY(noiseOf(7, 1) != noiseOf(7, 2));
+        QVERIFY(noiseOf(7, 1) != noiseOf(8, 1));
+    }
+};
+
+QTEST_APPLESS_MAIN(TestBus)
+#include "test_bus.moc"

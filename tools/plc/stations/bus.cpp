@@ -1,0 +1,41 @@
+#include "plc/stations/bus.h"
+
+namespace plc {
+
+namespace {
+
+/** A seed of its own for each station, so that their faults do not fire in step. */
+quint32 seedOf(quint32 seed, int number)
+{
+    constexpr quint32 kGolden = 0x9E3779B9U;
+    return seed ^ (static_cast<quint32>(number) * kGolden);
+}
+
+} // namespace
+
+Unit::Unit(int number, Model model, quint32 seed)
+    : station(number, model)
+    , faults(seedOf(seed, number))
+{}
+
+Unit &Bus::add(int number, Model model, quint32 seed)
+{
+    return m_units.insert_or_assign(number, Unit(number, model, seed)).first->second;
+}
+
+Unit *Bus::find(int number)
+{
+    const auto it = m_units.find(number);
+    return it == m_units.end() ? nullptr : &it->second;
+}
+
+void Bus::advance(qint64 nowMs)
+{
+    for (auto &[number, unit] : m_units) {
+        for (Ramp &ramp : unit.ramps) {
+            ramp.advance(unit.station.memory(), nowMs);
+        }
+    }
+}
+
+} // namespace plc

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "plc/faults/faults.h"
+#include "plc/motion/ramp.h"
+#include "plc/stations/station.h"
+
+#include <map>
+#include <vector>
+
+namespace plc {
+
+/** One station with its ramps and its faults. */
+struct Unit
+{
+    explicit Unit(int number = 1, Model model = Model::Full, quint32 seed = 1);
+
+    Station station;
+    Faults faults;
+    std::vector<Ramp> ramps;
+};
+
+/**
+ * All stations of one program. Several lines (a pseudo-terminal, TCP clients) may share a bus. To
+ * be used on one thread.
+ */
+class Bus
+{
+public:
+    /** Adds a station. It replaces one with the same number, whose reference becomes invalid. */
+    Unit &add(int number, Model model = Model::Full, quint32 seed = 1);
+
+    /** @return nullptr if no station has this number. */
+    Unit *find(int number);
+
+    std::map<int, Unit> &units() { return m_units; }
+
+    /** Advances all ramps to time nowMs. */
+    void advance(qint64 nowMs);
+
+private:
+    std::map<int, Unit> m_units;
+};
+
+} // namespace plc
