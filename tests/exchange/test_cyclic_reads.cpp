@@ -247,7 +247,7 @@ private Q_SLOTS:
 
     void rampIsFollowed()
     {
-        loop.addStation(1).ramps.push_back({{'D', plc::PointKind::Word, 100}, 5, 0, 99, 10});
+        loop.addStation(1).motions.push_back({{'D', plc::PointKind::Word, 100}, 5, 0, 99, 10});
         loop.monitor({key("D_W", 100, 5)});
         for (int i = 0; i < 250; ++i) {
             loop.forget();

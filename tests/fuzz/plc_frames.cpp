@@ -1,7 +1,7 @@
 // What a master sends to the simulated PLC, in any division, right and wrong, with the faults and
-// ramps that a command line may ask for. The same bytes in one piece must get the same answers.
+// motions that a command line may ask for. The same bytes in one piece must get the same answers.
 #include "fuzz/input.h"
-#include "plc/setup/setup_text.h"
+#include "plc/setup/apply.h"
 #include "plc/stations/exchange_text.h"
 #include "plc/stations/line.h"
 #include "plc/wire/frame_finder.h"
@@ -156,10 +156,13 @@ struct Plcs
             applyIfGood(plc::parseSetting(rest));
             break;
         case 'r':
-            applyIfGood(plc::parseRamp(rest));
+            applyIfGood(plc::parseMotion(plc::MotionKind::Ramp, rest));
             break;
         case 'f':
             applyIfGood(plc::parseFault(rest));
+            break;
+        case 'm':
+            applyIfGood(plc::parseMotion(plc::MotionKind(rest.size() % plc::kMotionKinds), rest));
             break;
         default:
             plc::parsePoint(rest);

@@ -16,7 +16,7 @@ public:
         , session(driver, std::unique_ptr<Link>(m_link))
     {
         for (auto &unit : m_link->bus().units()) {
-            unit.second.ramps.clear();
+            unit.second.motions.clear();
         }
         QObject::connect(&session, &Session::requestSent, &session,
                          [this](const QByteArray &frame) { frames.append(frame); });

@@ -9,9 +9,9 @@ namespace {
 using plc::Point;
 using plc::PointKind;
 
-plc::Ramp ramp(char device, PointKind kind, int count, int high, int stepMs)
+plc::Motion ramp(char device, PointKind kind, int count, int high, int stepMs)
 {
-    plc::Ramp ramp;
+    plc::Motion ramp;
     ramp.first = Point{device, kind, 0};
     ramp.count = count;
     ramp.high = high;
@@ -20,7 +20,7 @@ plc::Ramp ramp(char device, PointKind kind, int count, int high, int stepMs)
 }
 
 // What an example in the documentation names should move, at a pace that the eye can follow.
-std::vector<plc::Ramp> livelyValues()
+std::vector<plc::Motion> livelyValues()
 {
     return {
         ramp('D', PointKind::Word, 1000, 9999, 1000), ramp('T', PointKind::Word, 32, 600, 100),
@@ -37,7 +37,7 @@ LinkSim::LinkSim(const QVector<int> &stations, int baud, QObject *parent)
     , m_line(m_bus)
 {
     for (const int station : stations) {
-        m_bus.add(station).ramps = livelyValues();
+        m_bus.add(station).motions = livelyValues();
     }
     m_line.setBaud(baud);
     m_clock.start();

@@ -56,6 +56,7 @@ static const Given<const char *> kWrong[] = {
     {"--tcp 0 --seed -1", "--seed: expected a number from 0 to 4294967295, not \"-1\""},
     {"--tcp 0 --set DW:1=1", "--set: \"DW:1\": expected REGISTER:ADDRESS"},
     {"--tcp 0 --ramp D_W:5-4", "--ramp: \"D_W:5-4\": expected FIRST-LAST"},
+    {"--tcp 0 --counter D_W:5*3", "--counter: \"D_W:5*3\": a counter takes pairs of words"},
     {"--tcp 0 --fault sleep", "--fault: fault \"sleep\": expected one of"},
 };
 
@@ -64,6 +65,7 @@ static const Given<const char *> kUnfitting[] = {
     {"--tcp 0 --set 2/D_W:0=1", "--set: no station 2: add it with --station 2"},
     {"--tcp 0 --fault 2:silence", "--fault: no station 2: add it with --station 2"},
     {"--tcp 0 --ramp D_W:9999-10000", "--ramp: D_W:10000 does not exist in station 1"},
+    {"--tcp 0 --sine K_W:256", "--sine: K_W:256 does not exist in station 1"},
     {"--tcp 0 --set D_W:5000=1 --model k120s", "--set: D_W:5000 does not exist in station 1"},
 };
 
@@ -88,7 +90,8 @@ private Q_SLOTS:
     {
         const auto parsed = readOptions(arguments(
             "--tcp 0 --tcp 127.0.0.1:8000 --pty /tmp/plc --station 0 --station 31 --model k120s "
-            "--set M_W:3=0x1234 --set D_W:0=-1 --ramp D_W:100-119 --fault silence*3 --baud 9600 "
+            "--set M_W:3=0x1234 --set D_W:0=-1 --ramp D_W:100-119 --walk D_W:5 --fault silence*3 "
+            "--baud 9600 "
             "--seed 7 --trace"));
         QVERIFY(std::holds_alternative<Options>(parsed));
         const Options options = std::get<Options>(parsed);
@@ -97,7 +100,7 @@ private Q_SLOTS:
         QVERIFY(options.stations == std::vector<int>({0, 31}));
         QCOMPARE(int(options.model), int(Model::K120s));
         QCOMPARE(options.settings.size(), std::size_t(2));
-        QCOMPARE(options.ramps.size(), std::size_t(1));
+        QCOMPARE(options.motions.size(), std::size_t(2));
         QCOMPARE(options.faults.size(), std::size_t(1));
         QCOMPARE(options.baud, 9600);
         QCOMPARE(options.seed, 7U);
@@ -160,15 +163,15 @@ private Q_SLOTS:
         QCOMPARE(*bus.find(3)->station.memory().word('M', 3), quint16(0));
         QCOMPARE(bus.find(3)->faults.draw().size(), std::size_t(1));
         QCOMPARE(bus.find(4)->faults.draw().size(), std::size_t(0));
-        QCOMPARE(bus.find(4)->ramps.size(), std::size_t(1));
+        QCOMPARE(bus.find(4)->motions.size(), std::size_t(1));
     }
 
     void helpNamesEverything()
     {
         const QString help = helpText();
-        for (const char *name :
-             {"--tcp", "--pty", "--station", "--model", "--set", "--ramp", "--fault", "--seed",
-              "--baud", "--trace", "wrong-station", "Exit codes"}) {
+        for (const char *name : {"--tcp", "--pty", "--station", "--model", "--set", "--ramp",
+                                 "--sine", "--square", "--walk", "--counter", "--fault", "--seed",
+                                 "--baud", "--trace", "wrong-station", "Exit codes"}) {
             QVERIFY2(help.contains(QLatin1String(name)), name);
         }
         QVERIFY(std::get<Options>(readOptions(arguments("--help"))).help);

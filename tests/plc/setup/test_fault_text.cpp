@@ -1,6 +1,5 @@
 #include "plc/faults/fault_kinds.h"
-#include "plc/setup/setup_text.h"
-#include "plc/stations/exchange_text.h"
+#include "plc/setup/fault_text.h"
 #include "support/rows.h"
 
 #include <QtTest>
@@ -39,6 +38,15 @@ static const struct
     {"repeat=5", -1, FaultKind::Repeat, 5, 5, -1, 100},
     {"repeat=1..3*2@7%", -1, FaultKind::Repeat, 1, 3, 2, 7},
     {"echo@0%", -1, FaultKind::Echo, 0, 0, -1, 0},
+};
+
+static const Given<const char *> kTexts[] = {
+    // as it is written again
+    {"1:silence*3", "1:silence*3"},
+    {"delay=50..50@100%", "delay=50"},
+    {"31:refuse=12AB*2@50%", "31:refuse=12ab*2@50%"},
+    {"noise-before", "noise-before=1..8"},
+    {"truncate", "truncate"},
 };
 
 static const char *const kTimes =
@@ -141,6 +149,17 @@ private Q_SLOTS:
         QCOMPARE(setting.fault.high, row.high);
         QCOMPARE(setting.fault.times, row.times);
         QCOMPARE(setting.fault.percent, row.percent);
+        const auto again = parseFault(faultText(setting));
+        QVERIFY(std::holds_alternative<FaultSetting>(again));
+        QCOMPARE(faultText(std::get<FaultSetting>(again)), faultText(setting));
+    }
+
+    void writesFaults_data() { addRows(kTexts); }
+    void writesFaults()
+    {
+        const auto &row = currentRow(kTexts);
+        const auto parsed = parseFault(latin(row.what));
+        QCOMPARE(faultText(std::get<FaultSetting>(parsed)), latin(row.given));
     }
 
     void wrongFaults_data() { addRows(kWrongFaults); }

@@ -31,13 +31,13 @@ private Q_SLOTS:
         QCOMPARE(bus.units().size(), std::size_t(1));
     }
 
-    void advancesAllRamps()
+    void advancesAllMotions()
     {
         Bus bus;
         for (const int number : {1, 2}) {
             Unit &unit = bus.add(number);
-            unit.ramps.push_back({{'D', PointKind::Word, 0}, 1, 0, 9, 10});
-            unit.ramps.push_back({{'T', PointKind::Contact, 0}, 1, 0, 1, 10});
+            unit.motions.push_back({{'D', PointKind::Word, 0}, 1, 0, 9, 10});
+            unit.motions.push_back({{'T', PointKind::Contact, 0}, 1, 0, 1, 10});
         }
         bus.advance(30);
         for (const int number : {1, 2}) {

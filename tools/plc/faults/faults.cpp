@@ -132,6 +132,14 @@ QByteArray Faults::noise(int count)
     return bytes;
 }
 
+void Faults::add(const Fault &fault)
+{
+    m_faults.erase(std::remove_if(m_faults.begin(), m_faults.end(),
+                                  [](const Fault &old) { return old.times == 0; }),
+                   m_faults.end());
+    m_faults.push_back(fault);
+}
+
 std::vector<Fault> Faults::draw()
 {
     std::vector<Fault> fired;

@@ -60,8 +60,12 @@ public:
     /** Restarts the random generator. The faults stay, and so do the times they have left. */
     void setSeed(quint32 seed);
 
-    void add(const Fault &fault) { m_faults.push_back(fault); }
+    /** Those that are over make room for it. */
+    void add(const Fault &fault);
     void clear() { m_faults.clear(); }
+    /** In the order in which they were added, with the times they have left: 0 when they are over.
+     */
+    const std::vector<Fault> &all() const { return m_faults; }
 
     /** Draws the faults that fire for the next request, and counts down their times. */
     std::vector<Fault> draw();

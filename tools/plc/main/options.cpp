@@ -57,10 +57,22 @@ void addOptions(QCommandLineParser &parser)
                "from LOW to HIGH (default 0..9999, bits 0..1), one step every MS milliseconds "
                "(default 1000). Repeatable.",
                "RANGE"),
+        option("sine",
+               "The same to and fro, a full turn in MS milliseconds (default 60000). Repeatable.",
+               "RANGE"),
+        option("square", "The same, LOW and HIGH in turn. Repeatable.", "RANGE"),
+        option("walk",
+               "The same at random, a small step every MS milliseconds; see --seed. Repeatable.",
+               "RANGE"),
+        option("counter",
+               "32 bits in two words, the lower half first, [+STEP] (default 1) every MS "
+               "milliseconds: [STATION/]REGISTER:FIRST[-LAST][=LOW..HIGH][+STEP][@MS]. "
+               "Repeatable.",
+               "RANGE"),
         option("fault", "Inject a fault; see below. Repeatable.", "FAULT"),
         option("seed",
-               "Random seed of the faults (default 1). The same seed and the same requests give "
-               "the same faults.",
+               "Random seed of faults, walks and scenarios (default 1). The same seed and the same "
+               "requests give the same faults.",
                "N"),
         option("baud",
                "Pace the bytes like a serial line of this speed: 50 to 4000000 bits per second, "
@@ -101,6 +113,12 @@ TextError expected(const char *option, const char *what, const QString &text)
                 .arg(QLatin1String(option), QLatin1String(what), text)};
 }
 
+/** What is wrong with the value of an option. */
+TextError ofOption(const char *option, const TextError &error)
+{
+    return {QString::fromLatin1("--%1: %2").arg(QLatin1String(option), error.message)};
+}
+
 /** Reads every value of a repeatable option. */
 template <typename T>
 std::optional<TextError> readAll(const QCommandLineParser &parser, const char *option,
@@ -110,10 +128,24 @@ std::optional<TextError> readAll(const QCommandLineParser &parser, const char *o
     for (const QString &text : texts) {
         const Parsed<T> value = parse(text);
         if (const TextError *error = std::get_if<TextError>(&value)) {
-            return TextError{
-                QString::fromLatin1("--%1: %2").arg(QLatin1String(option), error->message)};
+            return ofOption(option, *error);
         }
         values.push_back(std::get<T>(value));
+    }
+    return std::nullopt;
+}
+
+std::optional<TextError> readMotions(const QCommandLineParser &parser, Options &options)
+{
+    for (const MotionKindText &kind : motionKindTexts()) {
+        const QStringList texts = parser.values(QLatin1String(kind.name));
+        for (const QString &text : texts) {
+            const Parsed<MotionSetting> motion = parseMotion(kind.kind, text);
+            if (const TextError *error = std::get_if<TextError>(&motion)) {
+                return ofOption(kind.name, *error);
+            }
+            options.motions.push_back(std::get<MotionSetting>(motion));
+        }
     }
     return std::nullopt;
 }
@@ -209,11 +241,11 @@ Parsed<Options> readOptions(const QStringList &arguments)
         return TextError{QString::fromLatin1("\"%1\": expected options only")
                              .arg(parser.positionalArguments().at(0))};
     }
-    for (const auto &error : {readStations(parser, options), readSingles(parser, options),
-                              readAll(parser, "tcp", &parseTcpAddress, options.tcp),
-                              readAll(parser, "set", &parseSetting, options.settings),
-                              readAll(parser, "ramp", &parseRamp, options.ramps),
-                              readAll(parser, "fault", &parseFault, options.faults)}) {
+    for (const auto &error :
+         {readStations(parser, options), readSingles(parser, options),
+          readAll(parser, "tcp", &parseTcpAddress, options.tcp),
+          readAll(parser, "set", &parseSetting, options.settings), readMotions(parser, options),
+          readAll(parser, "fault", &parseFault, options.faults)}) {
         if (error) {
             return *error;
         }
@@ -237,19 +269,19 @@ std::optional<TextError> fillBus(const Options &options, Bus &bus)
     for (const int station : options.stations) {
         bus.add(station, options.model, options.seed);
     }
-    const auto all = [&bus](const char *option, const auto &settings) -> std::optional<TextError> {
-        for (const auto &setting : settings) {
-            if (const auto error = apply(setting, bus)) {
-                return TextError{
-                    QString::fromLatin1("--%1: %2").arg(QLatin1String(option), error->message)};
-            }
+    for (const Setting &setting : options.settings) {
+        if (const auto error = apply(setting, bus)) {
+            return ofOption("set", *error);
         }
-        return std::nullopt;
-    };
-    for (const auto &error :
-         {all("set", options.settings), all("ramp", options.ramps), all("fault", options.faults)}) {
-        if (error) {
-            return error;
+    }
+    for (const MotionSetting &setting : options.motions) {
+        if (const auto error = apply(setting, bus)) {
+            return ofOption(motionKindText(setting.motion.kind).name, *error);
+        }
+    }
+    for (const FaultSetting &setting : options.faults) {
+        if (const auto error = apply(setting, bus)) {
+            return ofOption("fault", *error);
         }
     }
     return std::nullopt;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plc/setup/setup_text.h"
+#include "plc/setup/apply.h"
 
 #include <QHostAddress>
 #include <QStringList>
@@ -31,7 +31,7 @@ struct Options
     std::vector<int> stations;
     Model model = Model::Full;
     std::vector<Setting> settings;
-    std::vector<RampSetting> ramps;
+    std::vector<MotionSetting> motions;
     std::vector<FaultSetting> faults;
     int baud = 0;
     quint32 seed = 1;
@@ -49,7 +49,7 @@ Parsed<TcpAddress> parseTcpAddress(const QString &text);
 /** What --help prints. */
 QString helpText();
 
-/** Adds the stations and applies the settings, ramps and faults to them. */
+/** Adds the stations and applies the settings, motions and faults to them. */
 std::optional<TextError> fillBus(const Options &options, Bus &bus);
 
 } // namespace plc

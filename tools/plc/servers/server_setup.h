@@ -13,7 +13,7 @@ namespace plc {
 struct ServerSetup
 {
     Bus *bus = nullptr;  ///< must outlive the servers
-    QElapsedTimer clock; ///< running; the time for ramps
+    QElapsedTimer clock; ///< running; the time for motions
     int baud = 0;        ///< see Line::setBaud()
     /** Called for each exchange, with the name of its connection; may be empty. */
     std::function<void(const QString &connection, const Exchange &)> trace;

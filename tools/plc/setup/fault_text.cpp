@@ -1,6 +1,6 @@
+#include "plc/setup/fault_text.h"
+
 #include "plc/faults/fault_kinds.h"
-#include "plc/setup/setup_text.h"
-#include "plc/stations/exchange_text.h"
 #include "plc/wire/wire.h"
 
 #include <QStringList>
@@ -168,6 +168,31 @@ Parsed<FaultSetting> parseFault(const QString &text)
         return wrongValue(text, *kind);
     }
     return setting;
+}
+
+QString faultText(const FaultSetting &setting)
+{
+    const Fault &fault = setting.fault;
+    const FaultKindText &kind = faultKindTexts()[static_cast<std::size_t>(fault.kind)];
+    QString text;
+    if (setting.station >= 0) {
+        text = QString::number(setting.station) + QLatin1Char(':');
+    }
+    text += faultName(fault.kind);
+    // Negative: the usual value, which has no number.
+    if (*kind.value != '\0' && fault.low >= 0) {
+        text += QLatin1Char('=') + QString::number(fault.low, baseOf(kind));
+        if (fault.high != fault.low) {
+            text += QLatin1String("..") + QString::number(fault.high, baseOf(kind));
+        }
+    }
+    if (fault.times >= 0) {
+        text += QLatin1Char('*') + QString::number(fault.times);
+    }
+    if (fault.percent != 100) {
+        text += QString::fromLatin1("@%1%").arg(fault.percent);
+    }
+    return text;
 }
 
 QString faultHelp()

@@ -4,7 +4,7 @@ namespace plc {
 
 namespace {
 
-/** A seed of its own for each station, so that their faults do not fire in step. */
+/** A seed of its own for each station, so that they do not do all the same. */
 quint32 seedOf(quint32 seed, int number)
 {
     constexpr quint32 kGolden = 0x9E3779B9U;
@@ -13,9 +13,10 @@ quint32 seedOf(quint32 seed, int number)
 
 } // namespace
 
-Unit::Unit(int number, Model model, quint32 seed)
+Unit::Unit(int number, Model model, quint32 sharedSeed)
     : station(number, model)
-    , faults(seedOf(seed, number))
+    , faults(seedOf(sharedSeed, number))
+    , seed(seedOf(sharedSeed, number))
 {}
 
 Unit &Bus::add(int number, Model model, quint32 seed)
@@ -32,8 +33,8 @@ Unit *Bus::find(int number)
 void Bus::advance(qint64 nowMs)
 {
     for (auto &[number, unit] : m_units) {
-        for (Ramp &ramp : unit.ramps) {
-            ramp.advance(unit.station.memory(), nowMs);
+        for (Motion &motion : unit.motions) {
+            motion.advance(unit.station.memory(), nowMs);
         }
     }
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "plc/faults/faults.h"
-#include "plc/motion/ramp.h"
+#include "plc/motion/motion.h"
 #include "plc/stations/station.h"
 
 #include <map>
@@ -9,14 +9,15 @@
 
 namespace plc {
 
-/** One station with its ramps and its faults. */
+/** One station with its motions and its faults. */
 struct Unit
 {
-    explicit Unit(int number = 1, Model model = Model::Full, quint32 seed = 1);
+    explicit Unit(int number = 1, Model model = Model::Full, quint32 sharedSeed = 1);
 
     Station station;
     Faults faults;
-    std::vector<Ramp> ramps;
+    std::vector<Motion> motions;
+    quint32 seed; ///< its own, of all that is random in it
 };
 
 /**
@@ -34,7 +35,7 @@ public:
 
     std::map<int, Unit> &units() { return m_units; }
 
-    /** Advances all ramps to time nowMs. */
+    /** Advances all motions to time nowMs. */
     void advance(qint64 nowMs);
 
 private:

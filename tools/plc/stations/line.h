@@ -43,7 +43,7 @@ public:
     /**
      * Takes what the master sent since the last call; frames may be split in any way.
      *
-     * @param nowMs the time for ramps, in milliseconds from any origin, not negative
+     * @param nowMs the time for motions, in milliseconds from any origin, not negative
      * @return what to send now and later. Each delay counts from the previous chunk; if chunks of
      * an earlier call are still waiting, these go behind them.
      */
