@@ -39,6 +39,12 @@ ScheduleSettings schedule(const SessionOptions &options)
     return settings;
 }
 
+std::optional<LineSettings> knownLine(const SessionOptions &options)
+{
+    return options.lineSpeed == LineSpeed::Known ? std::optional<LineSettings>(options.line)
+                                                 : std::nullopt;
+}
+
 // Before anything else asks the driver for a frame.
 DriverCore &started(Driver &driver, const SessionOptions &options)
 {
@@ -59,13 +65,14 @@ struct Session::Works
         , scheduler(started(driver, options), driver.registers(), conversation, times, clock,
                     schedule(options))
         , reconnector(link, clock, options.firstOpen)
+        , statistics(knownLine(options))
     {}
 
     ResponseTimes times;
     Conversation conversation;
     Scheduler scheduler;
     Reconnector reconnector;
-    StationBook book;
+    Statistics statistics;
 };
 
 Session::Session(Driver &driver, std::unique_ptr<Link> link, const SessionOptions &options,
@@ -96,7 +103,10 @@ Session::~Session()
 void Session::wireLink()
 {
     connect(m_link.get(), &Link::opened, this, [this] {
-        m_works->book.forgetStates();
+        m_works->statistics.stationBook().forgetStates();
+        if (m_works->statistics.sinceMs() < 0) {
+            resetStatistics();
+        }
         setState(State::Open, QString());
         m_works->scheduler.lineOpened();
     });
@@ -130,11 +140,17 @@ void Session::wireLink()
 
 void Session::wireTalk()
 {
-    connect(&m_works->conversation, &Conversation::sent, this, &Session::requestSent);
+    connect(m_link.get(), &Link::received, this, [this](const QByteArray &bytes) {
+        m_works->statistics.received(bytes.size(), m_clock.nowMs());
+    });
+    connect(&m_works->conversation, &Conversation::sent, this, [this](const QByteArray &frame) {
+        m_works->statistics.sent(frame.size(), m_clock.nowMs());
+        Q_EMIT requestSent(frame);
+    });
     connect(&m_works->conversation, &Conversation::answeredLate, this, &Session::handleLate);
     connect(&m_works->scheduler, &Scheduler::exchangeEnded, this,
             [this](const ExchangeReport &report) {
-                const QString text = m_works->book.note(report);
+                const QString text = m_works->statistics.note(report);
                 Q_EMIT exchangeEnded(report);
                 notice(text);
             });
@@ -152,16 +168,17 @@ void Session::notice(const QString &text)
 void Session::handleStation(int station)
 {
     const qint64 nowMs = m_clock.nowMs();
+    StationBook &book = m_works->statistics.stationBook();
     const QString text = m_works->scheduler.health().isAlive(station)
-                             ? m_works->book.noteBack(station, nowMs)
-                             : m_works->book.noteAway(station, nowMs);
+                             ? book.noteBack(station, nowMs)
+                             : book.noteAway(station, nowMs);
     Q_EMIT stationChanged(station);
     notice(text);
 }
 
 void Session::handleLate(int station, const QByteArray &answer, double lateMs)
 {
-    m_works->book.noteLate(station);
+    m_works->statistics.stationBook().noteLate(station);
     Q_EMIT answeredLate(station, answer, lateMs);
     const int neededMs = m_works->times.neededMs(station);
     // The longer such a station is asked, the later its answers are: one notice is enough.
@@ -241,9 +258,14 @@ RecipeJob *Session::transfer(const QVector<RecipeItem> &items, RecipeDirection d
     return job;
 }
 
-const QMap<int, StationCounters> &Session::stations() const
+const Statistics &Session::statistics() const
 {
-    return m_works->book.all();
+    return m_works->statistics;
+}
+
+void Session::resetStatistics()
+{
+    m_works->statistics.reset(m_clock.nowMs());
 }
 
 int Session::rounds() const

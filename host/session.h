@@ -2,13 +2,13 @@
 
 #include "host/driver/driver.h"
 #include "host/exchange/exchange_report.h"
-#include "host/exchange/station_book.h"
 #include "host/jobs/read_job.h"
 #include "host/jobs/write_job.h"
 #include "host/link/link.h"
 #include "host/monitor/monitor.h"
 #include "host/recipe/recipe_job.h"
 #include "host/session_options.h"
+#include "host/statistics/statistics.h"
 #include "host/time/clock.h"
 
 #include <QObject>
@@ -81,7 +81,16 @@ public:
                         Verify verify = Verify::Yes);
 
     /** What is known of each station that was asked anything. */
-    const QMap<int, StationCounters> &stations() const;
+    const QMap<int, StationCounters> &stations() const { return statistics().stations(); }
+
+    /**
+     * The numbers of the line, its stations and the blocks that were asked for, since it was first
+     * open. What is watched makes no difference to them.
+     */
+    const Statistics &statistics() const;
+
+    /** Counts all of these from 0 again. */
+    void resetStatistics();
 
     /** Rounds in which every block of the monitored items was read or given up. */
     int rounds() const;

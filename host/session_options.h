@@ -8,6 +8,12 @@
 
 namespace cnet {
 
+/** What SessionOptions::line is. */
+enum class LineSpeed {
+    Known,   ///< how the line is: its load can be told in percent
+    Assumed, ///< what time-outs are computed with, since nobody knows
+};
+
 /** How a session talks. What is left alone suits a PLC on its usual line. */
 struct SessionOptions
 {
@@ -24,6 +30,7 @@ struct SessionOptions
     int staleMs = 0;
     /** Of a serial line, or of the one behind a TCP port: what frames take. */
     LineSettings line;
+    LineSpeed lineSpeed = LineSpeed::Assumed;
     /** Whether an answer that is a copy of the one before it is believed at once. */
     RepeatedAnswers repeatedAnswers = RepeatedAnswers::Confirm;
     /** Jobs for a station that is known to be silent. */

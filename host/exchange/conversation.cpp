@@ -63,6 +63,7 @@ void Conversation::begin(Goal goal)
     m_fences = 0;
     m_asked = false;
     m_note.clear();
+    m_defect = Defect::None;
     m_clearingSinceMs = m_disturbed ? m_clock.nowMs() : 0;
     proceed();
 }
@@ -163,6 +164,7 @@ void Conversation::handleAnswer(const QByteArray &answer)
         dropAnswer(answer);
     } else {
         m_note = QLatin1String("block check wrong");
+        m_defect = Defect::BlockCheck;
         if (m_phase == Phase::Asking) {
             m_alarm->cancel();
             finish(beginReply(Outcome::Bad));
@@ -206,6 +208,7 @@ void Conversation::takeAnswer(const QByteArray &answer)
         m_settings.repeatedAnswers == RepeatedAnswers::Confirm && m_memory.repeats(station, answer);
     if (repeats && !m_memory.isLastRequest(station, m_question.request)) {
         m_note = QLatin1String("it may be the answer to an earlier request");
+        m_defect = Defect::Other;
         m_collector.clear();
         sendFence();
         return;
@@ -234,6 +237,7 @@ void Conversation::dropAnswer(const QByteArray &answer)
     if (!open) {
         m_disturbed = true;
         m_note = QLatin1String("another station or command");
+        m_defect = Defect::Other;
         return;
     }
     if (m_memory.repeats(station, answer)) {
@@ -326,6 +330,9 @@ Reply Conversation::beginReply(Outcome outcome) const
     reply.sentMs = m_sentNs / 1000000;
     reply.tookMs = static_cast<double>(m_clock.nowNs() - m_sentNs) / kNsPerMs;
     reply.outcome = outcome;
+    if (outcome == Outcome::Bad) {
+        reply.defect = m_defect == Defect::None ? Defect::Other : m_defect;
+    }
     reply.note = m_note;
     return reply;
 }

@@ -135,6 +135,7 @@ private:
     int m_fences = 0;     ///< that went out for this question and were not answered
     bool m_asked = false; ///< the question went out
     QString m_note;       ///< what came instead of an answer
+    Defect m_defect = Defect::None;
     OpenQuestions m_open;
     AnswerCollector m_collector;
     AnswerMemory m_memory;

@@ -13,6 +13,13 @@ enum class Outcome {
     TimedOut, ///< nothing came
 };
 
+/** What was wrong with an answer, of Outcome::Bad. */
+enum class Defect {
+    None,
+    BlockCheck, ///< its block check
+    Other,      ///< cut short, of another station or command, or not what the driver expects
+};
+
 /** What became of one question. */
 struct Reply
 {
@@ -24,6 +31,7 @@ struct Reply
     qint64 sentMs = 0;  ///< when it was sent, on the clock
     double tookMs = 0;  ///< from the first sending that is still open until the answer was complete
     Outcome outcome = Outcome::TimedOut;
+    Defect defect = Defect::None;
     QString note; ///< why an answer was not used
 };
 

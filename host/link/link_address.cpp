@@ -97,10 +97,26 @@ std::optional<LinkAddress> readSerial(const QString &rest, QString &error)
 
 } // namespace
 
+int LineSettings::bitsOfCharacter() const
+{
+    return 1 + dataBits + (parity == Parity::None ? 0 : 1) + stopBits;
+}
+
 int LineSettings::characterMicroseconds() const
 {
-    const int bits = 1 + dataBits + (parity == Parity::None ? 0 : 1) + stopBits;
-    return bits * 1000000 / baud;
+    return bitsOfCharacter() * 1000000 / baud;
+}
+
+std::optional<LineSettings> parseLineSettings(const QString &text, QString &error)
+{
+    LineSettings line;
+    const QStringList fields = text.split(QLatin1Char(','));
+    // As behind the device of a serial link.
+    if (!text.isEmpty() && readLine(QStringList(QString()) + fields, line)) {
+        return line;
+    }
+    error = QLatin1String("expected BAUD[,7|8,NONE|EVEN|ODD,1|2], for example 38400,8,NONE,1");
+    return std::nullopt;
 }
 
 QString LineSettings::text() const

@@ -16,11 +16,20 @@ struct LineSettings
     Parity parity = Parity::None;
     int stopBits = 1; ///< 1 or 2
 
+    /** Bits that one character takes, with its start, parity and stop bits. */
+    int bitsOfCharacter() const;
     /** Microseconds that one character takes, with its start bit. */
     int characterMicroseconds() const;
     /** "38400,8,NONE,1". */
     QString text() const;
 };
+
+/**
+ * Reads "BAUD[,DATABITS,PARITY,STOPBITS]"; what is left out from the right is as usual.
+ *
+ * @param error receives what was expected when the result is empty
+ */
+std::optional<LineSettings> parseLineSettings(const QString &text, QString &error);
 
 /** Where the PLC is found. */
 struct LinkAddress

@@ -99,6 +99,7 @@ void FrameCarrier::settle(ExchangeReport &report)
         report.refusal = refusalCode(report.reply.answer).value_or(0);
     } else if (outcome == Outcome::Answered && !report.good) {
         report.reply.outcome = Outcome::Bad;
+        report.reply.defect = Defect::Other;
         report.reply.note = QLatin1String("not accepted by the driver");
     }
     m_open = !report.final;

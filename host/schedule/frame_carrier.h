@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/address/address_range.h"
 #include "host/driver/driver_core.h"
 #include "host/exchange/conversation.h"
 #include "host/exchange/exchange_report.h"

@@ -7,7 +7,7 @@ from includes import circles, included_by, room_of, wrong_includes
 
 # The library's rooms, the lowest first; the last one is its face.
 ORDER = [["host/" + room] for room in
-         ("time", "wire", "link", "address", "driver", "exchange", "monitor", "tag", "jobs", "recipe",
+         ("time", "wire", "link", "address", "driver", "exchange", "statistics", "monitor", "tag", "jobs", "recipe",
           "schedule")] + [["host"]]
 # Those of the simulated PLC, which shares nothing with any of the above.
 PLC_ORDER = [["tools/plc/" + room] for room in

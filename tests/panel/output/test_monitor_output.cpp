@@ -89,13 +89,13 @@ void TestMonitorOutput::stationLines()
     counters.timeouts = 2;
     counters.refusals = 1;
     counters.late = 6;
-    counters.meanMs = 1.25;
-    counters.worstMs = 9;
+    counters.times.note(1);
+    counters.times.note(9);
     counters.state = static_cast<StationState>(state);
     counters.lastRefusal = QLatin1String("1132, none");
     QCOMPARE(stationLine(4, counters),
              begin + QLatin1String("5 answers, 4 retries, 3 bad answers, 2 time-outs, 1 refusals, "
-                                   "6 late, mean 1.3 ms, worst 9.0 ms"));
+                                   "6 late, mean 5.0 ms, worst 9.0 ms"));
 }
 
 MonitorStatus TestMonitorOutput::lost()
@@ -208,7 +208,7 @@ void TestMonitorOutput::jsonEnd()
     status.nowMs = 5000;
     status.stations[1].frames = 3;
     status.stations[1].late = 2;
-    status.stations[1].meanMs = 1.26;
+    status.stations[1].times.note(1.26);
     makeJsonOutput(m_device)->end(*m_monitor, status);
     const QList<QJsonObject> lines = objects();
     QCOMPARE(lines.size(), 3);

@@ -114,8 +114,8 @@ private:
                {QLatin1String("timeouts"), counters.timeouts},
                {QLatin1String("refusals"), counters.refusals},
                {QLatin1String("late"), counters.late},
-               {QLatin1String("mean_ms"), tenths(counters.meanMs)},
-               {QLatin1String("worst_ms"), tenths(counters.worstMs)}});
+               {QLatin1String("mean_ms"), tenths(counters.times.meanMs())},
+               {QLatin1String("worst_ms"), tenths(counters.times.maxMs())}});
     }
 
     void write(const QJsonObject &object)

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/exchange/station_book.h"
 #include "host/monitor/monitor.h"
+#include "host/statistics/statistics.h"
 
 #include <QDateTime>
 #include <QIODevice>
@@ -23,6 +23,7 @@ struct MonitorStatus
     qint64 nowMs = 0; ///< on the session's clock
     QDateTime time;
     QMap<int, StationCounters> stations;
+    const Statistics *statistics = nullptr; ///< of the session; null: nobody counts
 };
 
 /** Shows what a monitor watches. */

@@ -78,8 +78,8 @@ QString stationLine(int station, const StationCounters &counters)
         .arg(counters.timeouts)
         .arg(counters.refusals)
         .arg(counters.late)
-        .arg(counters.meanMs, 0, 'f', 1)
-        .arg(counters.worstMs, 0, 'f', 1);
+        .arg(counters.times.meanMs(), 0, 'f', 1)
+        .arg(counters.times.maxMs(), 0, 'f', 1);
 }
 
 } // namespace cnet::panel

@@ -171,8 +171,8 @@ QStringList stationLines(const MonitorStatus &status)
             {QString::number(it.key()), state, QString::number(counters.frames),
              QString::number(counters.answers), QString::number(counters.retries),
              QString::number(counters.bad), QString::number(counters.timeouts),
-             QString::number(counters.refusals), QString::number(counters.meanMs, 'f', 1),
-             QString::number(counters.worstMs, 'f', 1)}));
+             QString::number(counters.refusals), QString::number(counters.times.meanMs(), 'f', 1),
+             QString::number(counters.times.maxMs(), 'f', 1)}));
     }
     return lines;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/exchange/exchange_report.h"
+#include "host/statistics/exchange_counters.h"
 
 #include <QMap>
 #include <QSet>
@@ -20,19 +21,9 @@ enum class StationState {
 /** "answers", "refuses"... for a status line. */
 QString stateName(StationState state);
 
-/** What happened with one station. All times in milliseconds. */
-struct StationCounters
+/** What happened with one station, and how it stands. */
+struct StationCounters : ExchangeCounters
 {
-    qint64 frames = 0;   ///< requests sent
-    qint64 answers = 0;  ///< good answers
-    qint64 retries = 0;  ///< requests that were sent again
-    qint64 bad = 0;      ///< answers that could not be used, those cut short included
-    qint64 timeouts = 0; ///< requests to which nothing came
-    qint64 refusals = 0; ///< requests that the station refused
-    qint64 late = 0;     ///< answers that came after their time-out
-    double meanMs = 0;   ///< from the first sending to the complete answer, refusals included
-    double worstMs = 0;
-
     StationState state = StationState::Unknown;
     QString lastRefusal; ///< in words; of the state Refuses
 };
@@ -56,20 +47,20 @@ public:
     /** The line was opened anew: nothing is known of anybody's state. */
     void forgetStates();
 
+    /** Counts from 0 again. What is known of each station's state stays. */
+    void resetCounters();
+
     const QMap<int, StationCounters> &all() const { return m_counters; }
 
 private:
     struct Watch
     {
-        qint64 timed = 0;          ///< answers that went into the mean
-        qint64 silentSinceMs = -1; ///< when the first unanswered request was sent
+        qint64 silentSinceMs = -1; ///< when the first request was sent that nothing followed
         qint64 missed = 0;         ///< requests since then
         bool cameSomething = false;
         bool away = false;
         QSet<AddressRange> refused; ///< refused requests that a notice was about
     };
-
-    static void count(StationCounters &counters, Watch &watch, const ExchangeReport &report);
 
     QMap<int, StationCounters> m_counters;
     QMap<int, Watch> m_watches;

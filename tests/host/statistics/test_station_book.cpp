@@ -1,4 +1,4 @@
-#include <host/exchange/station_book.h>
+#include <host/statistics/station_book.h>
 
 #include <QtTest>
 
@@ -99,8 +99,8 @@ void TestStationBook::measuresTime()
     book.note(report(Outcome::Bad, false, 400));
     book.note(report(Outcome::Answered, true, 30));
     book.note(report(Outcome::Refused, true, 20));
-    QCOMPARE(book.all().value(2).meanMs, 20.0);
-    QCOMPARE(book.all().value(2).worstMs, 30.0);
+    QCOMPARE(book.all().value(2).times.meanMs(), 20.0);
+    QCOMPARE(book.all().value(2).times.maxMs(), 30.0);
 }
 
 void TestStationBook::keepsStationsApart()

@@ -1,9 +1,7 @@
-#include "host/exchange/station_book.h"
+#include "host/statistics/station_book.h"
 
 #include "host/address/value_text.h"
 #include "host/wire/frame_words.h"
-
-#include <algorithm>
 
 namespace cnet {
 
@@ -24,38 +22,11 @@ QString stateName(StationState state)
     return QLatin1String("waiting");
 }
 
-void StationBook::count(StationCounters &counters, Watch &watch, const ExchangeReport &report)
-{
-    if (!report.reply.sent) {
-        return;
-    }
-    ++counters.frames;
-    counters.retries += report.final ? 0 : 1;
-    switch (report.reply.outcome) {
-    case Outcome::Answered:
-        ++counters.answers;
-        break;
-    case Outcome::Refused:
-        ++counters.refusals;
-        break;
-    case Outcome::Bad:
-        ++counters.bad;
-        return;
-    case Outcome::TimedOut:
-        ++counters.timeouts;
-        return;
-    }
-    ++watch.timed;
-    const double tookMs = report.reply.tookMs;
-    counters.meanMs += (tookMs - counters.meanMs) / static_cast<double>(watch.timed);
-    counters.worstMs = std::max(counters.worstMs, tookMs);
-}
-
 QString StationBook::note(const ExchangeReport &report)
 {
     StationCounters &counters = m_counters[report.station()];
     Watch &watch = m_watches[report.station()];
-    count(counters, watch, report);
+    counters.note(report);
     const Outcome outcome = report.reply.outcome;
     if (outcome == Outcome::TimedOut || outcome == Outcome::Bad) {
         if (watch.missed == 0) {
@@ -120,6 +91,13 @@ QString StationBook::noteBack(int station, qint64 nowMs)
                      .arg(awayS, 0, 'f', 1)
                      .arg(counted(missed, "attempt"))
                : QString();
+}
+
+void StationBook::resetCounters()
+{
+    for (StationCounters &counters : m_counters) {
+        static_cast<ExchangeCounters &>(counters) = ExchangeCounters();
+    }
 }
 
 void StationBook::forgetStates()
