@@ -78,6 +78,10 @@ void TestConversation::ends()
     const Reply &reply = talk.replies.first();
     QTEST(reply.outcome, "outcome");
     QTEST(reply.answer, "answer");
+    const bool wrongCheck = qstrcmp(QTest::currentDataTag(), "wrong block check") == 0;
+    QVERIFY(reply.defect == (reply.outcome != Outcome::Bad ? Defect::None
+                             : wrongCheck                  ? Defect::BlockCheck
+                                                           : Defect::Other));
     QCOMPARE(reply.frame, kFirst);
     QCOMPARE(qRound(reply.tookMs), atOnce ? static_cast<int>(chunks.size()) : kTimeoutMs);
     QCOMPARE(talk.takeSent(), QList<QByteArray>{kFirst});

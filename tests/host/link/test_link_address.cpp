@@ -17,6 +17,8 @@ private Q_SLOTS:
     void refuses();
     void characterTime_data();
     void characterTime();
+    void line_data();
+    void line();
 };
 
 void TestLinkAddress::tcp_data()
@@ -108,6 +110,28 @@ void TestLinkAddress::characterTime()
     const auto address = parseLinkAddress(link, error);
     QVERIFY(address.has_value());
     QTEST(address->line.characterMicroseconds(), "microseconds");
+}
+
+void TestLinkAddress::line_data()
+{
+    QTest::addColumn<QString>("line"); // empty: none
+    QTest::newRow("9600") << "9600,8,NONE,1";
+    QTest::newRow("9600,7,odd") << "9600,7,ODD,1";
+    QTest::newRow("4000000,8,EVEN,2") << "4000000,8,EVEN,2";
+    QTest::newRow("") << "";
+    QTest::newRow("49") << "";
+    QTest::newRow("9600,9") << "";
+    QTest::newRow("9600,8,EVEN,3") << "";
+    QTest::newRow("9600,8,EVEN,1,") << "";
+}
+
+void TestLinkAddress::line()
+{
+    QFETCH(QString, line);
+    QString error;
+    const auto settings = parseLineSettings(QLatin1String(QTest::currentDataTag()), error);
+    QCOMPARE(settings ? settings->text() : QString(), line);
+    QCOMPARE(error.startsWith(QLatin1String("expected BAUD[")), line.isEmpty());
 }
 
 QTEST_APPLESS_MAIN(TestLinkAddress)
