@@ -1,6 +1,7 @@
 #include "panel/commands/link_settings.h"
 
 #include "host/address/item.h"
+#include "panel/system/output_file.h"
 
 namespace cnet::panel {
 
@@ -14,6 +15,35 @@ const int kHighestTimeMs = 600000;
 QCommandLineOption option(const char *name, const char *description, const char *valueName)
 {
     return {QLatin1String(name), QLatin1String(description), QLatin1String(valueName)};
+}
+
+bool readLine(const QCommandLineParser &parser, LinkSettings &settings, QString &error)
+{
+    const bool isSerial = settings.link && settings.link->kind == LinkAddress::Kind::Serial;
+    settings.session.lineSpeed = settings.link && !isSerial ? LineSpeed::Assumed : LineSpeed::Known;
+    if (!parser.isSet(QLatin1String("line"))) {
+        return true;
+    }
+    const QString text = parser.value(QLatin1String("line"));
+    const auto line = parseLineSettings(text, error);
+    if (isSerial) {
+        error = QLatin1String("a serial link has its settings behind the device");
+    }
+    if (isSerial || !line) {
+        error = QString::fromLatin1("--line '%1': %2").arg(text, error);
+        return false;
+    }
+    settings.session.line = *line;
+    settings.session.lineSpeed = LineSpeed::Known;
+    return true;
+}
+
+// Whether it can be written is found out before anything is sent.
+bool readStatsFile(const QCommandLineParser &parser, LinkSettings &settings, QString &error)
+{
+    settings.statsFile = parser.value(QLatin1String("stats"));
+    return !parser.isSet(QLatin1String("stats")) ||
+           openOutputFile(settings.statsFile, error) != nullptr;
 }
 
 } // namespace
@@ -41,6 +71,14 @@ void addLinkOptions(QCommandLineParser &parser)
                "Milliseconds to wait for an answer (default: from the line's speed, the answer's "
                "length and what the station was found to take).",
                "MS"));
+    parser.addOption(option("line",
+                            "The serial line behind a TCP port, BAUD[,8,NONE,1]: time-outs and "
+                            "the line's load in percent are computed from it.",
+                            "LINE"));
+    parser.addOption(option("stats",
+                            "Stores counters, response times and the line's load in this file as "
+                            "JSON, at the end and on SIGUSR1.",
+                            "FILE"));
     parser.addOption(QCommandLineOption(
         QLatin1String("trace"), QLatin1String("Shows every frame, in hexadecimal and in words.")));
 }
@@ -92,7 +130,8 @@ std::optional<LinkSettings> readLinkSettings(const QCommandLineParser &parser, L
     const auto number = [&](const char *name, int low, int high, int &value) {
         return readNumberOption(parser, QLatin1String(name), low, high, value, error);
     };
-    const bool ok = number("station", 0, kHighestStation, settings.station) &&
+    const bool ok = readLine(parser, settings, error) && readStatsFile(parser, settings, error) &&
+                    number("station", 0, kHighestStation, settings.station) &&
                     number("block-words", 1, kHighestBlockWords, settings.session.blockWords) &&
                     number("retries", 1, kHighestAttempts, settings.session.attempts) &&
                     number("timeout", 1, kHighestTimeMs, settings.session.timeoutMs) &&

@@ -17,6 +17,7 @@ struct LinkSettings
     int station = 1;                 ///< of items that name none
     SessionOptions session;
     bool trace = false;
+    QString statsFile; ///< where the session's numbers are stored; empty: nowhere
 };
 
 /** Whether a command may do without --link. */

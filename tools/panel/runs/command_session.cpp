@@ -37,6 +37,9 @@ CommandSession::CommandSession(Driver &driver, const LinkSettings &settings,
     if (settings.trace) {
         trace();
     }
+    if (!settings.statsFile.isEmpty()) {
+        m_statistics = std::make_unique<StatisticsFile>(settings.statsFile, m_session, m_messages);
+    }
 }
 
 CommandSession::~CommandSession()
@@ -66,6 +69,9 @@ int CommandSession::run()
         m_loop.exec();
     }
     m_finished = true;
+    if (m_statistics && !m_statistics->write() && m_exitCode == kFine) {
+        m_exitCode = kOutputLost;
+    }
     m_session.close();
     return m_exitCode;
 }

@@ -2,6 +2,7 @@
 
 #include "host/session.h"
 #include "panel/commands/link_settings.h"
+#include "panel/runs/statistics_file.h"
 #include "panel/system/messages.h"
 #include "panel/system/stop_signals.h"
 
@@ -35,7 +36,8 @@ public:
 
     /**
      * Opens the link and runs the event loop until finish().
-     * @return the exit code: that of finish(), or kNoLink when the link cannot be opened
+     * @return the exit code: that of finish(), or kNoLink when the link cannot be opened;
+     * kOutputLost when all was fine but the session's numbers could not be stored
      */
     int run();
 
@@ -55,6 +57,7 @@ private:
     Messages &m_messages;
     Session m_session;
     StopSignals m_stopSignals;
+    std::unique_ptr<StatisticsFile> m_statistics; ///< null: nobody wants it
     QTimer m_lostLimit;
     QEventLoop m_loop;
     bool m_finished = false;
