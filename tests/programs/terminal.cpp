@@ -1,5 +1,7 @@
 #include "terminal.h"
 
+#include "support/terminal_grid.h"
+
 #include <QElapsedTimer>
 
 #include <poll.h>
@@ -87,6 +89,25 @@ bool Terminal::shows(const QByteArray &text)
         }
     }
     return false;
+}
+
+bool Terminal::displays(const QByteArray &text)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!screen().contains(text)) {
+        if (clock.elapsed() > kPatienceMs || !readMore(kPatienceMs)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+QByteArray Terminal::screen() const
+{
+    TerminalGrid grid(m_columns, m_rows);
+    grid.write(m_shown);
+    return grid.text().toUtf8();
 }
 
 bool Terminal::type(const QByteArray &keys)

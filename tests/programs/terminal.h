@@ -24,6 +24,12 @@ public:
     /** Waits until the program has shown this, after all that was waited for before. */
     bool shows(const QByteArray &text);
 
+    /** Waits until this stands on the screen, whenever it came there. */
+    bool displays(const QByteArray &text);
+
+    /** What stands on the screen now. */
+    QByteArray screen() const;
+
     bool type(const QByteArray &keys);
     void signal(int number);
 

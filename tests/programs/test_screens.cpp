@@ -16,6 +16,10 @@ private Q_SLOTS:
     void aLostLink();
     void aNarrowTerminal();
     void scrollsALongList();
+    void showsTheOtherViews();
+    void filtersAsOneTypes();
+    void showsTrends();
+    void showsWhatChanged();
 
 private:
     QByteArray serve(PlcProgram &plc);
@@ -37,12 +41,12 @@ void TestScreens::aWriteToAStationThatIsNotThere()
     Terminal terminal;
     QVERIFY(terminal.start({CNET_PANEL, "monitor", "2/D_W:5*2", "--timeout", "200", "--retries",
                             "1", "--link", link}));
-    QVERIFY2(terminal.shows("! 2/D_W:5"), terminal.shown().constData());
+    QVERIFY2(terminal.displays("! 2/D_W:5"), terminal.screen().constData());
     QVERIFY(terminal.type("w2/D_W:5=7\r"));
     QVERIFY2(terminal.shows("2/D_W:5=7: not written (no answer); nothing was sent"),
-             terminal.shown().constData());
-    QVERIFY(terminal.shows("! 2/D_W:5   -             - "));
-    QVERIFY2(!terminal.shown().contains("0x0000"), terminal.shown().constData());
+             terminal.screen().constData());
+    QVERIFY(terminal.displays("! 2/D_W:5   -             - "));
+    QVERIFY2(!terminal.screen().contains("0x0000"), terminal.screen().constData());
     QVERIFY(terminal.type("\x03"));
     QCOMPARE(terminal.wait(), 1);
 }
@@ -53,13 +57,13 @@ void TestScreens::aLostLink()
     const QByteArray link = serve(plc);
     Terminal terminal;
     QVERIFY(terminal.start({CNET_PANEL, "monitor", "D_W:5", "D_W:200", "--link", link}));
-    QVERIFY2(terminal.shows("  1/D_W:5    6 0x0006"), terminal.shown().constData());
+    QVERIFY2(terminal.displays("  1/D_W:5    6 0x0006"), terminal.screen().constData());
     plc.signal(SIGTERM);
-    QVERIFY2(terminal.shows("LINK DOWN: "), terminal.shown().constData());
-    QVERIFY(terminal.shows("! 1/D_W:5    6 0x0006"));
-    QVERIFY(terminal.shows("line down"));
-    QVERIFY(terminal.shows("! 1/D_W:200"));
-    QVERIFY(terminal.shows("1        line down"));
+    QVERIFY2(terminal.displays("LINK DOWN: "), terminal.screen().constData());
+    QVERIFY(terminal.displays("! 1/D_W:5    6 0x0006"));
+    QVERIFY(terminal.displays("line down"));
+    QVERIFY(terminal.displays("! 1/D_W:200"));
+    QVERIFY(terminal.displays("1        line down"));
     QVERIFY(terminal.type("\x03"));
     QCOMPARE(terminal.wait(), 1);
 }
@@ -73,8 +77,8 @@ void TestScreens::aNarrowTerminal()
     terminal.setSize(40, 24);
     QVERIFY(terminal.start({CNET_PANEL, "monitor", "D_W:5", "2/D_W:5", "--timeout", "200",
                             "--retries", "1", "--link", link}));
-    QVERIFY2(terminal.shows("  1/D_W:5   6 0x0006"), terminal.shown().constData());
-    QVERIFY2(terminal.shows("! 2/D_W:5   -"), terminal.shown().constData());
+    QVERIFY2(terminal.displays("  1/D_W:5   6 0x0006"), terminal.screen().constData());
+    QVERIFY2(terminal.displays("! 2/D_W:5   -"), terminal.screen().constData());
     terminal.signal(SIGTERM);
     QCOMPARE(terminal.wait(), 1);
 }
@@ -87,19 +91,92 @@ void TestScreens::scrollsALongList()
         command.append("D_W:" + QByteArray::number(5000 + i));
     }
     QVERIFY(terminal.start(command));
-    QVERIFY2(terminal.shows("1/D_W:5000 "), terminal.shown().constData());
-    QVERIFY2(terminal.shows("... lines 1 to "), terminal.shown().constData());
+    QVERIFY2(terminal.displays("1/D_W:5000 "), terminal.screen().constData());
+    QVERIFY2(terminal.displays("... lines 1 to "), terminal.screen().constData());
     QVERIFY(terminal.type("\x1b[B"));
-    QVERIFY2(terminal.shows("... lines 2 to "), terminal.shown().constData());
+    QVERIFY2(terminal.displays("... lines 2 to "), terminal.screen().constData());
     QVERIFY(terminal.type("\x1b[6~"));
-    QVERIFY(terminal.shows("... lines 20 to "));
+    QVERIFY(terminal.displays("... lines 20 to "));
     QVERIFY(terminal.type("\x1b[F"));
-    QVERIFY(terminal.shows("1/D_W:5499 "));
-    QVERIFY(terminal.shows(" to 500 of 500"));
+    QVERIFY(terminal.displays("1/D_W:5499 "));
+    QVERIFY(terminal.displays(" to 500 of 500"));
     QVERIFY(terminal.type("\x1b[H"));
-    QVERIFY(terminal.shows("... lines 1 to "));
+    QVERIFY(terminal.displays("... lines 1 to "));
     QVERIFY(terminal.type("\x03"));
     QVERIFY(terminal.wait() >= 0);
+}
+
+void TestScreens::showsTheOtherViews()
+{
+    PlcProgram plc;
+    const QByteArray link = serve(plc);
+    Terminal terminal;
+    terminal.setSize(200, 24);
+    QVERIFY(terminal.start({CNET_PANEL, "monitor", "D_W:5*3", "2/D_W:5", "--timeout", "200",
+                            "--retries", "1", "--line", "9600", "--link", link}));
+    QVERIFY2(terminal.displays("! 2/D_W:5"), terminal.screen().constData());
+    QVERIFY(terminal.type("2"));
+    QVERIFY2(terminal.displays("of 9600,8,NONE,1"), terminal.screen().constData());
+    QVERIFY(terminal.displays("! 2        silent"));
+    QVERIFY(terminal.type("v"));
+    QVERIFY2(terminal.displays("  1/D_W:5*3"), terminal.screen().constData());
+    QVERIFY(!terminal.screen().contains("STATE"));
+    QVERIFY(terminal.type("4"));
+    QVERIFY2(terminal.displays("station 2 does not answer"), terminal.screen().constData());
+    QVERIFY(terminal.type("1"));
+    QVERIFY(terminal.displays("  1/D_W:5 "));
+    QVERIFY(terminal.type("\x03"));
+    QCOMPARE(terminal.wait(), 1);
+}
+
+void TestScreens::filtersAsOneTypes()
+{
+    Terminal terminal;
+    QVERIFY(terminal.start({CNET_PANEL, "monitor", "D_W:5000", "D_W:6000", "M_W:3"}));
+    QVERIFY(terminal.displays("1/M_W:3 "));
+    QVERIFY(terminal.type("/d_"));
+    QVERIFY2(terminal.displays("show only (Esc: all): d__"), terminal.screen().constData());
+    QVERIFY(terminal.screen().contains("1/D_W:6000") && !terminal.screen().contains("1/M_W:3"));
+    QVERIFY(terminal.type("w:6"));
+    QVERIFY(terminal.displays("d_w:6_"));
+    QVERIFY(!terminal.screen().contains("1/D_W:5000"));
+    QVERIFY(terminal.type("\r"));
+    QVERIFY(terminal.displays("w: write"));
+    QVERIFY(terminal.screen().contains("filter: d_w:6"));
+    QVERIFY(terminal.type("\x1b"));
+    QVERIFY(terminal.displays("1/M_W:3 "));
+    QVERIFY(terminal.type("\x03"));
+    QCOMPARE(terminal.wait(), 0);
+}
+
+// A timer's current value goes up ten times a second.
+void TestScreens::showsTrends()
+{
+    Terminal terminal;
+    terminal.setSize(120, 24);
+    QVERIFY(terminal.start({CNET_PANEL, "monitor", "T_W:0"}));
+    QVERIFY(terminal.displays("1/T_W:0 "));
+    QVERIFY(terminal.type("m"));
+    QVERIFY2(terminal.displays("MIN    MAX    LAST 16 s"), terminal.screen().constData());
+    QVERIFY(terminal.type("m"));
+    QVERIFY(terminal.shows("\x1b["));
+    QVERIFY(terminal.type("\x03"));
+    QCOMPARE(terminal.wait(), 0);
+}
+
+void TestScreens::showsWhatChanged()
+{
+    PlcProgram plc;
+    const QByteArray link = serve(plc);
+    Terminal terminal;
+    QVERIFY(terminal.start({CNET_PANEL, "monitor", "D_W:5", "--link", link}));
+    QVERIFY(terminal.displays("6 0x0006 "));
+    QVERIFY(terminal.type("wD_W:5=7\r"));
+    QVERIFY2(terminal.displays("7 0x0007* "), terminal.screen().constData());
+    QVERIFY(terminal.shown().contains("\x1b[7m7 0x0007*\x1b[m"));
+    QVERIFY(terminal.displays("7 0x0007  "));
+    QVERIFY(terminal.type("\x03"));
+    QCOMPARE(terminal.wait(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestScreens)

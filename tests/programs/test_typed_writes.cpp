@@ -19,19 +19,19 @@ void TestTypedWrites::writesWhatIsTyped()
 {
     Terminal terminal;
     QVERIFY(terminal.start({CNET_PANEL, "monitor", "D_W:5000", "F_W:100"}));
-    QVERIFY2(terminal.shows("w: write a value"), terminal.shown().constData());
+    QVERIFY2(terminal.displays("w: write"), terminal.shown().constData());
     QVERIFY(!terminal.isAsUsual());
     QVERIFY(terminal.type("w"));
-    QVERIFY(terminal.shows("write ITEM=VALUE (Esc leaves): _"));
+    QVERIFY(terminal.displays("write ITEM=VALUE (Esc leaves): _"));
     QVERIFY(terminal.type("D_W:10000=1\r"));
     QVERIFY(terminal.shows("an address of D_W is a number from 0 to 9999"));
     QVERIFY(terminal.type("\x15"
                           "D_W:5000=0x1234\r"));
     QVERIFY(terminal.shows("1/D_W:5000=4660: written"));
-    QVERIFY(terminal.shows("4660 0x1234"));
+    QVERIFY(terminal.displays("4660 0x1234"));
     QVERIFY(terminal.type("wF_W:100=1\r"));
     QVERIFY(terminal.shows("1/F_W:100=1: not written (refused: 1132"));
-    QVERIFY(terminal.shows("1/F_W:100   0 0x0000"));
+    QVERIFY(terminal.displays("1/F_W:100   0 0x0000"));
     QVERIFY(terminal.type("\x03"));
     QCOMPARE(terminal.wait(), 0);
 }
@@ -52,13 +52,13 @@ void TestTypedWrites::restoresTheTerminal()
     QFETCH(QByteArray, keys);
     Terminal terminal;
     QVERIFY(terminal.start({CNET_PANEL, "monitor", "D_W:5000", "F_W:100"}));
-    QVERIFY2(terminal.shows("w: write a value"), terminal.shown().constData());
-    QVERIFY(terminal.shows("0 0x0000"));
+    QVERIFY2(terminal.displays("w: write"), terminal.shown().constData());
+    QVERIFY(terminal.displays("0 0x0000"));
     if (!keys.isEmpty()) {
         QVERIFY(terminal.type(keys));
     }
     if (signal != 0) {
-        QVERIFY(keys.isEmpty() || terminal.shows("D_W:_"));
+        QVERIFY(keys.isEmpty() || terminal.displays("D_W:_"));
         terminal.signal(signal);
     }
     QVERIFY(terminal.shows("\x1b[?25h")); // the cursor is back

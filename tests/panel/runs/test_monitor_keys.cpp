@@ -27,6 +27,11 @@ private Q_SLOTS:
     void writesAndSaysHowItEnded_data();
     void writesAndSaysHowItEnded();
     void correctsALine();
+    void choosesViews_data();
+    void choosesViews();
+    void filters_data();
+    void filters();
+    void countsAnew();
     void moves();
     void arrowsDoNotMoveWhileALineIsTyped();
     void listensToTerminalsOnly();
@@ -64,7 +69,7 @@ void TestMonitorKeys::asks_data()
 {
     QTest::addColumn<QByteArray>("keys");
     QTest::addColumn<QString>("line");
-    const QString closed = QLatin1String("w: write a value");
+    const QString closed = QLatin1String("w: write");
     const auto row = [](const QByteArray &keys, const QString &line) {
         QTest::newRow(keys.toPercentEncoding().constData()) << keys << line;
     };
@@ -138,13 +143,87 @@ void TestMonitorKeys::correctsALine()
     QCOMPARE(m_panel->memory(2).word('D', 5).value_or(0), quint16(700));
 }
 
+void TestMonitorKeys::choosesViews_data()
+{
+    QTest::addColumn<int>("view");
+    QTest::addColumn<bool>("trend");
+    const auto row = [](const QByteArray &keys, View view, bool trend = false) {
+        QTest::newRow(keys.toPercentEncoding().constData()) << static_cast<int>(view) << trend;
+    };
+    row("1", View::Values);
+    row("2", View::Stations);
+    row("3", View::Blocks);
+    row("4", View::Log);
+    row("5", View::Values);
+    row("41", View::Values);
+    row("v", View::Stations);
+    row("vvv", View::Log);
+    row("vvvv", View::Values);
+    row("\t", View::Stations);
+    row("m", View::Values, true);
+    row("mm", View::Values);
+    row("\x1b[1~", View::Values); // a key that sends a digit
+    row("\x1b[4~m", View::Values, true);
+    row("w2", View::Values);
+    row("w2\x1b", View::Values);
+    row("/2\r3", View::Blocks);
+}
+
+void TestMonitorKeys::choosesViews()
+{
+    m_keys->type(QByteArray::fromPercentEncoding(QTest::currentDataTag()));
+    QTEST(static_cast<int>(m_keys->viewState().view), "view");
+    QFETCH(bool, trend);
+    QCOMPARE(m_keys->viewState().trend == Trend::Shown, trend);
+}
+
+void TestMonitorKeys::filters_data()
+{
+    QTest::addColumn<QString>("filter");
+    QTest::addColumn<QString>("line");
+    const QString closed = QLatin1String("w: write");
+    const auto row = [](const QByteArray &keys, const char *filter, const QString &line) {
+        QTest::newRow(keys.toPercentEncoding().constData()) << QString::fromLatin1(filter) << line;
+    };
+    row("/", "", QLatin1String("show only (Esc: all): _"));
+    row("/D_W", "D_W", QLatin1String("show only (Esc: all): D_W_"));
+    row("/D_W\x7f", "D_", QLatin1String("show only (Esc: all): D__"));
+    row("/ x ", "x", QLatin1String("show only (Esc: all):  x _"));
+    row("/D_W\r", "D_W", closed);
+    row("/w\r", "w", closed);
+    row("/D_W\x1b", "", closed);
+    row("/\r", "", closed);
+    row("/D_W\rw", "D_W", QLatin1String("write ITEM=VALUE (Esc leaves): _"));
+}
+
+void TestMonitorKeys::filters()
+{
+    QFETCH(QString, line);
+    m_keys->type(QByteArray::fromPercentEncoding(QTest::currentDataTag()));
+    QTEST(m_keys->viewState().filter, "filter");
+    QVERIFY2(m_keys->bottomLine().startsWith(line), qPrintable(m_keys->bottomLine()));
+    // And the key that takes it away later; it leaves the line that is typed first.
+    m_keys->type("\x1b");
+    m_keys->type("\x1b");
+    QVERIFY(m_keys->viewState().filter.isEmpty());
+}
+
+void TestMonitorKeys::countsAnew()
+{
+    m_keys->type("wD_W:5=7\r");
+    QTRY_COMPARE(m_said.size(), 1);
+    QVERIFY(m_panel->session.stations().value(2).frames > 0);
+    m_keys->type("R");
+    QCOMPARE(m_panel->session.stations().value(2).frames, Q_INT64_C(0));
+}
+
 void TestMonitorKeys::moves()
 {
     QVector<MoveKey> keys;
     connect(m_keys.get(), &MonitorKeys::moved, this, [&](MoveKey key) { keys.append(key); });
     m_keys->type("\x1b[A\x1b[6~x\x1b[F");
     QCOMPARE(keys, (QVector<MoveKey>{MoveKey::Up, MoveKey::PageDown, MoveKey::End}));
-    QVERIFY(m_keys->bottomLine().startsWith(QLatin1String("w: write a value")));
+    QVERIFY(m_keys->bottomLine().startsWith(QLatin1String("w: write")));
 }
 
 void TestMonitorKeys::arrowsDoNotMoveWhileALineIsTyped()

@@ -11,6 +11,8 @@ class TestKeyReader : public QObject
 private Q_SLOTS:
     void keys_data();
     void keys();
+    void tellsKeysFromSequences_data();
+    void tellsKeysFromSequences();
 };
 
 void TestKeyReader::keys_data()
@@ -56,6 +58,39 @@ void TestKeyReader::keys()
         }
     }
     QTEST(seen, "keys");
+}
+
+void TestKeyReader::tellsKeysFromSequences_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QByteArray>("keys"); // that are keys by themselves
+    QTest::addColumn<bool>("escape");     // at the end
+    QTest::newRow("keys") << QByteArray("v3") << QByteArray("v3") << false;
+    QTest::newRow("behind an arrow that nobody wants")
+        << QByteArray("\x1b[Cm") << QByteArray("m") << false;
+    QTest::newRow("behind a long one") << QByteArray("\x1b[1;5Cm") << QByteArray("m") << false;
+    QTest::newRow("behind a key with Alt") << QByteArray("\x1b"
+                                                         "vm")
+                                           << QByteArray("m") << false;
+    QTest::newRow("Esc") << QByteArray("m\x1b") << QByteArray("m") << true;
+    QTest::newRow("half a sequence") << QByteArray("\x1b[") << QByteArray() << false;
+}
+
+void TestKeyReader::tellsKeysFromSequences()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, escape);
+    KeyReader reader;
+    QByteArray keys;
+    for (const char byte : bytes) {
+        const bool within = reader.isWithinSequence();
+        if (reader.feed(byte) == MoveKey::None && !within && byte != '\x1b') {
+            keys += byte;
+        }
+    }
+    QTEST(keys, "keys");
+    QCOMPARE(reader.endOfInput() == KeyReader::Rest::Escape, escape);
+    QVERIFY(reader.endOfInput() == KeyReader::Rest::Nothing);
 }
 
 QTEST_APPLESS_MAIN(TestKeyReader)

@@ -42,33 +42,76 @@ void MonitorKeys::type(const QByteArray &bytes)
     for (const char byte : bytes) {
         handleByte(byte);
     }
-    if (m_asking) {
-        handleKey(m_editor.endOfInput());
+    if (isTyping()) {
+        handleLineKey(m_editor.endOfInput());
+    } else if (m_keys.endOfInput() == KeyReader::Rest::Escape) {
+        m_view.filter.clear();
     }
-    Q_EMIT bottomLineChanged();
+    Q_EMIT typed();
 }
 
 void MonitorKeys::handleByte(char byte)
 {
-    if (m_asking) {
-        handleKey(m_editor.feed(byte));
+    if (isTyping()) {
+        handleLineKey(m_editor.feed(byte));
         return;
     }
+    const bool within = m_keys.isWithinSequence();
     const MoveKey key = m_keys.feed(byte);
     if (key != MoveKey::None) {
         Q_EMIT moved(key);
-    } else if (byte == 'w' || byte == 'W') {
-        m_asking = true;
-        m_editor.clear();
+    } else if (!within) {
+        handlePlainKey(byte);
     }
 }
 
-void MonitorKeys::handleKey(LineEditor::Event event)
+void MonitorKeys::handlePlainKey(char byte)
 {
-    if (event == LineEditor::Event::Entered) {
+    switch (byte) {
+    case 'w':
+    case 'W':
+        begin(Typing::Write);
+        break;
+    case '/':
+        begin(Typing::Filter);
+        break;
+    case 'v':
+    case '\t':
+        m_view.view = static_cast<View>((static_cast<int>(m_view.view) + 1) % kViews);
+        break;
+    case 'm':
+        m_view.trend = m_view.trend == Trend::Hidden ? Trend::Shown : Trend::Hidden;
+        break;
+    case 'R':
+        m_session.resetStatistics();
+        break;
+    default:
+        if (byte >= '1' && byte < '1' + kViews) {
+            m_view.view = static_cast<View>(byte - '1');
+        }
+        break;
+    }
+}
+
+void MonitorKeys::begin(Typing typing)
+{
+    m_typing = typing;
+    m_editor.clear();
+    m_view.filter = typing == Typing::Filter ? QString() : m_view.filter;
+}
+
+void MonitorKeys::handleLineKey(LineEditor::Event event)
+{
+    if (m_typing == Typing::Filter) {
+        m_view.filter =
+            event == LineEditor::Event::Cancelled ? QString() : m_editor.text().trimmed();
+    }
+    if (event == LineEditor::Event::Cancelled) {
+        m_typing = Typing::Nothing;
+    } else if (event == LineEditor::Event::Entered && m_typing == Typing::Filter) {
+        m_typing = Typing::Nothing;
+    } else if (event == LineEditor::Event::Entered) {
         enter();
-    } else if (event == LineEditor::Event::Cancelled) {
-        m_asking = false;
     }
 }
 
@@ -77,7 +120,7 @@ void MonitorKeys::enter()
 {
     const QString text = m_editor.text().trimmed();
     if (text.isEmpty()) {
-        m_asking = false;
+        m_typing = Typing::Nothing;
         return;
     }
     QString error;
@@ -86,7 +129,7 @@ void MonitorKeys::enter()
         m_messages.say(error);
         return;
     }
-    m_asking = false;
+    m_typing = Typing::Nothing;
     WriteJob *const job = m_session.write({*assignment});
     connect(job, &Job::finished, this, [this, job] {
         m_messages.say(job->results().first().text());
@@ -94,10 +137,19 @@ void MonitorKeys::enter()
     });
 }
 
+// The most wanted ones first: a narrow terminal cuts the others.
 QString MonitorKeys::bottomLine() const
 {
-    return m_asking ? QString::fromLatin1("write ITEM=VALUE (Esc leaves): %1_").arg(m_editor.text())
-                    : QLatin1String("w: write a value   arrows: scroll   Ctrl-C: end");
+    switch (m_typing) {
+    case Typing::Write:
+        return QString::fromLatin1("write ITEM=VALUE (Esc leaves): %1_").arg(m_editor.text());
+    case Typing::Filter:
+        return QString::fromLatin1("show only (Esc: all): %1_").arg(m_editor.text());
+    case Typing::Nothing:
+        break;
+    }
+    return QLatin1String("w: write  /: filter  1-4, v: view  m: min, max  arrows: scroll  "
+                         "R: count anew");
 }
 
 } // namespace cnet::panel

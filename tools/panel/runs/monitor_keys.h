@@ -5,6 +5,7 @@
 #include "panel/terminal/key_reader.h"
 #include "panel/terminal/line_editor.h"
 #include "panel/terminal/raw_terminal.h"
+#include "panel/views/view_state.h"
 
 #include <QObject>
 #include <QSocketNotifier>
@@ -14,9 +15,13 @@
 namespace cnet::panel {
 
 /**
- * The keys of a running monitor: "w" asks for ITEM=VALUE on the bottom line, Enter writes, Esc
- * leaves; errors are shown and the line stays to be corrected. The arrow and page
- * keys move through the items.
+ * The keys of a running monitor.
+ *
+ * "w" asks for ITEM=VALUE on the bottom line, Enter writes, Esc leaves; what is wrong with a line
+ * is said, and the line stays to be corrected. "/" asks for a filter, which holds while it is
+ * typed; Enter keeps it, Esc takes it away, then and later. "1" to "4" choose a view, "v" and Tab
+ * the next one; "m" shows extremes and a curve for each value; "R" begins to count anew. The arrow
+ * and page keys move through the list.
  */
 class MonitorKeys : public QObject
 {
@@ -36,17 +41,29 @@ public:
     /** Takes what the user typed. */
     void type(const QByteArray &bytes);
 
-    /** For the bottom of the screen: how to begin, or the line that is being typed. */
+    /** For the bottom of the screen: the keys there are, or the line that is being typed. */
     QString bottomLine() const;
 
+    /** A line is being typed: of a long one its end is to be seen. */
+    bool isTyping() const { return m_typing != Typing::Nothing; }
+
+    /** What the user wants to see. */
+    const ViewState &viewState() const { return m_view; }
+
 Q_SIGNALS:
-    void bottomLineChanged();
+    /** The user typed something: the bottom line and the view may be others. */
+    void typed();
     void moved(cnet::panel::MoveKey key);
 
 private:
+    /** What the line at the bottom is for. */
+    enum class Typing { Nothing, Write, Filter };
+
     void readKeys(int fileDescriptor);
     void handleByte(char byte);
-    void handleKey(LineEditor::Event event);
+    void handlePlainKey(char byte);
+    void handleLineKey(LineEditor::Event event);
+    void begin(Typing typing);
     void enter();
 
     const Driver &m_driver;
@@ -55,7 +72,8 @@ private:
     int m_station;
     LineEditor m_editor;
     KeyReader m_keys;
-    bool m_asking = false;
+    Typing m_typing = Typing::Nothing;
+    ViewState m_view;
     std::unique_ptr<RawTerminal> m_terminal;
     std::unique_ptr<QSocketNotifier> m_notifier;
 };

@@ -130,8 +130,8 @@ void RunningMonitor::openOutput()
         m_output = makeTextOutput(m_standardOutput);
         m_countersAtEnd = true;
     } else {
-        auto screen =
-            std::make_unique<Screen>(m_standardOutput, [] { return terminalSize(STDOUT_FILENO); });
+        auto screen = std::make_unique<Screen>(
+            m_standardOutput, [] { return terminalSize(STDOUT_FILENO); }, screenLook());
         if (isTerminal(STDERR_FILENO)) {
             m_messages.setSink([&screen = *screen](const QString &line) { screen.say(line); });
         }
@@ -147,12 +147,15 @@ void RunningMonitor::takeKeys(Screen &screen)
     if (!keys->listenTo(STDIN_FILENO)) {
         return;
     }
-    screen.setBottomLine(keys->bottomLine());
-    QObject::connect(keys.get(), &MonitorKeys::bottomLineChanged, m_monitor,
-                     [this, &screen, &lines = *keys] {
-                         screen.setBottomLine(lines.bottomLine());
-                         screen.refresh(*m_monitor, status());
-                     });
+    const auto adopt = [&screen, &typed = *keys] {
+        screen.setView(typed.viewState());
+        screen.setBottomLine(typed.bottomLine(), typed.isTyping() ? Cut::Front : Cut::Back);
+    };
+    adopt();
+    QObject::connect(keys.get(), &MonitorKeys::typed, m_monitor, [this, &screen, adopt] {
+        adopt();
+        screen.refresh(*m_monitor, status());
+    });
     QObject::connect(keys.get(), &MonitorKeys::moved, m_monitor, [&screen](MoveKey key) {
         const int rowsOfFrame = 6;
         screen.scroll(linesOf(key, terminalSize(STDOUT_FILENO).height() - rowsOfFrame));
@@ -190,6 +193,7 @@ MonitorStatus RunningMonitor::status() const
     status.nowMs = m_session.nowMs();
     status.time = QDateTime::currentDateTime();
     status.stations = m_session.stations();
+    status.statistics = &m_session.statistics();
     return status;
 }
 

@@ -17,7 +17,13 @@ const Sequence kSequences[] = {
     {"\x1b[F", MoveKey::End},       {"\x1b[4~", MoveKey::End}, {"\x1bOA", MoveKey::Up},
     {"\x1bOB", MoveKey::Down},      {"\x1bOH", MoveKey::Home}, {"\x1bOF", MoveKey::End},
 };
-const int kLongestSequence = 4;
+
+// Behind "ESC [" or "ESC O" come parameters and one of these; behind ESC alone is a key with Alt.
+bool endsSequence(const QByteArray &sequence)
+{
+    const char byte = sequence.at(sequence.size() - 1);
+    return sequence.size() == 2 ? byte != '[' && byte != 'O' : byte >= '@' && byte <= '~';
+}
 
 } // namespace
 
@@ -37,10 +43,19 @@ MoveKey KeyReader::feed(char byte)
             return sequence.key;
         }
     }
-    if (m_sequence.size() >= kLongestSequence) {
+    if (endsSequence(m_sequence)) {
         m_sequence.clear();
     }
     return MoveKey::None;
+}
+
+KeyReader::Rest KeyReader::endOfInput()
+{
+    if (m_sequence != "\x1b") {
+        return Rest::Nothing;
+    }
+    m_sequence.clear();
+    return Rest::Escape;
 }
 
 } // namespace cnet::panel

@@ -1,6 +1,6 @@
 #include "panel/terminal/screen.h"
 
-#include "panel/terminal/screen_text.h"
+#include <QTime>
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -18,11 +18,49 @@ const char kClearToLineEnd[] = "\x1b[K";
 const char kClearBelow[] = "\x1b[J";
 const char kClearAll[] = "\x1b[2J\x1b[H";
 
+// Up or down within what the terminal shows already.
+QByteArray moved(int lines)
+{
+    if (lines == 0) {
+        return QByteArray();
+    }
+    return "\x1b[" + QByteArray::number(std::abs(lines)) + (lines < 0 ? 'A' : 'B');
+}
+
+QByteArray toColumn(int column)
+{
+    return column == 0 ? QByteArray("\r") : "\x1b[" + QByteArray::number(column + 1) + 'G';
+}
+
+// Makes one line of another one; the cursor is somewhere on it.
+QByteArray changed(const StyledLine &from, const StyledLine &to, Colours colours)
+{
+    const int first = to.commonStart(from);
+    int end = to.size();
+    if (from.size() == to.size()) {
+        while (end > first && to.text().at(end - 1) == from.text().at(end - 1) &&
+               to.emphasisAt(end - 1) == from.emphasisAt(end - 1)) {
+            --end;
+        }
+    }
+    QByteArray bytes = toColumn(first) + to.bytes(first, end, colours);
+    return from.size() > to.size() ? bytes + kClearToLineEnd : bytes;
+}
+
 } // namespace
 
-Screen::Screen(QIODevice &device, std::function<QSize()> size)
+ScreenLook screenLook()
+{
+    ScreenLook look;
+    look.glyphs = terminalGlyphs();
+    look.colours = qEnvironmentVariableIsEmpty("NO_COLOR") ? Colours::Some : Colours::None;
+    return look;
+}
+
+Screen::Screen(QIODevice &device, std::function<QSize()> size, const ScreenLook &look)
     : m_device(device)
     , m_size(std::move(size))
+    , m_look(look)
 {
     m_device.write(kHideCursor);
 }
@@ -32,21 +70,51 @@ Screen::~Screen()
     m_device.write(kShowCursor);
 }
 
-QByteArray Screen::backToTop() const
+void Screen::showChanges(const Monitor &monitor, const QVector<ValueChange> &changes)
 {
-    const auto up = m_shown.size();
-    return up == 0 ? QByteArray("\r") : "\r\x1b[" + QByteArray::number(up) + 'A';
+    m_history.note(monitor, changes);
+}
+
+// The cursor stands below the last line before and after.
+QByteArray Screen::redrawn() const
+{
+    QByteArray bytes;
+    int at = static_cast<int>(m_shown.size());
+    const int both = static_cast<int>(std::min(m_shown.size(), m_lines.size()));
+    for (int row = 0; row < both; ++row) {
+        if (m_lines.at(row) != m_shown.at(row)) {
+            bytes += moved(row - at) + changed(m_shown.at(row), m_lines.at(row), m_look.colours);
+            at = row;
+        }
+    }
+    if (m_lines.size() > both) {
+        // New lines have to be made, which moving does not do.
+        bytes += moved(both - at) + '\r';
+        for (int row = both; row < m_lines.size(); ++row) {
+            const StyledLine &line = m_lines.at(row);
+            bytes += line.bytes(0, line.size(), m_look.colours) + "\r\n";
+        }
+        return bytes;
+    }
+    if (m_shown.size() > both) {
+        return bytes + moved(both - at) + '\r' + kClearBelow;
+    }
+    return bytes.isEmpty() ? bytes : bytes + moved(both - at) + '\r';
 }
 
 void Screen::draw()
 {
-    QByteArray bytes = backToTop();
-    for (const QString &line : std::as_const(m_lines)) {
-        bytes += line.toLocal8Bit() + kClearToLineEnd + "\r\n";
+    const QByteArray bytes = redrawn();
+    if (!bytes.isEmpty()) {
+        m_device.write(bytes);
     }
-    bytes += kClearBelow;
-    m_device.write(bytes);
     m_shown = m_lines;
+}
+
+void Screen::setBottomLine(const QString &line, Cut cut)
+{
+    m_bottomLine = line;
+    m_cut = cut;
 }
 
 void Screen::refresh(const Monitor &monitor, const MonitorStatus &status)
@@ -58,12 +126,14 @@ void Screen::refresh(const Monitor &monitor, const MonitorStatus &status)
         m_shown.clear();
     }
     m_lastSize = size;
+    m_history.sample(monitor, status.nowMs);
     // The cursor stands below the last line, which takes a row of its own.
     const int rowsBelow = m_bottomLine.isEmpty() ? 1 : 2;
-    m_lines = screenText(monitor, status, size.width(), std::max(1, size.height() - rowsBelow),
-                         m_scrolled);
+    const ViewInput input{monitor, status, m_state, m_history, m_log, m_look.glyphs};
+    m_lines = screenLines(input, size.width(), std::max(1, size.height() - rowsBelow), scrolled());
     if (!m_bottomLine.isEmpty()) {
-        m_lines.append(m_bottomLine.right(size.width()));
+        m_lines.append(StyledLine(m_cut == Cut::Front ? m_bottomLine.right(size.width())
+                                                      : m_bottomLine.left(size.width())));
     }
     draw();
 }
@@ -75,7 +145,13 @@ void Screen::end(const Monitor &monitor, const MonitorStatus &status)
 
 void Screen::say(const QString &line)
 {
-    m_device.write(backToTop() + kClearBelow + line.toLocal8Bit() + "\r\n");
+    m_log.append(QTime::currentTime().toString(QLatin1String("HH:mm:ss")) + QLatin1String("  ") +
+                 line);
+    if (m_log.size() > kLogLines) {
+        m_log.removeFirst();
+    }
+    m_device.write(moved(-static_cast<int>(m_shown.size())) + '\r' + kClearBelow +
+                   line.toLocal8Bit() + "\r\n");
     m_shown.clear();
     draw();
 }

@@ -1,13 +1,13 @@
 #include "panel/watched_items.h"
 
-#include "panel/terminal/screen_text.h"
+#include "panel/views/screen_lines.h"
 
 #include <QtTest>
 
 using namespace cnet;
 using namespace cnet::panel;
 
-class TestScreenText : public QObject
+class TestScreenLines : public QObject
 {
     Q_OBJECT
 
@@ -24,17 +24,31 @@ private Q_SLOTS:
     void fits();
     void scrolls_data();
     void scrolls();
+    void filters_data();
+    void filters();
+    void saysWhereNothingIsLeft();
+    void showsTrends();
+    void showsTrendsOnANarrowTerminal();
+    void marksWhatChanged();
+    void showsTheLog();
+    void leavesRoomForItemsWhereStationsAreMany();
 
 private:
+    void watchTwo();
+
     void watch(int words);
-    QStringList text(int columns, int rows, int scrolled = 0) const;
+    QStringList text(int columns, int rows) const;
+    QStringList text(int columns, int rows, int &scrolled) const;
 
     std::unique_ptr<Monitor> m_monitor;
     MonitorStatus m_status;
+    ViewState m_state;
+    ValueHistory m_history;
+    QStringList m_log;
 };
 
 // A row of words that hold their addresses, and bits that were never read.
-void TestScreenText::watch(int words)
+void TestScreenLines::watch(int words)
 {
     m_monitor = std::make_unique<Monitor>(1000);
     m_monitor->setItems({testItem("D_W", 100, words), testItem("M_bit", 48, 16, 2)});
@@ -45,15 +59,29 @@ void TestScreenText::watch(int words)
     m_monitor->blockRead(0, 0, values, momentAt(1000));
 }
 
-QStringList TestScreenText::text(int columns, int rows, int scrolled) const
+QStringList TestScreenLines::text(int columns, int rows) const
 {
-    return screenText(*m_monitor, m_status, columns, rows, scrolled);
+    int scrolled = 0;
+    return text(columns, rows, scrolled);
 }
 
-void TestScreenText::init()
+QStringList TestScreenLines::text(int columns, int rows, int &scrolled) const
+{
+    const ViewInput input{*m_monitor, m_status, m_state, m_history, m_log, Glyphs::Ascii};
+    QStringList lines;
+    for (const StyledLine &line : screenLines(input, columns, rows, scrolled)) {
+        lines.append(line.text());
+    }
+    return lines;
+}
+
+void TestScreenLines::init()
 {
     watch(6);
     m_status = MonitorStatus();
+    m_state = ViewState();
+    m_history = ValueHistory();
+    m_log.clear();
     m_status.link = QLatin1String("simulated PLC");
     m_status.rounds = 42;
     m_status.nowMs = 1250;
@@ -63,7 +91,7 @@ void TestScreenText::init()
     m_status.stations[2].state = StationState::Away;
 }
 
-void TestScreenText::ages_data()
+void TestScreenLines::ages_data()
 {
     QTest::addColumn<qint64>("ms");
     QTest::addColumn<QString>("text");
@@ -74,13 +102,13 @@ void TestScreenText::ages_data()
     QTest::newRow("two minutes") << Q_INT64_C(120000) << "2 min";
 }
 
-void TestScreenText::ages()
+void TestScreenLines::ages()
 {
     QFETCH(qint64, ms);
     QTEST(ageText(ms), "text");
 }
 
-void TestScreenText::showsItems()
+void TestScreenLines::showsItems()
 {
     const QStringList lines = text(120, 30);
     QCOMPARE(lines.size(), 8);
@@ -89,7 +117,7 @@ void TestScreenText::showsItems()
     QVERIFY(lines.at(1).contains(QLatin1String("QUALITY")));
     QVERIFY(lines.at(2).startsWith(QLatin1String("  1/D_W:100 ")));
     QVERIFY(lines.at(2).contains(QLatin1String("100 0x0064")));
-    QVERIFY2(lines.at(2).contains(QLatin1String("250 ms  07:08:09.010")), qPrintable(lines.at(2)));
+    QVERIFY2(lines.at(2).contains(QLatin1String("< 1 s   07:08:09.010")), qPrintable(lines.at(2)));
     QVERIFY(lines.at(3).startsWith(QLatin1String("  1/D_W:104 ")));
     QVERIFY(lines.at(3).contains(QLatin1String("105 0x0069")));
     QVERIFY(lines.at(4).startsWith(QLatin1String("- 2/M_bit:3.0 ")));
@@ -101,7 +129,7 @@ void TestScreenText::showsItems()
 }
 
 // Nobody knows then how anything is: neither a value nor a station.
-void TestScreenText::showsALostLink()
+void TestScreenLines::showsALostLink()
 {
     m_status.linkLost = QLatin1String("pulled out");
     m_monitor->look(momentAt(1250, false));
@@ -115,7 +143,7 @@ void TestScreenText::showsALostLink()
     QVERIFY(lines.at(7).startsWith(QLatin1String("2        line down ")));
 }
 
-void TestScreenText::marks_data()
+void TestScreenLines::marks_data()
 {
     QTest::addColumn<QString>("state");
     QTest::addColumn<QString>("begin");
@@ -138,7 +166,7 @@ void TestScreenText::marks_data()
 }
 
 // However narrow the terminal is, a value that is not good is told from one that is.
-void TestScreenText::marks()
+void TestScreenLines::marks()
 {
     QFETCH(QString, state);
     QFETCH(QString, begin);
@@ -154,13 +182,13 @@ void TestScreenText::marks()
     for (const int columns : {120, 80, 60, 40, 20}) {
         const QStringList lines = text(columns, 30);
         QVERIFY2(lines.at(2).startsWith(begin), qPrintable(lines.at(2)));
-        QVERIFY2(columns < 60 || lines.at(2).contains(quality), qPrintable(lines.at(2)));
+        QVERIFY2(columns < 40 || lines.at(2).contains(quality), qPrintable(lines.at(2)));
     }
     QVERIFY(text(40, 30).at(2).contains(QLatin1String("100 0x0064")));
 }
 
 // What is on its way is shown, and that it is; nothing ever read is shown as 0.
-void TestScreenText::marksWhatWaits()
+void TestScreenLines::marksWhatWaits()
 {
     m_monitor->setItems({testItem("D_W", 200, 2)});
     m_monitor->writeBegun(testItem("D_W", 201, 1), {7}, momentAt(1250));
@@ -175,7 +203,7 @@ void TestScreenText::marksWhatWaits()
     QVERIFY(!gone.contains(QLatin1String("0x")));
 }
 
-void TestScreenText::fits_data()
+void TestScreenLines::fits_data()
 {
     QTest::addColumn<int>("columns");
     QTest::addColumn<int>("rows");
@@ -187,7 +215,7 @@ void TestScreenText::fits_data()
     QTest::newRow("wide") << 500 << 100 << true;
 }
 
-void TestScreenText::fits()
+void TestScreenLines::fits()
 {
     QFETCH(int, columns);
     QFETCH(int, rows);
@@ -201,7 +229,7 @@ void TestScreenText::fits()
     QCOMPARE(lines.filter(QLatin1String("... lines 1 to ")).isEmpty(), all);
 }
 
-void TestScreenText::scrolls_data()
+void TestScreenLines::scrolls_data()
 {
     QTest::addColumn<int>("down");
     QTest::addColumn<int>("first"); // number of the first line shown
@@ -213,7 +241,7 @@ void TestScreenText::scrolls_data()
     QTest::newRow("beyond the end") << 1000000 << 486;
 }
 
-void TestScreenText::scrolls()
+void TestScreenLines::scrolls()
 {
     QFETCH(int, down);
     QFETCH(int, first);
@@ -223,7 +251,7 @@ void TestScreenText::scrolls()
     }
     m_monitor->setItems(items);
     int scrolled = down;
-    const QStringList lines = screenText(*m_monitor, m_status, 80, 21, scrolled);
+    const QStringList lines = text(80, 21, scrolled);
     QCOMPARE(lines.size(), 21);
     QCOMPARE(scrolled, first - 1);
     QVERIFY2(lines.at(2).startsWith(QString::fromLatin1("- 1/D_W:%1 ").arg(first - 1)),
@@ -233,5 +261,117 @@ void TestScreenText::scrolls()
     QVERIFY(lines.at(18).startsWith(QLatin1String("STATION")));
 }
 
-QTEST_APPLESS_MAIN(TestScreenText)
-#include "test_screen_text.moc"
+// D_W:100*2 with values, and D_W:7 without an answer.
+void TestScreenLines::watchTwo()
+{
+    m_monitor = std::make_unique<Monitor>(60);
+    m_monitor->setItems({testItem("D_W", 100, 2), testItem("D_W", 7, 1, 2)});
+    m_status.stations.clear();
+    connect(m_monitor.get(), &Monitor::valuesChanged, this,
+            [this](const QVector<ValueChange> &changes) { m_history.note(*m_monitor, changes); });
+    for (int i = 0; i < 3; ++i) {
+        m_monitor->blockRead(0, 0, {static_cast<quint16>(40 * i), 9}, momentAt(1000 + 1000 * i));
+        m_monitor->tell();
+        m_history.sample(*m_monitor, 1000 + 1000 * i);
+    }
+    m_monitor->blockFailed(1, 0, noAnswer(), momentAt(3000));
+    m_status.nowMs = 3000;
+    m_status.time = wallTime(momentAt(60000).wallMs);
+}
+
+void TestScreenLines::filters_data()
+{
+    QTest::addColumn<QString>("filter");
+    QTest::addColumn<QString>("left"); // the items' first characters
+    QTest::newRow("none") << ""
+                          << "  1/D_W:100|! 2/D_W:7";
+    QTest::newRow("an address") << "w:7"
+                                << "! 2/D_W:7";
+    QTest::newRow("a station") << "1/"
+                               << "  1/D_W:100";
+    QTest::newRow("a quality") << "no answer"
+                               << "! 2/D_W:7";
+    QTest::newRow("all of them") << "d_w"
+                                 << "  1/D_W:100|! 2/D_W:7";
+}
+
+void TestScreenLines::filters()
+{
+    QFETCH(QString, filter);
+    QFETCH(QString, left);
+    watchTwo();
+    m_state.filter = filter;
+    const QStringList lines = text(120, 30);
+    const QStringList begins = left.split(QLatin1Char('|'));
+    QCOMPARE(lines.size(), 3 + begins.size());
+    for (int i = 0; i < begins.size(); ++i) {
+        QVERIFY2(lines.at(2 + i).startsWith(begins.at(i)), qPrintable(lines.at(2 + i)));
+    }
+    QCOMPARE(lines.first().contains(QLatin1String("filter: ") + filter), !filter.isEmpty());
+}
+
+void TestScreenLines::saysWhereNothingIsLeft()
+{
+    watchTwo();
+    m_state.filter = QLatin1String("M_W");
+    QCOMPARE(text(120, 30).at(2), QLatin1String("nothing here contains the filter"));
+}
+
+void TestScreenLines::showsTrends()
+{
+    watchTwo();
+    m_state.trend = Trend::Shown;
+    const QStringList lines = text(100, 30);
+    QVERIFY(lines.at(1).contains(QLatin1String("MIN    MAX    LAST 16 s ")));
+    QVERIFY2(lines.at(2).contains(QLatin1String(" 0      80     _=# ")), qPrintable(lines.at(2)));
+    QVERIFY(lines.at(3).startsWith(QLatin1String("  1/D_W:101")));
+    QVERIFY2(lines.at(3).contains(QLatin1String(" 9      9      ___")), qPrintable(lines.at(3)));
+    QVERIFY2(lines.at(4).contains(QLatin1String("no answer            -      -  ")),
+             qPrintable(lines.at(4)));
+}
+
+void TestScreenLines::showsTrendsOnANarrowTerminal()
+{
+    watchTwo();
+    m_state.trend = Trend::Shown;
+    const QStringList lines = text(40, 30);
+    QCOMPARE(lines.size(), 9);
+    QCOMPARE(lines.at(3), QLatin1String("    0..80  _=#"));
+    QCOMPARE(lines.at(5), QLatin1String("    9..9  ___"));
+    QVERIFY(lines.at(6).contains(QLatin1String("no answer")));
+}
+
+void TestScreenLines::marksWhatChanged()
+{
+    watchTwo();
+    m_status.time = wallTime(momentAt(3100).wallMs);
+    QVERIFY(text(120, 30).at(2).contains(QLatin1String("80 0x0050*    9 0x0009 ")));
+    m_status.time = wallTime(momentAt(4600).wallMs);
+    QVERIFY(text(120, 30).at(2).contains(QLatin1String("80 0x0050     9 0x0009 ")));
+}
+
+void TestScreenLines::showsTheLog()
+{
+    m_state.view = View::Log;
+    QCOMPARE(text(80, 20).last(), QLatin1String("nothing was said yet"));
+    m_log = QStringList{QLatin1String("first"), QLatin1String("second")};
+    QCOMPARE(text(80, 20).mid(2), m_log);
+    QVERIFY(text(80, 20).first().contains(QLatin1String("LOG")));
+    m_state.filter = QLatin1String("SEC");
+    QCOMPARE(text(80, 20).mid(2), QStringList{QLatin1String("second")});
+}
+
+void TestScreenLines::leavesRoomForItemsWhereStationsAreMany()
+{
+    watch(60);
+    for (int station = 0; station < 32; ++station) {
+        m_status.stations[station].frames = 1;
+    }
+    const QStringList lines = text(80, 24);
+    QCOMPARE(lines.size(), 24);
+    QCOMPARE(lines.last(), QLatin1String("... and more, see the view of stations"));
+    QVERIFY(lines.filter(QLatin1String("1/D_W:")).size() >= 10);
+}
+
+QTEST_APPLESS_MAIN(TestScreenLines)
+#include "test_screen_lines.moc"

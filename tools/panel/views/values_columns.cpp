@@ -1,0 +1,78 @@
+#include "panel/views/values_columns.h"
+
+#include <algorithm>
+
+namespace cnet::panel {
+
+namespace {
+
+const int kWordCell = 14;   // "65535 0xFFFF", a mark and a blank
+const int kDecimalCell = 7; // "65535", the same
+const int kBitCell = 2;     // "1" and a mark
+const int kLeastAddress = 10;
+const int kQuality = 21;
+const int kShortQuality = 10; // "never read", the longest but one
+const int kExtremes = 32;     // two numbers and a curve
+const int kTime = 14;         // "12:34:56.789" and two blanks
+const int kAge = 8;
+const int kBitsOfLine = 16;
+const int kWordsOfLine = 4;
+
+int addressWidth(const Monitor &monitor)
+{
+    int width = kLeastAddress;
+    for (const ItemState &state : monitor.items()) {
+        const auto length = placeText(state.item, state.item.count - 1).size();
+        width = std::max(width, static_cast<int>(length) + 2);
+    }
+    return width;
+}
+
+} // namespace
+
+ValueColumns valueColumns(const Monitor &monitor, Trend trend, int columns)
+{
+    ValueColumns widths;
+    widths.address = addressWidth(monitor);
+    widths.values = kWordCell;
+    int left = columns - ValueColumns::kMark - widths.address - widths.values;
+    const auto take = [&left](int width) {
+        const int taken = left >= width ? width : 0;
+        left -= taken;
+        return taken;
+    };
+    if (left < kShortQuality) {
+        widths.isDecimalOnly = true;
+        widths.values = kDecimalCell;
+        left += kWordCell - kDecimalCell;
+    }
+    widths.quality = take(std::clamp(left, 0, kQuality));
+    widths.extremes = trend == Trend::Shown ? take(kExtremes) : 0;
+    widths.age = take(kAge);
+    widths.change = take(kTime);
+    if (trend == Trend::Hidden && !widths.isDecimalOnly) {
+        widths.values = std::min(kWordsOfLine * kWordCell, kWordCell + std::max(0, left));
+    }
+    return widths;
+}
+
+int valuesOfLine(const RegisterInfo &reg, const ValueColumns &widths, Trend trend)
+{
+    const int fitting = std::max(1, widths.values / cellWidth(reg, widths));
+    const int most = trend == Trend::Shown ? 1 : reg.isBit() ? kBitsOfLine : kWordsOfLine;
+    return std::min(fitting, most);
+}
+
+int cellWidth(const RegisterInfo &reg, const ValueColumns &widths)
+{
+    return reg.isBit() ? kBitCell : widths.isDecimalOnly ? kDecimalCell : kWordCell;
+}
+
+QString placeText(const Item &item, int offset)
+{
+    return QString::fromLatin1("%1/%2:%3")
+        .arg(item.station)
+        .arg(item.reg.name, item.addressText(offset));
+}
+
+} // namespace cnet::panel
