@@ -55,6 +55,15 @@ void addCommandRows()
     row("check of no words", {"check", "D_W", "1", "--words", "0"}, kUsage, "--words '0'");
     row("check of endlessly many", {"check", "D_W", "1", "--words", longText('9')}, kUsage,
         "expected a number from 1 to");
+    row("decode of nothing", {"decode"}, kUsage, "expected a frame, a file or -");
+    row("decode of an empty text", {"decode", ""}, kUsage, "there is no frame in it");
+    row("decode of a wrong digit", {"decode", "05 30 3G"}, kUsage,
+        "line 1, column 8: expected two");
+    row("decode of half an escape", {"decode", "<ENQ>01\\x0"}, kUsage,
+        "line 1, column 8: expected \\x");
+    row("decode of an endless text", {"decode", longText()}, kUsage, "the line is too long");
+    row("decode of a directory", {"decode", "/"}, kUsage, "/");
+    row("decode as a table", {"decode", "--format", "csv", "05"}, kUsage, "expected text or json");
     row("series of none", {"series", "D_W", "1"}, kUsage, "expected --count N");
     row("series of too many", {"series", "D_W", "1", "--count", "1000001"}, kUsage, "1 to 1000000");
     row("series with a bad step", {"series", "D_W", "1", "--count", "1", "--step", "-1"}, kUsage,

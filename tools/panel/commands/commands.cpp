@@ -18,7 +18,7 @@ const QVector<const Command *> &allCommands()
 {
     static const QVector<const Command *> commands = {
         &kMonitorCommand,    &kReadCommand,     &kWriteCommand, &kRecipeWriteCommand,
-        &kRecipeReadCommand, &kDescribeCommand, &kCheckCommand, &kSeriesCommand};
+        &kRecipeReadCommand, &kDecodeCommand, &kDescribeCommand, &kCheckCommand, &kSeriesCommand};
     return commands;
 }
 

@@ -29,6 +29,7 @@ struct Command
     int (*run)(const Invocation &invocation); ///< @return exit code
 };
 
+extern const Command kDecodeCommand;
 extern const Command kDescribeCommand;
 extern const Command kMonitorCommand;
 extern const Command kReadCommand;

@@ -24,4 +24,14 @@ bool readFormatOption(const QCommandLineParser &parser, OutputFormat &format, QS
     return true;
 }
 
+bool readTextOrJsonOption(const QCommandLineParser &parser, OutputFormat &format, QString &error)
+{
+    if (!readFormatOption(parser, format, error) || format == OutputFormat::Csv) {
+        error = QString::fromLatin1("--format '%1': expected text or json")
+                    .arg(parser.value(QLatin1String("format")));
+        return false;
+    }
+    return true;
+}
+
 } // namespace cnet::panel

@@ -1,0 +1,147 @@
+#include "host/address/address.h"
+#include "host/address/value_text.h"
+#include "host/decode/device_name.h"
+#include "host/decode/frame_body.h"
+#include "host/wire/characters.h"
+
+namespace cnet {
+
+namespace {
+
+const int kMostBlocks = 16;
+const int kLongestName = 16;
+const int kWordDigits = 4;
+const int kBitDigits = 2;
+
+QString latin1(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
+// Name length and name.
+bool takeName(DecodedFrame &frame, FieldCursor &cursor, FrameRange &range)
+{
+    const int lengthAt = cursor.position();
+    const auto length = cursor.takeHex(2, "name length");
+    if (!length) {
+        return false;
+    }
+    if (*length == 0 || *length > kLongestName) {
+        cursor.fail(lengthAt, latin1(*length == 0 ? "a name has at least one character"
+                                                  : "a name has at most 16 characters (a PLC "
+                                                    "refuses with 0004)"));
+        return false;
+    }
+    const int nameAt = cursor.position();
+    const DeviceName name = readDeviceName(cursor.take(*length, "name"));
+    if (!cursor.isFine()) {
+        return false;
+    }
+    if (name.faultAt >= 0) {
+        cursor.fail(nameAt + name.faultAt, name.fault);
+        return false;
+    }
+    range.item = Item{frame.station, name.reg, name.address, 1};
+    range.isBit = name.reg.isBit();
+    cursor.means(name.reg.name + QLatin1Char(':') + addressText(name.reg, name.address));
+    return true;
+}
+
+bool takeValue(FieldCursor &cursor, FrameRange &range)
+{
+    const int at = cursor.position();
+    const auto value = cursor.takeHex(range.isBit ? kBitDigits : kWordDigits, "data");
+    if (!value) {
+        return false;
+    }
+    if (range.isBit && *value > 1) {
+        cursor.fail(at, latin1("a bit is 00 or 01"));
+        return false;
+    }
+    range.values.append(static_cast<quint16>(*value));
+    range.valueOffsets.append(at);
+    const QString address = range.item.addressText(static_cast<int>(range.values.size()) - 1);
+    cursor.means(
+        QString::fromLatin1("%1:%2 = %3")
+            .arg(range.item.reg.name, address, valueText(range.values.last(), range.isBit)));
+    return true;
+}
+
+void takeNames(DecodedFrame &frame, FieldCursor &cursor)
+{
+    const int at = cursor.position();
+    const auto blocks = cursor.takeHex(2, "blocks");
+    if (!blocks) {
+        return;
+    }
+    if (*blocks == 0 || *blocks > kMostBlocks) {
+        cursor.fail(at, latin1(*blocks == 0 ? "a request has at least one block"
+                                            : "a request has at most 16 blocks (a PLC refuses "
+                                              "with 0003)"));
+        return;
+    }
+    for (int i = 0; i < *blocks; ++i) {
+        FrameRange range;
+        if (!takeName(frame, cursor, range)) {
+            return;
+        }
+        if (i > 0 && range.isBit != frame.ranges.constFirst().isBit) {
+            cursor.fail(frame.fields.constLast().offset,
+                        latin1("all names are bits or all are words (a PLC refuses with 1332)"));
+            return;
+        }
+        if (frame.writes() && !takeValue(cursor, range)) {
+            return;
+        }
+        frame.ranges.append(range);
+    }
+}
+
+void takeBlock(DecodedFrame &frame, FieldCursor &cursor)
+{
+    FrameRange range;
+    if (!takeName(frame, cursor, range)) {
+        return;
+    }
+    if (range.isBit) {
+        cursor.fail(frame.fields.constLast().offset + 2,
+                    latin1("a block is made of words (a PLC refuses with 0007)"));
+        return;
+    }
+    const int at = cursor.position();
+    const auto words = cursor.takeHex(2, "words");
+    if (!words) {
+        return;
+    }
+    if (*words == 0 || *words > kMostWordsOfRequest) {
+        cursor.fail(at, latin1(*words == 0 ? "a request is for at least one word"
+                                           : "a request is for at most 60 words (a PLC refuses "
+                                             "with 1232)"));
+        return;
+    }
+    range.item.count = *words;
+    for (int i = 0; i < *words && frame.writes(); ++i) {
+        if (!takeValue(cursor, range)) {
+            return;
+        }
+    }
+    frame.ranges.append(range);
+}
+
+} // namespace
+
+void decodeRequestBody(DecodedFrame &frame, FieldCursor &cursor)
+{
+    if (frame.command.endsWith("SS")) {
+        takeNames(frame, cursor);
+    } else {
+        takeBlock(frame, cursor);
+    }
+    if (cursor.isFine() && cursor.left() > 0) {
+        const int at = cursor.position();
+        cursor.take(cursor.left(), "not read");
+        cursor.fail(at, latin1("more characters than the request needs (a PLC refuses with 1234)"));
+    }
+}
+
+} // namespace cnet
