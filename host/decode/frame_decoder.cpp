@@ -225,6 +225,24 @@ DecodedFrame decodeFrame(const QByteArray &bytes, const DecodedFrame *request)
     return frame;
 }
 
+int answerLength(const DecodedFrame &request)
+{
+    if (!request.isGood() || request.direction != FrameDirection::Request) {
+        return kLongestFrame;
+    }
+    const int numberLength = 2;
+    // ACK, station, command and type, ETX
+    int length =
+        1 + numberLength + 3 + 1 + (request.checkExpected.isEmpty() ? 0 : kBlockCheckLength);
+    if (!request.writes()) {
+        length += numberLength; // of blocks, and for each of them the number of bytes
+        for (const FrameRange &range : request.ranges) {
+            length += numberLength + range.item.count * (range.isBit ? 2 : 4);
+        }
+    }
+    return length;
+}
+
 DecodedFrame FrameDecoder::next(const QByteArray &bytes)
 {
     DecodedFrame frame = decodeFrame(bytes);

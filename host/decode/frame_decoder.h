@@ -15,6 +15,9 @@ namespace cnet {
  */
 DecodedFrame decodeFrame(const QByteArray &bytes, const DecodedFrame *request = nullptr);
 
+/** Bytes of a positive answer to a request; of one that is not good, those of the longest frame. */
+int answerLength(const DecodedFrame &request);
+
 /** Explains the frames of a line one after the other, each answer by the request before it. */
 class FrameDecoder
 {

@@ -34,6 +34,20 @@ QByteArray blockCheck(const QByteArray &frame, int length)
     return text;
 }
 
+QByteArray completedRequest(const QByteArray &text)
+{
+    QByteArray frame = text.startsWith(kEnq) ? text : kEnq + text;
+    const int tail = static_cast<int>(frame.lastIndexOf(kEot));
+    if (tail < 0) {
+        frame += kEot;
+    } else if (frame.size() - tail - 1 <= kBlockCheckLength) {
+        frame.truncate(tail + 1);
+    }
+    const char command = frame.size() > kCommandPosition ? frame.at(kCommandPosition) : '\0';
+    const bool checked = command >= 'a' && command <= 'z';
+    return checked ? frame + blockCheck(frame, static_cast<int>(frame.size())) : frame;
+}
+
 bool isWholeAnswer(const QByteArray &answer)
 {
     const int size = static_cast<int>(answer.size());

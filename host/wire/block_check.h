@@ -14,6 +14,14 @@ namespace cnet {
 QByteArray blockCheck(const QByteArray &frame, int length);
 
 /**
+ * A request with what is missing of it: ENQ before it, EOT behind it, and the block check where the
+ * command asks for one. A block check that is there already is replaced.
+ *
+ * @param text from the station on, or from ENQ; nothing in it is checked
+ */
+QByteArray completedRequest(const QByteArray &text);
+
+/**
  * True when an answer is whole: ACK or NAK first, ETX before two last characters and, where the
  * command asks for one by a lower-case letter, a block check that is right.
  */

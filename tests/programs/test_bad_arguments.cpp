@@ -64,6 +64,19 @@ void addCommandRows()
     row("decode of an endless text", {"decode", longText()}, kUsage, "the line is too long");
     row("decode of a directory", {"decode", "/"}, kUsage, "/");
     row("decode as a table", {"decode", "--format", "csv", "05"}, kUsage, "expected text or json");
+    const QByteArray read("01rSB08%DW0010001");
+    row("send without a link", {"--trace", "send", read}, kUsage, "expected --link");
+    row("send of nothing", {"send"}, kUsage, "expected a frame");
+    row("send of an empty text", {"send", "--bcc", ""}, kUsage, "expected a frame");
+    row("send of a wrong digit", {"send", "05 3G"}, kUsage, "column 5: expected two hexadecimal");
+    row("send of half an escape", {"send", "\\x0"}, kUsage, "column 1: expected \\x and two");
+    row("send of another script", {"send", "\u0661"}, kUsage, "a character of one byte");
+    row("send of an endless text", {"send", longText('z')}, kUsage, "at most 1024");
+    row("send of a write", {"send", "--bcc", "01wSB08%DW00100011234"}, kUsage, "--yes sends it");
+    row("send of a second write", {"send", "--bcc", read + "<ENQ>01wSB"}, kUsage, "--yes sends it");
+    row("send of no frame", {"send", read}, kUsage, "no plain reading");
+    row("send with a bad time-out", {"send", "--bcc", read, "--timeout", "0"}, kUsage, "from 1 to");
+    row("send as a table", {"send", "--bcc", read, "--format", "csv"}, kUsage, "text or json");
     row("series of none", {"series", "D_W", "1"}, kUsage, "expected --count N");
     row("series of too many", {"series", "D_W", "1", "--count", "1000001"}, kUsage, "1 to 1000000");
     row("series with a bad step", {"series", "D_W", "1", "--count", "1", "--step", "-1"}, kUsage,
@@ -198,8 +211,9 @@ void TestBadArguments::refuses()
     QFETCH(QList<QByteArray>, arguments);
     QFETCH(QByteArray, message);
     // Everything that would be sent would go here, but where the link itself is wrong.
-    const bool talks = !arguments.isEmpty() && !arguments.contains("--link") &&
-                       QList<QByteArray>{"read", "write", "monitor"}.contains(arguments.first());
+    const bool talks =
+        !arguments.isEmpty() && !arguments.contains("--link") &&
+        QList<QByteArray>{"read", "write", "monitor", "send"}.contains(arguments.first());
     if (talks) {
         arguments << "--link"
                   << "tcp:127.0.0.1:" + QByteArray::number(m_plc.serverPort());

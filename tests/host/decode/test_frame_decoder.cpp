@@ -21,6 +21,7 @@ private Q_SLOTS:
     void givesAnswersTheirAddresses();
     void tellsWhoseAnswerItIs_data();
     void tellsWhoseAnswerItIs();
+    void knowsTheLengthOfAnAnswer();
     void survivesEveryCut_data() { explains_data(); }
     void survivesEveryCut();
 };
@@ -216,6 +217,19 @@ void TestFrameDecoder::tellsWhoseAnswerItIs()
     const DecodedFrame answer = decoder.next(wireText(row.answer));
     QCOMPARE(answer.verdict, row.at < 0 ? FrameVerdict::Good : FrameVerdict::Mismatch);
     QCOMPARE(answer.faultAt, row.at);
+}
+
+void TestFrameDecoder::knowsTheLengthOfAnAnswer()
+{
+    const auto length = [](const char *frame) {
+        return answerLength(decodeFrame(wireText(frame)));
+    };
+    QCOMPARE(length("<ENQ>01rSB08%DW0010005<EOT>EF"), 33);
+    QCOMPARE(length("<ENQ>01rSS0107%TX0010<EOT>??"), 15);
+    QCOMPARE(length("<ENQ>01wSS0109%MX00001A01<EOT>??"), 9);
+    QCOMPARE(length("<ENQ>01RSB08%DW0010005<EOT>"), 31);
+    QCOMPARE(length("<ENQ>01rSB08%DW0010005<EOT>EE"), 256);
+    QCOMPARE(length("<ACK>01wSB<ETX>??"), 256);
 }
 
 void TestFrameDecoder::survivesEveryCut()

@@ -11,6 +11,8 @@ class TestBlockCheck : public QObject
 private Q_SLOTS:
     void addsUp_data();
     void addsUp();
+    void completesRequests_data();
+    void completesRequests();
     void knowsWholeAnswers_data();
     void knowsWholeAnswers();
 };
@@ -33,6 +35,30 @@ void TestBlockCheck::addsUp()
 {
     QFETCH(QByteArray, frame);
     QTEST(blockCheck(frame + "zz", static_cast<int>(frame.size())), "check");
+}
+
+void TestBlockCheck::completesRequests_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QByteArray>("frame");
+    const QByteArray whole("\x05"
+                           "01rSB08%DW0010005\x04"
+                           "EF");
+    const QByteArray unchecked("\x05"
+                               "01RSB08%DW0010005\x04");
+    QTest::newRow("text alone") << whole.mid(1, 17) << whole;
+    QTest::newRow("without its end") << whole.left(18) << whole;
+    QTest::newRow("without a check") << whole.left(19) << whole;
+    QTest::newRow("with a wrong check") << whole.left(19) + "00" << whole;
+    QTest::newRow("whole") << whole << whole;
+    QTest::newRow("in upper case") << unchecked.mid(1, 17) << unchecked;
+    QTest::newRow("nothing") << QByteArray() << QByteArray("\x05\x04");
+}
+
+void TestBlockCheck::completesRequests()
+{
+    QFETCH(QByteArray, text);
+    QTEST(completedRequest(text), "frame");
 }
 
 void TestBlockCheck::knowsWholeAnswers_data()

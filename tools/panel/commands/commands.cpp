@@ -17,8 +17,9 @@ namespace {
 const QVector<const Command *> &allCommands()
 {
     static const QVector<const Command *> commands = {
-        &kMonitorCommand,    &kReadCommand,     &kWriteCommand, &kRecipeWriteCommand,
-        &kRecipeReadCommand, &kDecodeCommand, &kDescribeCommand, &kCheckCommand, &kSeriesCommand};
+        &kMonitorCommand,    &kReadCommand,   &kWriteCommand,    &kRecipeWriteCommand,
+        &kRecipeReadCommand, &kDecodeCommand, &kDescribeCommand, &kSendCommand,
+        &kCheckCommand,      &kSeriesCommand};
     return commands;
 }
 

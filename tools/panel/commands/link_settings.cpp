@@ -54,18 +54,12 @@ void addDriverOption(QCommandLineParser &parser)
         option("driver", "Driver to load; without it the one that came with the program.", "PATH"));
 }
 
-void addLinkOptions(QCommandLineParser &parser)
+void addLineOptions(QCommandLineParser &parser)
 {
     parser.addOption(option("link",
                             "tcp:HOST:PORT, serial:DEVICE[,38400,8,NONE,1] or sim, a simulated "
                             "PLC inside the program (default where nothing is written).",
                             "LINK"));
-    parser.addOption(option("station", "Station of items that name none, 0-31 (default 1).", "N"));
-    parser.addOption(option("block-words",
-                            "Words of one block read, 1-255 (default 60; a MASTER-K refuses more).",
-                            "N"));
-    parser.addOption(option(
-        "retries", "How often a request is sent before it is given up, 1-1000 (default 3).", "N"));
     parser.addOption(
         option("timeout",
                "Milliseconds to wait for an answer (default: from the line's speed, the answer's "
@@ -81,6 +75,17 @@ void addLinkOptions(QCommandLineParser &parser)
                             "FILE"));
     parser.addOption(QCommandLineOption(
         QLatin1String("trace"), QLatin1String("Shows every frame, in hexadecimal and in words.")));
+}
+
+void addLinkOptions(QCommandLineParser &parser)
+{
+    addLineOptions(parser);
+    parser.addOption(option("station", "Station of items that name none, 0-31 (default 1).", "N"));
+    parser.addOption(option("block-words",
+                            "Words of one block read, 1-255 (default 60; a MASTER-K refuses more).",
+                            "N"));
+    parser.addOption(option(
+        "retries", "How often a request is sent before it is given up, 1-1000 (default 3).", "N"));
 }
 
 void addIntervalOption(QCommandLineParser &parser)

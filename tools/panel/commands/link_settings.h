@@ -29,6 +29,9 @@ enum class LinkNeed {
 /** Adds --driver. */
 void addDriverOption(QCommandLineParser &parser);
 
+/** Adds those options of LinkSettings that say where the line is: for what sends frames itself. */
+void addLineOptions(QCommandLineParser &parser);
+
 /** Adds the options of LinkSettings; --interval is for what reads in rounds. */
 void addLinkOptions(QCommandLineParser &parser);
 void addIntervalOption(QCommandLineParser &parser);

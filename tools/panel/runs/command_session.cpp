@@ -11,6 +11,8 @@ namespace {
 // How long a command that does one thing waits for a link that is lost.
 const int kLostLimitMs = 10000;
 
+} // namespace
+
 std::unique_ptr<Link> linkFor(const LinkSettings &settings, const QVector<int> &stations)
 {
     if (settings.link) {
@@ -18,8 +20,6 @@ std::unique_ptr<Link> linkFor(const LinkSettings &settings, const QVector<int> &
     }
     return std::make_unique<LinkSim>(stations, settings.session.line.baud);
 }
-
-} // namespace
 
 CommandSession::CommandSession(Driver &driver, const LinkSettings &settings,
                                const QVector<int> &stations, Messages &messages)

@@ -64,6 +64,9 @@ private:
     int m_exitCode = 0;
 };
 
+/** The link of the settings, not opened yet. @param stations that the simulated line has */
+std::unique_ptr<Link> linkFor(const LinkSettings &settings, const QVector<int> &stations);
+
 /** The stations of a list of items, each once. */
 QVector<int> stationsOf(const QVector<Item> &items);
 

@@ -1,0 +1,127 @@
+#include "host/exchange/raw_exchange.h"
+
+#include "host/wire/characters.h"
+
+#include <algorithm>
+
+namespace cnet {
+
+namespace {
+
+const int kQuietMs = 20;
+const int kLongestBabbleMs = 2000;
+const double kNsPerMs = 1000000;
+const int kCommandPosition = 3;
+// Behind the head: station (2), command, type (2)
+const int kAddresseeLength = 5;
+
+QByteArray addresseeOf(const QByteArray &frame)
+{
+    const QByteArray addressee = frame.mid(1, kAddresseeLength);
+    const bool printable = std::all_of(addressee.cbegin(), addressee.cend(),
+                                       [](char byte) { return byte > ' ' && byte < '\x7f'; });
+    return addressee.size() == kAddresseeLength && printable ? addressee : QByteArray();
+}
+
+} // namespace
+
+RawExchange::RawExchange(Link &link, Clock &clock, QObject *parent)
+    : QObject(parent)
+    , m_link(link)
+    , m_clock(clock)
+    , m_alarm(clock.makeAlarm())
+    , m_lastByteMs(clock.nowMs())
+{
+    connect(m_alarm.get(), &Alarm::fired, this, [this] {
+        if (m_phase == Phase::Clearing) {
+            proceed();
+        } else if (m_phase == Phase::Waiting) {
+            finish(false);
+        }
+    });
+    connect(&link, &Link::received, this, &RawExchange::handleBytes);
+    // What a serial server still holds of an earlier connection may come now.
+    connect(&link, &Link::opened, this, [this] { m_lastByteMs = m_clock.nowMs(); });
+}
+
+void RawExchange::send(const QByteArray &frame, int patienceMs)
+{
+    m_reply = RawReply();
+    m_reply.frame = frame;
+    m_patienceMs = patienceMs;
+    m_sinceMs = m_clock.nowMs();
+    m_phase = Phase::Clearing;
+    proceed();
+}
+
+// A line that is never quiet is used all the same.
+void RawExchange::proceed()
+{
+    const qint64 nowMs = m_clock.nowMs();
+    const qint64 leftMs =
+        std::min(m_lastByteMs + kQuietMs - nowMs, m_sinceMs + kLongestBabbleMs - nowMs);
+    if (leftMs > 0) {
+        m_alarm->set(static_cast<int>(leftMs));
+        return;
+    }
+    m_phase = Phase::Waiting;
+    m_collector.clear();
+    m_sentNs = m_clock.nowNs();
+    m_alarm->set(m_patienceMs);
+    Q_EMIT sent(m_reply.frame);
+    m_link.send(m_reply.frame);
+}
+
+void RawExchange::handleBytes(const QByteArray &bytes)
+{
+    m_lastByteMs = m_clock.nowMs();
+    QByteArray rest = bytes;
+    while (!rest.isEmpty() && m_phase == Phase::Waiting) {
+        const int taken = m_collector.add(rest, 0);
+        rest.remove(0, taken);
+        if (isWhole()) {
+            takeAnswer();
+        }
+    }
+}
+
+// Where no block check is due, nothing follows the end.
+bool RawExchange::isWhole() const
+{
+    const QByteArray answer = m_collector.answer();
+    const char command = answer.size() > kCommandPosition ? answer.at(kCommandPosition) : '\0';
+    return m_collector.isComplete() ||
+           (m_collector.hasBegun() && command >= 'A' && command <= 'Z' && answer.endsWith(kEtx));
+}
+
+void RawExchange::takeAnswer()
+{
+    const QByteArray answer = m_collector.answer();
+    const QByteArray asked = addresseeOf(m_reply.frame);
+    if (asked.isEmpty() || addresseeOf(answer) == asked) {
+        finish(true);
+        return;
+    }
+    m_reply.elsewhere += answer;
+    m_reply.strayBytes += m_collector.strayBytes();
+    m_collector.clear();
+}
+
+void RawExchange::finish(bool whole)
+{
+    m_phase = Phase::Idle;
+    m_alarm->cancel();
+    m_reply.whole = whole;
+    m_reply.answer = m_collector.hasBegun() ? m_collector.answer() : QByteArray();
+    m_reply.strayBytes += m_collector.strayBytes();
+    m_reply.tookMs = static_cast<double>(m_clock.nowNs() - m_sentNs) / kNsPerMs;
+    Q_EMIT ended(m_reply);
+}
+
+bool onlyReads(const QByteArray &frame)
+{
+    const char command = frame.size() > kCommandPosition ? frame.at(kCommandPosition) : '\0';
+    return frame.startsWith(kEnq) && frame.count(kEnq) == 1 && (command == 'r' || command == 'R');
+}
+
+} // namespace cnet
