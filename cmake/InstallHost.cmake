@@ -1,7 +1,7 @@
 # The host library, for programs that are built elsewhere. Its headers are listed in host/CMakeLists.txt.
 set(host_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/cnet_host)
 
-install(TARGETS cnet_host
+install(TARGETS cnet_host cnet_capture
   EXPORT cnet_host
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT host_development)
 install(EXPORT cnet_host
