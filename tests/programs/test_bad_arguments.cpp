@@ -87,6 +87,29 @@ void addCommandRows()
         "an address of D_W is a number from 0 to 9999");
 }
 
+void addCaptureRows()
+{
+    const auto capture = [](const char *name, const QByteArray &file, const char *message) {
+        row(name, {"read", "--capture", file, "D_W:1"}, kUsage, message);
+    };
+    capture("capture without a name", "", "expected the name of a file, or -");
+    capture("capture in no directory", "/nowhere/a\nb", "to /nowhere/a?b: No such file");
+    capture("capture to a directory", "/", "cannot write the capture to /: Is a directory");
+    capture("capture with an endless name", "/" + longText(), "File name too long");
+    row("capture in no format", {"read", "--capture", "/nowhere/x", "--capture-as", "", "D_W:1"},
+        kUsage, "--capture-as '': expected pdu or rtac");
+    row("format of no capture", {"read", "--capture-as", "pdu", "D_W:1"}, kUsage,
+        "--capture-as: expected --capture FILE with it");
+    row("capture of endless size",
+        {"read", "--capture", "x", "--capture-size", longText('9'), "D_W:1"}, kUsage,
+        "expected bytes from 16k to 1024G");
+    row("capture of no age", {"read", "--capture", "x", "--capture-age", "-1", "D_W:1"}, kUsage,
+        "expected seconds from 1 to 366d");
+    row("ring of captures that is none",
+        {"read", "--capture", "/dev/null", "--capture-age", "1", "D_W:1"}, kUsage,
+        "it is no regular file, which a size or an age needs");
+}
+
 void addNumberRows()
 {
     const auto number = [](const char *name, const char *option, const QByteArray &value) {
@@ -201,6 +224,7 @@ void TestBadArguments::refuses_data()
     QTest::addColumn<int>("exitCode");
     QTest::addColumn<QByteArray>("message");
     addCommandRows();
+    addCaptureRows();
     addNumberRows();
     addItemRows();
     addLinkRows();

@@ -101,6 +101,16 @@ void addSettingRows()
     option("no copies", "--fault", "repeat=0", "values from 1 to 5");
     option("too many copies", "--fault", "repeat=1..6", "values from 1 to 5");
     option("answer longer than any", "--fault", "oversize=4097", "values from 0 to 4096");
+    option("capture without a name", "--capture", "", "expected the name of a file");
+    row("capture in no format", {"--tcp", "0", "--capture", "/nowhere/x", "--capture-as", "a\nb"},
+        kUsage, "--capture-as 'a?b': expected pdu or rtac");
+    row("capture of endless size",
+        {"--tcp", "0", "--capture", "x", "--capture-size", longText('9')}, kUsage,
+        "expected bytes from 16k to 1024G");
+    row("capture in no directory", {"--tcp", "0", "--capture", "/nowhere/a\nb"}, kCannotOpen,
+        "cannot write the capture to /nowhere/a?b: No such file");
+    row("ring of captures that is none", {"--tcp", "0", "--capture", "-", "--capture-age", "1"},
+        kCannotOpen, "it is no regular file");
     row("bad setting behind a good one", {"--tcp", "0", "--set", "D_W:1=1", "--set", "D_W:1=x"},
         kUsage, "expected values from -32768");
 }

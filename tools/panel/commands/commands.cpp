@@ -149,16 +149,20 @@ int parseAndRun(const QStringList &given, Messages &messages)
 int runCommandLine(const QStringList &arguments, Messages &messages)
 {
     resetStandardOutput();
+    messages.forgetLost();
     const int exitCode = parseAndRun(arguments, messages);
     QString reason;
     const OutputState output = standardOutputState(reason);
     if (output == OutputState::Failed) {
         messages.say(QString::fromLatin1("cannot write to standard output: %1").arg(reason));
     }
-    if (exitCode != kFine || output == OutputState::Fine) {
+    if (exitCode != kFine) {
         return exitCode;
     }
-    return output == OutputState::Failed ? kOutputLost : kDeviceFailed;
+    if (output == OutputState::Failed || messages.isOutputLost()) {
+        return kOutputLost;
+    }
+    return output == OutputState::Fine ? kFine : kDeviceFailed;
 }
 
 } // namespace cnet::panel

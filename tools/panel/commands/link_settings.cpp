@@ -1,6 +1,8 @@
 #include "panel/commands/link_settings.h"
 
 #include "host/address/item.h"
+#include "host/capture/capture_command_line.h"
+#include "host/wire/frame_words.h"
 #include "panel/system/output_file.h"
 
 namespace cnet::panel {
@@ -46,6 +48,24 @@ bool readStatsFile(const QCommandLineParser &parser, LinkSettings &settings, QSt
            openOutputFile(settings.statsFile, error) != nullptr;
 }
 
+bool openCapture(const QCommandLineParser &parser, LinkSettings &settings, QString &error)
+{
+    std::optional<CaptureOptions> options;
+    if (!readCaptureOptions(parser, QLatin1String("cnet-panel " CNET_PANEL_VERSION), options,
+                            error)) {
+        return false;
+    }
+    if (options) {
+        settings.capture = Capture::open(*options, error);
+        if (!settings.capture) {
+            return false;
+        }
+        settings.capture->setWords(
+            [](const QByteArray &frame, CaptureDirection) { return frameInWords(frame); });
+    }
+    return true;
+}
+
 } // namespace
 
 void addDriverOption(QCommandLineParser &parser)
@@ -86,6 +106,7 @@ void addLinkOptions(QCommandLineParser &parser)
                             "N"));
     parser.addOption(option(
         "retries", "How often a request is sent before it is given up, 1-1000 (default 3).", "N"));
+    addCaptureOptions(parser);
 }
 
 void addIntervalOption(QCommandLineParser &parser)
@@ -140,7 +161,8 @@ std::optional<LinkSettings> readLinkSettings(const QCommandLineParser &parser, L
                     number("block-words", 1, kHighestBlockWords, settings.session.blockWords) &&
                     number("retries", 1, kHighestAttempts, settings.session.attempts) &&
                     number("timeout", 1, kHighestTimeMs, settings.session.timeoutMs) &&
-                    number("interval", 0, kHighestTimeMs, settings.session.intervalMs);
+                    number("interval", 0, kHighestTimeMs, settings.session.intervalMs) &&
+                    openCapture(parser, settings, error);
     return ok ? std::optional<LinkSettings>(settings) : std::nullopt;
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "host/capture/capture.h"
 #include "host/link/link_address.h"
 #include "host/session_options.h"
 
 #include <QCommandLineParser>
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 namespace cnet::panel {
@@ -18,6 +20,7 @@ struct LinkSettings
     SessionOptions session;
     bool trace = false;
     QString statsFile; ///< where the session's numbers are stored; empty: nowhere
+    std::shared_ptr<Capture> capture; ///< opened; null: none
 };
 
 /** Whether a command may do without --link. */
@@ -36,7 +39,11 @@ void addLineOptions(QCommandLineParser &parser);
 void addLinkOptions(QCommandLineParser &parser);
 void addIntervalOption(QCommandLineParser &parser);
 
-/** @param error receives one sentence when the result is empty */
+/**
+ * Reads them, and opens the output of a capture, so that the user is told at once where it cannot
+ * be written.
+ * @param error receives one sentence when the result is empty
+ */
 std::optional<LinkSettings> readLinkSettings(const QCommandLineParser &parser, LinkNeed need,
                                              QString &error);
 

@@ -1,6 +1,7 @@
 #include "panel/runs/command_session.h"
 
 #include "host/exchange/trace.h"
+#include "host/link/captured_link.h"
 #include "panel/system/exit_code.h"
 #include "simulation/link_sim.h"
 
@@ -11,9 +12,7 @@ namespace {
 // How long a command that does one thing waits for a link that is lost.
 const int kLostLimitMs = 10000;
 
-} // namespace
-
-std::unique_ptr<Link> linkFor(const LinkSettings &settings, const QVector<int> &stations)
+std::unique_ptr<Link> plainLinkFor(const LinkSettings &settings, const QVector<int> &stations)
 {
     if (settings.link) {
         return makeLink(*settings.link);
@@ -21,10 +20,24 @@ std::unique_ptr<Link> linkFor(const LinkSettings &settings, const QVector<int> &
     return std::make_unique<LinkSim>(stations, settings.session.line.baud);
 }
 
+} // namespace
+
+// What becomes of the capture is said, and is no reason to stop talking.
+std::unique_ptr<Link> linkFor(const LinkSettings &settings, const QVector<int> &stations,
+                              Messages &messages)
+{
+    std::unique_ptr<Link> link = plainLinkFor(settings, stations);
+    if (!settings.capture) {
+        return link;
+    }
+    settings.capture->setTrouble([&messages](const QString &what) { messages.sayLost(what); });
+    return std::make_unique<CapturedLink>(std::move(link), settings.capture);
+}
+
 CommandSession::CommandSession(Driver &driver, const LinkSettings &settings,
                                const QVector<int> &stations, Messages &messages)
     : m_messages(messages)
-    , m_session(driver, linkFor(settings, stations), settings.session)
+    , m_session(driver, linkFor(settings, stations, messages), settings.session)
 {
     connect(&m_stopSignals, &StopSignals::caught, this, &CommandSession::stopRequested);
     connect(&m_session, &Session::noticed, this,

@@ -64,8 +64,13 @@ private:
     int m_exitCode = 0;
 };
 
-/** The link of the settings, not opened yet. @param stations that the simulated line has */
-std::unique_ptr<Link> linkFor(const LinkSettings &settings, const QVector<int> &stations);
+/**
+ * The link of the settings, not opened yet, with the capture that they ask for.
+ * @param stations that the simulated line has
+ * @param messages must outlive the link: says what becomes of the capture
+ */
+std::unique_ptr<Link> linkFor(const LinkSettings &settings, const QVector<int> &stations,
+                              Messages &messages);
 
 /** The stations of a list of items, each once. */
 QVector<int> stationsOf(const QVector<Item> &items);

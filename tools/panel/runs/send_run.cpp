@@ -40,7 +40,7 @@ std::optional<RawReply> sendFrame(const LinkSettings &settings, const QByteArray
                                   Messages &messages, int &exitCode)
 {
     const DecodedFrame request = decodeFrame(frame);
-    const auto link = linkFor(settings, {std::max(request.station, 0)});
+    const auto link = linkFor(settings, {std::max(request.station, 0)}, messages);
     RawExchange exchange(*link, SystemClock::instance());
     StopSignals stopSignals;
     QEventLoop loop;

@@ -42,6 +42,12 @@ void Messages::say(const QString &text)
     line(QLatin1String("cnet-panel: ") + oneLine(text));
 }
 
+void Messages::sayLost(const QString &text)
+{
+    m_outputLost = true;
+    say(text);
+}
+
 void Messages::line(const QString &text)
 {
     m_sink(text);

@@ -25,11 +25,21 @@ public:
      */
     void say(const QString &text);
 
+    /** The same of output that the user asked for and does not get; see isOutputLost(). */
+    void sayLost(const QString &text);
+
+    /** Whether any was lost, whatever else went well. */
+    bool isOutputLost() const { return m_outputLost; }
+
+    /** For a program that runs more than one command. */
+    void forgetLost() { m_outputLost = false; }
+
     /** One line as it is. */
     void line(const QString &text);
 
 private:
     Sink m_sink;
+    bool m_outputLost = false;
 };
 
 /** One line to standard error, at once. */

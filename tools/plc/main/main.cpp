@@ -3,6 +3,7 @@
 #include "plc/servers/pty_server.h"
 #include "plc/servers/tcp_server.h"
 #include "plc/stations/exchange_text.h"
+#include "plc/wire/wire.h"
 
 #include <QCoreApplication>
 
@@ -87,6 +88,57 @@ void trace(const QString &connection, const Exchange &exchange)
     print(stderr, before + text + QLatin1Char('\n'));
 }
 
+/**
+ * Opens the capture. Whatever becomes of it is told, and the stations go on answering.
+ * @return false on failure, which was told
+ */
+bool openCapture(const Options &options, std::unique_ptr<cnet::Capture> &capture)
+{
+    if (!options.capture) {
+        return true;
+    }
+    QString error;
+    capture = cnet::Capture::open(*options.capture, error);
+    if (!capture) {
+        fail(kExitCannotOpen, error);
+        return false;
+    }
+    capture->setWords([](const QByteArray &bytes, cnet::CaptureDirection) {
+        const char first = bytes.at(0);
+        const bool frame = first == kEnq || first == kAck || first == kNak;
+        return frame ? frameInWords(bytes) : QLatin1String("no frame");
+    });
+    capture->setTrouble([](const QString &what) { fail(kExitOutputLost, what); });
+    return true;
+}
+
+/** Runs until a signal. @return the exit code */
+int runUntilSignal(cnet::Capture *capture)
+{
+    if (capture) {
+        capture->begin();
+    }
+    const int code = QCoreApplication::exec();
+    return code == kExitFine && capture && capture->isIncomplete() ? kExitOutputLost : code;
+}
+
+using Servers = std::vector<std::unique_ptr<TcpServer>>;
+
+/** @return false on failure, which was told */
+bool listen(const Options &options, const ServerSetup &setup, Servers &servers)
+{
+    for (const TcpAddress &address : options.tcp) {
+        servers.push_back(std::make_unique<TcpServer>(setup));
+        if (!servers.back()->listen(address.host, address.port)) {
+            fail(kExitCannotOpen,
+                 QString::fromLatin1("cannot listen on %1: %2")
+                     .arg(addressText(address.host, address.port), servers.back()->errorString()));
+            return false;
+        }
+    }
+    return true;
+}
+
 int serve(const Options &options)
 {
     Bus bus;
@@ -101,14 +153,14 @@ int serve(const Options &options)
         setup.trace = trace;
     }
     const StopSignals stopSignals;
-    std::vector<std::unique_ptr<TcpServer>> servers;
-    for (const TcpAddress &address : options.tcp) {
-        servers.push_back(std::make_unique<TcpServer>(setup));
-        if (!servers.back()->listen(address.host, address.port)) {
-            return fail(kExitCannotOpen, QString::fromLatin1("cannot listen on %1: %2")
-                                             .arg(addressText(address.host, address.port),
-                                                  servers.back()->errorString()));
-        }
+    std::unique_ptr<cnet::Capture> capture;
+    if (!openCapture(options, capture)) {
+        return kExitCannotOpen;
+    }
+    setup.capture = capture.get();
+    Servers servers;
+    if (!listen(options, setup, servers)) {
+        return kExitCannotOpen;
     }
     PtyServer pty(setup);
     if (options.ptyLink && !pty.open(*options.ptyLink)) {
@@ -125,7 +177,7 @@ int serve(const Options &options)
     if (const int code = say(places)) {
         return code;
     }
-    return QCoreApplication::exec();
+    return runUntilSignal(capture.get());
 }
 
 } // namespace

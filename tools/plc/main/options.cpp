@@ -1,5 +1,6 @@
 #include "plc/main/options.h"
 
+#include "host/capture/capture_command_line.h"
 #include "plc/wire/wire.h"
 
 #include <QCommandLineParser>
@@ -26,7 +27,8 @@ const char *const kRest =
     "The addresses to connect to and the device to open are printed on standard output, one line\n"
     "each; errors and the trace go to standard error. SIGINT or SIGTERM ends the program.\n\n"
     "Exit codes: 0 ended by a signal, 2 wrong command line or standard output cannot be written,\n"
-    "3 an address or a terminal cannot be opened.\n";
+    "3 an address, a terminal or a capture cannot be opened, 5 ended by a signal, but part of the\n"
+    "capture is lost.\n";
 
 QCommandLineOption option(const char *name, const char *help, const char *value = "")
 {
@@ -79,6 +81,9 @@ void addOptions(QCommandLineParser &parser)
                "ten bits a byte.",
                "N"),
         option("trace", "Print each frame on standard error, with its time and its meaning."),
+    });
+    cnet::addCaptureOptions(parser);
+    parser.addOptions({
         {{QLatin1String("h"), QLatin1String("help")}, QLatin1String("Print this.")},
         {{QLatin1String("v"), QLatin1String("version")}, QLatin1String("Print the version.")},
     });
@@ -197,6 +202,14 @@ std::optional<TextError> readSingles(const QCommandLineParser &parser, Options &
     return std::nullopt;
 }
 
+std::optional<TextError> readCapture(const QCommandLineParser &parser, Options &options)
+{
+    TextError error;
+    const bool ok = cnet::readCaptureOptions(parser, QLatin1String("cnet-plc " CNET_PLC_VERSION),
+                                             options.capture, error.message);
+    return ok ? std::nullopt : std::optional<TextError>(error);
+}
+
 } // namespace
 
 Parsed<TcpAddress> parseTcpAddress(const QString &text)
@@ -245,7 +258,7 @@ Parsed<Options> readOptions(const QStringList &arguments)
          {readStations(parser, options), readSingles(parser, options),
           readAll(parser, "tcp", &parseTcpAddress, options.tcp),
           readAll(parser, "set", &parseSetting, options.settings), readMotions(parser, options),
-          readAll(parser, "fault", &parseFault, options.faults)}) {
+           readAll(parser, "fault", &parseFault, options.faults), readCapture(parser, options)}) {
         if (error) {
             return *error;
         }

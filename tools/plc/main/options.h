@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/capture/capture.h"
 #include "plc/setup/apply.h"
 
 #include <QHostAddress>
@@ -14,7 +15,8 @@ namespace plc {
 enum ExitCode {
     kExitFine = 0,       ///< ended by a signal, or after --help and --version
     kExitUsage = 2,      ///< wrong command line, or standard output cannot be written
-    kExitCannotOpen = 3, ///< an address, a terminal or a link cannot be opened
+    kExitCannotOpen = 3, ///< an address, a terminal, a link or a capture cannot be opened
+    kExitOutputLost = 5, ///< ended by a signal, but part of the capture is lost
 };
 
 struct TcpAddress
@@ -36,6 +38,7 @@ struct Options
     int baud = 0;
     quint32 seed = 1;
     bool trace = false;
+    std::optional<cnet::CaptureOptions> capture;
     bool help = false;
     bool version = false;
 };

@@ -59,12 +59,28 @@ bool PtyServer::open(const QString &link)
         return false;
     }
     m_line.setBaud(m_setup.baud);
-    if (m_setup.trace) {
-        m_line.setObserver([this](const Exchange &exchange) { m_setup.trace(device(), exchange); });
-    }
+    observe();
     m_notifier = std::make_unique<QSocketNotifier>(m_master, QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &PtyServer::receive);
     return true;
+}
+
+void PtyServer::observe()
+{
+    if (m_setup.capture) {
+        m_tap.emplace(*m_setup.capture, QLatin1String("serial ") + device());
+    }
+    if (!m_setup.trace && !m_tap) {
+        return;
+    }
+    m_line.setObserver([this](const Exchange &exchange) {
+        if (m_setup.trace) {
+            m_setup.trace(device(), exchange);
+        }
+        if (m_tap) {
+            m_tap->note(exchange);
+        }
+    });
 }
 
 bool PtyServer::openTerminal()
@@ -118,11 +134,20 @@ void PtyServer::receive()
         return;
     }
     const QByteArray bytes(buffer, static_cast<int>(size));
-    m_sender.add(m_line.receive(bytes, m_setup.clock.elapsed()));
+    const std::vector<Chunk> answers = m_line.receive(bytes, m_setup.clock.elapsed());
+    if (m_tap) {
+        m_tap->received(bytes);
+    }
+    if (!m_sender.add(answers) && m_tap) {
+        m_tap->forgetAnswers();
+    }
 }
 
 void PtyServer::send(const QByteArray &bytes)
 {
+    if (m_tap) {
+        m_tap->sent(bytes);
+    }
     const ssize_t written =
         write(m_master, bytes.constData(), static_cast<std::size_t>(bytes.size()));
     if (written < 0 && errno == EAGAIN) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/capture/capture.h"
 #include "plc/stations/line.h"
 
 #include <QElapsedTimer>
@@ -17,6 +18,7 @@ struct ServerSetup
     int baud = 0;        ///< see Line::setBaud()
     /** Called for each exchange, with the name of its connection; may be empty. */
     std::function<void(const QString &connection, const Exchange &)> trace;
+    cnet::Capture *capture = nullptr; ///< must outlive the servers; null: none
 };
 
 } // namespace plc

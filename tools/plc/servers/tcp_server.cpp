@@ -1,10 +1,12 @@
 #include "plc/servers/tcp_server.h"
 
+#include "plc/servers/capture_tap.h"
 #include "plc/servers/chunk_sender.h"
 
 #include <QPointer>
 #include <QTcpSocket>
 
+#include <optional>
 #include <utility>
 
 #ifdef Q_OS_LINUX
@@ -59,25 +61,47 @@ public:
         socket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, kSystemBufferBytes);
         enableKeepAlive(*socket);
         m_line.setBaud(setup.baud);
-        if (setup.trace) {
-            const QString name = addressText(socket->peerAddress(), socket->peerPort());
-            m_line.setObserver(
-                [this, name](const Exchange &exchange) { m_setup.trace(name, exchange); });
-        }
+        observe(addressText(socket->peerAddress(), socket->peerPort()));
         connect(socket, &QTcpSocket::readyRead, this, &Client::receive);
         connect(socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
     }
 
 private:
+    void observe(const QString &name)
+    {
+        if (m_setup.capture) {
+            m_tap.emplace(*m_setup.capture, QLatin1String("tcp ") + name);
+        }
+        if (!m_setup.trace && !m_tap) {
+            return;
+        }
+        m_line.setObserver([this, name](const Exchange &exchange) {
+            if (m_setup.trace) {
+                m_setup.trace(name, exchange);
+            }
+            if (m_tap) {
+                m_tap->note(exchange);
+            }
+        });
+    }
+
     void receive()
     {
-        if (!m_sender.add(m_line.receive(m_socket->readAll(), m_setup.clock.elapsed()))) {
+        const QByteArray bytes = m_socket->readAll();
+        const std::vector<Chunk> answers = m_line.receive(bytes, m_setup.clock.elapsed());
+        if (m_tap) {
+            m_tap->received(bytes);
+        }
+        if (!m_sender.add(answers)) {
             m_socket->abort();
         }
     }
 
     void send(const QByteArray &bytes)
     {
+        if (m_tap) {
+            m_tap->sent(bytes);
+        }
         // Disconnect a client that sends requests but never reads, before its answers fill the
         // memory.
         if (m_socket->bytesToWrite() + bytes.size() > TcpServer::kMostUnreadBytes) {
@@ -92,6 +116,7 @@ private:
     QTcpSocket *m_socket;
     const ServerSetup &m_setup;
     Line m_line;
+    std::optional<CaptureTap> m_tap;
     ChunkSender m_sender;
 };
 

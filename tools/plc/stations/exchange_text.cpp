@@ -147,14 +147,20 @@ QString visible(const QByteArray &bytes)
     return text;
 }
 
+QString faultsText(const std::vector<Fault> &fired)
+{
+    QStringList names;
+    for (const Fault &fault : fired) {
+        names << faultName(fault.kind);
+    }
+    return names.isEmpty() ? QString()
+                           : QString::fromLatin1("fault: %1").arg(names.join(QLatin1String(", ")));
+}
+
 QString exchangeText(const Exchange &exchange)
 {
     QString text = QString::fromLatin1("> %1  %2")
                        .arg(visible(exchange.request), frameInWords(exchange.request));
-    QStringList faults;
-    for (const Fault &fault : exchange.fired) {
-        faults << faultName(fault.kind);
-    }
     text += QLatin1String("\n< ");
     if (exchange.sent.empty()) {
         text += QLatin1String("nothing");
@@ -165,8 +171,8 @@ QString exchangeText(const Exchange &exchange)
             text += QString::fromLatin1(", in %1 ms").arg(ms);
         }
     }
-    if (!faults.isEmpty()) {
-        text += QString::fromLatin1("  (fault: %1)").arg(faults.join(QLatin1String(", ")));
+    if (!exchange.fired.empty()) {
+        text += QString::fromLatin1("  (%1)").arg(faultsText(exchange.fired));
     }
     return text;
 }
