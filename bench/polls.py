@@ -15,6 +15,7 @@ import os
 import re
 import subprocess
 import sys
+import tempfile
 from contextlib import ExitStack, contextmanager
 from pathlib import Path
 
@@ -24,9 +25,10 @@ SERVERS = {
     "serialbus": ["serve_serialbus"],
 }
 
-# For each measured client, its program and its server.
+# For each measured client, its program, its server and further arguments.
 PAIRS = {
     "panel": ("poll_panel", "plc"),
+    "panel-captured": ("poll_panel", "plc", "captured.pcapng"),
     "libmodbus": ("poll_libmodbus", "libmodbus"),
     "libmodbus-late": ("poll_libmodbus", "serialbus"),
     "serialbus": ("poll_serialbus", "serialbus"),
@@ -48,7 +50,7 @@ def serving(command):
 
 
 def poll(directory, polls, runs, client_core, server_core):
-    program = lambda name: str(Path(directory) / name)
+    program = lambda name: str((Path(directory) / name).resolve())
     results = []
     with ExitStack() as stack:
         os.sched_setaffinity(0, {server_core})  # inherited by the programs
@@ -57,9 +59,10 @@ def poll(directory, polls, runs, client_core, server_core):
             for server, command in SERVERS.items()
         }
         os.sched_setaffinity(0, {client_core})
+        files = stack.enter_context(tempfile.TemporaryDirectory())
         for _ in range(runs):
-            for client, (name, server) in PAIRS.items():
-                run = subprocess.run([program(name), ports[server], str(polls)],
+            for client, (name, server, *more) in PAIRS.items():
+                run = subprocess.run([program(name), ports[server], str(polls), *more], cwd=files,
                                      stdout=subprocess.PIPE, text=True, timeout=300, check=True)
                 results.append({"client": client, **json.loads(run.stdout)})
     return results

@@ -87,6 +87,7 @@ def other_costs(results):
 def polls(results):
     clients = {
         "panel": "`cnet-panel`'s session with `cnet-plc`",
+        "panel-captured": "the same with `--capture`",
         "libmodbus": "libmodbus with its own server",
         "libmodbus-late": "libmodbus with Qt SerialBus's server",
         "serialbus": "Qt SerialBus with its own server",

@@ -30,7 +30,8 @@ QString printable(QString text, int longest)
 {
     text.truncate(longest);
     for (QChar &letter : text) {
-        if (!letter.isPrint()) {
+        const bool ascii = letter.unicode() >= ' ' && letter.unicode() <= '~';
+        if (!ascii && !letter.isPrint()) {
             letter = QLatin1Char('?');
         }
     }

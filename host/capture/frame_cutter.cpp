@@ -16,6 +16,17 @@ constexpr char kNak = 0x15;
 constexpr int kCommandPosition = 3;
 constexpr int kCheckCharacters = 2;
 
+// How many bytes from here on are no control character, of which all that decide anything are.
+int plainBytes(const QByteArray &bytes, int from, int most)
+{
+    const auto size = static_cast<int>(bytes.size());
+    int at = from;
+    while (at < size && at - from < most && static_cast<unsigned char>(bytes.at(at)) >= ' ') {
+        ++at;
+    }
+    return at - from;
+}
+
 bool isHead(char byte)
 {
     return byte == kEnq || byte == kAck || byte == kNak;
@@ -26,8 +37,18 @@ bool isHead(char byte)
 std::vector<QByteArray> FrameCutter::add(const QByteArray &bytes)
 {
     std::vector<QByteArray> done;
-    for (const char byte : bytes) {
-        addByte(byte, done);
+    const auto size = static_cast<int>(bytes.size());
+    int at = 0;
+    while (at < size) {
+        const int room = kLongest - 1 - static_cast<int>(m_bytes.size());
+        const int plain = m_checkMissing > 0 ? 0 : plainBytes(bytes, at, room);
+        if (plain > 0) {
+            m_bytes.append(bytes.constData() + at, plain);
+            at += plain;
+        } else {
+            addByte(bytes.at(at), done);
+            ++at;
+        }
     }
     return done;
 }

@@ -98,7 +98,10 @@ QByteArray packetBlock(const CapturePacket &packet)
 {
     constexpr int kUpperHalf = 32;
     const auto size = static_cast<quint32>(packet.data.size());
+    constexpr int kMostBesides = 64;
+    const QByteArray comment = packet.comment.toUtf8();
     QByteArray body;
+    body.reserve(static_cast<int>(packet.data.size() + comment.size()) + kMostBesides);
     append(body, packet.interfaceNumber);
     append(body, static_cast<quint32>(packet.timeNs >> kUpperHalf));
     append(body, static_cast<quint32>(packet.timeNs));
@@ -110,8 +113,8 @@ QByteArray packetBlock(const CapturePacket &packet)
     if (packet.lost > 0) {
         appendNumberOption(body, kLostPackets, packet.lost);
     }
-    if (!packet.comment.isEmpty()) {
-        appendOption(body, kComment, packet.comment.toUtf8());
+    if (!comment.isEmpty()) {
+        appendOption(body, kComment, comment);
     }
     appendOption(body, kEndOfOptions, {});
     return block(kPacketBlock, body);

@@ -4,6 +4,7 @@
 
 #include <QStringList>
 
+#include <algorithm>
 #include <numeric>
 
 namespace cnet {
@@ -60,11 +61,17 @@ private:
 // "10 bytes 0001 0002": data in groups of four characters, as a PLC word has.
 QString dataInWords(const QByteArray &data)
 {
-    QStringList groups;
-    for (int i = 0; i < data.size(); i += 4) {
-        groups.append(latin1(data.mid(i, 4)));
+    const int digits = 4;
+    const int size = static_cast<int>(data.size());
+    QByteArray text;
+    text.reserve(size + size / digits + 1);
+    for (int at = 0; at < size; at += digits) {
+        if (at > 0) {
+            text += ' ';
+        }
+        text.append(data.constData() + at, std::min(digits, size - at));
     }
-    return groups.join(QLatin1Char(' '));
+    return latin1(text);
 }
 
 QString singleRequestInWords(Fields fields, bool writes)
