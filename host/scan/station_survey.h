@@ -1,0 +1,59 @@
+#pragma once
+
+#include "host/exchange/conversation.h"
+#include "host/scan/probe_frame.h"
+#include "host/scan/reach_search.h"
+#include "host/scan/scan_result.h"
+
+#include <QObject>
+#include <QVector>
+
+#include <optional>
+
+namespace cnet {
+
+/** Finds out which registers a station has and how far they reach. It only reads. */
+class StationSurvey : public QObject
+{
+    Q_OBJECT
+
+public:
+    /**
+     * @param conversation on an open line, not busy; must outlive this object
+     * @param registers word registers with their limits, one at least
+     */
+    StationSurvey(Conversation &conversation, int station, const QVector<RegisterInfo> &registers,
+                  QObject *parent = nullptr);
+
+    /** Begins; ended() follows, never from within this call. */
+    void start();
+
+    /** In the order of the registers; those after the last one that was looked at are Unknown. */
+    const QVector<RegisterReach> &reaches() const { return m_reaches; }
+
+    /** Frames that it sends at most; what does not fit is Unknown. */
+    static int mostFrames(const QVector<RegisterInfo> &registers);
+
+Q_SIGNALS:
+    /** An address was asked for. */
+    void asked();
+    void ended();
+
+private:
+    void ask();
+    void handleEnded(const Reply &reply);
+    void settle(const ReachSearch &search);
+    void nextRegister();
+
+    Conversation &m_conversation;
+    int m_station;
+    QVector<RegisterReach> m_reaches;
+    int m_current = 0; ///< index of the register that is looked at
+    std::optional<ReachSearch> m_search;
+    ProbeForm m_form;
+    int m_attempts = 0;
+    int m_silent = 0; ///< registers in a row without an answer
+    int m_framesLeft;
+};
+
+} // namespace cnet
