@@ -20,37 +20,27 @@ QString withLine(int line, const QString &what)
     return QString::fromLatin1("%1: %2").arg(line).arg(what);
 }
 
-// Spreadsheets put a byte order mark at the beginning of a file.
-QString lineText(const QByteArray &line)
+QStringList textsOf(const CsvFields &fields)
 {
-    QString text = QString::fromUtf8(line);
-    if (text.startsWith(QChar(QChar::ByteOrderMark))) {
-        text.remove(0, 1);
-    }
-    return text.trimmed();
-}
-
-QStringList fieldsOf(const QString &line)
-{
-    QStringList fields = line.split(QLatin1Char(','));
-    for (QString &field : fields) {
-        field = field.trimmed();
+    QStringList texts;
+    for (const CsvField &field : fields.all) {
+        texts.append(field.text);
     }
     // Spreadsheets fill the lines up to the longest one.
-    while (!fields.isEmpty() && fields.last().isEmpty()) {
-        fields.removeLast();
+    while (!texts.isEmpty() && texts.last().isEmpty()) {
+        texts.removeLast();
     }
-    return fields;
+    return texts;
 }
 
 // Spreadsheets of some countries, and some of their settings, divide fields by something else.
-QString dividerHint(const QString &header)
+QString dividerHint(const QByteArray &header)
 {
-    if (header.contains(QLatin1Char(','))) {
+    if (header.contains(',')) {
         return QString();
     }
-    const bool semicolons = header.contains(QLatin1Char(';'));
-    return semicolons || header.contains(QLatin1Char('\t'))
+    const bool semicolons = header.contains(';');
+    return semicolons || header.contains('\t')
                ? QString::fromLatin1("; fields are divided by commas, not by %1")
                      .arg(QLatin1String(semicolons ? "semicolons" : "tabs"))
                : QString();
@@ -72,17 +62,16 @@ std::optional<RecipeFile> RecipeFile::parse(const QByteArray &content, RecipeUse
 {
     const Reading reading{use, defaultStation, registers, check};
     RecipeFile file;
-    file.m_lines = content.split('\n');
-    int number = 0;
-    for (const QByteArray &line : std::as_const(file.m_lines)) {
-        ++number;
+    file.m_csv = CsvFile::read(content, CsvDivider::Comma, CsvQuotes::Literal);
+    for (int i = 0; i < file.m_csv.records().size(); ++i) {
         QString what;
-        if (!file.readLine(line, number, reading, what)) {
-            error = withLine(number, what);
+        if (!file.readRecord(i, reading, what)) {
+            error = withLine(file.m_csv.records().at(i).line, what);
             return std::nullopt;
         }
     }
     if (file.m_items.isEmpty()) {
+        const int number = file.m_csv.records().last().line;
         error = withLine(number, QLatin1String("the file has no items; expected a header, for "
                                                "example register,address,count,value, and a line "
                                                "for each item"));
@@ -91,27 +80,27 @@ std::optional<RecipeFile> RecipeFile::parse(const QByteArray &content, RecipeUse
     return file.findOverlap(error) ? std::nullopt : std::optional<RecipeFile>(file);
 }
 
-bool RecipeFile::readLine(const QByteArray &line, int number, const Reading &reading,
-                          QString &error)
+bool RecipeFile::readRecord(int index, const Reading &reading, QString &error)
 {
+    const CsvRecord &record = m_csv.records().at(index);
     // Text ends at its first zero byte for some of Qt, and so would a row of values.
-    if (line.contains('\0')) {
+    if (record.text.contains('\0')) {
         error = QLatin1String("a zero byte; expected text in UTF-8");
         return false;
     }
-    const QString text = lineText(line);
-    if (text.isEmpty() || text.startsWith(QLatin1Char('#'))) {
+    if (record.kind != CsvKind::Fields) {
         return true;
     }
-    if (m_headerLine == 0) {
-        m_headerLine = number;
-        return readHeader(text, reading.use, error);
+    if (m_header < 0) {
+        m_header = index;
+        return readHeader(record, reading.use, error);
     }
     RecipeItem item;
-    item.line = number;
-    if (!readItem(text, reading, item, error)) {
+    item.line = record.line;
+    if (!readItem(textsOf(m_csv.fields(index)), reading, item, error)) {
         return false;
     }
+    m_records.append(index);
     m_items.append(item);
     m_words += item.item.count;
     if (m_words > DriverCore::kRecipeWords) {
@@ -121,12 +110,12 @@ bool RecipeFile::readLine(const QByteArray &line, int number, const Reading &rea
     return m_words <= DriverCore::kRecipeWords;
 }
 
-bool RecipeFile::readHeader(const QString &line, RecipeUse use, QString &error)
+bool RecipeFile::readHeader(const CsvRecord &record, RecipeUse use, QString &error)
 {
     static const QStringList names{QLatin1String("station"), QLatin1String("register"),
                                    QLatin1String("address"), QLatin1String("count"),
                                    QLatin1String("value")};
-    const QStringList fields = fieldsOf(line);
+    const QStringList fields = textsOf(m_csv.fields(m_header));
     for (int i = 0; i < fields.size(); ++i) {
         const QString name = fields.at(i).toLower();
         const int column = static_cast<int>(
@@ -138,7 +127,7 @@ bool RecipeFile::readHeader(const QString &line, RecipeUse use, QString &error)
             error = QString::fromLatin1("%1 column '%2'; %3")
                         .arg(column < 0 ? QLatin1String("unknown") : QLatin1String("misplaced"),
                              quotable(fields.at(i)), QLatin1String(kColumnHint)) +
-                    dividerHint(line);
+                    dividerHint(record.text);
             return false;
         }
         if (m_places.at(column) >= 0 && column != kValue) {
@@ -156,10 +145,9 @@ bool RecipeFile::readHeader(const QString &line, RecipeUse use, QString &error)
     return true;
 }
 
-bool RecipeFile::readItem(const QString &line, const Reading &reading, RecipeItem &item,
+bool RecipeFile::readItem(const QStringList &fields, const Reading &reading, RecipeItem &item,
                           QString &error)
 {
-    const QStringList fields = fieldsOf(line);
     const int valuePlace = m_places.at(kValue);
     const QStringList values = valuePlace < 0 ? QStringList() : fields.mid(valuePlace);
     if (valuePlace < 0 && fields.size() > m_columns) {
@@ -265,37 +253,26 @@ bool RecipeFile::findOverlap(QString &error) const
     return false;
 }
 
-QByteArray RecipeFile::filledLine(const QByteArray &line, const QVector<quint16> &values) const
-{
-    const bool hasReturn = line.endsWith('\r');
-    QList<QByteArray> fields = (hasReturn ? line.left(line.size() - 1) : line).split(',');
-    const int first = m_places.at(kValue) < 0 ? m_columns : m_places.at(kValue);
-    while (fields.size() < first + values.size()) {
-        fields.append(QByteArray());
-    }
-    for (int i = 0; i < values.size(); ++i) {
-        QByteArray &field = fields[first + i];
-        field = valueTextLike(values.at(i), QString::fromUtf8(field)).toUtf8();
-    }
-    return fields.join(',') + (hasReturn ? "\r" : "");
-}
-
 QByteArray RecipeFile::filled(const QVector<QVector<quint16>> &values) const
 {
-    QList<QByteArray> lines = m_lines;
-    if (m_places.at(kValue) < 0) {
-        QByteArray &header = lines[m_headerLine - 1];
-        const bool hasReturn = header.endsWith('\r');
+    CsvFile csv = m_csv;
+    const bool lacksColumn = m_places.at(kValue) < 0;
+    if (lacksColumn) {
         // A spreadsheet may have put an empty field in its place.
-        QList<QByteArray> names = (hasReturn ? header.left(header.size() - 1) : header).split(',');
-        names = names.mid(0, m_columns) + QList<QByteArray>{"value"} + names.mid(m_columns + 1);
-        header = names.join(',') + (hasReturn ? "\r" : "");
+        csv.setFields(m_header, m_columns, {QLatin1String("value")});
     }
+    const int first = lacksColumn ? m_columns : m_places.at(kValue);
     for (int i = 0; i < m_items.size() && i < values.size(); ++i) {
-        QByteArray &line = lines[m_items.at(i).line - 1];
-        line = filledLine(line, values.at(i));
+        const CsvFields before = m_csv.fields(m_records.at(i));
+        QStringList texts;
+        for (int j = 0; j < values.at(i).size(); ++j) {
+            const QString like = before.at(first + j).text;
+            const QString text = valueTextLike(values.at(i).at(j), like);
+            texts.append(text == like ? QString() : text);
+        }
+        csv.setFields(m_records.at(i), first, texts);
     }
-    return lines.join('\n');
+    return csv.content();
 }
 
 } // namespace cnet

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "host/address/item.h"
+#include "host/text/csv_file.h"
 
 #include <QByteArray>
-#include <QList>
 #include <QString>
 #include <QVector>
 
@@ -66,19 +66,20 @@ private:
     enum Column { kStation, kRegister, kAddress, kCount, kValue, kColumns };
     struct Reading;
 
-    bool readLine(const QByteArray &line, int number, const Reading &reading, QString &error);
-    bool readHeader(const QString &line, RecipeUse use, QString &error);
-    bool readItem(const QString &line, const Reading &reading, RecipeItem &item, QString &error);
+    bool readRecord(int index, const Reading &reading, QString &error);
+    bool readHeader(const CsvRecord &record, RecipeUse use, QString &error);
+    bool readItem(const QStringList &fields, const Reading &reading, RecipeItem &item,
+                  QString &error);
     static bool readAddresses(const QString &text, const QString &registerName,
                               const Reading &reading, Item &item, QString &error);
     static bool readValues(const QStringList &values, RecipeItem &item, QString &error);
     bool findOverlap(QString &error) const;
-    QByteArray filledLine(const QByteArray &line, const QVector<quint16> &values) const;
 
-    QList<QByteArray> m_lines;
+    CsvFile m_csv;
     QVector<RecipeItem> m_items;
+    QVector<int> m_records;                             ///< of the items
     QVector<int> m_places = QVector<int>(kColumns, -1); ///< of each column; negative: there is none
-    int m_headerLine = 0;                               ///< from 1; 0: not found yet
+    int m_header = -1;                                  ///< its record; negative: not found yet
     int m_columns = 0;                                  ///< of the header
     int m_words = 0;                                    ///< of all items
 };

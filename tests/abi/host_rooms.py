@@ -7,8 +7,8 @@ from includes import circles, included_by, room_of, wrong_includes
 
 # The library's rooms, the lowest first; the last one is its face.
 ORDER = [["host/" + room] for room in
-         ("time", "wire", "capture", "link", "address", "decode", "driver", "exchange", "scan",
-          "statistics", "monitor", "tag", "jobs", "recipe", "schedule")] + [["host"]]
+         ("time", "text", "wire", "capture", "link", "address", "decode", "driver", "exchange",
+          "scan", "statistics", "monitor", "tag", "jobs", "recipe", "schedule")] + [["host"]]
 # Those of the simulated PLC, which shares nothing with any of the above.
 PLC_ORDER = [["tools/plc/" + room] for room in
              ("memory", "wire", "motion", "faults", "stations", "setup", "servers", "main")]

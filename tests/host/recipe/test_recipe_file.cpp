@@ -229,6 +229,8 @@ void TestRecipeFile::fillsIn_data()
         "register,address,value\nD_W,5,01000,0x3e9\n");
     row("other values", "register,address,value\nD_W,5,7,0xFF,-4\n",
         "register,address,value\nD_W,5,1000,0x03E9,1002\n");
+    row("blanks around a value", "register,address,value\nD_W,5, 7 ,8\n",
+        "register,address,value\nD_W,5, 1000 ,1001\n");
     row("all else stays", "# head\r\n\r\n register,address ,value,,\r\nD_W, 5,1,,\r\n# end",
         "# head\r\n\r\n register,address ,value,,\r\nD_W, 5,1000,,\r\n# end");
     row("items in the order of the file", "register,address,value\nM_W,9,1\nD_W,3,2\n",
