@@ -3,16 +3,29 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <map>
+#include <tuple>
 #include <utility>
 
 namespace cnet {
 
 namespace {
 
-bool sameAddresses(const Item &left, const Item &right)
+using Addresses = std::tuple<int, QString, int, int>;
+
+Addresses addressesOf(const Item &item)
 {
-    return left.station == right.station && left.start == right.start &&
-           left.count == right.count && left.reg.name == right.reg.name;
+    return std::make_tuple(item.station, item.reg.name, item.start, item.count);
+}
+
+// Items by their addresses; of several with the same ones the first.
+std::map<Addresses, int> indexesOf(const QVector<ItemState> &items)
+{
+    std::map<Addresses, int> indexes;
+    for (int i = 0; i < items.size(); ++i) {
+        indexes.emplace(addressesOf(items.at(i).item), i);
+    }
+    return indexes;
 }
 
 bool sharesRegister(const Item &left, const Item &right)
@@ -30,13 +43,14 @@ Monitor::Monitor(int blockWords, QObject *parent)
 void Monitor::setItems(const QVector<Item> &items)
 {
     const QVector<ItemState> before = std::exchange(m_items, {});
+    const std::map<Addresses, int> indexes = indexesOf(before);
+    QMultiHash<int, int> now; // where each of the old ones is
     for (const Item &item : items) {
-        const auto kept = std::find_if(before.cbegin(), before.cend(), [&](const ItemState &state) {
-            return sameAddresses(state.item, item);
-        });
+        const auto kept = indexes.find(addressesOf(item));
         ItemState state;
-        if (kept != before.cend()) {
-            state = *kept;
+        if (kept != indexes.cend()) {
+            state = before.at(kept->second);
+            now.insert(kept->second, static_cast<int>(m_items.size()));
             for (WatchedBlock &block : state.blocks) {
                 block.refused = false;
             }
@@ -49,9 +63,23 @@ void Monitor::setItems(const QVector<Item> &items)
         state.item = item;
         m_items.append(state);
     }
-    m_changes.clear();
-    m_changedStates.clear();
+    renumber(now);
     Q_EMIT itemsChanged();
+}
+
+// What is not told yet will be, under the numbers that the items have now.
+void Monitor::renumber(const QMultiHash<int, int> &now)
+{
+    for (const ValueChange &change : std::exchange(m_changes, {})) {
+        for (const int item : now.values(change.item)) {
+            m_changes.append({item, change.offset, change.value, change.atMs});
+        }
+    }
+    for (const int state : std::exchange(m_changedStates, {})) {
+        for (const int item : now.values(state)) {
+            m_changedStates.append(item);
+        }
+    }
 }
 
 bool Monitor::isComplete() const

@@ -3,6 +3,7 @@
 #include "host/exchange/confirmation.h"
 #include "host/monitor/item_state.h"
 
+#include <QMultiHash>
 #include <QObject>
 
 #include <functional>
@@ -31,7 +32,10 @@ public:
     /** @param blockWords words of a block read, 1 or more */
     explicit Monitor(int blockWords, QObject *parent = nullptr);
 
-    /** Sets what is watched; the addresses were checked. Items that stay keep their values. */
+    /**
+     * Sets what is watched; the addresses were checked. Items that stay keep their values and their
+     * times, whatever number they have now, and no change of them is lost.
+     */
     void setItems(const QVector<Item> &items);
 
     const QVector<ItemState> &items() const { return m_items; }
@@ -71,6 +75,7 @@ Q_SIGNALS:
 private:
     static Quality qualityOf(const ItemState &state, const Surroundings &now);
     void store(int item, int offset, quint16 value, const Surroundings &now);
+    void renumber(const QMultiHash<int, int> &now);
     void review(int item, const Surroundings &now);
     void forCommon(const Item &written, const std::function<void(int, int, int)> &visit,
                    const Surroundings &now);

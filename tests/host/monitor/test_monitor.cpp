@@ -69,6 +69,7 @@ private Q_SLOTS:
     void hasAQuality();
     void agesBecomeStale();
     void keepsWhatItKnows();
+    void keepsManyItemsQuickly();
     void knowsRefusals();
     void showsWrites();
     void writesElsewhereAreNoneOfItsBusiness();
@@ -177,12 +178,39 @@ void TestMonitor::keepsWhatItKnows()
     Told told(monitor);
     monitor.setItems(testItems("D_W:0 D_W:1*2 2/D_W:0"));
     monitor.blockRead(0, 0, {5}, at(1));
+    monitor.blockRead(2, 0, {6}, at(1));
     monitor.setItems(testItems("D_W:1 D_W:0"));
     monitor.tell();
-    QVERIFY(told.values.isEmpty()); // of items that are gone
+    // What was not told yet is told of the items that stay, under their new numbers.
+    QCOMPARE(told.takeValues(), QLatin1String("1+0=5"));
+    QCOMPARE(told.takeStates(), QList<int>{1});
     QVERIFY(!monitor.items().at(0).values.first().known);
     QCOMPARE(monitor.items().at(1).values.first().value, quint16(5));
     QCOMPARE(monitor.items().at(1).quality, Quality::Good);
+    QCOMPARE(monitor.items().at(1).readAtMs, 5001);
+    // What was told is told once.
+    monitor.setItems(testItems("D_W:0"));
+    monitor.blockRead(0, 0, {5}, at(2));
+    monitor.tell();
+    QCOMPARE(told.takeValues(), QString());
+    QCOMPARE(monitor.items().first().changedAtMs, 5001);
+}
+
+void TestMonitor::keepsManyItemsQuickly()
+{
+    QVector<Item> items;
+    for (int i = 0; i < 20000; ++i) {
+        items.append(testItem("D_W", i % 10000, 1, 1 + i / 10000));
+    }
+    Monitor monitor(kBlockWords);
+    monitor.setItems(items);
+    monitor.blockRead(19999, 0, {5}, at(1));
+    std::reverse(items.begin(), items.end());
+    QElapsedTimer timer;
+    timer.start();
+    monitor.setItems(items);
+    QVERIFY2(timer.elapsed() < 3000, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(monitor.items().first().values.first().value, quint16(5));
 }
 
 void TestMonitor::knowsRefusals()
