@@ -1,0 +1,125 @@
+#include "host/tag/tag_set.h"
+
+#include "host/address/value_text.h"
+#include "host/text/near_miss.h"
+
+#include <QSet>
+
+namespace cnet {
+
+namespace {
+
+bool isGlob(const QString &word)
+{
+    return word.contains(QLatin1Char('*')) || word.contains(QLatin1Char('?'));
+}
+
+} // namespace
+
+TagSet::TagSet(const QVector<Tag> &tags)
+    : m_tags(tags)
+{
+    m_indexes.reserve(tags.size());
+    for (int i = 0; i < tags.size(); ++i) {
+        m_indexes.insert(tags.at(i).name, i);
+    }
+}
+
+const Tag *TagSet::find(const QString &name) const
+{
+    const int index = indexOf(name);
+    return index < 0 ? nullptr : &m_tags.at(index);
+}
+
+QStringList TagSet::names() const
+{
+    QStringList names;
+    for (const Tag &tag : m_tags) {
+        names.append(tag.name);
+    }
+    return names;
+}
+
+QStringList TagSet::groups() const
+{
+    QStringList groups;
+    QSet<QString> known;
+    for (const Tag &tag : m_tags) {
+        if (!tag.group.isEmpty() && !known.contains(tag.group)) {
+            known.insert(tag.group);
+            groups.append(tag.group);
+        }
+    }
+    return groups;
+}
+
+QVector<int> TagSet::chosenBy(const QString &word) const
+{
+    const int index = indexOf(word);
+    if (index >= 0) {
+        return {index};
+    }
+    QVector<int> chosen;
+    const QString inside = word + QLatin1Char('/');
+    for (int i = 0; i < m_tags.size(); ++i) {
+        const Tag &tag = m_tags.at(i);
+        const bool fits = isGlob(word) ? fitsGlob(tag.name, word)
+                                       : tag.group == word || tag.group.startsWith(inside);
+        if (fits && !word.isEmpty()) {
+            chosen.append(i);
+        }
+    }
+    return chosen;
+}
+
+std::optional<QVector<int>> TagSet::select(const QStringList &words, QString &error) const
+{
+    QVector<int> selected;
+    QVector<bool> known(m_tags.size(), false);
+    for (const QString &word : words.isEmpty() ? QStringList(QLatin1String("*")) : words) {
+        const QVector<int> chosen = chosenBy(word);
+        if (chosen.isEmpty()) {
+            error = isGlob(word) ? QString::fromLatin1("no tag fits '%1'").arg(quotable(word))
+                                 : QString::fromLatin1("no tag or group '%1'%2")
+                                       .arg(quotable(word), nearMissHint(word, names() + groups()));
+            return std::nullopt;
+        }
+        for (const int index : chosen) {
+            if (!known.at(index)) {
+                known[index] = true;
+                selected.append(index);
+            }
+        }
+    }
+    return selected;
+}
+
+// A * is tried short first, and made longer from where the rest failed.
+bool fitsGlob(const QString &name, const QString &glob)
+{
+    int at = 0;
+    int star = -1;
+    int resumed = 0;
+    int next = 0;
+    while (at < name.size()) {
+        const QChar wanted = next < glob.size() ? glob.at(next) : QChar();
+        if (wanted == QLatin1Char('*')) {
+            star = next++;
+            resumed = at;
+        } else if (next < glob.size() && (wanted == QLatin1Char('?') || wanted == name.at(at))) {
+            ++at;
+            ++next;
+        } else if (star >= 0) {
+            next = star + 1;
+            at = ++resumed;
+        } else {
+            return false;
+        }
+    }
+    while (next < glob.size() && glob.at(next) == QLatin1Char('*')) {
+        ++next;
+    }
+    return next == glob.size();
+}
+
+} // namespace cnet
