@@ -9,6 +9,8 @@ QString qualityText(Quality quality)
         return QLatin1String("good");
     case Quality::Waiting:
         return QLatin1String("waiting for the PLC");
+    case Quality::Implausible:
+        return QLatin1String("implausible");
     case Quality::Stale:
         return QLatin1String("stale");
     case Quality::Refused:

@@ -49,6 +49,8 @@ char markOf(Quality quality)
         return '>';
     case Quality::Stale:
         return '~';
+    case Quality::Implausible:
+        return '?';
     case Quality::NeverRead:
         return '-';
     case Quality::Refused:
