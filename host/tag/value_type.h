@@ -41,7 +41,7 @@ enum class ByteOrder {
 /** What fills a string up to its length. */
 enum class Padding {
     Zero,  ///< a 0; the text ends at the first one
-    Space, ///< blanks; those at the end are no part of the text
+    Space, ///< blanks; those at the end are no part of the text, and a 0 ends it all the same
 };
 
 /** How the words of one value are to be read and written; no scale and no unit. */
