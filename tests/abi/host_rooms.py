@@ -11,7 +11,8 @@ ORDER = [["host/" + room] for room in
           "scan", "statistics", "monitor", "tag", "jobs", "recipe", "schedule")] + [["host"]]
 # Those of the simulated PLC, which shares nothing with any of the above.
 PLC_ORDER = [["tools/plc/" + room] for room in
-             ("memory", "wire", "motion", "faults", "stations", "setup", "servers", "main")]
+             ("memory", "wire", "motion", "scenario", "faults", "stations", "setup", "servers",
+              "control", "main")]
 BOUNDARY = "include/ls_master_k_cnet/"
 # The only room that knows the driver's functions by name; others ask it.
 DRIVER_ROOM = "host/driver"

@@ -1,4 +1,5 @@
-#include "plc/main/options.h"
+#include "plc/main/fill_bus.h"
+#include "plc/main/option_table.h"
 #include "support/rows.h"
 
 #include <QtTest>
@@ -42,6 +43,19 @@ static const struct
     {"127.0.0.1:http", "", -1},
 };
 
+static const struct
+{
+    const char *what, *host;
+    int port;
+    const char *path;
+    bool local;
+} kControlAddresses[] = {
+    {"8001", "127.0.0.1", 8001, "", true},     {"[::1]:8001", "::1", 8001, "", true},
+    {"127.9.9.9:1", "127.9.9.9", 1, "", true}, {"0.0.0.0:8001", "0.0.0.0", 8001, "", false},
+    {"[::]:8001", "::", 8001, "", false},      {"192.0.2.1:8001", "192.0.2.1", 8001, "", false},
+    {"./plc:1", "", 0, "./plc:1", true},       {"/run/plc", "", 0, "/run/plc", true},
+};
+
 static const Given<const char *> kWrong[] = {
     // what is in the message
     {"--trace", "expected --tcp [HOST:]PORT or --pty [LINK]"},
@@ -51,6 +65,12 @@ static const Given<const char *> kWrong[] = {
     {"--tcp x:y", "--tcp: \"x:y\": expected [HOST:]PORT"},
     {"--tcp 0 --station 32", "--station: expected a number from 0 to 31, not \"32\""},
     {"--tcp 0 --station one", "--station: expected a number from 0 to 31, not \"one\""},
+    {"--tcp 0 --control plc.socket", "or a path with a \"/\", for example ./plc.socket"},
+    {"--tcp 0 --control 0.0.0.0:1", "other machines reach \"0.0.0.0:1\""},
+    {"--tcp 0 --control 1 --control [::]:1", "other machines reach \"[::]:1\""},
+    {"--tcp 0 --control-format xml", "--control-format: expected text or json, not \"xml\""},
+    {"--tcp 0 --scenario none", "--scenario: expected press, or list for all of them, not"},
+    {"--tcp 0 --scenario=", "--scenario: expected press"},
     {"--tcp 0 --model k80", "--model: expected full or k120s, not \"k80\""},
     {"--tcp 0 --baud 0", "--baud: expected a number from 50 to 4000000, not \"0\""},
     {"--tcp 0 --seed -1", "--seed: expected a number from 0 to 4294967295, not \"-1\""},
@@ -87,13 +107,32 @@ private Q_SLOTS:
         }
     }
 
+    void controlAddresses_data() { addRows(kControlAddresses); }
+    void controlAddresses()
+    {
+        const auto &row = currentRow(kControlAddresses);
+        const auto parsed = parseControlAddress(latin(row.what));
+        QVERIFY(std::holds_alternative<ControlAddress>(parsed));
+        const ControlAddress address = std::get<ControlAddress>(parsed);
+        QCOMPARE(address.path, latin(row.path));
+        QCOMPARE(address.tcp.host, QHostAddress(latin(row.host)));
+        QCOMPARE(int(address.tcp.port), row.port);
+        QCOMPARE(address.isLocal(), row.local);
+        const auto options = readOptions(arguments("--tcp 0 --control") << latin(row.what));
+        QCOMPARE(std::holds_alternative<Options>(options), row.local);
+        const auto remote =
+            readOptions(arguments("--tcp 0 --control-remote --control") << latin(row.what));
+        QVERIFY(std::holds_alternative<Options>(remote));
+    }
+
     void everything()
     {
         const auto parsed = readOptions(arguments(
             "--tcp 0 --tcp 127.0.0.1:8000 --pty /tmp/plc --station 0 --station 31 --model k120s "
             "--set M_W:3=0x1234 --set D_W:0=-1 --ramp D_W:100-119 --walk D_W:5 --fault silence*3 "
             "--baud 9600 "
-            "--seed 7 --trace"));
+            "--seed 7 --trace --memory m --script s --scenario press --control 1 --control-format "
+            "json"));
         QVERIFY(std::holds_alternative<Options>(parsed));
         const Options options = std::get<Options>(parsed);
         QCOMPARE(options.tcp.size(), std::size_t(2));
@@ -103,6 +142,11 @@ private Q_SLOTS:
         QCOMPARE(options.settings.size(), std::size_t(2));
         QCOMPARE(options.motions.size(), std::size_t(2));
         QCOMPARE(options.faults.size(), std::size_t(1));
+        QCOMPARE(options.memoryPath, latin("m"));
+        QCOMPARE(options.scriptPath, latin("s"));
+        QCOMPARE(options.scenario, latin("press"));
+        QCOMPARE(options.control.size(), std::size_t(1));
+        QVERIFY(options.controlFormat == ReplyFormat::Json);
         QCOMPARE(options.baud, 9600);
         QCOMPARE(options.seed, 7U);
         QVERIFY(options.trace);
@@ -148,9 +192,9 @@ private Q_SLOTS:
         const auto parsed = readOptions(arguments(row.what));
         QVERIFY(std::holds_alternative<Options>(parsed));
         Bus bus;
-        const auto error = fillBus(std::get<Options>(parsed), bus);
-        QVERIFY(error);
-        QCOMPARE(error->message, latin(row.given));
+        const Trouble trouble = fillBus(std::get<Options>(parsed), bus);
+        QCOMPARE(int(trouble.code), int(kExitUsage));
+        QCOMPARE(trouble.messages, QStringList(latin(row.given)));
     }
 
     void fillsTheBus()
@@ -158,7 +202,7 @@ private Q_SLOTS:
         const auto parsed = readOptions(arguments("--tcp 0 --station 3 --station 4 --set "
                                                   "4/M_W:3=0x1234 --fault 3:silence --ramp T_W:0"));
         Bus bus;
-        QVERIFY(!fillBus(std::get<Options>(parsed), bus));
+        QCOMPARE(int(fillBus(std::get<Options>(parsed), bus).code), int(kExitFine));
         QCOMPARE(bus.units().size(), std::size_t(2));
         QCOMPARE(*bus.find(4)->station.memory().word('M', 3), quint16(0x1234));
         QCOMPARE(*bus.find(3)->station.memory().word('M', 3), quint16(0));
@@ -170,9 +214,12 @@ private Q_SLOTS:
     void helpNamesEverything()
     {
         const QString help = helpText();
-        for (const char *name : {"--tcp", "--pty", "--station", "--model", "--set", "--ramp",
-                                 "--sine", "--square", "--walk", "--counter", "--fault", "--seed",
-                                 "--baud", "--trace", "wrong-station", "Exit codes"}) {
+        for (const char *name :
+             {"--tcp",        "--pty",         "--station", "--model",          "--set",
+              "--ramp",       "--sine",        "--square",  "--walk",           "--counter",
+              "--fault",      "--seed",        "--baud",    "--trace",          "--memory",
+              "--script",     "--scenario",    "--control", "--control-format", "--control-remote",
+              "clear faults", "wrong-station", "Exit codes"}) {
             QVERIFY2(help.contains(QLatin1String(name)), name);
         }
         QVERIFY(std::get<Options>(readOptions(arguments("--help"))).help);

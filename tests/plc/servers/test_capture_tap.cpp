@@ -1,7 +1,7 @@
 #include "plc/servers/capture_tap.h"
 
-#include "support/pcapng_reader.h"
 #include "plc/support/wire_text.h"
+#include "support/pcapng_reader.h"
 
 #include <QTemporaryDir>
 #include <QtTest>

@@ -19,7 +19,7 @@ struct LinkSettings
     int station = 1;                 ///< of items that name none
     SessionOptions session;
     bool trace = false;
-    QString statsFile; ///< where the session's numbers are stored; empty: nowhere
+    QString statsFile;                ///< where the session's numbers are stored; empty: nowhere
     std::shared_ptr<Capture> capture; ///< opened; null: none
 };
 

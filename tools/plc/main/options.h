@@ -1,9 +1,10 @@
 #pragma once
 
 #include "host/capture/capture.h"
+#include "plc/control/reply.h"
+#include "plc/main/addresses.h"
 #include "plc/setup/apply.h"
 
-#include <QHostAddress>
 #include <QStringList>
 
 #include <optional>
@@ -13,16 +14,10 @@ namespace plc {
 
 /** Exit codes of cnet-plc. */
 enum ExitCode {
-    kExitFine = 0,       ///< ended by a signal, or after --help and --version
-    kExitUsage = 2,      ///< wrong command line, or standard output cannot be written
-    kExitCannotOpen = 3, ///< an address, a terminal, a link or a capture cannot be opened
-    kExitOutputLost = 5, ///< ended by a signal, but part of the capture is lost
-};
-
-struct TcpAddress
-{
-    QHostAddress host;
-    quint16 port = 0;
+    kExitFine = 0,       ///< ended by a signal or by `quit`, or after --help and --version
+    kExitUsage = 2,      ///< wrong command line or file, or standard output cannot be written
+    kExitCannotOpen = 3, ///< an address, a terminal, a link or a file cannot be opened or written
+    kExitOutputLost = 5, ///< ended as with 0, but part of the capture is lost
 };
 
 /** The command line of cnet-plc, checked as far as possible without opening anything. */
@@ -35,24 +30,21 @@ struct Options
     std::vector<Setting> settings;
     std::vector<MotionSetting> motions;
     std::vector<FaultSetting> faults;
+    std::vector<ControlAddress> control;
+    ReplyFormat controlFormat = ReplyFormat::Text;
+    QString memoryPath; ///< empty: the memory is kept nowhere
+    QString scriptPath; ///< empty: there is no script
+    QString scenario;   ///< name of one that exists; empty: none
     int baud = 0;
     quint32 seed = 1;
     bool trace = false;
     std::optional<cnet::CaptureOptions> capture;
     bool help = false;
+    bool scenarioList = false; ///< asked for instead of a scenario
     bool version = false;
 };
 
 /** Reads the command line. @param arguments begin with the program's name. */
 Parsed<Options> readOptions(const QStringList &arguments);
-
-/** "[HOST:]PORT"; HOST is an IP address or "localhost", which is the default. */
-Parsed<TcpAddress> parseTcpAddress(const QString &text);
-
-/** What --help prints. */
-QString helpText();
-
-/** Adds the stations and applies the settings, motions and faults to them. */
-std::optional<TextError> fillBus(const Options &options, Bus &bus);
 
 } // namespace plc

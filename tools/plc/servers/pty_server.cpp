@@ -58,29 +58,10 @@ bool PtyServer::open(const QString &link)
     if (!openTerminal() || (!link.isEmpty() && !makeLink(link))) {
         return false;
     }
-    m_line.setBaud(m_setup.baud);
-    observe();
+    m_served = std::make_unique<ServedConnection>(m_setup, m_line, "serial", device());
     m_notifier = std::make_unique<QSocketNotifier>(m_master, QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &PtyServer::receive);
     return true;
-}
-
-void PtyServer::observe()
-{
-    if (m_setup.capture) {
-        m_tap.emplace(*m_setup.capture, QLatin1String("serial ") + device());
-    }
-    if (!m_setup.trace && !m_tap) {
-        return;
-    }
-    m_line.setObserver([this](const Exchange &exchange) {
-        if (m_setup.trace) {
-            m_setup.trace(device(), exchange);
-        }
-        if (m_tap) {
-            m_tap->note(exchange);
-        }
-    });
 }
 
 bool PtyServer::openTerminal()
@@ -135,19 +116,15 @@ void PtyServer::receive()
     }
     const QByteArray bytes(buffer, static_cast<int>(size));
     const std::vector<Chunk> answers = m_line.receive(bytes, m_setup.clock.elapsed());
-    if (m_tap) {
-        m_tap->received(bytes);
-    }
-    if (!m_sender.add(answers) && m_tap) {
-        m_tap->forgetAnswers();
+    m_served->received(bytes);
+    if (!m_sender.add(answers)) {
+        m_served->forgetAnswers();
     }
 }
 
 void PtyServer::send(const QByteArray &bytes)
 {
-    if (m_tap) {
-        m_tap->sent(bytes);
-    }
+    m_served->sent(bytes);
     const ssize_t written =
         write(m_master, bytes.constData(), static_cast<std::size_t>(bytes.size()));
     if (written < 0 && errno == EAGAIN) {

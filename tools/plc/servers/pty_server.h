@@ -1,6 +1,5 @@
 #pragma once
 
-#include "plc/servers/capture_tap.h"
 #include "plc/servers/chunk_sender.h"
 #include "plc/servers/server_setup.h"
 
@@ -39,14 +38,13 @@ public:
 private:
     bool openTerminal();
     bool makeLink(const QString &link);
-    void observe();
     bool fail(const QString &what);
     void receive();
     void send(const QByteArray &bytes);
 
     const ServerSetup &m_setup;
     Line m_line;
-    std::optional<CaptureTap> m_tap;
+    std::unique_ptr<ServedConnection> m_served; ///< once it is open
     ChunkSender m_sender;
     int m_master = -1;
     int m_slave = -1; ///< kept open, so that the settings survive when the last client leaves

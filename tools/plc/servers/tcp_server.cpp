@@ -1,6 +1,5 @@
 #include "plc/servers/tcp_server.h"
 
-#include "plc/servers/capture_tap.h"
 #include "plc/servers/chunk_sender.h"
 
 #include <QPointer>
@@ -51,6 +50,7 @@ public:
         , m_socket(socket)
         , m_setup(setup)
         , m_line(*setup.bus)
+        , m_served(setup, m_line, "tcp", addressText(socket->peerAddress(), socket->peerPort()))
         , m_sender([this](const QByteArray &bytes) { send(bytes); }, this)
     {
         socket->setParent(this);
@@ -60,38 +60,16 @@ public:
         socket->setSocketOption(QAbstractSocket::SendBufferSizeSocketOption, kSystemBufferBytes);
         socket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, kSystemBufferBytes);
         enableKeepAlive(*socket);
-        m_line.setBaud(setup.baud);
-        observe(addressText(socket->peerAddress(), socket->peerPort()));
         connect(socket, &QTcpSocket::readyRead, this, &Client::receive);
         connect(socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
     }
 
 private:
-    void observe(const QString &name)
-    {
-        if (m_setup.capture) {
-            m_tap.emplace(*m_setup.capture, QLatin1String("tcp ") + name);
-        }
-        if (!m_setup.trace && !m_tap) {
-            return;
-        }
-        m_line.setObserver([this, name](const Exchange &exchange) {
-            if (m_setup.trace) {
-                m_setup.trace(name, exchange);
-            }
-            if (m_tap) {
-                m_tap->note(exchange);
-            }
-        });
-    }
-
     void receive()
     {
         const QByteArray bytes = m_socket->readAll();
         const std::vector<Chunk> answers = m_line.receive(bytes, m_setup.clock.elapsed());
-        if (m_tap) {
-            m_tap->received(bytes);
-        }
+        m_served.received(bytes);
         if (!m_sender.add(answers)) {
             m_socket->abort();
         }
@@ -99,9 +77,7 @@ private:
 
     void send(const QByteArray &bytes)
     {
-        if (m_tap) {
-            m_tap->sent(bytes);
-        }
+        m_served.sent(bytes);
         // Disconnect a client that sends requests but never reads, before its answers fill the
         // memory.
         if (m_socket->bytesToWrite() + bytes.size() > TcpServer::kMostUnreadBytes) {
@@ -116,7 +92,7 @@ private:
     QTcpSocket *m_socket;
     const ServerSetup &m_setup;
     Line m_line;
-    std::optional<CaptureTap> m_tap;
+    ServedConnection m_served;
     ChunkSender m_sender;
 };
 

@@ -33,6 +33,9 @@ Unit *Bus::find(int number)
 void Bus::advance(qint64 nowMs)
 {
     for (auto &[number, unit] : m_units) {
+        if (unit.scenario) {
+            unit.scenario->advance(unit.station.memory(), nowMs);
+        }
         for (Motion &motion : unit.motions) {
             motion.advance(unit.station.memory(), nowMs);
         }

@@ -2,9 +2,11 @@
 
 #include "plc/faults/faults.h"
 #include "plc/motion/motion.h"
+#include "plc/scenario/scenario.h"
 #include "plc/stations/station.h"
 
 #include <map>
+#include <memory>
 #include <vector>
 
 namespace plc {
@@ -17,7 +19,8 @@ struct Unit
     Station station;
     Faults faults;
     std::vector<Motion> motions;
-    quint32 seed; ///< its own, of all that is random in it
+    std::shared_ptr<Scenario> scenario; ///< null: none. A copy of the unit shares it.
+    quint32 seed;                       ///< its own, of all that is random in it
 };
 
 /**
@@ -35,7 +38,7 @@ public:
 
     std::map<int, Unit> &units() { return m_units; }
 
-    /** Advances all motions to time nowMs. */
+    /** Advances all scenarios and motions to time nowMs; a motion has the last word. */
     void advance(qint64 nowMs);
 
 private:

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "plc/control/commands.h"
+
+#include <QHostAddress>
+#include <QLocalServer>
+#include <QObject>
+#include <QTcpServer>
+
+#include <functional>
+
+namespace plc {
+
+/** Takes commands from elsewhere, over TCP or a local socket; each connection is a session. */
+class ControlServer : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** Further connections are closed at once. */
+    static constexpr int kMostClients = 16;
+    /** Bytes that one client may leave unread before its next command has to wait. */
+    static constexpr qint64 kMostUnreadBytes = 65536;
+
+    /** @param target must outlive the server. */
+    ControlServer(const ControlTarget &target, ReplyFormat format, QObject *parent = nullptr);
+
+    /**
+     * @param port 0 picks a free one
+     * @return false if the address is in use or not ours; errorString() tells why.
+     */
+    bool listen(const QHostAddress &address, quint16 port);
+
+    /**
+     * Listens at a local socket that only this user may open.
+     * @param path replaces a socket that an earlier run left behind, but no other file
+     */
+    bool listenLocally(const QString &path);
+
+    QString errorString() const { return m_error; }
+    /** "127.0.0.1:8001" or the path. */
+    QString address() const;
+    int clients() const { return m_clients; }
+
+private:
+    template <typename Socket>
+    void take(Socket *socket);
+
+    const ControlTarget &m_target;
+    ReplyFormat m_format;
+    QTcpServer m_tcp;
+    QLocalServer m_local;
+    QString m_error;
+    int m_clients = 0;
+};
+
+} // namespace plc
