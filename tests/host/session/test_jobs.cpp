@@ -81,6 +81,7 @@ private Q_SLOTS:
 
 private:
     static Job *start(VirtualPlant &plant, Kind kind, int from = 0);
+    static void bring(End end, VirtualPlant &plant, Job &job);
 };
 
 Job *TestJobs::start(VirtualPlant &plant, Kind kind, int from)
@@ -112,6 +113,43 @@ void TestJobs::finishesOnce_data()
     }
 }
 
+void TestJobs::bring(End end, VirtualPlant &plant, Job &job)
+{
+    switch (end) {
+    case End::Done:
+    case End::Refused:
+        break;
+    case End::Silence:
+        plant.silence(1);
+        break;
+    case End::CancelTwice:
+        job.cancel();
+        job.cancel();
+        break;
+    case End::CancelAtOnce:
+    case End::CancelUnderway:
+        job.cancel();
+        break;
+    case End::CloseTwice:
+        plant.session->close();
+        plant.session->close();
+        break;
+    case End::Close:
+        plant.session->close();
+        break;
+    case End::DeleteSession:
+        plant.session.reset();
+        break;
+    case End::LineLost:
+        plant.line->breakDown();
+        break;
+    case End::LineLostAndCancelled:
+        plant.line->breakDown();
+        job.cancel();
+        break;
+    }
+}
+
 void TestJobs::finishesOnce()
 {
     QFETCH(Kind, kind);
@@ -136,39 +174,7 @@ void TestJobs::finishesOnce()
         plant.run(25); // a block is out
         QCOMPARE(job->state(), Job::State::Running);
     }
-    switch (end->end) {
-    case End::Done:
-    case End::Refused:
-        break;
-    case End::Silence:
-        plant.silence(1);
-        break;
-    case End::CancelTwice:
-        job->cancel();
-        job->cancel();
-        break;
-    case End::CancelAtOnce:
-    case End::CancelUnderway:
-        job->cancel();
-        break;
-    case End::CloseTwice:
-        plant.session->close();
-        plant.session->close();
-        break;
-    case End::Close:
-        plant.session->close();
-        break;
-    case End::DeleteSession:
-        plant.session.reset();
-        break;
-    case End::LineLost:
-        plant.line->breakDown();
-        break;
-    case End::LineLostAndCancelled:
-        plant.line->breakDown();
-        job->cancel();
-        break;
-    }
+    bring(end->end, plant, *job);
     plant.run(30000);
     QCOMPARE(finished, 1);
     const bool lost = end->end == End::LineLost || end->end == End::LineLostAndCancelled;
