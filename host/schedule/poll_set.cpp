@@ -91,9 +91,9 @@ QList<KEY_ADDRESS> PollSet::keys(const Included &included) const
     for (const QPointer<Monitor> &monitor : m_monitors) {
         for (int i = 0; monitor && i < monitor->items().size(); ++i) {
             const ItemState &state = monitor->items().at(i);
-            for (int block = 0; included(state.item.station) && block < state.blocks.size();
-                 ++block) {
-                if (!state.blocks.at(block).refused) {
+            for (int block = 0; block < state.blocks.size(); ++block) {
+                const WatchedBlock &watched = state.blocks.at(block);
+                if (!watched.refused && included(state.item.station, watched)) {
                     keys.append(keyOf(itemOf({monitor, i, block})));
                 }
             }

@@ -27,7 +27,7 @@ public:
         int item = 0;
         int block = 0;
     };
-    using Included = std::function<bool(int station)>;
+    using Included = std::function<bool(int station, const WatchedBlock &block)>;
 
     /** @param driver must outlive this object */
     explicit PollSet(const DriverCore &driver);

@@ -3,6 +3,7 @@
 #include "host/jobs/read_job.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace cnet {
 
@@ -61,9 +62,22 @@ void Poller::prepare()
     }
     m_mergeDue = false;
     m_set.distrustCallbacks();
-    m_blocks =
-        m_driver.merge(m_set.keys([this](int station) { return m_health.isAlive(station); }));
-    m_blocksLeft = 0;
+    m_blocks = m_blocksLeft > 0 ? m_driver.merge(keysSince(m_roundBeganMs)) : 0;
+    m_restOfRound = m_blocks > 0;
+    m_blocksLeft = m_blocks;
+    if (!m_restOfRound) {
+        m_blocks = m_driver.merge(keysSince(m_clock.nowMs() + 1));
+    }
+}
+
+// The driver begins with the first block, whatever was read before. So of a round that was
+// interrupted only the rest is read: else who interrupts often would keep the last blocks from ever
+// being read.
+QList<KEY_ADDRESS> Poller::keysSince(qint64 beganMs) const
+{
+    return m_set.keys([&](int station, const WatchedBlock &block) {
+        return m_health.isAlive(station) && block.lastReadMs < beganMs;
+    });
 }
 
 bool Poller::isDue() const
@@ -113,6 +127,7 @@ void Poller::finishRound()
     m_roundWaits = false;
     m_roundTookMs = nowMs - m_roundBeganMs;
     m_nextRoundMs = std::max(nowMs, m_roundBeganMs + m_settings.intervalMs);
+    m_mergeDue = m_mergeDue || std::exchange(m_restOfRound, false);
     ++m_rounds;
     // A program that ends after this round has its values.
     tell();
@@ -205,6 +220,7 @@ void Poller::lineLost()
 
 void Poller::lineChanged()
 {
+    m_blocksLeft = 0;
     m_openSinceMs = m_clock.nowMs();
     m_mergeDue = true;
     m_nextRoundMs = m_clock.nowMs();

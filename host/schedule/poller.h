@@ -79,6 +79,7 @@ private:
     void sortOut(const AddressRange &range, int code);
     void handleSortedOut(const AddressRange &range);
     void finishRound();
+    QList<KEY_ADDRESS> keysSince(qint64 beganMs) const;
     void mark(const QVector<PollSet::Place> &places, Job *job);
 
     DriverCore &m_driver;
@@ -92,6 +93,7 @@ private:
     qint64 m_openSinceMs = 0;
     int m_blocks = 0; ///< of a round
     int m_blocksLeft = 0;
+    bool m_restOfRound = false; ///< the driver reads only what was not read yet in this round
     int m_rounds = 0;
     qint64 m_roundBeganMs = 0;
     qint64 m_nextRoundMs = 0;

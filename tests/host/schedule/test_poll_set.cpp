@@ -82,9 +82,9 @@ void TestPollSet::asksForWhatIsWatched()
     second.setItems(testItems("TX:7*2"));
     set.forget();
     QCOMPARE(set.stations(), (QVector<int>{3, 1}));
-    QCOMPARE(keysText(set.keys([](int) { return true; })),
+    QCOMPARE(keysText(set.keys([](int, const WatchedBlock &) { return true; })),
              QLatin1String("3/D_W:100*60 3/D_W:160*1 1/M_bit:3.5*2 1/TX:7*1 1/TX:8*1"));
-    QCOMPARE(keysText(set.keys([](int station) { return station == 3; })),
+    QCOMPARE(keysText(set.keys([](int station, const WatchedBlock &) { return station == 3; })),
              QLatin1String("3/D_W:100*60 3/D_W:160*1"));
 }
 
@@ -95,7 +95,8 @@ void TestPollSet::leavesOutWhatIsRefused()
     monitor.setItems(testItems("D_W:0*61 D_W:100"));
     set.add(&monitor);
     monitor.markRefused(0, 1, 0x1132, at(0));
-    QCOMPARE(keysText(set.keys([](int) { return true; })), QLatin1String("1/D_W:0*60 1/D_W:100*1"));
+    QCOMPARE(keysText(set.keys([](int, const WatchedBlock &) { return true; })),
+             QLatin1String("1/D_W:0*60 1/D_W:100*1"));
 }
 
 void TestPollSet::knowsWhatABlockServes_data()
@@ -202,7 +203,7 @@ void TestPollSet::forgetsMonitorsThatAreGone()
     QVector<PollSet::Place> places;
     QVERIFY(set.itemsIn(range("D_W", 0, 1), places).isEmpty());
     set.forget();
-    QVERIFY(set.keys([](int) { return true; }).isEmpty());
+    QVERIFY(set.keys([](int, const WatchedBlock &) { return true; }).isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestPollSet)

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void deadStationsGetNoWrites();
     void stationThatIsBackIsWrittenToAtOnce();
     void roundsKeepTheirDistance();
+    void readsOfContactsLeaveNoBlockOut();
     void cancelledJobLeavesNoGreetings_data();
     void cancelledJobLeavesNoGreetings();
     void jobsWithoutPauseLeaveTime_data();
@@ -455,6 +456,23 @@ void TestScheduler::jobsWithoutPauseLeaveTime()
     plant.run(40000);
     QVERIFY(monitor->isGood());
     QVERIFY2(jobs > 1000, qPrintable(QString::number(jobs)));
+}
+
+// A one-off read of a contact interrupts the round.
+void TestScheduler::readsOfContactsLeaveNoBlockOut()
+{
+    VirtualPlant plant;
+    Monitor *const monitor = plant.monitor("D_W:0*1200"); // 20 blocks, of 10 ms and more each
+    plant.open(2000);
+    const int roundsBefore = plant.session->rounds();
+    for (int i = 0; i < 100; ++i) {
+        ReadJob *const read = plant.read("TX:3");
+        plant.run(100);
+        QCOMPARE(read->state(), Job::State::Done);
+        delete read;
+    }
+    QVERIFY(monitor->isGood());
+    QVERIFY(plant.session->rounds() > roundsBefore + 10);
 }
 
 QTEST_GUILESS_MAIN(TestScheduler)
