@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/address/address.h"
+
 #include <QHash>
 #include <QString>
 
@@ -19,10 +21,14 @@ struct AddressRange
                registerName == other.registerName;
     }
 
-    /** For messages: "D_W:100*10". */
+    /** For messages: "D_W:100*10", and "M_bit:3.5*1" for the driver's bit 53. */
     QString text() const
     {
-        return QString::fromLatin1("%1:%2*%3").arg(registerName).arg(start).arg(count);
+        const bool isBit = registerName.endsWith(QLatin1String("_bit"));
+        const QString first =
+            isBit ? QString::fromLatin1("%1.%2").arg(start / kBitsPerWord).arg(start % kBitsPerWord)
+                  : QString::number(start);
+        return QString::fromLatin1("%1:%2*%3").arg(registerName, first).arg(count);
     }
 };
 

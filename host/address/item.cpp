@@ -97,9 +97,11 @@ std::optional<Item> parseItem(const QString &text, int defaultStation,
     item.count = match.captured(4).isEmpty() ? 1 : match.captured(4).toInt(&ok);
     const int highestCount = reg->highest - item.start + 1;
     if (!ok || item.count < 1 || item.count > highestCount) {
-        error = itemError(text, QString::fromLatin1("a count from 1 to %1 fits from there, %2")
-                                    .arg(highestCount)
-                                    .arg(rangeError(*reg)));
+        const QString counts = highestCount == 1 ? QString::fromLatin1("1")
+                                                 : QString::fromLatin1("1 to %1").arg(highestCount);
+        error = itemError(
+            text,
+            QString::fromLatin1("expected a count of %1, since %2").arg(counts, rangeError(*reg)));
         return std::nullopt;
     }
     return item;

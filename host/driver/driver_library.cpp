@@ -62,8 +62,11 @@ bool DriverLibrary::load(const QString &path, QString &error)
     }
     m_library.setFileName(m_fileName);
     if (!m_library.load()) {
+        // The loader tells of another name then, which it tried last.
+        const bool missing = m_fileName.contains(QLatin1Char('/')) && !file.exists();
         error = QString::fromLatin1("cannot load the driver: %1")
-                    .arg(m_library.errorString().simplified());
+                    .arg(missing ? QString::fromLatin1("there is no file %1").arg(m_fileName)
+                                 : m_library.errorString().simplified());
         return false;
     }
     return makeOwn(error) && resolveAll(error);

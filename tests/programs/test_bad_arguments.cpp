@@ -156,13 +156,15 @@ void addItemRows()
     row("endless item", {"read", longText()}, kUsage, "for example 1/D_W:100*10");
     row("endless register", {"read", longText() + ":1"}, kUsage, "it has D_W");
     row("endless address", {"read", "D_W:" + longText('1')}, kUsage, "from 0 to 9999");
-    row("endless count", {"read", "D_W:1*" + longText('1')}, kUsage, "a count from 1 to 9999");
+    row("endless count", {"read", "D_W:1*" + longText('1')}, kUsage,
+        "expected a count of 1 to 9999, since");
     row("endless station of an item", {"read", longText('1') + "/D_W:1"}, kUsage, "from 0 to 31");
     row("item that is no text", {"read", "D_W:\xff\xfe"}, kUsage, "from 0 to 9999");
     row("digits of another script", {"read", "D_W:\u0661"}, kUsage, "from 0 to 9999");
     row("address beyond 32 bits", {"read", "D_W:4294967396"}, kUsage, "from 0 to 9999");
-    row("count of none", {"read", "D_W:1*0"}, kUsage, "a count from 1 to 9999");
-    row("count beyond the last address", {"read", "D_W:9999*2"}, kUsage, "a count from 1 to 1");
+    row("count of none", {"read", "D_W:1*0"}, kUsage, "expected a count of 1 to 9999, since");
+    row("count beyond the last address", {"read", "D_W:9999*2"}, kUsage,
+        "expected a count of 1, since");
     row("bit above 15", {"read", "M_bit:1.16"}, kUsage, "from 0.0 to 255.15");
     row("bad item behind good ones", {"read", "D_W:1", "M_W:2", "D_W:x"}, kUsage, "'D_W:x'");
     row("bad item of a monitor", {"monitor", "D_W:1", "D_W:10000"}, kUsage, "'D_W:10000'");

@@ -13,6 +13,7 @@ private Q_SLOTS:
     void readsBackWhatItWrote();
     void saysWhatThePlcHolds_data();
     void saysWhatThePlcHolds();
+    void namesTheRefusedBit();
     void aSilentStation_data();
     void aSilentStation();
     void nothingReachesTheLineWhenRefused();
@@ -145,6 +146,17 @@ void TestWrites::saysWhatThePlcHolds_data()
         << "--fault truncate=0*3"
         << "D_W:1=5 --timeout 100"
         << QString::fromLatin1("1/D_W:1=5: not written (no answer); nothing was sent");
+}
+
+// As the operator wrote it, and not as the driver counts bits.
+void TestWrites::namesTheRefusedBit()
+{
+    PlcProgram program;
+    QVERIFY(serve(program, QLatin1String("tcp"), "--model k120s"));
+    Program write;
+    QCOMPARE(run(QLatin1String("write M_bit:200.5=1"), write), 1);
+    QVERIFY2(write.errors().startsWith("cnet-panel: station 1 refuses M_bit:200.5*1: 1132, "),
+             write.errors().constData());
 }
 
 void TestWrites::saysWhatThePlcHolds()

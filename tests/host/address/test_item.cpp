@@ -80,10 +80,10 @@ void TestItem::refuses_data()
     QTest::newRow("D_W:1.5") << number;
     QTest::newRow("M_bit:3") << "an address of M_bit is WORD.BIT from 0.0 to 255.15";
     QTest::newRow("M_bit:256.0") << "an address of M_bit is WORD.BIT from 0.0 to 255.15";
-    QTest::newRow("D_W:9999*2") << "a count from 1 to 1 fits";
-    QTest::newRow("D_W:0*0") << "a count from 1 to 10000 fits";
-    QTest::newRow("D_W:0*99999999999") << "a count from 1 to 10000 fits";
-    QTest::newRow("M_bit:255.0*17") << "a count from 1 to 16 fits";
+    QTest::newRow("D_W:9999*2") << "expected a count of 1, since";
+    QTest::newRow("D_W:0*0") << "expected a count of 1 to 10000, since";
+    QTest::newRow("D_W:0*99999999999") << "expected a count of 1 to 10000, since";
+    QTest::newRow("M_bit:255.0*17") << "expected a count of 1 to 16, since";
 }
 
 void TestItem::refuses()

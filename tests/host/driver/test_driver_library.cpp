@@ -147,7 +147,7 @@ void TestDriverLibrary::refusesWhatIsNoDriver_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("message");
     QTest::newRow("no file") << "/nowhere/libx.so"
-                             << "cannot load the driver: .*libx.*";
+                             << "cannot load the driver: there is no file /nowhere/libx.so";
     QTest::newRow("a folder") << "/tmp"
                               << "cannot load the driver: /tmp is no regular file";
     QTest::newRow("another library")

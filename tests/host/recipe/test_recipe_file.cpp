@@ -134,10 +134,12 @@ void TestRecipeFile::refuses_data()
     row("no address in the line", head + "D_W,,1,5\n", "2: 'D_W:*1': expected");
     row("address that is no number", head + "D_W,x,1,5\n", "2: 'D_W:x*1': an address of D_W");
     row("address out of range", head + "D_W,10000,1,5\n", "2: 'D_W:10000*1': an address of D_W");
-    row("row out of range", head + "D_W,9999,2,5,6\n", "2: 'D_W:9999*2': a count from 1 to 1");
-    row("count of nothing", head + "D_W,1,0,5\n", "2: 'D_W:1*0': a count from 1");
+    row("row out of range", head + "D_W,9999,2,5,6\n",
+        "2: 'D_W:9999*2': expected a count of 1, since");
+    row("count of nothing", head + "D_W,1,0,5\n", "2: 'D_W:1*0': expected a count of 1 to");
     row("count that is no number", head + "D_W,1,x,5\n", "2: 'D_W:1*x': expected");
-    row("huge count", head + "D_W,1,99999999999,5\n", "2: 'D_W:1*99999999999': a count from 1");
+    row("huge count", head + "D_W,1,99999999999,5\n",
+        "2: 'D_W:1*99999999999': expected a count of 1 to");
     row("station out of range", "station,register,address,value\n32,D_W,1,5\n",
         "2: '32/D_W:1*1': a station is");
     row("too few values", head + "D_W,1,3,5,6\n", "2: 'D_W:1*3': expected 3 values, found 2");

@@ -38,14 +38,15 @@ void TestCommands::refuses_data()
     row("monitor", kUsage, "expected at least one item");
     row("monitor D_W:x", kUsage, "an address of D_W is a number from 0 to 9999");
     row("monitor D_W:1 D_Q:1", kUsage, "no register 'D_Q'");
-    row("monitor --link x D_W:1", kUsage, "expected tcp:HOST:PORT or serial:DEVICE");
+    row("monitor --link x D_W:1", kUsage, "serial:DEVICE, or sim for the simulated PLC");
     row("monitor --format x D_W:1", kUsage, "expected text, json or csv");
     row("monitor --count 0 D_W:1", kUsage, "expected a number from 1 to");
     row("monitor --count x D_W:1", kUsage, "expected a number from 1 to");
     row("monitor --for 0 D_W:1", kUsage, "expected a number of seconds above 0");
     row("monitor --for -1 D_W:1", kUsage, "expected a number of seconds above 0");
     row("monitor --for nan D_W:1", kUsage, "expected a number of seconds above 0");
-    row("monitor --for 1e99 D_W:1", kUsage, "expected a number of seconds above 0");
+    row("monitor --for 1e99 D_W:1", kUsage,
+        "expected a number of seconds above 0, at most 2000000");
     row("monitor --station 32 D_W:1", kUsage, "expected a number from 0 to 31");
     row("monitor --station -1 D_W:1", kUsage, "expected a number from 0 to 31");
     row("monitor --block-words 0 D_W:1", kUsage, "expected a number from 1 to 255");
@@ -65,7 +66,9 @@ void TestCommands::refuses_data()
     row("read D_W:5-1", kUsage, "an address of D_W is a number from 0 to 9999");
     row("read @list", kUsage, "a list of items in a file is given by $(cat FILE)");
     row("monitor --link serial:/nowhere/tty D_W:1", kNoLink, "cannot open serial /nowhere/tty");
-    row("--driver /nowhere/lib.so describe", kNoDriver, "cannot load the driver");
+    row("read D_W:1*0", kUsage, "expected a count of 1 to 9999, since an address of D_W is");
+    row("read D_W:9999*2", kUsage, "expected a count of 1, since an address of D_W is");
+    row("--driver /nowhere/lib.so describe", kNoDriver, "there is no file /nowhere/lib.so");
     row("describe --driver /nowhere/lib.so", kNoDriver, "cannot load the driver");
 }
 

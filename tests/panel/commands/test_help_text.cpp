@@ -108,6 +108,7 @@ void TestHelpText::beginsWithTheUsage()
     QVERIFY2(help.startsWith(QLatin1String("Usage: cnet-panel ") + command +
                              QLatin1String(" [options]")),
              qPrintable(help));
+    QVERIFY(!help.contains(QLatin1String(" \n")));
     QVERIFY(help.contains(QLatin1String("\nExamples:\n  cnet-panel ") + command));
 }
 

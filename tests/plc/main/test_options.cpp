@@ -222,6 +222,9 @@ private Q_SLOTS:
               "clear faults", "wrong-station", "Exit codes"}) {
             QVERIFY2(help.contains(QLatin1String(name)), name);
         }
+        for (const char *name : {"SIGINT", "SIGTERM", "SIGHUP"}) {
+            QVERIFY2(help.contains(QLatin1String(name)), name);
+        }
         QVERIFY(std::get<Options>(readOptions(arguments("--help"))).help);
         QVERIFY(std::get<Options>(readOptions(arguments("--version"))).version);
     }

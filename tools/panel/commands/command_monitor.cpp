@@ -37,7 +37,9 @@ bool readDuration(const QCommandLineParser &parser, qint64 &durationMs, QString 
     bool ok = false;
     const double seconds = text.toDouble(&ok);
     if (!ok || !(seconds > 0 && seconds <= kLongestSeconds)) {
-        error = QString::fromLatin1("--for '%1': expected a number of seconds above 0").arg(text);
+        error = QString::fromLatin1("--for '%1': expected a number of seconds above 0, at most %2")
+                    .arg(text)
+                    .arg(kLongestSeconds, 0, 'f', 0);
         return false;
     }
     durationMs = std::llround(std::ceil(seconds * 1000));

@@ -108,7 +108,7 @@ int run(const Invocation &invocation)
 
 const Command kSeriesCommand = {
     "series",
-    "REGISTER ADDRESS",
+    "REGISTER ADDRESS --count N",
     "Makes the addresses of copies of an object as a panel editor does: a line for each, as text "
     "and as the driver's number.",
     "series M_bit 3.14 --count 3\n"

@@ -72,10 +72,10 @@ QString helpText(const QCommandLineParser &parser, const Command *command,
                              "Talks to MASTER-K PLCs over their Cnet computer link.\n\n") +
                optionList(parser) + gap + commandList(commands) + gap + QLatin1String(kExitCodes);
     }
-    return QString::fromLatin1("Usage: cnet-panel %1 [options] %2\n")
-               .arg(QLatin1String(command->name), QLatin1String(command->arguments)) +
-           wrapped(QLatin1String(command->summary), 0) + gap + optionList(parser) + gap +
-           examples(*command) + gap + QLatin1String(kExitCodes);
+    const QString usage = QString::fromLatin1("Usage: cnet-panel %1 [options] %2")
+                              .arg(QLatin1String(command->name), QLatin1String(command->arguments));
+    return usage.trimmed() + gap + wrapped(QLatin1String(command->summary), 0) + gap +
+           optionList(parser) + gap + examples(*command) + gap + QLatin1String(kExitCodes);
 }
 
 } // namespace cnet::panel

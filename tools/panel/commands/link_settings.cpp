@@ -78,7 +78,7 @@ void addLineOptions(QCommandLineParser &parser)
 {
     parser.addOption(option("link",
                             "tcp:HOST:PORT, serial:DEVICE[,38400,8,NONE,1] or sim, a simulated "
-                            "PLC inside the program (default where nothing is written).",
+                            "PLC inside the program (default, but write and recipe write need --link).",
                             "LINK"));
     parser.addOption(
         option("timeout",
@@ -148,6 +148,9 @@ std::optional<LinkSettings> readLinkSettings(const QCommandLineParser &parser, L
     if (!link.isEmpty() && link != QLatin1String("sim")) {
         settings.link = parseLinkAddress(link, error);
         if (!settings.link) {
+            const bool isKindKnown =
+                link.startsWith(QLatin1String("tcp:")) || link.startsWith(QLatin1String("serial:"));
+            error += QLatin1String(isKindKnown ? "" : ", or sim for the simulated PLC");
             return std::nullopt;
         }
         settings.session.line = settings.link->line;

@@ -23,7 +23,8 @@ const char *const kRest =
     "(bits, WORD.BIT), TX CX (contacts).\n\n"
     "Commands on standard input and at --control, one a line:\n%2\n"
     "The addresses to connect to and the device to open are printed on standard output, one line\n"
-    "each; errors and the trace go to standard error. SIGINT or SIGTERM ends the program.\n\n"
+    "each; errors and the trace go to standard error. SIGINT, SIGTERM or SIGHUP ends the\n"
+    "program.\n\n"
     "Exit codes: 0 ended by a signal or by quit, 2 wrong command line or file, or standard output\n"
     "cannot be written, 3 an address, a terminal or a file cannot be opened or written,\n"
     "5 ended by a signal or by quit, but part of the capture is lost.\n";
