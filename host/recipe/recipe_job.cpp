@@ -122,13 +122,12 @@ void RecipeJob::ended(const BlockRequest &request, const BlockResult &result)
     m_transferred = true;
     if (m_failure.isEmpty() && !result.failure.isNone()) {
         // Of several stations any may be the one, before the first block.
-        m_failure = state() == State::Waiting
-                        ? QString::fromLatin1("station %1: %2")
-                              .arg(request.item.station)
-                              .arg(result.failure.text())
-                        : atBlock(QString::fromLatin1("%1/%2): %3")
-                                      .arg(request.item.station)
-                                      .arg(request.item.reg.name, result.failure.text()));
+        m_failure = state() == State::Waiting ? QString::fromLatin1("station %1: %2")
+                                                    .arg(request.item.station)
+                                                    .arg(result.failure.text())
+                                              : QString::fromLatin1("block %1: %2")
+                                                    .arg(m_progress.blocks + 1)
+                                                    .arg(result.failure.text());
     }
     // The next recipe takes the same buffer.
     if (m_failure.isEmpty() && m_direction == RecipeDirection::Read) {

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void verifiesWhatCanBeRead();
     void failsAtABlock_data();
     void failsAtABlock();
+    void saysAtWhichBlockTheLineWasLost();
     void beginsAtTheFirstBlockAgain_data();
     void beginsAtTheFirstBlockAgain();
     void givesTheDriverBackItsBlocks();
@@ -190,6 +191,17 @@ void TestRecipeJob::failsAtABlock()
     QVERIFY(plant.finishes(next));
     QCOMPARE(next->failure(), QString());
     QCOMPARE(next->progress().blocks, 2);
+}
+
+void TestRecipeJob::saysAtWhichBlockTheLineWasLost()
+{
+    VirtualPlant plant;
+    plant.open();
+    RecipeJob *const job = start(plant, "D_W:0 D_W:10 D_W:20", RecipeDirection::Write);
+    QVERIFY(plant.clock.runUntil([&] { return job->progress().blocks == 1; }, 1000));
+    plant.line->breakDown();
+    QVERIFY(plant.finishes(job));
+    QCOMPARE(job->failure(), QLatin1String("block 2: the line is down"));
 }
 
 void TestRecipeJob::beginsAtTheFirstBlockAgain_data()
