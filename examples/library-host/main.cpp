@@ -23,9 +23,12 @@ int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() < 3) {
+        return fail(QLatin1String("expected LINK ITEM..."));
+    }
     QString error;
     Driver driver;
-    const auto address = parseLinkAddress(arguments.value(1), error);
+    const auto address = parseLinkAddress(arguments.at(1), error);
     if (!address || !driver.load(QString(), error)) {
         return fail(error);
     }
