@@ -231,10 +231,24 @@ void readReadRecipe(Input &input)
     readRecipe(input, RecipeUse::Read);
 }
 
+void readLineSettings(const QString &text)
+{
+    QString error;
+    const auto line = parseLineSettings(text, error);
+    if (!line) {
+        requireError(error);
+        return;
+    }
+    const auto again = parseLineSettings(line->text(), error);
+    require(again && again->text() == line->text(), "settings of a line come back as they were");
+}
+
 void readLink(Input &input)
 {
     QString error;
-    const auto address = parseLinkAddress(QString::fromUtf8(input.rest()), error);
+    const QString text = QString::fromUtf8(input.rest());
+    readLineSettings(text);
+    const auto address = parseLinkAddress(text, error);
     if (!address) {
         requireError(error);
         return;

@@ -1,6 +1,5 @@
+#include "panel/screen_texts.h"
 #include "panel/watched_items.h"
-
-#include "panel/views/screen_lines.h"
 
 #include <QtTest>
 
@@ -24,18 +23,10 @@ private Q_SLOTS:
     void fits();
     void scrolls_data();
     void scrolls();
-    void filters_data();
-    void filters();
-    void saysWhereNothingIsLeft();
-    void showsTrends();
-    void showsTrendsOnANarrowTerminal();
-    void marksWhatChanged();
     void showsTheLog();
     void leavesRoomForItemsWhereStationsAreMany();
 
 private:
-    void watchTwo();
-
     void watch(int words);
     QStringList text(int columns, int rows) const;
     QStringList text(int columns, int rows, int &scrolled) const;
@@ -68,11 +59,7 @@ QStringList TestScreenLines::text(int columns, int rows) const
 QStringList TestScreenLines::text(int columns, int rows, int &scrolled) const
 {
     const ViewInput input{*m_monitor, m_status, m_state, m_history, m_log, Glyphs::Ascii};
-    QStringList lines;
-    for (const StyledLine &line : screenLines(input, columns, rows, scrolled)) {
-        lines.append(line.text());
-    }
-    return lines;
+    return screenTexts(input, columns, rows, scrolled);
 }
 
 void TestScreenLines::init()
@@ -259,95 +246,6 @@ void TestScreenLines::scrolls()
     QCOMPARE(lines.at(17),
              QString::fromLatin1("... lines %1 to %2 of 500").arg(first).arg(first + 14));
     QVERIFY(lines.at(18).startsWith(QLatin1String("STATION")));
-}
-
-// D_W:100*2 with values, and D_W:7 without an answer.
-void TestScreenLines::watchTwo()
-{
-    m_monitor = std::make_unique<Monitor>(60);
-    m_monitor->setItems({testItem("D_W", 100, 2), testItem("D_W", 7, 1, 2)});
-    m_status.stations.clear();
-    connect(m_monitor.get(), &Monitor::valuesChanged, this,
-            [this](const QVector<ValueChange> &changes) { m_history.note(*m_monitor, changes); });
-    for (int i = 0; i < 3; ++i) {
-        m_monitor->blockRead(0, 0, {static_cast<quint16>(40 * i), 9}, momentAt(1000 + 1000 * i));
-        m_monitor->tell();
-        m_history.sample(*m_monitor, 1000 + 1000 * i);
-    }
-    m_monitor->blockFailed(1, 0, noAnswer(), momentAt(3000));
-    m_status.nowMs = 3000;
-    m_status.time = wallTime(momentAt(60000).wallMs);
-}
-
-void TestScreenLines::filters_data()
-{
-    QTest::addColumn<QString>("filter");
-    QTest::addColumn<QString>("left"); // the items' first characters
-    QTest::newRow("none") << ""
-                          << "  1/D_W:100|! 2/D_W:7";
-    QTest::newRow("an address") << "w:7"
-                                << "! 2/D_W:7";
-    QTest::newRow("a station") << "1/"
-                               << "  1/D_W:100";
-    QTest::newRow("a quality") << "no answer"
-                               << "! 2/D_W:7";
-    QTest::newRow("all of them") << "d_w"
-                                 << "  1/D_W:100|! 2/D_W:7";
-}
-
-void TestScreenLines::filters()
-{
-    QFETCH(QString, filter);
-    QFETCH(QString, left);
-    watchTwo();
-    m_state.filter = filter;
-    const QStringList lines = text(120, 30);
-    const QStringList begins = left.split(QLatin1Char('|'));
-    QCOMPARE(lines.size(), 3 + begins.size());
-    for (int i = 0; i < begins.size(); ++i) {
-        QVERIFY2(lines.at(2 + i).startsWith(begins.at(i)), qPrintable(lines.at(2 + i)));
-    }
-    QCOMPARE(lines.first().contains(QLatin1String("filter: ") + filter), !filter.isEmpty());
-}
-
-void TestScreenLines::saysWhereNothingIsLeft()
-{
-    watchTwo();
-    m_state.filter = QLatin1String("M_W");
-    QCOMPARE(text(120, 30).at(2), QLatin1String("nothing here contains the filter"));
-}
-
-void TestScreenLines::showsTrends()
-{
-    watchTwo();
-    m_state.trend = Trend::Shown;
-    const QStringList lines = text(100, 30);
-    QVERIFY(lines.at(1).contains(QLatin1String("MIN    MAX    LAST 16 s ")));
-    QVERIFY2(lines.at(2).contains(QLatin1String(" 0      80     _=# ")), qPrintable(lines.at(2)));
-    QVERIFY(lines.at(3).startsWith(QLatin1String("  1/D_W:101")));
-    QVERIFY2(lines.at(3).contains(QLatin1String(" 9      9      ___")), qPrintable(lines.at(3)));
-    QVERIFY2(lines.at(4).contains(QLatin1String("no answer            -      -  ")),
-             qPrintable(lines.at(4)));
-}
-
-void TestScreenLines::showsTrendsOnANarrowTerminal()
-{
-    watchTwo();
-    m_state.trend = Trend::Shown;
-    const QStringList lines = text(40, 30);
-    QCOMPARE(lines.size(), 9);
-    QCOMPARE(lines.at(3), QLatin1String("    0..80  _=#"));
-    QCOMPARE(lines.at(5), QLatin1String("    9..9  ___"));
-    QVERIFY(lines.at(6).contains(QLatin1String("no answer")));
-}
-
-void TestScreenLines::marksWhatChanged()
-{
-    watchTwo();
-    m_status.time = wallTime(momentAt(3100).wallMs);
-    QVERIFY(text(120, 30).at(2).contains(QLatin1String("80 0x0050*    9 0x0009 ")));
-    m_status.time = wallTime(momentAt(4600).wallMs);
-    QVERIFY(text(120, 30).at(2).contains(QLatin1String("80 0x0050     9 0x0009 ")));
 }
 
 void TestScreenLines::showsTheLog()

@@ -47,26 +47,29 @@ void TestStyledLine::tellsWhereLinesDiffer_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("emphasis"); // of its third and fourth character
-    QTest::addColumn<int>("common");
-    QTest::newRow("alike") << "abcdefgh" << 2 << 8;
-    QTest::newRow("text") << "abcxefgh" << 2 << 3;
-    QTest::newRow("emphasis") << "abcdefgh" << 3 << 2;
-    QTest::newRow("shorter") << "abcd" << 2 << 4;
+    QTest::addColumn<QString>("same"); // of each column
+    QTest::newRow("alike") << "abcdefgh" << 2 << "........";
+    QTest::newRow("text") << "abcxefgh" << 2 << "...x....";
+    QTest::newRow("emphasis") << "abcdefgh" << 3 << "..xx....";
+    QTest::newRow("shorter") << "abcd" << 2 << "....xxxx";
 }
 
 void TestStyledLine::tellsWhereLinesDiffer()
 {
     QFETCH(QString, text);
     QFETCH(int, emphasis);
-    QFETCH(int, common);
     StyledLine line;
     line.append(text.left(2));
     line.append(text.mid(2, 2), static_cast<Emphasis>(emphasis));
     line.append(text.mid(4, 2), Emphasis::Bad);
     line.append(text.mid(6));
-    QCOMPARE(line.commonStart(example()), common);
-    QCOMPARE(example().commonStart(line), common);
-    QCOMPARE(line == example(), common == 8);
+    QString same;
+    for (int column = 0; column < 8; ++column) {
+        QCOMPARE(line.isSameAt(column, example()), example().isSameAt(column, line));
+        same += QLatin1Char(line.isSameAt(column, example()) ? '.' : 'x');
+    }
+    QTEST(same, "same");
+    QCOMPARE(line == example(), !same.contains(QLatin1Char('x')));
 }
 
 // A line that is cut anywhere leaves the terminal as it was.

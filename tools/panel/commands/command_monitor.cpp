@@ -68,8 +68,9 @@ int run(const Invocation &invocation)
 const Command kMonitorCommand = {
     "monitor",
     "ITEM...",
-    "Shows values live. ITEM is [STATION/]REGISTER:ADDRESS[*COUNT]. On a terminal w writes a "
-    "value and the arrow keys move through a long list.",
+    "Shows values live. ITEM is [STATION/]REGISTER:ADDRESS[*COUNT]. Keys on a terminal: 1 to 4 or "
+    "v show values, stations, blocks or the log, / filters, m shows extremes and a curve, w writes "
+    "a value, R counts anew, the arrow keys scroll.",
     "monitor D_W:100*10 2/M_bit:3.5 TX:7\n"
     "monitor --link serial:/dev/ttyS0,9600,8,EVEN,1 D_W:100*10\n"
     "monitor --link tcp:192.168.0.100:8000 --for 60 --format csv D_W:0\n",

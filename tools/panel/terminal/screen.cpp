@@ -32,19 +32,30 @@ QByteArray toColumn(int column)
     return column == 0 ? QByteArray("\r") : "\x1b[" + QByteArray::number(column + 1) + 'G';
 }
 
+// The end of what has to be written from a column on: what is alike behind it is longer than the
+// way to the next difference.
+int endOfChange(const StyledLine &from, const StyledLine &to, int first)
+{
+    const int shortestGap = 8;
+    int end = first + 1;
+    for (int column = end; column < to.size() && column < end + shortestGap; ++column) {
+        end = to.isSameAt(column, from) ? end : column + 1;
+    }
+    return end;
+}
+
 // Makes one line of another one; the cursor is somewhere on it.
 QByteArray changed(const StyledLine &from, const StyledLine &to, Colours colours)
 {
-    const int first = to.commonStart(from);
-    int end = to.size();
-    if (from.size() == to.size()) {
-        while (end > first && to.text().at(end - 1) == from.text().at(end - 1) &&
-               to.emphasisAt(end - 1) == from.emphasisAt(end - 1)) {
-            --end;
+    QByteArray bytes;
+    for (int column = 0; column < to.size(); ++column) {
+        if (!to.isSameAt(column, from)) {
+            const int end = endOfChange(from, to, column);
+            bytes += toColumn(column) + to.bytes(column, end, colours);
+            column = end - 1;
         }
     }
-    QByteArray bytes = toColumn(first) + to.bytes(first, end, colours);
-    return from.size() > to.size() ? bytes + kClearToLineEnd : bytes;
+    return from.size() > to.size() ? bytes + toColumn(to.size()) + kClearToLineEnd : bytes;
 }
 
 } // namespace

@@ -14,9 +14,9 @@ struct Column
 
 // What is looked at first stands first: a narrow terminal cuts the others.
 const Column kColumns[] = {
-    {"ASKED", 9}, {"ANSWERS", 9}, {"TIMEOUT", 8}, {"REFUSED", 8}, {"BADCHECK", 9},
-    {"BAD", 6},   {"REPEAT", 7},  {"LATE", 6},    {"MIN ms", 8},  {"MEAN", 8},
-    {"P50", 8},   {"P95", 8},     {"P99", 8},     {"MAX", 9},     {"REFUSALS", 40},
+    {"ASKED", 8}, {"TIMEOUT", 8}, {"REFUSED", 8}, {"CHECK", 7}, {"BAD", 7},
+    {"MEAN", 7},  {"P50", 7},     {"P95", 7},     {"P99", 7},   {"MAX ms", 8},
+    {"MIN", 7},   {"ANSWERS", 8}, {"REPEAT", 7},  {"LATE", 7},  {"REFUSALS", 40},
 };
 
 QString codesText(const ExchangeCounters &counters)
@@ -38,6 +38,21 @@ QString msText(const ResponseHistogram &times, double ms)
 
 } // namespace
 
+QString countText(qint64 count)
+{
+    const qint64 million = 1000000;
+    const qint64 milliard = 1000 * million;
+    if (count < million) {
+        return QString::number(count);
+    }
+    // Rounded down, so that it is never more than it was.
+    const qint64 tenths = count / ((count < milliard ? million : milliard) / 10);
+    return QString::fromLatin1("%1.%2%3")
+        .arg(tenths / 10)
+        .arg(tenths % 10)
+        .arg(QLatin1Char(count < milliard ? 'M' : 'G'));
+}
+
 void appendCounterTitles(StyledLine &line)
 {
     for (const Column &column : kColumns) {
@@ -48,20 +63,20 @@ void appendCounterTitles(StyledLine &line)
 void appendCounters(StyledLine &line, const ExchangeCounters &counters)
 {
     const ResponseHistogram &times = counters.times;
-    const QStringList cells{QString::number(counters.frames),
-                            QString::number(counters.answers),
-                            QString::number(counters.timeouts),
-                            QString::number(counters.refusals),
-                            QString::number(counters.badChecks),
-                            QString::number(counters.bad - counters.badChecks),
-                            QString::number(counters.retries),
-                            QString::number(counters.late),
-                            msText(times, times.minMs()),
+    const QStringList cells{countText(counters.frames),
+                            countText(counters.timeouts),
+                            countText(counters.refusals),
+                            countText(counters.badChecks),
+                            countText(counters.bad - counters.badChecks),
                             msText(times, times.meanMs()),
                             msText(times, times.percentileMs(50)),
                             msText(times, times.percentileMs(95)),
                             msText(times, times.percentileMs(99)),
                             msText(times, times.maxMs()),
+                            msText(times, times.minMs()),
+                            countText(counters.answers),
+                            countText(counters.retries),
+                            countText(counters.late),
                             codesText(counters)};
     int column = 0;
     for (const QString &cell : cells) {

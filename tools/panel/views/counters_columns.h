@@ -5,6 +5,9 @@
 
 namespace cnet::panel {
 
+/** "999999", "1.0M", "12.3G": what a column of seven has room for, and never a number cut short. */
+QString countText(qint64 count);
+
 /** The titles of appendCounters(). */
 void appendCounterTitles(StyledLine &line);
 

@@ -1,7 +1,5 @@
 #include "panel/views/styled_line.h"
 
-#include <algorithm>
-
 namespace cnet::panel {
 
 namespace {
@@ -42,17 +40,6 @@ void StyledLine::truncate(int columns)
 {
     m_text.truncate(columns);
     m_emphasis.truncate(columns);
-}
-
-int StyledLine::commonStart(const StyledLine &other) const
-{
-    const int both = std::min(size(), other.size());
-    int column = 0;
-    while (column < both && m_text.at(column) == other.m_text.at(column) &&
-           m_emphasis.at(column) == other.m_emphasis.at(column)) {
-        ++column;
-    }
-    return column;
 }
 
 QByteArray StyledLine::bytes(int first, int end, Colours colours) const

@@ -36,8 +36,13 @@ public:
     int size() const { return static_cast<int>(m_text.size()); }
     Emphasis emphasisAt(int column) const { return static_cast<Emphasis>(m_emphasis.at(column)); }
 
-    /** Columns from the left that both lines show alike. */
-    int commonStart(const StyledLine &other) const;
+    /** True where both lines show the same in a column that both have. */
+    bool isSameAt(int column, const StyledLine &other) const
+    {
+        return column < size() && column < other.size() &&
+               m_text.at(column) == other.m_text.at(column) &&
+               m_emphasis.at(column) == other.m_emphasis.at(column);
+    }
 
     /** The columns from `first` to before `end` as a terminal takes them; emphasis ends with it. */
     QByteArray bytes(int first, int end, Colours colours) const;

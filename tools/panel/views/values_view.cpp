@@ -1,7 +1,10 @@
+#include "panel/views/counters_columns.h"
 #include "panel/views/values_columns.h"
 #include "panel/views/view_body.h"
 
 #include "host/address/value_text.h"
+
+#include <QTime>
 
 #include <algorithm>
 
@@ -28,6 +31,8 @@ struct ValuesView
     ValuesView(const ViewInput &shown, int columns)
         : input(shown)
         , widths(valueColumns(shown.monitor, shown.state.trend, columns))
+        , nowMs(shown.status.time.toMSecsSinceEpoch())
+        , offsetMs(shown.status.time.offsetFromUtc() * kSecondMs)
     {}
 
     StyledLine line(const Row &row) const;
@@ -35,9 +40,12 @@ struct ValuesView
     void addDetails(StyledLine &line, const ItemState &state) const;
     StyledLine trendLine(const Row &row) const;
     bool isFresh(const ValueHistory::Value &value) const;
+    QString changeText(qint64 changedAtMs) const;
 
     ViewInput input;
     ValueColumns widths;
+    qint64 nowMs;    ///< see wallTime()
+    qint64 offsetMs; ///< of the local time
 };
 
 char markOf(Quality quality)
@@ -99,8 +107,17 @@ QString numberText(double number)
 
 bool ValuesView::isFresh(const ValueHistory::Value &value) const
 {
-    const qint64 agoMs = input.status.time.toMSecsSinceEpoch() - value.changedAtMs;
-    return value.changedAtMs > 0 && agoMs < kChangedMs;
+    return value.changedAtMs > 0 && nowMs - value.changedAtMs < kChangedMs;
+}
+
+// Asking the system for the local time of each line would cost more than all the rest of it.
+QString ValuesView::changeText(qint64 changedAtMs) const
+{
+    const qint64 dayMs = 24 * 60 * 60 * kSecondMs;
+    return changedAtMs == 0
+               ? QLatin1String("-")
+               : QTime::fromMSecsSinceStartOfDay(static_cast<int>((changedAtMs + offsetMs) % dayMs))
+                     .toString(QLatin1String("HH:mm:ss.zzz"));
 }
 
 void ValuesView::addCells(StyledLine &line, int item, int first) const
@@ -149,11 +166,8 @@ StyledLine ValuesView::line(const Row &row) const
         line.appendCell(sparkline(value.samples, input.glyphs), widths.extremes - 2 * kExtreme);
     }
     if (row.first == 0) {
-        const QDateTime changed = wallTime(state.changedAtMs);
         line.appendCell(shownAge(state.ageMs(input.status.nowMs)), widths.age);
-        line.append((changed.isNull() ? QLatin1String("-")
-                                      : changed.toString(QLatin1String("HH:mm:ss.zzz")))
-                        .left(widths.change));
+        line.append(changeText(state.changedAtMs).left(widths.change));
     }
     return line;
 }
@@ -220,7 +234,7 @@ struct StationColumn
 
 const StationColumn kStationColumns[] = {
     {"STATION", 9}, {"STATE", 10},  {"FRAMES", 8},  {"ANSWERS", 8}, {"RETRIES", 8},
-    {"BAD", 5},     {"TIMEOUT", 8}, {"REFUSED", 8}, {"MEAN ms", 8}, {"WORST", 6},
+    {"BAD", 7},     {"TIMEOUT", 8}, {"REFUSED", 8}, {"MEAN ms", 8}, {"WORST", 6},
 };
 
 StyledLine stationRow(const QStringList &cells, Emphasis emphasis)
@@ -252,9 +266,8 @@ QVector<StyledLine> stationLines(const MonitorStatus &status, int most)
             counters.state == StationState::Answers || counters.state == StationState::Unknown;
         lines.append(stationRow(
             {QString::number(it.key()), up ? stateName(counters.state) : QLatin1String("line down"),
-             QString::number(counters.frames), QString::number(counters.answers),
-             QString::number(counters.retries), QString::number(counters.bad),
-             QString::number(counters.timeouts), QString::number(counters.refusals),
+             countText(counters.frames), countText(counters.answers), countText(counters.retries),
+             countText(counters.bad), countText(counters.timeouts), countText(counters.refusals),
              QString::number(counters.times.meanMs(), 'f', 1),
              QString::number(counters.times.maxMs(), 'f', 1)},
             up && good ? Emphasis::None : Emphasis::Bad));

@@ -8,7 +8,7 @@ using namespace cnet;
 using namespace cnet::panel;
 
 /** The views of stations and of blocks. */
-class TestStationsView : public QObject
+class TestListViews : public QObject
 {
     Q_OBJECT
 
@@ -31,7 +31,7 @@ private:
     std::unique_ptr<Statistics> m_statistics;
 };
 
-void TestStationsView::init()
+void TestListViews::init()
 {
     m_state = ViewState();
     m_statistics = std::make_unique<Statistics>(LineSettings{9600, 8, Parity::Even, 1});
@@ -47,7 +47,7 @@ void TestStationsView::init()
     m_status.nowMs = 2000;
 }
 
-QStringList TestStationsView::lines(View view)
+QStringList TestListViews::lines(View view)
 {
     m_status.stations = m_statistics->stations();
     m_status.statistics = m_statistics.get();
@@ -65,17 +65,17 @@ QStringList TestStationsView::lines(View view)
     return texts;
 }
 
-void TestStationsView::showsStations()
+void TestListViews::showsStations()
 {
     const QStringList shown = lines(View::Stations);
-    QCOMPARE(shown.at(1), QLatin1String("STATION STATE ASKED ANSWERS TIMEOUT REFUSED BADCHECK BAD "
-                                        "REPEAT LATE MIN ms MEAN P50 P95 P99 MAX REFUSALS"));
-    QCOMPARE(shown.at(2), QLatin1String("2 answers 3 3 0 0 0 0 0 0 10.0 16.7 10.0 30.0 30.0 30.0"));
+    QCOMPARE(shown.at(1), QLatin1String("STATION STATE ASKED TIMEOUT REFUSED CHECK BAD MEAN P50 "
+                                        "P95 P99 MAX ms MIN ANSWERS REPEAT LATE REFUSALS"));
+    QCOMPARE(shown.at(2), QLatin1String("2 answers 3 0 0 0 0 16.7 10.0 30.0 30.0 30.0 10.0 3 0 0"));
     QCOMPARE(shown.at(3),
-             QLatin1String("! 31 refuses 1 0 0 1 0 0 0 0 5.0 5.0 5.0 5.0 5.0 5.0 1132 (1)"));
+             QLatin1String("! 31 refuses 1 0 1 0 0 5.0 5.0 5.0 5.0 5.0 5.0 0 0 0 1132 (1)"));
 }
 
-void TestStationsView::showsTheLoad_data()
+void TestListViews::showsTheLoad_data()
 {
     QTest::addColumn<bool>("known");
     QTest::addColumn<QString>("text");
@@ -85,7 +85,7 @@ void TestStationsView::showsTheLoad_data()
     QTest::newRow("unknown") << false << "line load: 480 bytes/s now, 480 bytes/s in all";
 }
 
-void TestStationsView::showsTheLoad()
+void TestListViews::showsTheLoad()
 {
     QFETCH(bool, known);
     if (!known) {
@@ -97,22 +97,22 @@ void TestStationsView::showsTheLoad()
     QTEST(lines(View::Stations).first(), "text");
 }
 
-void TestStationsView::showsALostLink()
+void TestListViews::showsALostLink()
 {
     m_status.linkLost = QLatin1String("pulled out");
-    QVERIFY(lines(View::Stations).at(2).startsWith(QLatin1String("! 2 line down 3 3")));
+    QVERIFY(lines(View::Stations).at(2).startsWith(QLatin1String("! 2 line down 3 0")));
 }
 
-void TestStationsView::showsBlocks()
+void TestListViews::showsBlocks()
 {
     const QStringList shown = lines(View::Blocks);
     QCOMPARE(static_cast<int>(shown.size()), 3);
-    QVERIFY(shown.at(0).startsWith(QLatin1String("BLOCK ASKED ANSWERS")));
-    QVERIFY2(shown.at(1).startsWith(QLatin1String("2/D_W:100*3 3 3 0 0")), qPrintable(shown.at(1)));
-    QVERIFY(shown.at(2).startsWith(QLatin1String("! 31/D_W:100*3 1 0 0 1")));
+    QVERIFY(shown.at(0).startsWith(QLatin1String("BLOCK ASKED TIMEOUT")));
+    QVERIFY2(shown.at(1).startsWith(QLatin1String("2/D_W:100*3 3 0 0 0")), qPrintable(shown.at(1)));
+    QVERIFY(shown.at(2).startsWith(QLatin1String("! 31/D_W:100*3 1 0 1 0")));
 }
 
-void TestStationsView::filters()
+void TestListViews::filters()
 {
     m_state.filter = QLatin1String("31/");
     QCOMPARE(static_cast<int>(lines(View::Blocks).size()), 2);
@@ -120,5 +120,5 @@ void TestStationsView::filters()
     QCOMPARE(static_cast<int>(lines(View::Stations).size()), 3);
 }
 
-QTEST_APPLESS_MAIN(TestStationsView)
-#include "test_stations_view.moc"
+QTEST_APPLESS_MAIN(TestListViews)
+#include "test_list_views.moc"
