@@ -99,6 +99,12 @@ QByteArray Program::waitForLine(const std::function<bool(const QByteArray &)> &l
     return {};
 }
 
+void Program::type(const QByteArray &bytes)
+{
+    m_process.write(bytes);
+    m_process.waitForBytesWritten(kPatienceMs);
+}
+
 int Program::exitCode()
 {
     if (isRunning() && !m_process.waitForFinished(kPatienceMs)) {

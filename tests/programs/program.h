@@ -33,6 +33,11 @@ public:
     /** Waits for a line on standard output that the test likes. @return it, or nothing in vain */
     QByteArray waitForLine(const std::function<bool(const QByteArray &line)> &likes);
 
+    /** Types on its standard input. */
+    void type(const QByteArray &bytes);
+    /** Ends its standard input. */
+    void endInput() { m_process.closeWriteChannel(); }
+
     /** Waits for its end. @return exit code, -1 where it did not end or crashed */
     int exitCode();
 

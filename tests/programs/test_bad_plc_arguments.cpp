@@ -111,8 +111,32 @@ void addSettingRows()
         "cannot write the capture to /nowhere/a?b: No such file");
     row("ring of captures that is none", {"--tcp", "0", "--capture", "-", "--capture-age", "1"},
         kCannotOpen, "it is no regular file");
+    option("counter of one word", "--counter", "D_W:1-3", "a counter takes pairs of words");
+    option("sine beyond 64 bits", "--sine", "D_W:1=0.." + longText('9'), "expected =LOW..HIGH");
+    option("endless range", "--walk", "D_W:1*" + longText('9'), "FIRST*COUNT");
     row("bad setting behind a good one", {"--tcp", "0", "--set", "D_W:1=1", "--set", "D_W:1=x"},
         kUsage, "expected values from -32768");
+}
+
+void addControlRows()
+{
+    option("commands from other machines", "--control", "0.0.0.0:0", "--control-remote as well");
+    option("commands from nowhere", "--control", "", "or a path with a \"/\"");
+    option("line break in a control address", "--control", "x\ny", "expected [HOST:]PORT");
+    option("unknown format", "--control-format", "x\ny", "expected text or json, not \"x?y\"");
+    option("unknown scenario", "--scenario", "x\ny", "expected press, or list");
+    row("file in the place of the socket", {"--tcp", "0", "--control", "/etc/passwd"}, kCannotOpen,
+        "cannot take commands at /etc/passwd: File exists");
+    row("socket in no directory", {"--tcp", "0", "--control", "/nowhere/a"}, kCannotOpen,
+        "cannot take commands at /nowhere/a");
+    row("endless socket", {"--tcp", "0", "--control", "/" + longText()}, kCannotOpen,
+        "cannot take commands at");
+    row("no script", {"--tcp", "0", "--script", "/nowhere/a\nb"}, kCannotOpen, "/nowhere/a?b: No");
+    row("endless script", {"--tcp", "0", "--script", "/dev/zero"}, kCannotOpen, "longer than");
+    row("directory as memory", {"--tcp", "0", "--memory", "/"}, kCannotOpen, "--memory: /: ");
+    row("memory in no directory", {"--tcp", "0", "--memory", "/nowhere/a"}, kCannotOpen,
+        "--memory: /nowhere/a cannot be made in its folder");
+    row("endless memory", {"--tcp", "0", "--memory", "/dev/zero"}, kCannotOpen, "longer than");
 }
 
 } // namespace
@@ -124,6 +148,7 @@ void TestBadPlcArguments::refuses_data()
     QTest::addColumn<QByteArray>("message");
     addPlaceRows();
     addSettingRows();
+    addControlRows();
 }
 
 void TestBadPlcArguments::refuses()
