@@ -1,5 +1,6 @@
 #include "host/scan/scan.h"
 
+#include "host/exchange/conversation.h"
 #include "host/scan/station_search.h"
 #include "host/scan/station_survey.h"
 #include "host/wire/fence_frame.h"
@@ -24,6 +25,7 @@ Scan::Scan(LinkFactory makeLink, const ScanOptions &options, Clock &clock, QObje
     , m_options(options)
     , m_clock(clock)
     , m_step(clock.makeAlarm())
+    , m_times(std::make_unique<ResponseTimes>())
 {
     static_assert(std::tuple_size<decltype(m_formUsedMs)>::value == kFenceForms, "each form");
     m_formUsedMs.fill(-kLongestAnswerMs);
@@ -84,10 +86,10 @@ void Scan::trySettings()
     const int lineMs = kFenceCharacters * line().characterMicroseconds() / 1000;
     const bool searches = m_options.settings.size() > 1;
     const int glanceMs = searches ? kGlanceMs + 2 * lineMs : 0;
-    m_times = ResponseTimes(
+    *m_times = ResponseTimes(
         {m_options.timeoutMs > 0 ? m_options.timeoutMs : glanceMs, line().characterMicroseconds()});
     m_conversation =
-        std::make_unique<Conversation>(*m_link, m_clock, m_times, ConversationSettings());
+        std::make_unique<Conversation>(*m_link, m_clock, *m_times, ConversationSettings());
     wireConversation();
     connect(m_link.get(), &Link::failed, this, &Scan::fail);
     connect(m_link.get(), &Link::opened, this, &Scan::search);
@@ -176,7 +178,7 @@ void Scan::survey()
         for (const FoundStation &found : m_found) {
             usual.note(found.station, found.worstMs);
         }
-        m_times = usual;
+        *m_times = usual;
     }
     m_survey = std::make_unique<StationSurvey>(*m_conversation, next.station, m_options.registers);
     connect(m_survey.get(), &StationSurvey::asked, this, &Scan::noteQuestion);

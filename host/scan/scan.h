@@ -1,8 +1,10 @@
 #pragma once
 
-#include "host/exchange/conversation.h"
+#include "host/exchange/reply.h"
+#include "host/link/link.h"
 #include "host/scan/scan_options.h"
 #include "host/scan/scan_result.h"
+#include "host/time/clock.h"
 
 #include <QObject>
 
@@ -12,6 +14,8 @@
 
 namespace cnet {
 
+class Conversation;
+class ResponseTimes;
 class StationSearch;
 class StationSurvey;
 
@@ -88,7 +92,7 @@ private:
     Clock &m_clock;
     std::unique_ptr<Alarm> m_step; ///< what is next is done from the event loop
     std::unique_ptr<Link> m_link;
-    ResponseTimes m_times;
+    std::unique_ptr<ResponseTimes> m_times;
     std::unique_ptr<Conversation> m_conversation;
     std::unique_ptr<StationSearch> m_search;
     std::unique_ptr<StationSurvey> m_survey;

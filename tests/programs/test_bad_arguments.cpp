@@ -77,6 +77,20 @@ void addCommandRows()
     row("send of no frame", {"send", read}, kUsage, "no plain reading");
     row("send with a bad time-out", {"send", "--bcc", read, "--timeout", "0"}, kUsage, "from 1 to");
     row("send as a table", {"send", "--bcc", read, "--format", "csv"}, kUsage, "text or json");
+    row("scan without a line", {"scan"}, kUsage, "expected --link LINK, or --serial DEVICE");
+    row("scan of two lines", {"scan", "--serial", "/dev/x", "--link", "sim"}, kUsage,
+        "expected --link");
+    row("scan of no device", {"scan", "--serial", ""}, kUsage, "expected serial:DEVICE");
+    row("scan with settings that are none", {"scan", "--serial", "/dev/x,1"}, kUsage,
+        "serial:DEVICE");
+    row("scan of station 32", {"scan", "--stations", "0-32"}, kUsage, "stations from 0 to 31");
+    row("scan of stations backwards", {"scan", "--stations", "5-1"}, kUsage,
+        "stations from 0 to 31");
+    row("scan of no stations", {"scan", "--stations", ""}, kUsage, "stations from 0 to 31");
+    row("scan of endless stations", {"scan", "--stations", longText('1')}, kUsage, "0 to 31");
+    row("scan of a line break", {"scan", "--stations", "1,\n"}, kUsage, "'1,?'");
+    row("scan of an item", {"scan", "D_W:1"}, kUsage, "'D_W:1': scan takes no arguments");
+    row("scan as a table", {"scan", "--format", "csv"}, kUsage, "expected text or json");
     row("series of none", {"series", "D_W", "1"}, kUsage, "expected --count N");
     row("series of too many", {"series", "D_W", "1", "--count", "1000001"}, kUsage, "1 to 1000000");
     row("series with a bad step", {"series", "D_W", "1", "--count", "1", "--step", "-1"}, kUsage,

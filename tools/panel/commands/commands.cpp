@@ -18,8 +18,8 @@ const QVector<const Command *> &allCommands()
 {
     static const QVector<const Command *> commands = {
         &kMonitorCommand,    &kReadCommand,   &kWriteCommand,    &kRecipeWriteCommand,
-        &kRecipeReadCommand, &kDecodeCommand, &kDescribeCommand, &kSendCommand,
-        &kCheckCommand,      &kSeriesCommand};
+        &kRecipeReadCommand, &kDecodeCommand, &kDescribeCommand, &kScanCommand,
+        &kSendCommand,       &kCheckCommand,  &kSeriesCommand};
     return commands;
 }
 

@@ -36,6 +36,7 @@ extern const Command kReadCommand;
 extern const Command kWriteCommand;
 extern const Command kRecipeWriteCommand;
 extern const Command kRecipeReadCommand;
+extern const Command kScanCommand;
 extern const Command kSendCommand;
 extern const Command kCheckCommand;
 extern const Command kSeriesCommand;

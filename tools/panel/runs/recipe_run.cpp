@@ -1,14 +1,11 @@
 #include "panel/runs/recipe_run.h"
 
 #include "host/address/value_text.h"
+#include "panel/runs/bar_and_messages.h"
 #include "panel/runs/command_session.h"
 #include "panel/system/exit_code.h"
-#include "panel/terminal/progress_bar.h"
-#include "panel/terminal/screen.h"
 
 #include <QElapsedTimer>
-
-#include <unistd.h>
 
 namespace cnet::panel {
 
@@ -41,32 +38,6 @@ QString endText(const RecipeJob &job, const RecipeRun &run, qint64 elapsedMs)
         .arg(static_cast<double>(elapsedMs) / 1000, 0, 'f', 2);
 }
 
-// The bar shares its line with the messages.
-class BarAndMessages
-{
-public:
-    explicit BarAndMessages(Messages &messages)
-        : m_messages(messages)
-        , m_sink(messages.sink())
-        , m_bar(standardErrorTerminal(), terminalSize(STDERR_FILENO).width())
-    {
-        m_messages.setSink([this](const QString &line) {
-            m_bar.clear();
-            m_sink(line);
-        });
-    }
-    ~BarAndMessages() { m_messages.setSink(m_sink); }
-    BarAndMessages(const BarAndMessages &) = delete;
-    BarAndMessages &operator=(const BarAndMessages &) = delete;
-
-    ProgressBar &bar() { return m_bar; }
-
-private:
-    Messages &m_messages;
-    Messages::Sink m_sink; ///< as it was before
-    ProgressBar m_bar;
-};
-
 } // namespace
 
 // Half a recipe is worse than none, so the first signal waits for the end of the transfer.
@@ -74,7 +45,7 @@ int runRecipe(Driver &driver, const LinkSettings &link, const RecipeRun &run, Me
               QVector<QVector<quint16>> &values)
 {
     CommandSession command(driver, link, stationsOfRecipe(run.items), messages);
-    BarAndMessages shown(messages);
+    BarAndMessages shown(messages, "words");
     QElapsedTimer clock;
     clock.start();
     RecipeJob *const job = command.session().transfer(run.items, run.direction, run.verify);

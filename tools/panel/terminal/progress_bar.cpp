@@ -17,13 +17,14 @@ const char kClearLine[] = "\r\x1b[K";
 
 } // namespace
 
-QString progressText(int done, int total, int columns)
+QString progressText(int done, int total, int columns, const char *noun)
 {
     const int all = std::max(total, 1);
     const int part = std::clamp(done, 0, all);
-    const QString words = QString::fromLatin1(" %1 of %2 words")
+    const QString words = QString::fromLatin1(" %1 of %2 %3")
                               .arg(part, static_cast<int>(QString::number(all).size()))
-                              .arg(all);
+                              .arg(all)
+                              .arg(QLatin1String(noun));
     const int brackets = 2;
     const int room = columns - static_cast<int>(words.size()) - brackets;
     const int length = std::min(room, kLongestBar);
@@ -35,16 +36,18 @@ QString progressText(int done, int total, int columns)
            QString(length - full, QLatin1Char('.')) + QLatin1Char(']') + words;
 }
 
-ProgressBar::ProgressBar(Sink sink, int columns)
+ProgressBar::ProgressBar(Sink sink, int columns, const char *noun)
     : m_sink(std::move(sink))
     , m_columns(columns)
+    , m_noun(noun)
 {}
 
 void ProgressBar::show(int done, int total)
 {
     if (m_sink) {
         // One column less: some terminals wrap when the cursor is behind the last column.
-        m_sink(QByteArray(kClearLine) + progressText(done, total, m_columns - 1).toLatin1());
+        m_sink(QByteArray(kClearLine) +
+               progressText(done, total, m_columns - 1, m_noun).toLatin1());
         m_shown = true;
     }
 }

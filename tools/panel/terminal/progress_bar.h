@@ -6,8 +6,8 @@
 
 namespace cnet::panel {
 
-/** "[#####.....]  60 of 120 words", no longer than `columns`. */
-QString progressText(int done, int total, int columns);
+/** "[#####.....]  60 of 120 words", no longer than `columns`. @param noun what is counted */
+QString progressText(int done, int total, int columns, const char *noun = "words");
 
 /** A line that grows in place on a terminal. */
 class ProgressBar
@@ -18,8 +18,9 @@ public:
     /**
      * @param sink the terminal; empty: the bar does not show
      * @param columns of the terminal
+     * @param noun what is counted
      */
-    explicit ProgressBar(Sink sink, int columns);
+    explicit ProgressBar(Sink sink, int columns, const char *noun = "words");
     ~ProgressBar() { clear(); }
     ProgressBar(const ProgressBar &) = delete;
     ProgressBar &operator=(const ProgressBar &) = delete;
@@ -32,6 +33,7 @@ public:
 private:
     Sink m_sink;
     int m_columns;
+    const char *m_noun;
     bool m_shown = false;
 };
 
