@@ -38,10 +38,10 @@ QByteArray completedRequest(const QByteArray &text)
 {
     QByteArray frame = text.startsWith(kEnq) ? text : kEnq + text;
     const int tail = static_cast<int>(frame.lastIndexOf(kEot));
-    if (tail < 0) {
-        frame += kEot;
-    } else if (frame.size() - tail - 1 <= kBlockCheckLength) {
+    if (tail >= 0 && frame.size() - tail - 1 <= kBlockCheckLength) {
         frame.truncate(tail + 1);
+    } else {
+        frame += kEot;
     }
     const char command = frame.size() > kCommandPosition ? frame.at(kCommandPosition) : '\0';
     const bool checked = command >= 'a' && command <= 'z';

@@ -5,6 +5,9 @@
 #include "host/decode/frame_splitter.h"
 #include "host/decode/frame_text.h"
 #include "host/wire/block_check.h"
+#include "host/wire/characters.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -105,6 +108,15 @@ void readWire(const QByteArray &bytes)
     }
     require(kept <= bytes.size(), "no byte comes twice");
     decodeAll(splitFrames(bytes, Between::Keep));
+    const QByteArray completed = completedRequest(bytes);
+    require(completedRequest(completed) == completed, "a completed request lacks nothing");
+    const DecodedFrame frame = decodeFrame(completed);
+    const bool printable = std::all_of(bytes.cbegin(), bytes.cend(),
+                                       [](char byte) { return byte >= ' ' && byte < '\x7f'; });
+    require(!printable ||
+                (frame.verdict != FrameVerdict::Cut && frame.verdict != FrameVerdict::WrongCheck),
+            "a completed request has its end and its block check");
+    require(answerLength(frame) <= kLongestFrame, "an answer fits a frame");
 }
 
 } // namespace

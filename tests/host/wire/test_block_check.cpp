@@ -53,6 +53,11 @@ void TestBlockCheck::completesRequests_data()
     QTest::newRow("whole") << whole << whole;
     QTest::newRow("in upper case") << unchecked.mid(1, 17) << unchecked;
     QTest::newRow("nothing") << QByteArray() << QByteArray("\x05\x04");
+    QTest::newRow("an end within") << QByteArray("01R\x04"
+                                                 "123")
+                                   << QByteArray("\x05"
+                                                 "01R\x04"
+                                                 "123\x04");
 }
 
 void TestBlockCheck::completesRequests()

@@ -42,6 +42,8 @@ void TestProgressBar::shows()
     QFETCH(int, total);
     QFETCH(int, columns);
     QTEST(progressText(done, total, columns), "text");
+    QCOMPARE(progressText(done, total, columns, "frames").count(QLatin1String("frames")),
+             progressText(done, total, columns).count(QLatin1String("words")));
 }
 
 void TestProgressBar::neverLongerThanTheTerminal()
