@@ -96,10 +96,7 @@ bool hasBlocksField(const FieldCursor &cursor, const DecodedFrame &frame)
     const QByteArray text = frame.bytes.mid(cursor.position(), cursor.left());
     bool ok = false;
     const int first = text.left(2).toInt(&ok, 16);
-    const bool dataAtOnce = ok && text.size() == 2 + 2 * first;
-    const int second = text.mid(2, 2).toInt(&ok, 16);
-    const bool dataBehind = ok && first == 1 && text.size() == 4 + 2 * second;
-    return dataBehind || !dataAtOnce;
+    return !ok || text.size() != 2 + 2 * first;
 }
 
 void takeBlocks(DecodedFrame &frame, FieldCursor &cursor, const DecodedFrame *request)

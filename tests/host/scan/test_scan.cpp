@@ -1,3 +1,4 @@
+#include "host/support/frames.h"
 #include "host/support/test_registers.h"
 #include "host/support/virtual_line.h"
 
@@ -120,6 +121,7 @@ private Q_SLOTS:
     void findsSettings();
     void noSettingsFitNobody();
     void slowStationsAreFound();
+    void lateAnswersCountForTheirSettings_data();
     void lateAnswersCountForTheirSettings();
     void badLinesGiveNoWrongResult_data();
     void badLinesGiveNoWrongResult();
@@ -215,25 +217,34 @@ void TestScan::slowStationsAreFound()
     }
 }
 
+void TestScan::lateAnswersCountForTheirSettings_data()
+{
+    QTest::addColumn<QByteArray>("refusals");
+    QTest::newRow("answer") << QByteArray();
+    QTest::newRow("refusal") << refusalFrame("01rSS1132") + refusalFrame("01rSB1132");
+}
+
 // The answer to a question of the first settings gets to those who try the next ones.
 void TestScan::lateAnswersCountForTheirSettings()
 {
+    QFETCH(QByteArray, refusals);
     ScanOptions options = optionsFor({1});
     options.settings = likelySettings();
     Bench bench(options, {});
     Link *open = nullptr;
     bench.prepare = [&](VirtualLine &line) { open = &line; };
-    QObject::connect(
-        bench.scan.get(), &Scan::frameSent, bench.scan.get(), [&](const QByteArray &frame) {
-            if (bench.tried.size() > 1) {
-                return;
-            }
-            plc::Bus bus;
-            const QByteArray answer = bus.add(1).station.answer(frame);
-            for (const int ms : {800, 1700, 2500, 4000, 9000}) {
-                bench.clock.after(ms, [&open, answer] { Q_EMIT open->received(answer); });
-            }
-        });
+    QObject::connect(bench.scan.get(), &Scan::frameSent, bench.scan.get(),
+                     [&](const QByteArray &frame) {
+                         if (bench.tried.size() > 1) {
+                             return;
+                         }
+                         plc::Bus bus;
+                         const QByteArray late =
+                             refusals.isEmpty() ? bus.add(1).station.answer(frame) : refusals;
+                         for (const int ms : {800, 1700, 2500, 4000, 9000}) {
+                             bench.clock.after(ms, [&open, late] { Q_EMIT open->received(late); });
+                         }
+                     });
     QVERIFY(bench.run());
     QVERIFY(bench.scan->found().isEmpty());
     QCOMPARE(bench.tried.size(), 48);
