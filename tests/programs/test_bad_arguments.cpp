@@ -55,6 +55,18 @@ void addCommandRows()
     row("check of no words", {"check", "D_W", "1", "--words", "0"}, kUsage, "--words '0'");
     row("check of endlessly many", {"check", "D_W", "1", "--words", longText('9')}, kUsage,
         "expected a number from 1 to");
+    row("series of none", {"series", "D_W", "1"}, kUsage, "expected --count N");
+    row("series of too many", {"series", "D_W", "1", "--count", "1000001"}, kUsage, "1 to 1000000");
+    row("series with a bad step", {"series", "D_W", "1", "--count", "1", "--step", "-1"}, kUsage,
+        "expected a number from 1 to 1000000, word or dword");
+    row("series of an unknown register", {"series", longText(), "1", "--count", "1"}, kUsage,
+        "it has D_W");
+    row("series from an endless address", {"series", "D_W", longText('1'), "--count", "1"}, kUsage,
+        "an address of D_W is a number from 0 to 9999");
+}
+
+void addFrameRows()
+{
     row("decode of nothing", {"decode"}, kUsage, "expected a frame, a file or -");
     row("decode of an empty text", {"decode", ""}, kUsage, "there is no frame in it");
     row("decode of a wrong digit", {"decode", "05 30 3G"}, kUsage,
@@ -77,6 +89,10 @@ void addCommandRows()
     row("send of no frame", {"send", read}, kUsage, "no plain reading");
     row("send with a bad time-out", {"send", "--bcc", read, "--timeout", "0"}, kUsage, "from 1 to");
     row("send as a table", {"send", "--bcc", read, "--format", "csv"}, kUsage, "text or json");
+}
+
+void addScanRows()
+{
     row("scan without a line", {"scan"}, kUsage, "expected --link LINK, or --serial DEVICE");
     row("scan of two lines", {"scan", "--serial", "/dev/x", "--link", "sim"}, kUsage,
         "expected --link");
@@ -91,14 +107,6 @@ void addCommandRows()
     row("scan of a line break", {"scan", "--stations", "1,\n"}, kUsage, "'1,?'");
     row("scan of an item", {"scan", "D_W:1"}, kUsage, "'D_W:1': scan takes no arguments");
     row("scan as a table", {"scan", "--format", "csv"}, kUsage, "expected text or json");
-    row("series of none", {"series", "D_W", "1"}, kUsage, "expected --count N");
-    row("series of too many", {"series", "D_W", "1", "--count", "1000001"}, kUsage, "1 to 1000000");
-    row("series with a bad step", {"series", "D_W", "1", "--count", "1", "--step", "-1"}, kUsage,
-        "expected a number from 1 to 1000000, word or dword");
-    row("series of an unknown register", {"series", longText(), "1", "--count", "1"}, kUsage,
-        "it has D_W");
-    row("series from an endless address", {"series", "D_W", longText('1'), "--count", "1"}, kUsage,
-        "an address of D_W is a number from 0 to 9999");
 }
 
 void addCaptureRows()
@@ -241,6 +249,8 @@ void TestBadArguments::refuses_data()
     QTest::addColumn<QByteArray>("message");
     addCommandRows();
     addCaptureRows();
+    addFrameRows();
+    addScanRows();
     addNumberRows();
     addItemRows();
     addLinkRows();

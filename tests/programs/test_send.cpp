@@ -1,5 +1,7 @@
 #include "program.h"
 
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -16,6 +18,7 @@ private Q_SLOTS:
     void explainsTheAnswer();
     void sendsNoWriteUnasked();
     void saysThatNothingCame();
+    void saysThatTheLinkIsLost();
 
 private:
     int send(const QList<QByteArray> &arguments, const QByteArray &link);
@@ -112,6 +115,27 @@ void TestSend::saysThatNothingCame()
     const QList<QJsonObject> lines = jsonLines(m_panel->lines());
     QCOMPARE(lines.at(0).value(QLatin1String("verdict")).toString(), QLatin1String("wrong check"));
     QCOMPARE(lines.at(1).value(QLatin1String("event")).toString(), QLatin1String("no answer"));
+}
+
+void TestSend::saysThatTheLinkIsLost()
+{
+    QTcpServer plc;
+    QVERIFY(plc.listen(QHostAddress(QHostAddress::LocalHost), 0));
+    const QByteArray place = "tcp:127.0.0.1:" + QByteArray::number(plc.serverPort());
+    Program panel;
+    QVERIFY(panel.startBytes(
+        CNET_PANEL, {"send", "--link", place, "--timeout", "60000", "--bcc", "01rSB08%DW0010001"}));
+    QVERIFY(plc.waitForNewConnection(30000));
+    QTcpSocket *const socket = plc.nextPendingConnection();
+    QVERIFY(socket->waitForReadyRead(30000));
+    socket->close();
+    QCOMPARE(panel.exitCode(), kDeviceFailed);
+    QVERIFY2(panel.errors().contains(" is lost: "), panel.errors());
+    Program nobody;
+    QVERIFY(nobody.startBytes(CNET_PANEL,
+                              {"send", "--link", "tcp:127.0.0.1:1", "--bcc", "01rSB08%DW0010001"}));
+    QCOMPARE(nobody.exitCode(), 3);
+    QVERIFY2(nobody.errors().contains("cannot open tcp 127.0.0.1:1: "), nobody.errors());
 }
 
 QTEST_GUILESS_MAIN(TestSend)

@@ -83,7 +83,7 @@ public:
 private:
     std::unique_ptr<Link> makeLink(const LineSettings &line)
     {
-        auto link = linkFor(withLine(m_link, line), simulatedStations());
+        auto link = linkFor(withLine(m_link, line), simulatedStations(), m_messages);
         m_name = link->name();
         return link;
     }

@@ -34,55 +34,95 @@ void traceReply(const RawReply &raw, Messages &messages)
     messages.line(traceAnswer(QTime::currentTime(), report));
 }
 
+/** A link, one frame, and the event loop until its end. */
+class SendRun
+{
+public:
+    SendRun(const LinkSettings &settings, const QByteArray &frame, Messages &messages)
+        : m_settings(settings)
+        , m_request(decodeFrame(frame))
+        , m_messages(messages)
+        , m_link(linkFor(settings, {std::max(m_request.station, 0)}, messages))
+        , m_exchange(*m_link, SystemClock::instance())
+    {
+        QObject::connect(m_link.get(), &Link::opened, &m_exchange, [this] {
+            m_exchange.send(m_request.bytes, patienceFor(m_settings, m_request));
+        });
+        QObject::connect(m_link.get(), &Link::failed, &m_exchange,
+                         [this](const QString &reason) { fail(reason); });
+        QObject::connect(&m_exchange, &RawExchange::sent, &m_exchange,
+                         [this](const QByteArray &bytes) { traceSent(bytes); });
+        QObject::connect(&m_exchange, &RawExchange::ended, &m_exchange,
+                         [this](const RawReply &reply) { take(reply); });
+        QObject::connect(&m_stopSignals, &StopSignals::caught, &m_exchange, [this] {
+            m_messages.say(QLatin1String("waiting was given up: interrupted"));
+            end(kDeviceFailed);
+        });
+    }
+
+    std::optional<RawReply> run(int &exitCode)
+    {
+        m_link->open();
+        // Opening may have failed at once.
+        if (!m_ended) {
+            m_loop.exec();
+        }
+        m_link->disconnect(&m_exchange);
+        m_link->close();
+        exitCode = m_exitCode;
+        return m_reply;
+    }
+
+private:
+    void fail(const QString &reason)
+    {
+        const bool lost = m_exchange.isBusy();
+        m_messages.say(QString::fromLatin1(lost ? "%1 is lost: %2" : "cannot open %1: %2")
+                           .arg(m_link->name(), reason));
+        end(lost ? kDeviceFailed : kNoLink);
+    }
+
+    void traceSent(const QByteArray &bytes)
+    {
+        if (m_settings.trace) {
+            m_messages.line(traceRequest(QTime::currentTime(), bytes));
+        }
+    }
+
+    void take(const RawReply &reply)
+    {
+        m_reply = reply;
+        if (m_settings.trace) {
+            traceReply(reply, m_messages);
+        }
+        end(kFine);
+    }
+
+    void end(int exitCode)
+    {
+        m_ended = true;
+        m_exitCode = exitCode;
+        m_loop.quit();
+    }
+
+    const LinkSettings &m_settings;
+    DecodedFrame m_request;
+    Messages &m_messages;
+    std::unique_ptr<Link> m_link;
+    RawExchange m_exchange;
+    StopSignals m_stopSignals;
+    QEventLoop m_loop;
+    std::optional<RawReply> m_reply;
+    int m_exitCode = kDeviceFailed;
+    bool m_ended = false;
+};
+
 } // namespace
 
 std::optional<RawReply> sendFrame(const LinkSettings &settings, const QByteArray &frame,
                                   Messages &messages, int &exitCode)
 {
-    const DecodedFrame request = decodeFrame(frame);
-    const auto link = linkFor(settings, {std::max(request.station, 0)}, messages);
-    RawExchange exchange(*link, SystemClock::instance());
-    StopSignals stopSignals;
-    QEventLoop loop;
-    std::optional<RawReply> reply;
-    exitCode = kDeviceFailed;
-    bool ended = false;
-    const auto end = [&] {
-        ended = true;
-        loop.quit();
-    };
-    QObject::connect(link.get(), &Link::opened, &exchange,
-                     [&] { exchange.send(frame, patienceFor(settings, request)); });
-    QObject::connect(link.get(), &Link::failed, &exchange, [&](const QString &reason) {
-        messages.say(
-            QString::fromLatin1(exchange.isBusy() ? "%1 is lost: %2" : "cannot open %1: %2")
-                .arg(link->name(), reason));
-        exitCode = exchange.isBusy() ? kDeviceFailed : kNoLink;
-        end();
-    });
-    QObject::connect(&exchange, &RawExchange::sent, &exchange, [&](const QByteArray &bytes) {
-        if (settings.trace) {
-            messages.line(traceRequest(QTime::currentTime(), bytes));
-        }
-    });
-    QObject::connect(&exchange, &RawExchange::ended, &exchange, [&](const RawReply &raw) {
-        reply = raw;
-        if (settings.trace) {
-            traceReply(raw, messages);
-        }
-        end();
-    });
-    QObject::connect(&stopSignals, &StopSignals::caught, &exchange, [&] {
-        messages.say(QLatin1String("waiting was given up: interrupted"));
-        end();
-    });
-    link->open();
-    if (!ended) {
-        loop.exec();
-    }
-    link->disconnect(&exchange);
-    link->close();
-    return reply;
+    return SendRun(settings, frame, messages).run(exitCode);
 }
 
 } // namespace cnet::panel
