@@ -163,7 +163,7 @@ void Scan::noteQuestion()
                                        : stations * m_tried;
     int registers = 0;
     for (const RegisterInfo &reg : m_options.registers) {
-        registers += ReachSearch::mostQuestions(reg.lowest, reg.highest);
+        registers += StationSurvey::mostQuestions(reg);
     }
     const int total = left + registers * static_cast<int>(m_found.size());
     Q_EMIT progressed(std::min(m_questions, total), total);

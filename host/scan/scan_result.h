@@ -11,7 +11,7 @@ namespace cnet {
 struct RegisterReach
 {
     enum class State {
-        Unknown, ///< answers were missing, or the frames were used up
+        Unknown, ///< answers were missing or contradict one another, or the frames were used up
         Absent,  ///< the station refuses it from its lowest address on
         Present,
     };

@@ -31,11 +31,16 @@ StationSurvey::StationSurvey(Conversation &conversation, int station,
     connect(&conversation, &Conversation::ended, this, &StationSurvey::handleEnded);
 }
 
+int StationSurvey::mostQuestions(const RegisterInfo &reg)
+{
+    return ReachSearch::mostQuestions(reg.lowest, reg.highest) + 1;
+}
+
 int StationSurvey::mostFrames(const QVector<RegisterInfo> &registers)
 {
     int questions = 0;
     for (const RegisterInfo &reg : registers) {
-        questions += ReachSearch::mostQuestions(reg.lowest, reg.highest);
+        questions += mostQuestions(reg);
     }
     return 2 * questions + 2 * kMostFramesOfQuestion;
 }
@@ -46,12 +51,21 @@ void StationSurvey::start()
     ask();
 }
 
+// What is to be asked for next: at the end once more what was refused.
+std::optional<int> StationSurvey::nextAddress() const
+{
+    const RegisterInfo &reg = m_reaches.at(m_current).reg;
+    const auto searched = m_search->next();
+    const int refused = m_search->highest().value_or(reg.lowest - 1) + 1;
+    return searched || m_confirmed || refused > reg.highest ? searched : refused;
+}
+
 // Two answers in a row have different forms, so that none passes for a copy of the one before it.
 void StationSurvey::ask()
 {
-    const auto address = m_search->next();
+    const auto address = nextAddress();
     if (!address) {
-        settle(*m_search);
+        settle();
         nextRegister();
         return;
     }
@@ -66,42 +80,46 @@ void StationSurvey::ask()
 
 void StationSurvey::handleEnded(const Reply &reply)
 {
+    if (reply.outcome == Outcome::Answered || reply.outcome == Outcome::Refused) {
+        m_silent = 0;
+        m_attempts = 0;
+        m_form = m_form == ProbeForm::Single ? ProbeForm::Block : ProbeForm::Single;
+        handleAnswer(reply);
+    } else if (m_attempts < kMostAttempts) {
+        ask();
+    } else {
+        ++m_silent;
+        nextRegister();
+    }
+}
+
+// Any other refusal than that of the address tells nothing of how far a register reaches, unless it
+// is that of the lowest one. And what was refused once and then answered tells nothing at all.
+void StationSurvey::handleAnswer(const Reply &reply)
+{
     const bool answered = reply.outcome == Outcome::Answered;
-    const bool refused = reply.outcome == Outcome::Refused;
-    if (!answered && !refused) {
-        if (m_attempts < kMostAttempts) {
-            ask();
-        } else {
-            ++m_silent;
-            nextRegister();
-        }
-        return;
-    }
-    m_silent = 0;
-    m_attempts = 0;
-    m_form = m_form == ProbeForm::Single ? ProbeForm::Block : ProbeForm::Single;
-    // Any other refusal tells nothing of the address, unless it is that of the lowest one.
     const bool tells = answered || refusalCode(reply.answer) == kNoSuchAddress ||
-                       m_search->next() == m_reaches.at(m_current).reg.lowest;
-    if (!tells) {
+                       nextAddress() == m_reaches.at(m_current).reg.lowest;
+    const bool confirms = !m_search->next();
+    if (!tells || (confirms && answered)) {
         nextRegister();
         return;
     }
-    if (refused && m_search->next() == m_reaches.at(m_current).reg.lowest) {
-        m_reaches[m_current].state = RegisterReach::State::Absent;
-        nextRegister();
-        return;
+    if (confirms) {
+        m_confirmed = true;
+    } else {
+        m_search->note(answered);
     }
-    m_search->note(answered);
     ask();
 }
 
-void StationSurvey::settle(const ReachSearch &search)
+void StationSurvey::settle()
 {
     RegisterReach &reach = m_reaches[m_current];
-    reach.state = RegisterReach::State::Present;
-    reach.highest = search.highest().value_or(0);
-    reach.toLimit = reach.highest == reach.reg.highest;
+    const auto highest = m_search->highest();
+    reach.state = highest ? RegisterReach::State::Present : RegisterReach::State::Absent;
+    reach.highest = highest.value_or(0);
+    reach.toLimit = highest == reach.reg.highest;
 }
 
 // A station that is gone is not asked for all the rest.
@@ -109,6 +127,7 @@ void StationSurvey::nextRegister()
 {
     ++m_current;
     m_attempts = 0;
+    m_confirmed = false;
     if (m_current == m_reaches.size() || m_silent >= kMostSilent) {
         Q_EMIT ended();
         return;

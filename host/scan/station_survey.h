@@ -12,7 +12,10 @@
 
 namespace cnet {
 
-/** Finds out which registers a station has and how far they reach. It only reads. */
+/**
+ * Finds out which registers a station has and how far they reach. It only reads. The address behind
+ * the last one is asked for twice, since a station may also refuse for the moment only.
+ */
 class StationSurvey : public QObject
 {
     Q_OBJECT
@@ -31,6 +34,9 @@ public:
     /** In the order of the registers; those after the last one that was looked at are Unknown. */
     const QVector<RegisterReach> &reaches() const { return m_reaches; }
 
+    /** Addresses of a register that it asks for at most. */
+    static int mostQuestions(const RegisterInfo &reg);
+
     /** Frames that it sends at most; what does not fit is Unknown. */
     static int mostFrames(const QVector<RegisterInfo> &registers);
 
@@ -42,7 +48,9 @@ Q_SIGNALS:
 private:
     void ask();
     void handleEnded(const Reply &reply);
-    void settle(const ReachSearch &search);
+    void handleAnswer(const Reply &reply);
+    void settle();
+    std::optional<int> nextAddress() const;
     void nextRegister();
 
     Conversation &m_conversation;
@@ -50,6 +58,7 @@ private:
     QVector<RegisterReach> m_reaches;
     int m_current = 0; ///< index of the register that is looked at
     std::optional<ReachSearch> m_search;
+    bool m_confirmed = false; ///< the address behind the last one was refused twice
     ProbeForm m_form;
     int m_attempts = 0;
     int m_silent = 0; ///< registers in a row without an answer

@@ -123,6 +123,7 @@ private Q_SLOTS:
     void slowStationsAreFound();
     void lateAnswersCountForTheirSettings_data();
     void lateAnswersCountForTheirSettings();
+    void aRefusalForTheMomentIsNoLimit();
     void badLinesGiveNoWrongResult_data();
     void badLinesGiveNoWrongResult();
     void saysThatTheLineFails();
@@ -149,7 +150,7 @@ void TestScan::findsStationsAndRegisters()
     }
     QVERIFY2(bench.scan->frames() <= bench.most(), qPrintable(QString::number(bench.sent.size())));
     // Each question once: on a good line nothing has to be told apart.
-    QCOMPARE(bench.sent.size(), 32 + 29 + 3 * (16 + 10 + 2));
+    QCOMPARE(bench.sent.size(), 32 + 29 + 3 * (17 + 11 + 2));
 }
 
 void TestScan::onlyReads()
@@ -248,6 +249,29 @@ void TestScan::lateAnswersCountForTheirSettings()
     QVERIFY(bench.run());
     QVERIFY(bench.scan->found().isEmpty());
     QCOMPARE(bench.tried.size(), 48);
+}
+
+// A PLC that refuses now and then what it has, as while a program is loaded into it.
+void TestScan::aRefusalForTheMomentIsNoLimit()
+{
+    for (int spoiled = 2; spoiled < 20; ++spoiled) {
+        Bench bench(optionsFor({1}, {words("D_W", 9999)}), {});
+        Link *open = nullptr;
+        bench.prepare = [&](VirtualLine &line) { open = &line; };
+        plc::Bus bus;
+        bus.add(1, plc::Model::K120s);
+        QObject::connect(
+            bench.scan.get(), &Scan::frameSent, bench.scan.get(), [&](const QByteArray &frame) {
+                const QByteArray answer = bench.sent.size() == spoiled
+                                              ? refusalFrame(frame.mid(1, 5) + "1132")
+                                              : bus.find(1)->station.answer(frame);
+                bench.clock.after(10, [&open, answer] { Q_EMIT open->received(answer); });
+            });
+        QVERIFY(bench.run());
+        const RegisterReach reach = bench.scan->found().at(0).registers.at(0);
+        QVERIFY(reach.state == RegisterReach::State::Unknown || reach.highest == 4999);
+        QVERIFY(reach.state != RegisterReach::State::Absent);
+    }
 }
 
 void TestScan::badLinesGiveNoWrongResult_data()
