@@ -24,6 +24,7 @@ private Q_SLOTS:
     void lossEndsTheCaptureOnly_data();
     void lossEndsTheCaptureOnly();
     void plcGoesOnWithoutItsCapture();
+    void plcSaysElsewhereWhereItServes();
     void rotates();
     void usageErrorLeavesAnOlderCaptureAlone();
 
@@ -315,6 +316,24 @@ void TestCaptures::plcGoesOnWithoutItsCapture()
     QCOMPARE(m_plc->errors(),
              QByteArray("cnet-plc: the capture to /dev/full has ended: No space left "
                         "on device\n"));
+}
+
+// Standard output is the capture, and nothing else.
+void TestCaptures::plcSaysElsewhereWhereItServes()
+{
+    const QString file = path("stdout.pcapng");
+    Program plc;
+    plc.setOutput(file.toLocal8Bit().constData());
+    QVERIFY(plc.startBytes(CNET_PLC, {"--tcp", "127.0.0.1:0", "--capture", "-"}));
+    QByteArray said;
+    QTRY_VERIFY_WITH_TIMEOUT((said = plc.errors()).endsWith('\n'), 20000);
+    QVERIFY2(said.startsWith("listening on 127.0.0.1:"), said.constData());
+    const QByteArray place = said.mid(said.lastIndexOf(' ') + 1).trimmed();
+    QCOMPARE(panel(QLatin1String("read D_W:1 --link tcp:") + QString::fromLatin1(place)), 0);
+    plc.signal(SIGTERM);
+    QCOMPARE(plc.exitCode(), 0);
+    QCOMPARE(readPcapngFile(file).error, QByteArray());
+    QVERIFY(readPcapngFile(file).packets.size() >= 4);
 }
 
 // A ring of two; each file can be read by itself.

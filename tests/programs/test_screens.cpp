@@ -20,6 +20,8 @@ private Q_SLOTS:
     void filtersAsOneTypes();
     void showsTrends();
     void showsWhatChanged();
+    void aCaptureIsNotForATerminal();
+    void theTableStaysWhileACaptureGoesIntoAPipe();
 
 private:
     QByteArray serve(PlcProgram &plc);
@@ -77,7 +79,7 @@ void TestScreens::aNarrowTerminal()
     terminal.setSize(40, 24);
     QVERIFY(terminal.start({CNET_PANEL, "monitor", "D_W:5", "2/D_W:5", "--timeout", "200",
                             "--retries", "1", "--link", link}));
-    QVERIFY2(terminal.displays("  1/D_W:5   6 0x0006"), terminal.screen().constData());
+    QVERIFY2(terminal.displays("  6 0x0006 "), terminal.screen().constData());
     QVERIFY2(terminal.displays("! 2/D_W:5   -"), terminal.screen().constData());
     terminal.signal(SIGTERM);
     QCOMPARE(terminal.wait(), 1);
@@ -177,6 +179,32 @@ void TestScreens::showsWhatChanged()
     QVERIFY(terminal.displays("7 0x0007  "));
     QVERIFY(terminal.type("\x03"));
     QCOMPARE(terminal.wait(), 0);
+}
+
+void TestScreens::aCaptureIsNotForATerminal()
+{
+    Terminal terminal;
+    QVERIFY(terminal.start({CNET_PANEL, "read", "D_W:5", "--capture", "-"}));
+    QVERIFY2(terminal.shows("standard output: it is a terminal; a capture goes into a pipe, for "
+                            "example | wireshark -k -i -"),
+             terminal.shown().constData());
+    const int usage = 2;
+    QCOMPARE(terminal.wait(), usage);
+}
+
+// Standard error is the terminal then.
+void TestScreens::theTableStaysWhileACaptureGoesIntoAPipe()
+{
+    PlcProgram plc;
+    const QByteArray link = serve(plc);
+    Terminal terminal;
+    QVERIFY(terminal.start(
+        {"/bin/sh", "-c",
+         CNET_PANEL " monitor D_W:5 --capture - --link " + link + " | cat >/dev/null"}));
+    QVERIFY2(terminal.displays("6 0x0006 "), terminal.shown().constData());
+    QVERIFY(terminal.type("w1/D_W:5=7\r"));
+    QVERIFY2(terminal.shows("1/D_W:5=7: written"), terminal.shown().constData());
+    QVERIFY2(terminal.displays("7 0x0007"), terminal.shown().constData());
 }
 
 QTEST_GUILESS_MAIN(TestScreens)

@@ -6,14 +6,13 @@ namespace {
 
 const int kColumns = 79;
 
-const char kExitCodes[] =
-    "Exit codes:\n"
-    "  0  fine\n"
-    "  1  a device refused or did not answer\n"
-    "  2  bad usage, register, address or file; nothing was sent\n"
-    "  3  the link could not be opened\n"
-    "  4  the driver could not be loaded\n"
-    "  5  it was done, but its output or capture could not be printed or stored\n";
+const char kExitCodes[] = "Exit codes:\n"
+                          "  0  fine\n"
+                          "  1  a device refused or did not answer\n"
+                          "  2  bad usage, register, address or file; nothing was sent\n"
+                          "  3  the link could not be opened\n"
+                          "  4  the driver could not be loaded\n"
+                          "  5  it was done, but its output or its capture is lost\n";
 
 QString examples(const Command &command)
 {

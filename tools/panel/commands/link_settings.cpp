@@ -76,10 +76,11 @@ void addDriverOption(QCommandLineParser &parser)
 
 void addLineOptions(QCommandLineParser &parser)
 {
-    parser.addOption(option("link",
-                            "tcp:HOST:PORT, serial:DEVICE[,38400,8,NONE,1] or sim, a simulated "
-                            "PLC inside the program (default, but write and recipe write need --link).",
-                            "LINK"));
+    parser.addOption(
+        option("link",
+               "tcp:HOST:PORT, serial:DEVICE[,38400,8,NONE,1] or sim, a simulated "
+               "PLC inside the program (default, but write and recipe write need --link).",
+               "LINK"));
     parser.addOption(
         option("timeout",
                "Milliseconds to wait for an answer (default: from the line's speed, the answer's "

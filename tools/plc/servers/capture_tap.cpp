@@ -24,7 +24,7 @@ QString CaptureTap::remarkOf(const QByteArray &request)
 {
     for (auto it = m_unanswered.begin(); it != m_unanswered.end(); ++it) {
         if (it->first == request) {
-            const QString remark = it->second;
+            QString remark = it->second;
             m_unanswered.erase(it);
             return remark;
         }
