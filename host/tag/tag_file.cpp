@@ -76,7 +76,9 @@ bool TagFile::readHeader(int record)
             continue;
         }
         const QString quoted = quotable(heading);
-        if (!column) {
+        if (field.trouble != CsvTrouble::None) {
+            complain(field, QString(), csvTroubleText(field.trouble));
+        } else if (!column) {
             complain(field, quoted,
                      QString::fromLatin1("no such column; expected some of %1%2")
                          .arg(tagColumnNames().join(QLatin1Char(' ')),

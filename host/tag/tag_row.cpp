@@ -8,26 +8,6 @@
 
 namespace cnet {
 
-namespace {
-
-QString writingText(CsvTrouble trouble)
-{
-    switch (trouble) {
-    case CsvTrouble::OpenQuote:
-        return QLatin1String("the quote in front is not closed in its line, so the end of the "
-                             "field is not known; a quote within a text is written as two in "
-                             "quotes, for example \"5\"\" pipe\"");
-    case CsvTrouble::TextBehindQuote:
-        return QLatin1String("text behind the closing quote; a quote within a text is written as "
-                             "two, for example \"5\"\" pipe\"");
-    default:
-        return QLatin1String("bytes that are no UTF-8, so nobody knows the letters; save the file "
-                             "as UTF-8, for example as \"CSV UTF-8\"");
-    }
-}
-
-} // namespace
-
 TagRow::TagRow(const CsvFields &fields, const QVector<int> &places, const TagReading &reading,
                Findings &mistakes, Findings &warnings)
     : m_fields(fields)
@@ -88,7 +68,7 @@ void TagRow::readWriting()
                 m_places.indexOf(static_cast<int>(&known - m_fields.all.constData())));
             m_mistakes.add({known.line, known.column,
                             column < 0 ? QString() : tagColumnName(static_cast<TagColumn>(column)),
-                            writingText(known.trouble)});
+                            csvTroubleText(known.trouble)});
         }
     }
 }

@@ -95,6 +95,22 @@ void move(CsvField &place, const QByteArray &record, int begin, int end)
 
 } // namespace
 
+QString csvTroubleText(CsvTrouble trouble)
+{
+    switch (trouble) {
+    case CsvTrouble::OpenQuote:
+        return QLatin1String("the quote in front is not closed in its line, so the end of the "
+                             "field is not known; a quote within a text is written as two in "
+                             "quotes, for example \"5\"\" pipe\"");
+    case CsvTrouble::TextBehindQuote:
+        return QLatin1String("text behind the closing quote; a quote within a text is written as "
+                             "two, for example \"5\"\" pipe\"");
+    default:
+        return QLatin1String("bytes that are no UTF-8, so nobody knows the letters; save the file "
+                             "as UTF-8, for example as \"CSV UTF-8\"");
+    }
+}
+
 int endOfCsvField(const QByteArray &text, int begin, const CsvDialect &dialect, CsvTrouble &trouble)
 {
     trouble = CsvTrouble::None;

@@ -28,6 +28,9 @@ enum class CsvTrouble {
     NotUtf8,         ///< some bytes are no text
 };
 
+/** In words, with what to do about it. @param trouble not None */
+QString csvTroubleText(CsvTrouble trouble);
+
 /** A field of a record, and where it stands. */
 struct CsvField
 {

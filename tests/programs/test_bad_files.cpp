@@ -17,6 +17,8 @@ private Q_SLOTS:
     void initTestCase();
     void refusesContent_data();
     void refusesContent();
+    void refusesTags_data();
+    void refusesTags();
     void refusesHugeFile();
     void refusesPlace_data();
     void refusesPlace();
@@ -58,6 +60,7 @@ void TestBadFiles::initTestCase()
 {
     QVERIFY(m_plc.listen(QHostAddress(QHostAddress::LocalHost), 0));
     QVERIFY(write("good.csv", kHeader + kGood));
+    QVERIFY(write("tags", "name,register,address\na,D_W,1\n"));
     QCOMPARE(mkfifo(path("pipe").constData(), 0600), 0);
     QVERIFY(QFile::link(QLatin1String("circle"), QString::fromLocal8Bit(path("circle"))));
 }
@@ -146,6 +149,62 @@ void TestBadFiles::refusesContent()
     checkRefusal({"recipe", "write", path("bad.csv")}, message);
 }
 
+void TestBadFiles::refusesTags_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("message");
+    const auto row = [](const char *name, const QByteArray &content, const char *message) {
+        QTest::newRow(name) << content << QByteArray(message);
+    };
+    const QByteArray head("name;register;address;scale\n");
+    row("empty", "", ":1:1: no tags; expected a line that names the columns");
+    row("header alone", head, ":2:1: no tags; expected");
+    row("a recipe", kHeader + kGood, ":1:32: value: no such column; expected some of name");
+    row("program",
+        QByteArray("\x7F"
+                   "ELF\2\1\1\0\0\0\n",
+                   11),
+        ":1:1: a zero byte");
+    row("nothing but quotes", QByteArray(1000001, '"'), ": the quote in front is not closed");
+    row("lines of quotes", head + QByteArray("\"\"x\n").repeated(100000),
+        ": text behind the closing");
+    row("endless column", QByteArray(8000000, 'x'), ":1:1: xxxx");
+    row("terminal codes", head + "\x1b[2J;D_W;1\n", ":2:1: name: '?[2J' is no name");
+    row("no register", head + "a;Q;1\n", ":2:3: register: the driver has no register 'Q', it has");
+    row("address beyond 64 bits", head + "a;D_W;99999999999999999999\n", ":2:7: address: '99999");
+    row("decimal comma", head + "a;D_W;1;0,5\n", "the decimal sign is a point, for example 0.5");
+    row("a mistake at the very end", head + "a;D_W;1\n#\na;D_W;2",
+        ":4:1: name: 'a' is the name of");
+    row(
+        "more tags than a file may have",
+        head +
+            [] {
+                QByteArray rows;
+                for (int i = 0; i < 100001; ++i) {
+                    rows += 'a' + QByteArray::number(i) + ";D_W;1\n";
+                }
+                return rows;
+            }(),
+        ":100002:1: more tags than the 100000 that a file may have");
+}
+
+void TestBadFiles::refusesTags()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, message);
+    QVERIFY(write("tags.csv", content));
+    Program list;
+    QVERIFY(list.startBytes(CNET_PANEL, {"tags", "list", path("tags.csv")}));
+    QCOMPARE(list.exitCode(), kUsage);
+    QCOMPARE(list.lines(), QList<QByteArray>());
+    QCOMPARE(faultOfComplaint(list.errors(), "cnet-panel", message), QByteArray());
+    Program check;
+    QVERIFY(check.startBytes(CNET_PANEL, {"tags", "check", path("tags.csv"), "--limit", "1"}));
+    QCOMPARE(check.exitCode(), kUsage);
+    QVERIFY2(check.lines().value(0).contains(message), check.lines().value(0).constData());
+    QCOMPARE(check.errors(), QByteArray());
+}
+
 // Mostly a hole, which takes no room on the disk.
 void TestBadFiles::refusesHugeFile()
 {
@@ -222,6 +281,8 @@ void TestBadFiles::saysThatOutputIsLost_data()
     row({"monitor", "--format", "csv", "D_W:1"});
     row({"monitor", "--format", "json", "D_W:1"});
     row({"recipe", "read", path("good.csv")});
+    row({"tags", "check", path("tags")});
+    row({"tags", "list", path("tags")});
 }
 
 void TestBadFiles::saysThatOutputIsLost()

@@ -19,7 +19,8 @@ const QVector<const Command *> &allCommands()
     static const QVector<const Command *> commands = {
         &kMonitorCommand,    &kReadCommand,   &kWriteCommand,    &kRecipeWriteCommand,
         &kRecipeReadCommand, &kDecodeCommand, &kDescribeCommand, &kScanCommand,
-        &kSendCommand,       &kCheckCommand,  &kSeriesCommand};
+        &kSendCommand,       &kCheckCommand,  &kSeriesCommand,   &kTagsCheckCommand,
+        &kTagsListCommand};
     return commands;
 }
 
@@ -88,6 +89,18 @@ QStringList numbersLast(const QStringList &arguments)
     return ordered + numbers;
 }
 
+// Some commands have two words.
+QString unknownCommand(const QString &name)
+{
+    if (name == QLatin1String("recipe")) {
+        return QLatin1String("expected recipe write FILE or recipe read FILE");
+    }
+    if (name == QLatin1String("tags")) {
+        return QLatin1String("expected tags check FILE or tags list FILE [NAME|GROUP|GLOB]...");
+    }
+    return QString::fromLatin1("no command '%1'; --help lists them").arg(name);
+}
+
 int refuse(Messages &messages, const QString &text)
 {
     messages.say(text);
@@ -130,11 +143,7 @@ int parseAndRun(const QStringList &given, Messages &messages)
         return refuse(messages, QLatin1String("expected a command; --help lists them"));
     }
     if (command == nullptr) {
-        return refuse(messages,
-                      name == QLatin1String("recipe")
-                          ? QLatin1String("expected recipe write FILE or recipe read "
-                                          "FILE")
-                          : QString::fromLatin1("no command '%1'; --help lists them").arg(name));
+        return refuse(messages, unknownCommand(name));
     }
     if (!parsed) {
         return refuse(messages,

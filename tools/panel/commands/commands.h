@@ -40,6 +40,8 @@ extern const Command kScanCommand;
 extern const Command kSendCommand;
 extern const Command kCheckCommand;
 extern const Command kSeriesCommand;
+extern const Command kTagsCheckCommand;
+extern const Command kTagsListCommand;
 
 /**
  * Finds the command on the command line and runs it.

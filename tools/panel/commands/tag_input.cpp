@@ -1,0 +1,48 @@
+#include "panel/commands/tag_input.h"
+
+#include "host/address/value_text.h"
+#include "panel/system/input_file.h"
+
+namespace cnet::panel {
+
+namespace {
+
+// Far more than the tags that a file may have take.
+const int kLongestFile = 32 * 1024 * 1024;
+
+} // namespace
+
+std::optional<TagFile> readTagFile(const Invocation &invocation, const QString &path, int station,
+                                   int limit, QString &error)
+{
+    const auto content = readInputFile(path, kLongestFile, error);
+    if (!content) {
+        return std::nullopt;
+    }
+    const auto check = [&invocation](const Item &item, TagAccess access, QString &why) {
+        return invocation.driver.check(
+            item, access == TagAccess::Read ? Access::Read : Access::Write, why);
+    };
+    return TagFile::parse(*content, {invocation.driver.registers(), check, station, limit});
+}
+
+std::optional<TagSet> readTagSet(const Invocation &invocation, const QString &path, int station,
+                                 QString &error)
+{
+    const auto file = readTagFile(invocation, path, station, 1, error);
+    if (!file) {
+        return std::nullopt;
+    }
+    if (file->isGood()) {
+        return TagSet(file->tags());
+    }
+    error = path + QLatin1Char(':') + file->mistakes().first().first().placed();
+    const int more = file->mistakes().count() - 1;
+    if (more > 0) {
+        error += QString::fromLatin1("; and %1, which tags check lists")
+                     .arg(counted(more, "more mistake"));
+    }
+    return std::nullopt;
+}
+
+} // namespace cnet::panel
