@@ -42,12 +42,18 @@ void MonitorKeys::type(const QByteArray &bytes)
     for (const char byte : bytes) {
         handleByte(byte);
     }
+    handleEndOfInput();
+    Q_EMIT typed();
+}
+
+// Esc by itself is told from the keys that begin with it only by what was read at once.
+void MonitorKeys::handleEndOfInput()
+{
     if (isTyping()) {
         handleLineKey(m_editor.endOfInput());
     } else if (m_keys.endOfInput() == KeyReader::Rest::Escape) {
         m_view.filter.clear();
     }
-    Q_EMIT typed();
 }
 
 void MonitorKeys::handleByte(char byte)
@@ -106,12 +112,11 @@ void MonitorKeys::handleLineKey(LineEditor::Event event)
         m_view.filter =
             event == LineEditor::Event::Cancelled ? QString() : m_editor.text().trimmed();
     }
-    if (event == LineEditor::Event::Cancelled) {
-        m_typing = Typing::Nothing;
-    } else if (event == LineEditor::Event::Entered && m_typing == Typing::Filter) {
-        m_typing = Typing::Nothing;
-    } else if (event == LineEditor::Event::Entered) {
+    const bool entered = event == LineEditor::Event::Entered;
+    if (entered && m_typing == Typing::Write) {
         enter();
+    } else if (entered || event == LineEditor::Event::Cancelled) {
+        m_typing = Typing::Nothing;
     }
 }
 

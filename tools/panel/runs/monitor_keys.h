@@ -62,6 +62,7 @@ private:
     void readKeys(int fileDescriptor);
     void handleByte(char byte);
     void handlePlainKey(char byte);
+    void handleEndOfInput();
     void handleLineKey(LineEditor::Event event);
     void begin(Typing typing);
     void enter();
