@@ -17,6 +17,6 @@ struct DeviceName
 };
 
 /** Reads the name of a word, a bit or a contact, as a PLC does. */
-DeviceName readDeviceName(const QByteArray &name);
+DeviceName readDeviceName(const QByteArray &text);
 
 } // namespace cnet
