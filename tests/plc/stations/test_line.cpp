@@ -106,7 +106,7 @@ private Q_SLOTS:
     void rampsFollowTheTime()
     {
         Bus bus;
-        bus.add(1).ramps.push_back({{'D', PointKind::Word, 100}, 1, 0, 99, 50});
+        bus.add(1).motions.push_back({{'D', PointKind::Word, 100}, 1, 0, 99, 50});
         Line line(bus);
         const QByteArray read = wire("[ENQ]01RSS0107%DW0100[EOT]");
         QCOMPARE(joined(line.receive(read, 0)), wire("[ACK]01RSS01020000[ETX]"));
