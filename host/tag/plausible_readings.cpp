@@ -26,17 +26,17 @@ QString doubtOfNumber(const TypedValue &value)
     if (value.fault != ValueFault::None) {
         return faultText(value.fault);
     }
-    const auto *number = std::get_if<double>(&value.value);
-    const double size = number == nullptr ? 0 : std::fabs(*number);
+    const double size = std::fabs(approximately(value.value));
     if (size > kGreatestSize) {
         return QLatin1String("very large");
     }
     return size > 0 && size < kSmallestSize ? QLatin1String("very small") : QString();
 }
 
-QString doubtOfText(const TypedValue &value)
+QString doubtOfText(const ValueType &type, const TypedValue &value, const QVector<quint16> &words)
 {
     const QString text = std::get<QString>(value.value);
+    QString ignored;
     if (text.isEmpty()) {
         return QLatin1String("empty");
     }
@@ -45,7 +45,8 @@ QString doubtOfText(const TypedValue &value)
             return QLatin1String("not printable");
         }
     }
-    return QString();
+    const bool isAll = encodeValue(type, value.value, ignored) == words;
+    return isAll ? QString() : QLatin1String("more behind its end");
 }
 
 PossibleReading readingOf(const Item &item, const QVector<quint16> &words, const ValueType &type)
@@ -58,7 +59,7 @@ PossibleReading readingOf(const Item &item, const QVector<quint16> &words, const
     reading.tag.item.count = reading.tag.count * type.unitsPerValue();
     for (const TypedValue &value : reading.values) {
         const QString doubt =
-            type.kind == ValueKind::String ? doubtOfText(value) : doubtOfNumber(value);
+            type.kind == ValueKind::String ? doubtOfText(type, value, words) : doubtOfNumber(value);
         reading.doubt = reading.doubt.isEmpty() ? doubt : reading.doubt;
     }
     reading.isPlausible = reading.doubt.isEmpty();
