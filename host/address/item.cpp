@@ -33,14 +33,9 @@ QString rangeHint(const QString &text)
         .arg(qint64(last) - first + 1);
 }
 
-QString formError(const QString &text)
+QString formError()
 {
-    QString error = QLatin1String("expected [STATION/]REGISTER:ADDRESS[*COUNT], for example "
-                                  "1/D_W:100*10");
-    if (text.startsWith(QLatin1Char('@'))) {
-        error += QLatin1String("; a list of items in a file is given by $(cat FILE)");
-    }
-    return error;
+    return QLatin1String("expected [STATION/]REGISTER:ADDRESS[*COUNT], for example 1/D_W:100*10");
 }
 
 QString rangeError(const RegisterInfo &reg)
@@ -69,7 +64,7 @@ std::optional<Item> parseItem(const QString &text, int defaultStation,
         QLatin1String("\\A(?:([0-9]+)/)?([^:/*\\s]+):([^:/*\\s]+)(?:\\*([0-9]+))?\\z"));
     const QRegularExpressionMatch match = form.match(text);
     if (!match.hasMatch()) {
-        error = itemError(text, formError(text));
+        error = itemError(text, formError());
         return std::nullopt;
     }
     Item item;

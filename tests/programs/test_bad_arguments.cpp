@@ -190,6 +190,18 @@ void addItemRows()
     row("bit above 15", {"read", "M_bit:1.16"}, kUsage, "from 0.0 to 255.15");
     row("bad item behind good ones", {"read", "D_W:1", "M_W:2", "D_W:x"}, kUsage, "'D_W:x'");
     row("bad item of a monitor", {"monitor", "D_W:1", "D_W:10000"}, kUsage, "'D_W:10000'");
+    row("endless type", {"read", "D_W:1@" + longText()}, kUsage, "is no type; expected bool");
+    row("terminal codes in a type", {"read", "D_W:1@\x1b[31m"}, kUsage, "'?[31m' is no type");
+    row("endless scale", {"read", "D_W:1@i16*" + longText('1')}, kUsage, "a number other than 0");
+    row("endless string", {"read", "D_W:1@string" + longText('1')}, kUsage, "1 to 65535");
+    row("type longer than its area", {"read", "D_W:9999@f64"}, kUsage, "would take 4 words");
+    row("values beyond 32 bits", {"read", "D_W:0*10000@string65535"}, kUsage, "327680000 words");
+    row("list that is none", {"read", "@/no/such/list"}, kUsage, "cannot read /no/such/list");
+    row("list without end", {"read", "@/dev/zero"}, kUsage, "it is longer than 16777216 bytes");
+    row("a list that is a directory", {"monitor", "@/"}, kUsage, "cannot read /: ");
+    row("endless typed value", {"write", "D_W:1@u64=" + longText('9')}, kUsage, "no value of u64");
+    row("text without an end", {"write", "D_W:1@string4=\"a"}, kUsage, "quotation mark");
+    row("identify bits", {"identify", "M_bit:1.1"}, kUsage, "expected one item of 1 to 60 words");
     row("no value", {"write", "D_W:1"}, kUsage, "expected ITEM=VALUE");
     row("empty value", {"write", "D_W:1="}, kUsage, "'' is no value of D_W");
     row("value beyond 16 bits", {"write", "D_W:1=65536"}, kUsage, "'65536' is no value");

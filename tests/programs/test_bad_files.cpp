@@ -111,7 +111,7 @@ void TestBadFiles::refusesContent_data()
                    11),
         ":1: a zero byte");
     row("terminal codes in a column", "\x1b[2J,\x07\n", ":1: unknown column '?[2J'");
-    row("longer than a recipe", QByteArray(9000000, '1'), "is no recipe: it is longer than");
+    row("longer than a recipe", QByteArray(9000000, '1'), "cannot be used: it is longer than");
     line("zero byte in a line", QByteArray("1,D_W,5,1,5\0,6\n", 15), ":3: a zero byte");
     line("zero byte behind the values", QByteArray("1,D_W,5,1,5\0", 12), ":3: a zero byte");
     line("bytes that are no text", "1,D_W,\xFF\xFE\x80,1,5\n", ":3: '1/D_W:???*1'");
@@ -210,7 +210,8 @@ void TestBadFiles::refusesHugeFile()
 {
     QVERIFY(write("huge.csv", kHeader + kGood));
     QVERIFY(QFile::resize(QString::fromLocal8Bit(path("huge.csv")), 4LL << 30));
-    checkRefusal({"recipe", "write", path("huge.csv")}, "is no recipe: it is longer than 8388608");
+    checkRefusal({"recipe", "write", path("huge.csv")},
+                 "cannot be used: it is longer than 8388608");
 }
 
 void TestBadFiles::refusesPlace_data()
@@ -230,8 +231,8 @@ void TestBadFiles::refusesPlace_data()
     file("name longer than any", "/" + QByteArray(100000, 'a'), "File name too long");
     file("name that is no text", "\xff\xfe", "No such file");
     file("directory", "/", "cannot read /: Is a directory");
-    file("zeros without end", "/dev/zero", "/dev/zero is no recipe: it is longer than");
-    file("noise without end", "/dev/urandom", "/dev/urandom is no recipe: it is longer than");
+    file("zeros without end", "/dev/zero", "/dev/zero cannot be used: it is longer than");
+    file("noise without end", "/dev/urandom", "/dev/urandom cannot be used: it is longer than");
     file("nothing", "/dev/null", "/dev/null:1: the file has no items");
     file("file that cannot be read", "/proc/self/mem", "cannot read /proc/self/mem: ");
     file("link to itself", path("circle"), "Too many levels of symbolic links");

@@ -32,7 +32,7 @@ void TestCommandRecipe::prints_data()
     addCommandLine("read /nowhere/file", kUsage, "", "cannot read /nowhere/file: No such file");
     addCommandLine("write / --link sim", kUsage, "", "cannot read /");
     addCommandLine("write /dev/zero --link sim", kUsage, "",
-                   "/dev/zero is no recipe: it is longer than");
+                   "/dev/zero cannot be used: it is longer than");
     addCommandLine("write /dev/null --link sim", kUsage, "", "/dev/null:1: the file has no items");
     addCommandLine("write x --output y", kUsage, "", "Unknown option 'output'");
     addCommandLine("read x --no-verify", kUsage, "", "Unknown option 'no-verify'");

@@ -1,3 +1,4 @@
+#include "host/support/test_types.h"
 #include "panel/watched_items.h"
 
 #include "panel/output/monitor_output.h"
@@ -30,8 +31,12 @@ private Q_SLOTS:
     void goodIsWhatWasReadInTime_data();
     void goodIsWhatWasReadInTime();
     void saysTheZone();
+    void typedText();
+    void typedCsv();
+    void typedJson();
 
 private:
+    QVector<Tag> watchTyped();
     QList<QJsonObject> objects() const;
     void show(MonitorOutput &output) const;
     static MonitorStatus lost();
@@ -111,7 +116,7 @@ MonitorStatus TestMonitorOutput::lost()
 void TestMonitorOutput::show(MonitorOutput &output) const
 {
     output.showChanges(*m_monitor, m_changes);
-    output.showQuality(m_monitor->items().at(1), wallTime(momentAt(3000).wallMs));
+    output.showQuality(*m_monitor, 1, wallTime(momentAt(3000).wallMs));
     MonitorStatus status = lost();
     output.showLink(status);
     status.linkLost.clear();
@@ -132,7 +137,7 @@ void TestMonitorOutput::text()
 void TestMonitorOutput::textOfARefusal()
 {
     m_monitor->markRefused(0, 1, 0x1132, momentAt(3000));
-    makeTextOutput(m_device)->showQuality(m_monitor->items().first(), m_time);
+    makeTextOutput(m_device)->showQuality(*m_monitor, 0, m_time);
     QVERIFY2(m_device.data().endsWith("  1/D_W:100*2  quality refused: 1132, no such "
                                       "device, or address outside the device\n"),
              m_device.data().constData());
@@ -180,7 +185,7 @@ void TestMonitorOutput::jsonChanges()
 
 void TestMonitorOutput::jsonQuality()
 {
-    makeJsonOutput(m_device)->showQuality(m_monitor->items().at(1), m_time);
+    makeJsonOutput(m_device)->showQuality(*m_monitor, 1, m_time);
     QCOMPARE(m_device.data(),
              QByteArray("{\"address\":\"3.5\",\"count\":1,\"event\":\"quality\",\"good\":false,"
                         "\"item\":\"1/M_bit:3.5\",\"quality\":\"no answer\","
@@ -272,6 +277,64 @@ void TestMonitorOutput::saysTheZone()
     const QDateTime local = QDateTime::fromMSecsSinceEpoch(sinceEpochMs);
     QCOMPARE(zonedTime(local), QLatin1String("2024-05-06T07:08:09.010+01:00"));
     QCOMPARE(zonedTime(local.toUTC()), QLatin1String("2024-05-06T06:08:09.010Z"));
+}
+
+// A float that changes in one of its words, and a BCD number that is none.
+QVector<Tag> TestMonitorOutput::watchTyped()
+{
+    const QVector<Tag> tags{testTag("D_W:100*2@f32"), testTag("D_W:110@bcd4")};
+    m_monitor = std::make_unique<Monitor>(60);
+    connect(m_monitor.get(), &Monitor::valuesChanged, this,
+            [this](const QVector<ValueChange> &changes) { m_changes = changes; });
+    m_monitor->setItems({tags.at(0).item, tags.at(1).item});
+    m_monitor->blockRead(0, 0, {0, 0x4148, 0, 0}, momentAt(1000));
+    m_monitor->tell();
+    m_monitor->blockRead(0, 0, {0, 0x4148, 0, 0x3F80}, momentAt(1000));
+    m_monitor->blockRead(1, 0, {0x12A4}, momentAt(1000));
+    m_monitor->tell();
+    return tags;
+}
+
+void TestMonitorOutput::typedText()
+{
+    const auto output = makeTextOutput(m_device, watchTyped());
+    output->showChanges(*m_monitor, m_changes);
+    output->showQuality(*m_monitor, 1, m_time);
+    QCOMPARE(m_device.data(),
+             QByteArray("2024-05-06T07:08:09.010+01:00  1/D_W:102@f32  1\n"
+                        "2024-05-06T07:08:09.010+01:00  1/D_W:110@bcd4  - (wrong BCD digit)\n"
+                        "2024-05-06T07:08:09.010+01:00  1/D_W:110@bcd4  quality implausible\n"));
+}
+
+void TestMonitorOutput::typedCsv()
+{
+    const auto output = makeCsvOutput(m_device, watchTyped());
+    output->showChanges(*m_monitor, m_changes);
+    output->showQuality(*m_monitor, 0, m_time);
+    QCOMPARE(m_device.data(), QByteArray("time,station,register,address,count,value,quality\n"
+                                         "2024-05-06T07:08:09.010+01:00,1,D_W,102,2,1,good\n"
+                                         "2024-05-06T07:08:09.010+01:00,1,D_W,110,1,,implausible\n"
+                                         "2024-05-06T07:08:09.010+01:00,1,D_W,100,4,,good\n"));
+}
+
+void TestMonitorOutput::typedJson()
+{
+    const auto output = makeJsonOutput(m_device, watchTyped());
+    output->showChanges(*m_monitor, m_changes);
+    output->end(*m_monitor, lost());
+    const QList<QJsonObject> all = objects();
+    QCOMPARE(static_cast<int>(all.size()), 4);
+    QCOMPARE(all.at(0).value(QLatin1String("item")).toString(), QStringLiteral("1/D_W:100*2@f32"));
+    QCOMPARE(all.at(0).value(QLatin1String("address")).toString(), QStringLiteral("102"));
+    QCOMPARE(all.at(0).value(QLatin1String("value")), QJsonValue(1.0));
+    QCOMPARE(all.at(1).value(QLatin1String("fault")).toString(), QStringLiteral("wrong BCD digit"));
+    QVERIFY(all.at(1).value(QLatin1String("value")).isNull());
+    QCOMPARE(all.at(2).value(QLatin1String("values")).toArray(), (QJsonArray{12.5, 1.0}));
+    QCOMPARE(all.at(2).value(QLatin1String("count")).toInt(), 2);
+    QCOMPARE(all.at(3).value(QLatin1String("quality")).toString(), QStringLiteral("implausible"));
+    QCOMPARE(all.at(3).value(QLatin1String("reason")).toString(),
+             QStringLiteral("wrong BCD digit"));
+    QCOMPARE(all.at(3).value(QLatin1String("good")), QJsonValue(false));
 }
 
 QTEST_APPLESS_MAIN(TestMonitorOutput)

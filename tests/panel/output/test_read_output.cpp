@@ -1,4 +1,4 @@
-#include "host/support/test_registers.h"
+#include "host/support/test_types.h"
 
 #include "panel/output/read_output.h"
 
@@ -16,6 +16,9 @@ class TestReadOutput : public QObject
 private Q_SLOTS:
     void prints_data();
     void prints();
+    void printsTyped_data();
+    void printsTyped();
+    void saysWhenAValueIsNone();
 };
 
 namespace {
@@ -35,6 +38,23 @@ ReadResult partly()
     }
     partly.failure.kind = Failure::NoAnswer;
     return partly;
+}
+
+QVector<Tag> plainTags(const QVector<ReadResult> &results)
+{
+    QVector<Tag> tags;
+    for (const ReadResult &result : results) {
+        Tag tag;
+        tag.item = result.item;
+        tag.count = result.item.count;
+        tags.append(tag);
+    }
+    return tags;
+}
+
+ReadResult resultOf(const Tag &tag, const QVector<quint16> &values)
+{
+    return {tag.item, values, QVector<bool>(static_cast<int>(values.size()), true), {}};
 }
 
 } // namespace
@@ -73,7 +93,56 @@ void TestReadOutput::prints()
 {
     QFETCH(QVector<ReadResult>, results);
     QFETCH(int, format);
-    QTEST(readOutput(results, static_cast<OutputFormat>(format)), "text");
+    QTEST(readOutput(results, plainTags(results), static_cast<OutputFormat>(format)), "text");
+}
+
+void TestReadOutput::printsTyped_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<QByteArray>("text");
+    const auto row = [](const char *name, OutputFormat format, const char *text) {
+        QTest::newRow(name) << static_cast<int>(format) << QByteArray(text);
+    };
+    row("text", OutputFormat::Text,
+        "1/D_W:0@i16*0.1  12.5\n1/D_W:1@i16*0.1  -0.1\n"
+        "1/D_W:9@u64  18446744073709551615\n"
+        "1/D_W:20@bcd4  - (wrong BCD digit)\n"
+        "1/D_W:30@string4  \"a,\\\"\\x0A\"\n");
+    row("csv", OutputFormat::Csv,
+        "station,register,address,value\n1,D_W,0,12.5\n1,D_W,1,-0.1\n"
+        "1,D_W,9,18446744073709551615\n1,D_W,20,\n1,D_W,30,\"a,\"\"\n\"\n");
+    row("json", OutputFormat::Json,
+        "{\"address\":\"0\",\"count\":2,\"event\":\"value\",\"good\":true,"
+        "\"item\":\"1/D_W:0*2@i16*0.1\",\"register\":\"D_W\",\"station\":1,\"type\":\"i16\","
+        "\"values\":[12.5,-0.1],\"words\":[125,65535]}\n"
+        "{\"address\":\"9\",\"count\":1,\"event\":\"value\",\"good\":true,"
+        "\"item\":\"1/D_W:9@u64\",\"register\":\"D_W\",\"station\":1,\"type\":\"u64\","
+        "\"values\":[\"18446744073709551615\"],\"words\":[65535,65535,65535,65535]}\n"
+        "{\"address\":\"20\",\"count\":1,\"event\":\"value\",\"faults\":[\"wrong BCD digit\"],"
+        "\"good\":false,\"item\":\"1/D_W:20@bcd4\",\"register\":\"D_W\",\"station\":1,"
+        "\"type\":\"bcd4\",\"values\":[null],\"words\":[4772]}\n"
+        "{\"address\":\"30\",\"count\":1,\"event\":\"value\",\"good\":true,"
+        "\"item\":\"1/D_W:30@string4\",\"register\":\"D_W\",\"station\":1,\"type\":\"string4\","
+        "\"values\":[\"a,\\\"\\n\"],\"words\":[11361,2594]}\n");
+}
+
+void TestReadOutput::printsTyped()
+{
+    QFETCH(int, format);
+    const QVector<Tag> tags{testTag("D_W:0*2@i16*0.1"), testTag("D_W:9@u64"),
+                            testTag("D_W:20@bcd4"), testTag("D_W:30@string4")};
+    const QVector<ReadResult> results{
+        resultOf(tags.at(0), {125, 0xFFFF}), resultOf(tags.at(1), {0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF}),
+        resultOf(tags.at(2), {0x12A4}), resultOf(tags.at(3), {0x2C61, 0x0A22})};
+    QTEST(readOutput(results, tags, static_cast<OutputFormat>(format)), "text");
+}
+
+void TestReadOutput::saysWhenAValueIsNone()
+{
+    const Tag tag = testTag("D_W:0@bcd4");
+    QVERIFY(isAllGood({resultOf(tag, {0x1234})}, {tag}));
+    QVERIFY(!isAllGood({resultOf(tag, {0x123A})}, {tag}));
+    QVERIFY(!isAllGood({partly()}, plainTags({partly()})));
 }
 
 QTEST_APPLESS_MAIN(TestReadOutput)

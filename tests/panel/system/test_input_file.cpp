@@ -104,7 +104,7 @@ void TestInputFile::refuses_data()
     row("", "cannot read : No such file or directory");
     row("/nowhere/file", "cannot read /nowhere/file: No such file or directory");
     row("/", "cannot read /: Is a directory");
-    row("/dev/zero", "/dev/zero is no recipe: it is longer than 100000 bytes");
+    row("/dev/zero", "/dev/zero cannot be used: it is longer than 100000 bytes");
 }
 
 void TestInputFile::refuses()

@@ -1,3 +1,4 @@
+#include "host/support/test_types.h"
 #include "panel/screen_texts.h"
 #include "panel/watched_items.h"
 
@@ -25,6 +26,7 @@ private Q_SLOTS:
     void scrolls();
     void showsTheLog();
     void leavesRoomForItemsWhereStationsAreMany();
+    void showsTypedValues();
 
 private:
     void watch(int words);
@@ -269,6 +271,20 @@ void TestScreenLines::leavesRoomForItemsWhereStationsAreMany()
     QCOMPARE(lines.size(), 24);
     QCOMPARE(lines.last(), QLatin1String("... and more, see the view of stations"));
     QVERIFY(lines.filter(QLatin1String("1/D_W:")).size() >= 10);
+}
+
+void TestScreenLines::showsTypedValues()
+{
+    m_status.tags = {testTag("D_W:100*2@f32"), testTag("D_W:110@bcd4")};
+    m_monitor->setItems({m_status.tags.at(0).item, m_status.tags.at(1).item});
+    m_monitor->blockRead(0, 0, {0, 0x4148, 0, 0x3F80}, momentAt(1000));
+    m_monitor->blockRead(1, 0, {0x12A4}, momentAt(1000));
+    const QStringList lines = text(80, 24);
+    QVERIFY2(lines.at(2).startsWith(QLatin1String("  1/D_W:100  12.5  ")), qPrintable(lines.at(2)));
+    QVERIFY2(lines.at(3).startsWith(QLatin1String("  1/D_W:102  1  ")), qPrintable(lines.at(3)));
+    QVERIFY2(lines.at(4).startsWith(QLatin1String("? 1/D_W:110  - (wrong BCD ")),
+             qPrintable(lines.at(4)));
+    QVERIFY2(lines.at(4).contains(QLatin1String(" implausible ")), qPrintable(lines.at(4)));
 }
 
 QTEST_APPLESS_MAIN(TestScreenLines)

@@ -56,7 +56,7 @@ int run(const Invocation &invocation)
         !readDuration(parser, monitorRun.durationMs, error) ||
         !readNumberOption(parser, QLatin1String("count"), 1, kHighestRounds, monitorRun.rounds,
                           error) ||
-        !readItems(invocation, link->station, monitorRun.items, error)) {
+        !readTags(invocation, link->station, monitorRun.tags, error)) {
         invocation.messages.say(error);
         return kUsage;
     }
@@ -68,10 +68,13 @@ int run(const Invocation &invocation)
 const Command kMonitorCommand = {
     "monitor",
     "ITEM...",
-    "Shows values live. ITEM is [STATION/]REGISTER:ADDRESS[*COUNT]. Keys on a terminal: 1 to 4 or "
-    "v show values, stations, blocks or the log, / filters, m shows extremes and a curve, w writes "
-    "a value, R counts anew, the arrow keys scroll.",
+    "Shows values live. ITEM is [STATION/]REGISTER:ADDRESS[*COUNT][@TYPE[*SCALE][+OFFSET]]; TYPE "
+    "is bool, u16, i16, u32, i32, u64, i64, f32, f64, bcd4, bcd8, bitN, stringN or enum, and COUNT "
+    "counts values of it. @FILE and - stand for items on the lines of a file and of standard "
+    "input. Keys on a terminal: 1 to 4 or v show values, stations, blocks or the log, / filters, m "
+    "shows extremes and a curve, w writes a value, R counts anew, the arrow keys scroll.",
     "monitor D_W:100*10 2/M_bit:3.5 TX:7\n"
+    "monitor 'D_W:0*4@i16*0.1' D_W:20@f32 D_W:7@u32,high-first\n"
     "monitor --link serial:/dev/ttyS0,9600,8,EVEN,1 D_W:100*10\n"
     "monitor --link tcp:192.168.0.100:8000 --for 60 --format csv D_W:0\n",
     addOptions,

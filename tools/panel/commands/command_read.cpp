@@ -16,9 +16,10 @@ void addOptions(QCommandLineParser &parser)
     addFormatOption(parser, "text (default: a line for each value), json or csv.");
 }
 
-int readAndPrint(const Invocation &invocation, const LinkSettings &link, const QVector<Item> &items,
+int readAndPrint(const Invocation &invocation, const LinkSettings &link, const QVector<Tag> &tags,
                  OutputFormat format)
 {
+    const QVector<Item> items = itemsOf(tags);
     CommandSession command(invocation.driver, link, stationsOf(items), invocation.messages);
     ReadJob *const job = command.session().read(items);
     QObject::connect(&command, &CommandSession::stopRequested, job, [&] {
@@ -27,23 +28,23 @@ int readAndPrint(const Invocation &invocation, const LinkSettings &link, const Q
     });
     const int exitCode = command.run(*job);
     if (exitCode != kNoLink) {
-        writeToStandardOutput(readOutput(job->results(), format));
+        writeToStandardOutput(readOutput(job->results(), tags, format));
     }
-    return exitCode;
+    return exitCode == kFine && !isAllGood(job->results(), tags) ? kDeviceFailed : exitCode;
 }
 
 int run(const Invocation &invocation)
 {
     QString error;
-    QVector<Item> items;
+    QVector<Tag> tags;
     OutputFormat format = OutputFormat::Text;
     const auto link = readLinkSettings(invocation.parser, LinkNeed::Optional, error);
     if (!link || !readFormatOption(invocation.parser, format, error) ||
-        !readItems(invocation, link->station, items, error)) {
+        !readTags(invocation, link->station, tags, error)) {
         invocation.messages.say(error);
         return kUsage;
     }
-    return readAndPrint(invocation, *link, items, format);
+    return readAndPrint(invocation, *link, tags, format);
 }
 
 } // namespace
@@ -52,7 +53,8 @@ const Command kReadCommand = {"read",
                               "ITEM...",
                               "Reads values once and prints them. ITEM as for monitor.",
                               "read --link tcp:192.168.0.100:8000 1/D_W:0*60 2/TX:7\n"
-                              "read --link serial:/dev/ttyUSB0 --format json M_bit:3.0*16\n",
+                              "read --link serial:/dev/ttyUSB0 --format json M_bit:3.0*16\n"
+                              "read 'D_W:0*4@i16*0.1' D_W:100@f32 @press.txt\n",
                               addOptions,
                               run};
 

@@ -1,7 +1,8 @@
-#include "host/address/assignment.h"
 #include "panel/commands/commands.h"
+#include "panel/commands/item_list.h"
 #include "panel/commands/link_settings.h"
 #include "panel/runs/command_session.h"
+#include "panel/runs/planned_write.h"
 #include "panel/system/exit_code.h"
 #include "panel/system/standard_output.h"
 
@@ -9,23 +10,28 @@ namespace cnet::panel {
 
 namespace {
 
-// All addresses before anything is queued: what the driver refuses never reaches the line, and
+// All of it before anything is queued: what the driver refuses never reaches the line, and
 // neither does what stands before it on the command line.
-bool readAssignments(const Invocation &invocation, int station, QVector<Assignment> &assignments,
-                     QString &error)
+bool readWrites(const Invocation &invocation, const LinkSettings &link,
+                QVector<PlannedWrite> &writes, QString &error)
 {
-    for (const QString &text : invocation.arguments) {
-        const auto assignment =
-            parseAssignment(text, station, invocation.driver.registers(), error);
-        if (!assignment || !invocation.driver.check(assignment->item, Access::Write, error)) {
+    QVector<ListedItem> items;
+    if (!readLists(invocation.arguments, items, error)) {
+        return false;
+    }
+    for (const ListedItem &given : items) {
+        const auto planned =
+            planWrite(given.text, link.station, invocation.driver, link.session.blockWords, error);
+        if (!planned) {
+            error = given.place + error;
             return false;
         }
-        assignments.append(*assignment);
+        writes += *planned;
     }
-    if (assignments.isEmpty()) {
+    if (writes.isEmpty()) {
         error = QLatin1String("expected at least one ITEM=VALUE, for example D_W:100=1,2,3");
     }
-    return !assignments.isEmpty();
+    return !writes.isEmpty();
 }
 
 // The driver takes every register for writable; the PLC does not.
@@ -38,8 +44,9 @@ QString hint(const WriteResult &result)
 }
 
 int writeAndPrint(const Invocation &invocation, const LinkSettings &link,
-                  const QVector<Assignment> &assignments)
+                  const QVector<PlannedWrite> &writes)
 {
+    const QVector<Assignment> assignments = assignmentsOf(writes);
     QVector<Item> items;
     for (const Assignment &assignment : assignments) {
         items.append(assignment.item);
@@ -51,10 +58,10 @@ int writeAndPrint(const Invocation &invocation, const LinkSettings &link,
         job->cancel();
     });
     const int exitCode = command.run(*job);
-    for (const WriteResult &result : job->results()) {
-        if (exitCode != kNoLink) {
-            writeToStandardOutput((result.text() + hint(result)).toLocal8Bit() + '\n');
-        }
+    for (int i = 0; exitCode != kNoLink && i < writes.size(); ++i) {
+        const WriteResult &result = job->results().at(i);
+        const QString text = writes.at(i).resultText(result) + hint(result);
+        writeToStandardOutput(text.toLocal8Bit() + '\n');
     }
     return exitCode;
 }
@@ -62,13 +69,13 @@ int writeAndPrint(const Invocation &invocation, const LinkSettings &link,
 int run(const Invocation &invocation)
 {
     QString error;
-    QVector<Assignment> assignments;
+    QVector<PlannedWrite> writes;
     const auto link = readLinkSettings(invocation.parser, LinkNeed::Required, error);
-    if (!link || !readAssignments(invocation, link->station, assignments, error)) {
+    if (!link || !readWrites(invocation, *link, writes, error)) {
         invocation.messages.say(error);
         return kUsage;
     }
-    return writeAndPrint(invocation, *link, assignments);
+    return writeAndPrint(invocation, *link, writes);
 }
 
 } // namespace
@@ -77,9 +84,11 @@ const Command kWriteCommand = {
     "write",
     "ITEM=VALUE[,VALUE...]...",
     "Writes values and says for each item whether the PLC took it. Values are 0 or 1 for bits and "
-    "contacts, decimal (-32768 to 65535) or 0x0 to 0xFFFF for words; ITEM as for monitor.",
+    "contacts, decimal (-32768 to 65535) or 0x0 to 0xFFFF for words; behind an item with a type "
+    "what the type takes. Nothing is sent where one of them is wrong. ITEM as for monitor.",
     "write --link tcp:192.168.0.100:8000 D_W:100=1,2,0xFF M_bit:3.5=1\n"
-    "write --link serial:/dev/ttyUSB0 M_W:9*70=0\n",
+    "write --link serial:/dev/ttyUSB0 M_W:9*70=0\n"
+    "write --link tcp:192.168.0.100:8000 D_W:110@f32=12.5 D_W:5@bit3=1\n",
     addLinkOptions,
     run};
 

@@ -31,6 +31,7 @@ struct Command
 
 extern const Command kDecodeCommand;
 extern const Command kDescribeCommand;
+extern const Command kIdentifyCommand;
 extern const Command kMonitorCommand;
 extern const Command kReadCommand;
 extern const Command kWriteCommand;

@@ -1,32 +1,46 @@
+#include "host/tag/typed_item.h"
 #include "panel/output/monitor_output.h"
+#include "panel/output/typed_output.h"
 
 namespace cnet::panel {
 
 namespace {
 
-// No field of a row ever holds a comma or a quotation mark, so none is quoted. A row without a
+// No field of a plain item holds a comma or a quotation mark, so none is quoted. A row without a
 // value is a change of quality, one without a station a change of the link.
 class CsvOutput : public MonitorOutput
 {
 public:
-    explicit CsvOutput(QIODevice &device)
+    CsvOutput(QIODevice &device, const QVector<Tag> &tags)
         : m_device(device)
+        , m_tags(tags)
     {
         m_device.write("time,station,register,address,count,value,quality\n");
     }
 
     void showChanges(const Monitor &monitor, const QVector<ValueChange> &changes) override
     {
-        for (const ValueChange &change : changes) {
-            const ItemState &state = monitor.items().at(change.item);
+        for (int i = 0; i < changes.size();) {
+            const ItemState &state = monitor.items().at(changes.at(i).item);
+            const Tag tag = m_tags.value(changes.at(i).item);
+            if (!isPlain(tag)) {
+                writeTyped(tag, typedChanges(tag, state, changes, i));
+                continue;
+            }
+            const ValueChange &change = changes.at(i++);
             writeRow(wallTime(change.atMs), state.item, change.offset, 1,
                      QString::number(change.value), state.quality);
         }
     }
 
-    void showQuality(const ItemState &state, const QDateTime &time) override
+    // A row counts addresses, also where several are one value.
+    void showQuality(const Monitor &monitor, int item, const QDateTime &time) override
     {
-        writeRow(time, state.item, 0, state.item.count, QString(), state.quality);
+        const ItemState &state = monitor.items().at(item);
+        const Tag tag = m_tags.value(item);
+        const Quality quality =
+            isPlain(tag) ? state.quality : wholeQuality(readTag(tag, state), state.quality);
+        writeRow(time, state.item, 0, state.item.count, QString(), quality);
     }
 
     void showLink(const MonitorStatus &status) override
@@ -39,6 +53,15 @@ public:
     }
 
 private:
+    void writeTyped(const Tag &tag, const QVector<TypedChange> &changes)
+    {
+        const int units = tag.type.unitsPerValue();
+        for (const TypedChange &change : changes) {
+            writeRow(wallTime(change.atMs), tag.item, change.index * units, units,
+                     csvValue(tag, change.value.value), change.value.quality);
+        }
+    }
+
     void writeRow(const QDateTime &time, const Item &item, int offset, int count,
                   const QString &value, Quality quality)
     {
@@ -48,17 +71,18 @@ private:
                            .arg(item.reg.name, item.addressText(offset))
                            .arg(count)
                            .arg(value, qualityText(quality))
-                           .toLatin1());
+                           .toUtf8());
     }
 
     QIODevice &m_device;
+    QVector<Tag> m_tags;
 };
 
 } // namespace
 
-std::unique_ptr<MonitorOutput> makeCsvOutput(QIODevice &device)
+std::unique_ptr<MonitorOutput> makeCsvOutput(QIODevice &device, const QVector<Tag> &tags)
 {
-    return std::make_unique<CsvOutput>(device);
+    return std::make_unique<CsvOutput>(device, tags);
 }
 
 } // namespace cnet::panel

@@ -1,4 +1,6 @@
+#include "host/tag/typed_item.h"
 #include "panel/output/monitor_output.h"
+#include "panel/output/typed_output.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -16,10 +18,10 @@ double tenths(double ms)
     return std::round(ms * 10) / 10;
 }
 
-QJsonObject addressed(const char *event, const Item &item, int offset)
+QJsonObject addressed(const char *event, const Item &item, const Tag &tag, int offset)
 {
     return {{QLatin1String("event"), QLatin1String(event)},
-            {QLatin1String("item"), item.text()},
+            {QLatin1String("item"), isPlain(tag) ? item.text() : typedItemText(tag)},
             {QLatin1String("station"), item.station},
             {QLatin1String("register"), item.reg.name},
             {QLatin1String("address"), item.addressText(offset)}};
@@ -28,26 +30,34 @@ QJsonObject addressed(const char *event, const Item &item, int offset)
 class JsonOutput : public MonitorOutput
 {
 public:
-    explicit JsonOutput(QIODevice &device)
+    JsonOutput(QIODevice &device, const QVector<Tag> &tags)
         : m_device(device)
+        , m_tags(tags)
     {}
 
     void showChanges(const Monitor &monitor, const QVector<ValueChange> &changes) override
     {
-        for (const ValueChange &change : changes) {
-            const Item &item = monitor.items().at(change.item).item;
-            QJsonObject line = addressed("change", item, change.offset);
+        for (int i = 0; i < changes.size();) {
+            const ItemState &state = monitor.items().at(changes.at(i).item);
+            const Tag tag = m_tags.value(changes.at(i).item);
+            if (!isPlain(tag)) {
+                writeTyped(tag, typedChanges(tag, state, changes, i));
+                continue;
+            }
+            const ValueChange &change = changes.at(i++);
+            QJsonObject line = addressed("change", state.item, tag, change.offset);
             line.insert(QLatin1String("time"), zonedTime(wallTime(change.atMs)));
             line.insert(QLatin1String("value"), change.value);
             write(line);
         }
     }
 
-    void showQuality(const ItemState &state, const QDateTime &time) override
+    void showQuality(const Monitor &monitor, int item, const QDateTime &time) override
     {
-        QJsonObject line = addressed("quality", state.item, 0);
+        const ItemState &state = monitor.items().at(item);
+        QJsonObject line = addressed("quality", state.item, m_tags.value(item), 0);
         line.insert(QLatin1String("time"), zonedTime(time));
-        addQuality(line, state);
+        addQuality(line, state, m_tags.value(item));
         write(line);
     }
 
@@ -65,8 +75,8 @@ public:
 
     void end(const Monitor &monitor, const MonitorStatus &status) override
     {
-        for (const ItemState &state : monitor.items()) {
-            writeItem(state, status.nowMs);
+        for (int i = 0; i < monitor.items().size(); ++i) {
+            writeItem(monitor.items().at(i), m_tags.value(i), status.nowMs);
         }
         for (auto it = status.stations.cbegin(); it != status.stations.cend(); ++it) {
             writeStation(it.key(), it.value());
@@ -74,26 +84,51 @@ public:
     }
 
 private:
-    static void addQuality(QJsonObject &line, const ItemState &state)
+    static void addQuality(QJsonObject &line, const ItemState &state, const Tag &tag)
     {
-        line.insert(QLatin1String("count"), state.item.count);
-        line.insert(QLatin1String("good"), state.quality == Quality::Good);
-        line.insert(QLatin1String("quality"), qualityText(state.quality));
-        if (!state.reason().isEmpty()) {
-            line.insert(QLatin1String("reason"), state.reason());
+        Quality quality = state.quality;
+        QString reason = state.reason();
+        if (!isPlain(tag)) {
+            const QVector<TagValue> values = readTag(tag, state);
+            quality = wholeQuality(values, state.quality);
+            reason = quality == Quality::Implausible ? firstFault(values) : reason;
+        }
+        line.insert(QLatin1String("count"), isPlain(tag) ? state.item.count : tag.count);
+        line.insert(QLatin1String("good"), quality == Quality::Good);
+        line.insert(QLatin1String("quality"), qualityText(quality));
+        if (!reason.isEmpty()) {
+            line.insert(QLatin1String("reason"), reason);
         }
     }
 
-    void writeItem(const ItemState &state, qint64 nowMs)
+    void writeTyped(const Tag &tag, const QVector<TypedChange> &changes)
+    {
+        for (const TypedChange &change : changes) {
+            QJsonObject line =
+                addressed("change", tag.item, tag, change.index * tag.type.unitsPerValue());
+            line.insert(QLatin1String("time"), zonedTime(wallTime(change.atMs)));
+            line.insert(QLatin1String("value"), jsonValue(change.value.value.value));
+            const QString fault = faultText(change.value.value.fault);
+            if (!fault.isEmpty()) {
+                line.insert(QLatin1String("fault"), fault);
+            }
+            write(line);
+        }
+    }
+
+    void writeItem(const ItemState &state, const Tag &tag, qint64 nowMs)
     {
         QJsonArray values;
         for (const ItemValue &value : state.values) {
             // 0 is a legal value, so one that was never read has none.
             values.append(value.known ? QJsonValue(value.value) : QJsonValue());
         }
-        QJsonObject line = addressed("value", state.item, 0);
-        addQuality(line, state);
+        QJsonObject line = addressed("value", state.item, tag, 0);
+        addQuality(line, state, tag);
         line.insert(QLatin1String("values"), values);
+        if (!isPlain(tag)) {
+            addTypedValues(line, tag, readTag(tag, state));
+        }
         line.insert(QLatin1String("changed"),
                     state.changedAtMs == 0 ? QJsonValue() : zonedTime(wallTime(state.changedAtMs)));
         const qint64 ageMs = state.ageMs(nowMs);
@@ -124,13 +159,14 @@ private:
     }
 
     QIODevice &m_device;
+    QVector<Tag> m_tags;
 };
 
 } // namespace
 
-std::unique_ptr<MonitorOutput> makeJsonOutput(QIODevice &device)
+std::unique_ptr<MonitorOutput> makeJsonOutput(QIODevice &device, const QVector<Tag> &tags)
 {
-    return std::make_unique<JsonOutput>(device);
+    return std::make_unique<JsonOutput>(device, tags);
 }
 
 } // namespace cnet::panel

@@ -2,6 +2,7 @@
 
 #include "host/monitor/monitor.h"
 #include "host/statistics/statistics.h"
+#include "host/tag/tag.h"
 
 #include <QDateTime>
 #include <QIODevice>
@@ -24,6 +25,7 @@ struct MonitorStatus
     QDateTime time;
     QMap<int, StationCounters> stations;
     const Statistics *statistics = nullptr; ///< of the session; null: nobody counts
+    QVector<Tag> tags; ///< what the monitor's items stand for, as many; empty: plain words and bits
 };
 
 /** Shows what a monitor watches. */
@@ -39,8 +41,9 @@ public:
     virtual void showChanges(const Monitor & /*monitor*/, const QVector<ValueChange> & /*changes*/)
     {}
 
-    /** The quality of an item has changed. */
-    virtual void showQuality(const ItemState & /*state*/, const QDateTime & /*time*/) {}
+    /** The quality of an item has changed. @param item index */
+    virtual void showQuality(const Monitor & /*monitor*/, int /*item*/, const QDateTime & /*time*/)
+    {}
 
     /** The link was lost or is open again. */
     virtual void showLink(const MonitorStatus & /*status*/) {}
@@ -52,14 +55,16 @@ public:
     virtual void end(const Monitor & /*monitor*/, const MonitorStatus & /*status*/) {}
 };
 
+// Their tags are what the monitor's items stand for, as many; none: plain words and bits.
+
 /** A line of text for each change of a value, a quality or the link. */
-std::unique_ptr<MonitorOutput> makeTextOutput(QIODevice &device);
+std::unique_ptr<MonitorOutput> makeTextOutput(QIODevice &device, const QVector<Tag> &tags = {});
 
 /** A JSON object on a line for each change; at the end one for each item and each station. */
-std::unique_ptr<MonitorOutput> makeJsonOutput(QIODevice &device);
+std::unique_ptr<MonitorOutput> makeJsonOutput(QIODevice &device, const QVector<Tag> &tags = {});
 
 /** A header and a row for each change of a value, a quality or the link. */
-std::unique_ptr<MonitorOutput> makeCsvOutput(QIODevice &device);
+std::unique_ptr<MonitorOutput> makeCsvOutput(QIODevice &device, const QVector<Tag> &tags = {});
 
 /** One station and its counters on a line: "station 1: answers, 120 frames, ...". */
 QString stationLine(int station, const StationCounters &counters);

@@ -1,6 +1,9 @@
 #include "panel/output/read_output.h"
 
 #include "host/address/value_text.h"
+#include "host/tag/typed_item.h"
+#include "host/tag/value_format.h"
+#include "panel/output/typed_output.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -35,7 +38,7 @@ QByteArray textLines(const ReadResult &result)
     return lines.toLocal8Bit();
 }
 
-// No field ever holds a comma or a quotation mark, so none is quoted.
+// No field of a plain item holds a comma or a quotation mark, so none is quoted.
 QByteArray csvRows(const ReadResult &result)
 {
     QString rows;
@@ -48,20 +51,52 @@ QByteArray csvRows(const ReadResult &result)
     return rows.toLatin1();
 }
 
-QByteArray jsonLine(const ReadResult &result)
+QVector<TagValue> valuesOf(const ReadResult &result, const Tag &tag)
+{
+    return readTag(tag, result.values, result.known, Quality::Good);
+}
+
+QByteArray typedLines(const ReadResult &result, const Tag &tag)
+{
+    const QVector<TagValue> values = valuesOf(result, tag);
+    QString lines;
+    for (int i = 0; i < values.size(); ++i) {
+        lines += QString::fromLatin1("%1  %2\n")
+                     .arg(typedItemText(tag, i), shownText(tag, values.at(i).value));
+    }
+    return lines.toLocal8Bit();
+}
+
+QByteArray typedRows(const ReadResult &result, const Tag &tag)
+{
+    const QVector<TagValue> values = valuesOf(result, tag);
+    QString rows;
+    for (int i = 0; i < values.size(); ++i) {
+        rows += QString::fromLatin1("%1,%2,%3,")
+                    .arg(QString::number(tag.item.station), tag.item.reg.name,
+                         tag.item.addressText(i * tag.type.unitsPerValue())) +
+                csvValue(tag, values.at(i).value) + QLatin1Char('\n');
+    }
+    return rows.toUtf8();
+}
+
+QByteArray jsonLine(const ReadResult &result, const Tag &tag)
 {
     QJsonArray values;
     for (int i = 0; i < result.item.count; ++i) {
         values.append(result.known.at(i) ? QJsonValue(result.values.at(i)) : QJsonValue());
     }
     QJsonObject line{{QLatin1String("event"), QLatin1String("value")},
-                     {QLatin1String("item"), result.item.text()},
+                     {QLatin1String("item"), typedItemText(tag)},
                      {QLatin1String("station"), result.item.station},
                      {QLatin1String("register"), result.item.reg.name},
                      {QLatin1String("address"), result.item.addressText(0)},
-                     {QLatin1String("count"), result.item.count},
+                     {QLatin1String("count"), tag.count},
                      {QLatin1String("values"), values},
-                     {QLatin1String("good"), result.isGood()}};
+                     {QLatin1String("good"), isAllGood({result}, {tag})}};
+    if (!isPlain(tag)) {
+        addTypedValues(line, tag, valuesOf(result, tag));
+    }
     if (!result.isGood()) {
         line.insert(QLatin1String("failure"), result.failure.text());
     }
@@ -70,13 +105,31 @@ QByteArray jsonLine(const ReadResult &result)
 
 } // namespace
 
-QByteArray readOutput(const QVector<ReadResult> &results, OutputFormat format)
+bool isAllGood(const QVector<ReadResult> &results, const QVector<Tag> &tags)
+{
+    for (int i = 0; i < results.size(); ++i) {
+        const QVector<TagValue> values = valuesOf(results.at(i), tags.at(i));
+        if (!results.at(i).isGood() || !firstFault(values).isEmpty()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+QByteArray readOutput(const QVector<ReadResult> &results, const QVector<Tag> &tags,
+                      OutputFormat format)
 {
     QByteArray text = format == OutputFormat::Csv ? "station,register,address,value\n" : "";
-    for (const ReadResult &result : results) {
-        text += format == OutputFormat::Json  ? jsonLine(result)
-                : format == OutputFormat::Csv ? csvRows(result)
-                                              : textLines(result);
+    for (int i = 0; i < results.size(); ++i) {
+        const ReadResult &result = results.at(i);
+        const Tag &tag = tags.at(i);
+        if (format == OutputFormat::Json) {
+            text += jsonLine(result, tag);
+        } else if (format == OutputFormat::Csv) {
+            text += isPlain(tag) ? csvRows(result) : typedRows(result, tag);
+        } else {
+            text += isPlain(tag) ? textLines(result) : typedLines(result, tag);
+        }
     }
     return text;
 }

@@ -1,6 +1,9 @@
 #include "panel/output/monitor_output.h"
 
 #include "host/address/value_text.h"
+#include "host/tag/typed_item.h"
+#include "host/tag/value_format.h"
+#include "panel/output/typed_output.h"
 
 namespace cnet::panel {
 
@@ -9,14 +12,22 @@ namespace {
 class TextOutput : public MonitorOutput
 {
 public:
-    explicit TextOutput(QIODevice &device)
+    TextOutput(QIODevice &device, const QVector<Tag> &tags)
         : m_device(device)
+        , m_tags(tags)
     {}
 
     void showChanges(const Monitor &monitor, const QVector<ValueChange> &changes) override
     {
-        for (const ValueChange &change : changes) {
-            const Item &item = monitor.items().at(change.item).item;
+        for (int i = 0; i < changes.size();) {
+            const ItemState &state = monitor.items().at(changes.at(i).item);
+            const Tag tag = m_tags.value(changes.at(i).item);
+            if (!isPlain(tag)) {
+                writeTyped(tag, typedChanges(tag, state, changes, i));
+                continue;
+            }
+            const ValueChange &change = changes.at(i++);
+            const Item &item = state.item;
             write(wallTime(change.atMs), QString::fromLatin1("%1/%2:%3  %4")
                                              .arg(item.station)
                                              .arg(item.reg.name, item.addressText(change.offset),
@@ -24,12 +35,16 @@ public:
         }
     }
 
-    void showQuality(const ItemState &state, const QDateTime &time) override
+    void showQuality(const Monitor &monitor, int item, const QDateTime &time) override
     {
+        const ItemState &state = monitor.items().at(item);
+        const Tag tag = m_tags.value(item);
         const bool refused = state.quality == Quality::Refused;
-        write(time,
-              QString::fromLatin1("%1  quality %2")
-                  .arg(state.item.text(), refused ? state.reason() : qualityText(state.quality)));
+        const Quality quality =
+            isPlain(tag) ? state.quality : wholeQuality(readTag(tag, state), state.quality);
+        write(time, QString::fromLatin1("%1  quality %2")
+                        .arg(isPlain(tag) ? state.item.text() : typedItemText(tag),
+                             refused ? state.reason() : qualityText(quality)));
     }
 
     void showLink(const MonitorStatus &status) override
@@ -41,19 +56,29 @@ public:
     }
 
 private:
+    void writeTyped(const Tag &tag, const QVector<TypedChange> &changes)
+    {
+        for (const TypedChange &change : changes) {
+            write(wallTime(change.atMs),
+                  QString::fromLatin1("%1  %2").arg(typedItemText(tag, change.index),
+                                                    shownText(tag, change.value.value)));
+        }
+    }
+
     void write(const QDateTime &time, const QString &text)
     {
         m_device.write((zonedTime(time) + QLatin1String("  ") + text).toLocal8Bit() + '\n');
     }
 
     QIODevice &m_device;
+    QVector<Tag> m_tags;
 };
 
 } // namespace
 
-std::unique_ptr<MonitorOutput> makeTextOutput(QIODevice &device)
+std::unique_ptr<MonitorOutput> makeTextOutput(QIODevice &device, const QVector<Tag> &tags)
 {
-    return std::make_unique<TextOutput>(device);
+    return std::make_unique<TextOutput>(device, tags);
 }
 
 QString zonedTime(const QDateTime &time)

@@ -1,5 +1,7 @@
 #include "panel/runs/monitor_keys.h"
 
+#include "panel/runs/planned_write.h"
+
 #include <unistd.h>
 
 #include <array>
@@ -129,15 +131,17 @@ void MonitorKeys::enter()
         return;
     }
     QString error;
-    const auto assignment = parseAssignment(text, m_station, m_driver.registers(), error);
-    if (!assignment || !m_driver.check(assignment->item, Access::Write, error)) {
+    const auto writes = planWrite(text, m_station, m_driver, m_session.options().blockWords, error);
+    if (!writes) {
         m_messages.say(error);
         return;
     }
     m_typing = Typing::Nothing;
-    WriteJob *const job = m_session.write({*assignment});
-    connect(job, &Job::finished, this, [this, job] {
-        m_messages.say(job->results().first().text());
+    WriteJob *const job = m_session.write(assignmentsOf(*writes));
+    connect(job, &Job::finished, this, [this, job, planned = *writes] {
+        for (int i = 0; i < planned.size(); ++i) {
+            m_messages.say(planned.at(i).resultText(job->results().at(i)));
+        }
         job->deleteLater();
     });
 }

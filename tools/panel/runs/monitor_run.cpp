@@ -1,5 +1,7 @@
 #include "panel/runs/monitor_run.h"
 
+#include "panel/commands/command_items.h"
+#include "panel/output/typed_output.h"
 #include "panel/runs/command_session.h"
 #include "panel/runs/monitor_keys.h"
 #include "panel/system/exit_code.h"
@@ -57,6 +59,7 @@ private:
     void takeKeys(Screen &screen);
     void wire();
     MonitorStatus status() const;
+    bool isPlausible() const;
     void finish();
 
     Driver &m_driver;
@@ -81,9 +84,9 @@ RunningMonitor::RunningMonitor(Driver &driver, const LinkSettings &link, const M
     , m_link(link)
     , m_run(run)
     , m_messages(messages)
-    , m_command(driver, link, stationsOf(run.items), messages)
+    , m_command(driver, link, stationsOf(itemsOf(run.tags)), messages)
     , m_session(m_command.session())
-    , m_monitor(m_session.monitor(run.items))
+    , m_monitor(m_session.monitor(itemsOf(run.tags)))
 {
     // Nobody sees the values any more. The exit code of a lost output comes by itself.
     QObject::connect(&m_standardOutput, &StandardOutput::failed, m_monitor,
@@ -99,7 +102,7 @@ void RunningMonitor::wire()
                          m_output->showChanges(*m_monitor, changes);
                      });
     QObject::connect(m_monitor, &Monitor::itemStateChanged, m_monitor, [this](int item) {
-        m_output->showQuality(m_monitor->items().at(item), QDateTime::currentDateTime());
+        m_output->showQuality(*m_monitor, item, QDateTime::currentDateTime());
     });
     QObject::connect(&m_session, &Session::stateChanged, m_monitor, [this](Session::State state) {
         const bool open = state == Session::State::Open;
@@ -122,16 +125,16 @@ void RunningMonitor::wire()
 void RunningMonitor::openOutput()
 {
     if (m_run.format == OutputFormat::Json) {
-        m_output = makeJsonOutput(m_standardOutput);
+        m_output = makeJsonOutput(m_standardOutput, m_run.tags);
     } else if (m_run.format == OutputFormat::Csv) {
-        m_output = makeCsvOutput(m_standardOutput);
+        m_output = makeCsvOutput(m_standardOutput, m_run.tags);
         m_countersAtEnd = true;
     } else if (!isTerminal(STDOUT_FILENO)) {
-        m_output = makeTextOutput(m_standardOutput);
+        m_output = makeTextOutput(m_standardOutput, m_run.tags);
         m_countersAtEnd = true;
     } else {
         auto screen = std::make_unique<Screen>(
-            m_standardOutput, [] { return terminalSize(STDOUT_FILENO); }, screenLook());
+            m_standardOutput, [] { return terminalSize(STDOUT_FILENO); }, screenLook(), m_run.tags);
         if (isTerminal(STDERR_FILENO)) {
             m_messages.setSink([&screen = *screen](const QString &line) { screen.say(line); });
         }
@@ -194,7 +197,18 @@ MonitorStatus RunningMonitor::status() const
     status.time = QDateTime::currentDateTime();
     status.stations = m_session.stations();
     status.statistics = &m_session.statistics();
+    status.tags = m_run.tags;
     return status;
+}
+
+bool RunningMonitor::isPlausible() const
+{
+    for (int i = 0; i < m_run.tags.size(); ++i) {
+        if (!firstFault(readTag(m_run.tags.at(i), m_monitor->items().at(i))).isEmpty()) {
+            return false;
+        }
+    }
+    return true;
 }
 
 // Printed while the session is open: after close() no value is good any more.
@@ -202,7 +216,7 @@ void RunningMonitor::finish()
 {
     m_output->end(*m_monitor, status());
     m_monitor->disconnect(m_monitor);
-    m_command.finish(m_monitor->isGood() ? kFine : kDeviceFailed);
+    m_command.finish(m_monitor->isGood() && isPlausible() ? kFine : kDeviceFailed);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/driver/driver.h"
+#include "host/tag/tag.h"
 #include "panel/commands/link_settings.h"
 #include "panel/output/monitor_output.h"
 #include "panel/system/messages.h"
@@ -10,7 +11,7 @@ namespace cnet::panel {
 /** What a monitor shows and for how long. */
 struct MonitorRun
 {
-    QVector<Item> items;
+    QVector<Tag> tags; ///< what is watched
     OutputFormat format = OutputFormat::Text;
     qint64 durationMs = 0; ///< 0: no limit
     int rounds = 0;        ///< 0: no limit
@@ -19,7 +20,7 @@ struct MonitorRun
 /**
  * Reads and shows the items until a limit is reached or a signal asks for the end.
  *
- * @return exit code: kDeviceFailed when at the end any item was not good
+ * @return exit code: kDeviceFailed when at the end any item was not good, or a value implausible
  */
 int runMonitor(Driver &driver, const LinkSettings &link, const MonitorRun &run, Messages &messages);
 

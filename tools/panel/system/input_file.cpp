@@ -22,9 +22,14 @@ public:
         : m_descriptor(open(QFile::encodeName(path).constData(),
                             O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC))
     {}
+    // One that is open already, and stays so.
+    explicit File(int descriptor)
+        : m_descriptor(descriptor)
+        , m_isOwn(false)
+    {}
     ~File()
     {
-        if (m_descriptor >= 0) {
+        if (m_descriptor >= 0 && m_isOwn) {
             close(m_descriptor);
         }
     }
@@ -46,18 +51,16 @@ public:
 
 private:
     int m_descriptor;
+    bool m_isOwn = true;
 };
 
-} // namespace
-
-std::optional<QByteArray> readInputFile(const QString &path, int longest, QString &error,
-                                        int patienceMs)
+std::optional<QByteArray> readAll(const File &file, const QString &path, int longest,
+                                  QString &error, int patienceMs)
 {
     const auto fail = [&](int code) {
         error = QString::fromLatin1("cannot read %1: %2").arg(path, qt_error_string(code));
         return std::nullopt;
     };
-    const File file(path);
     if (!file.isOpen()) {
         return fail(errno);
     }
@@ -78,9 +81,22 @@ std::optional<QByteArray> readInputFile(const QString &path, int longest, QStrin
             return fail(errno);
         }
     }
-    error = QString::fromLatin1("%1 is no recipe: it is longer than %2 bytes")
+    error = QString::fromLatin1("%1 cannot be used: it is longer than %2 bytes")
                 .arg(path, QString::number(longest));
     return std::nullopt;
+}
+
+} // namespace
+
+std::optional<QByteArray> readInputFile(const QString &path, int longest, QString &error,
+                                        int patienceMs)
+{
+    return readAll(File(path), path, longest, error, patienceMs);
+}
+
+std::optional<QByteArray> readStandardInput(int longest, QString &error, int patienceMs)
+{
+    return readAll(File(STDIN_FILENO), QLatin1String("standard input"), longest, error, patienceMs);
 }
 
 } // namespace cnet::panel

@@ -22,4 +22,8 @@ constexpr int kInputPatienceMs = 10000;
 std::optional<QByteArray> readInputFile(const QString &path, int longest, QString &error,
                                         int patienceMs = kInputPatienceMs);
 
+/** The same of standard input, to its end. */
+std::optional<QByteArray> readStandardInput(int longest, QString &error,
+                                            int patienceMs = kInputPatienceMs);
+
 } // namespace cnet::panel

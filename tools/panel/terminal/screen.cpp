@@ -68,10 +68,12 @@ ScreenLook screenLook()
     return look;
 }
 
-Screen::Screen(QIODevice &device, std::function<QSize()> size, const ScreenLook &look)
+Screen::Screen(QIODevice &device, std::function<QSize()> size, const ScreenLook &look,
+               const QVector<Tag> &tags)
     : m_device(device)
     , m_size(std::move(size))
     , m_look(look)
+    , m_history(tags)
 {
     m_device.write(kHideCursor);
 }

@@ -36,7 +36,8 @@ public:
     static constexpr int kLogLines = 500;
 
     /** @param device the terminal; @param size its columns and rows, asked for at every refresh */
-    Screen(QIODevice &device, std::function<QSize()> size, const ScreenLook &look = ScreenLook());
+    Screen(QIODevice &device, std::function<QSize()> size, const ScreenLook &look = ScreenLook(),
+           const QVector<Tag> &tags = {});
     ~Screen() override;
 
     void showChanges(const Monitor &monitor, const QVector<ValueChange> &changes) override;

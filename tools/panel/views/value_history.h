@@ -1,8 +1,11 @@
 #pragma once
 
 #include "host/monitor/monitor.h"
+#include "host/tag/tag.h"
 
 #include <QVector>
+
+#include <optional>
 
 namespace cnet::panel {
 
@@ -25,18 +28,27 @@ public:
         QVector<double> samples; ///< oldest first; NaN: it was not good then
     };
 
+    /** @param tags what the monitor's items stand for, as many; empty: plain words and bits */
+    explicit ValueHistory(const QVector<Tag> &tags = {})
+        : m_tags(tags)
+    {}
+
     /** Values were read for the first time or have changed. */
     void note(const Monitor &monitor, const QVector<ValueChange> &changes);
 
     /** Takes the samples that are due. @param nowMs never falling */
     void sample(const Monitor &monitor, qint64 nowMs);
 
-    /** What is known of a value; of one that was never noted: nothing. */
+    /** What is known of a value; of one that was never noted: nothing. @param offset its first unit
+     */
     Value of(int item, int offset) const;
 
 private:
     void fit(const Monitor &monitor);
+    int unitsPerValue(int item) const;
+    std::optional<double> numberAt(const Monitor &monitor, int item, int offset) const;
 
+    QVector<Tag> m_tags;
     QVector<QVector<Value>> m_items;
     qint64 m_sampledMs = -kSampleMs;
 };

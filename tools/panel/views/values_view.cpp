@@ -3,6 +3,9 @@
 #include "panel/views/view_body.h"
 
 #include "host/address/value_text.h"
+#include "host/tag/typed_item.h"
+#include "host/tag/value_format.h"
+#include "panel/output/typed_output.h"
 
 #include <QTime>
 
@@ -37,7 +40,10 @@ struct ValuesView
 
     StyledLine line(const Row &row) const;
     void addCells(StyledLine &line, int item, int first) const;
-    void addDetails(StyledLine &line, const ItemState &state) const;
+    void addQuality(StyledLine &line, Quality quality) const;
+    void addTrend(StyledLine &line, const Row &row) const;
+    StyledLine wordsLine(const Row &row, const ItemState &state) const;
+    StyledLine typedLine(const Row &row, const ItemState &state, const Tag &tag) const;
     StyledLine trendLine(const Row &row) const;
     bool isFresh(const ValueHistory::Value &value) const;
     QString changeText(qint64 changedAtMs) const;
@@ -139,10 +145,52 @@ void ValuesView::addCells(StyledLine &line, int item, int first) const
     line.append(QString(std::max(0, left), QLatin1Char(' ')));
 }
 
-void ValuesView::addDetails(StyledLine &line, const ItemState &state) const
+void ValuesView::addQuality(StyledLine &line, Quality quality) const
 {
-    const QString quality = state.quality == Quality::Good ? QString() : qualityText(state.quality);
-    line.appendCell(shortened(quality, widths.quality), widths.quality, emphasisOf(state.quality));
+    const QString text = quality == Quality::Good ? QString() : qualityText(quality);
+    line.appendCell(shortened(text, widths.quality), widths.quality, emphasisOf(quality));
+}
+
+void ValuesView::addTrend(StyledLine &line, const Row &row) const
+{
+    if (widths.extremes > 0) {
+        const ValueHistory::Value value = input.history.of(row.item, row.first);
+        line.appendCell(value.known ? numberText(value.min) : QLatin1String("-"), kExtreme);
+        line.appendCell(value.known ? numberText(value.max) : QLatin1String("-"), kExtreme);
+        line.appendCell(sparkline(value.samples, input.glyphs), widths.extremes - 2 * kExtreme);
+    }
+}
+
+StyledLine ValuesView::wordsLine(const Row &row, const ItemState &state) const
+{
+    StyledLine line;
+    line.appendCell(QString(QLatin1Char(markOf(state.quality))), ValueColumns::kMark,
+                    emphasisOf(state.quality));
+    line.appendCell(placeText(state.item, row.first), widths.address);
+    addCells(line, row.item, row.first);
+    if (row.first == 0 || input.state.trend == Trend::Shown) {
+        addQuality(line, state.quality);
+    }
+    return line;
+}
+
+// Each value on a line of its own: how wide it is nobody knows before.
+StyledLine ValuesView::typedLine(const Row &row, const ItemState &state, const Tag &tag) const
+{
+    const QVector<TagValue> values = readTag(tag, state);
+    const TagValue value = values.value(row.first / tag.type.unitsPerValue());
+    const bool fresh = isFresh(input.history.of(row.item, row.first));
+    StyledLine line;
+    line.appendCell(QString(QLatin1Char(markOf(value.quality))), ValueColumns::kMark,
+                    emphasisOf(value.quality));
+    line.appendCell(placeText(state.item, row.first), widths.address);
+    const QString text = shownText(tag, value.value) + QLatin1String(fresh ? "*" : "");
+    line.appendCell(text.left(widths.values - 1), widths.values,
+                    fresh ? Emphasis::Changed : Emphasis::None);
+    if (row.first == 0 || input.state.trend == Trend::Shown) {
+        addQuality(line, row.first == 0 ? wholeQuality(values, state.quality) : value.quality);
+    }
+    return line;
 }
 
 StyledLine ValuesView::line(const Row &row) const
@@ -151,20 +199,9 @@ StyledLine ValuesView::line(const Row &row) const
         return trendLine(row);
     }
     const ItemState &state = input.monitor.items().at(row.item);
-    StyledLine line;
-    line.appendCell(QString(QLatin1Char(markOf(state.quality))), ValueColumns::kMark,
-                    emphasisOf(state.quality));
-    line.appendCell(placeText(state.item, row.first), widths.address);
-    addCells(line, row.item, row.first);
-    if (row.first == 0 || input.state.trend == Trend::Shown) {
-        addDetails(line, state);
-    }
-    if (widths.extremes > 0) {
-        const ValueHistory::Value value = input.history.of(row.item, row.first);
-        line.appendCell(value.known ? numberText(value.min) : QLatin1String("-"), kExtreme);
-        line.appendCell(value.known ? numberText(value.max) : QLatin1String("-"), kExtreme);
-        line.appendCell(sparkline(value.samples, input.glyphs), widths.extremes - 2 * kExtreme);
-    }
+    const Tag tag = input.status.tags.value(row.item);
+    StyledLine line = isPlain(tag) ? wordsLine(row, state) : typedLine(row, state, tag);
+    addTrend(line, row);
     if (row.first == 0) {
         line.appendCell(shownAge(state.ageMs(input.status.nowMs)), widths.age);
         line.append(changeText(state.changedAtMs).left(widths.change));
@@ -215,7 +252,9 @@ QVector<Row> rowsOf(const ValuesView &view)
                                 qualityText(state.quality))) {
             continue;
         }
-        const int step = valuesOfLine(state.item.reg, view.widths, input.state.trend);
+        const Tag tag = input.status.tags.value(item);
+        const int step = isPlain(tag) ? valuesOfLine(state.item.reg, view.widths, input.state.trend)
+                                      : tag.type.unitsPerValue();
         for (int first = 0; first < state.item.count; first += step) {
             rows.append({item, first, false});
             if (below) {

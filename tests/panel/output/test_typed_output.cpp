@@ -1,0 +1,93 @@
+#include "panel/output/typed_output.h"
+
+#include "host/support/test_types.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <limits>
+
+using namespace cnet;
+using namespace cnet::panel;
+
+class TestTypedOutput : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void keepsNumbersExact();
+    void quotesFields();
+    void namesEachValueOnce();
+    void showsTheWorst();
+};
+
+namespace {
+
+QByteArray jsonOf(const Scalar &value)
+{
+    return QJsonDocument(QJsonArray{jsonValue(value)}).toJson(QJsonDocument::Compact);
+}
+
+} // namespace
+
+void TestTypedOutput::keepsNumbersExact()
+{
+    QCOMPARE(jsonOf(qint64(9007199254740992)), QByteArray("[9007199254740992]"));
+    QCOMPARE(jsonOf(qint64(9007199254740993)), QByteArray("[\"9007199254740993\"]"));
+    QCOMPARE(jsonOf(qint64(-9007199254740993)), QByteArray("[\"-9007199254740993\"]"));
+    QCOMPARE(jsonOf(std::numeric_limits<quint64>::max()), QByteArray("[\"18446744073709551615\"]"));
+    QCOMPARE(jsonOf(12.5), QByteArray("[12.5]"));
+    QCOMPARE(jsonOf(false), QByteArray("[false]"));
+    QCOMPARE(jsonOf(Scalar()), QByteArray("[null]"));
+}
+
+void TestTypedOutput::quotesFields()
+{
+    QCOMPARE(csvField(QStringLiteral("a b")), QStringLiteral("a b"));
+    QCOMPARE(csvField(QStringLiteral("a,b")), QStringLiteral("\"a,b\""));
+    QCOMPARE(csvField(QStringLiteral("a\"b")), QStringLiteral("\"a\"\"b\""));
+    QCOMPARE(csvField(QStringLiteral("a\nb")), QStringLiteral("\"a\nb\""));
+    Tag tag = testTag("D_W:0@enum");
+    tag.texts = {{1, QStringLiteral("on, slow")}};
+    QCOMPARE(csvValue(tag, {qint64(1), ValueFault::None}), QStringLiteral("\"on, slow\""));
+    QCOMPARE(csvValue(tag, TypedValue()), QString());
+}
+
+// Both words of a value change, or one; it is one change of the value.
+void TestTypedOutput::namesEachValueOnce()
+{
+    const Tag tag = testTag("D_W:0*3@u32");
+    ItemState state;
+    state.item = tag.item;
+    state.values.resize(6);
+    for (ItemValue &value : state.values) {
+        value.known = true;
+    }
+    state.values[5].known = false;
+    state.quality = Quality::Good;
+    const QVector<ValueChange> changes{
+        {4, 0, 1, 7}, {4, 1, 1, 7}, {4, 3, 1, 8}, {4, 4, 1, 8}, {5, 0, 1, 9}};
+    int next = 0;
+    const auto typed = typedChanges(tag, state, changes, next);
+    QCOMPARE(next, 4);
+    QCOMPARE(static_cast<int>(typed.size()), 2);
+    QCOMPARE(typed.at(0).index, 0);
+    QCOMPARE(typed.at(1).index, 1);
+    QCOMPARE(typed.at(1).atMs, 8);
+}
+
+void TestTypedOutput::showsTheWorst()
+{
+    const Tag tag = testTag("D_W:0*2@bcd4");
+    const auto good = readTag(tag, {1, 2}, {true, true}, Quality::Good);
+    const auto wrong = readTag(tag, {1, 0xA}, {true, true}, Quality::Good);
+    const auto old = readTag(tag, {1, 0xA}, {true, true}, Quality::Stale);
+    QCOMPARE(wholeQuality(good, Quality::Good), Quality::Good);
+    QCOMPARE(wholeQuality(wrong, Quality::Good), Quality::Implausible);
+    QCOMPARE(wholeQuality(old, Quality::Stale), Quality::Stale);
+    QCOMPARE(firstFault(good), QString());
+    QCOMPARE(firstFault(wrong), QStringLiteral("wrong BCD digit"));
+}
+
+QTEST_APPLESS_MAIN(TestTypedOutput)
+#include "test_typed_output.moc"

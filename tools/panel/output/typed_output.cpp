@@ -1,0 +1,113 @@
+#include "panel/output/typed_output.h"
+
+#include "host/tag/value_format.h"
+
+#include <QJsonArray>
+
+#include <algorithm>
+
+namespace cnet::panel {
+
+namespace {
+
+const qint64 kExactInDouble = qint64(1) << 53;
+
+} // namespace
+
+QJsonValue jsonValue(const Scalar &value)
+{
+    if (const auto *truth = std::get_if<bool>(&value)) {
+        return *truth;
+    }
+    if (const auto *number = std::get_if<qint64>(&value)) {
+        const bool isExact = *number >= -kExactInDouble && *number <= kExactInDouble;
+        return isExact ? QJsonValue(*number) : QJsonValue(QString::number(*number));
+    }
+    if (const auto *number = std::get_if<quint64>(&value)) {
+        return QString::number(*number);
+    }
+    if (const auto *number = std::get_if<double>(&value)) {
+        return *number;
+    }
+    const auto *text = std::get_if<QString>(&value);
+    return text == nullptr ? QJsonValue() : QJsonValue(*text);
+}
+
+QString csvField(const QString &text)
+{
+    const bool needsMarks = std::any_of(text.cbegin(), text.cend(), [](QChar letter) {
+        return letter == QLatin1Char('"') || letter == QLatin1Char(',') ||
+               letter == QLatin1Char('\n') || letter == QLatin1Char('\r');
+    });
+    QString inner = text;
+    inner.replace(QLatin1Char('"'), QLatin1String("\"\""));
+    return needsMarks ? QLatin1Char('"') + inner + QLatin1Char('"') : text;
+}
+
+QString csvValue(const Tag &tag, const TypedValue &value)
+{
+    if (!value.isKnown()) {
+        return QString();
+    }
+    const auto *text = std::get_if<QString>(&value.value);
+    return csvField(text != nullptr ? *text : typedText(tag, value));
+}
+
+QVector<TypedChange> typedChanges(const Tag &tag, const ItemState &state,
+                                  const QVector<ValueChange> &changes, int &first)
+{
+    const QVector<TagValue> values = readTag(tag, state);
+    const int item = changes.at(first).item;
+    QVector<TypedChange> typed;
+    for (; first < changes.size() && changes.at(first).item == item; ++first) {
+        const ValueChange &change = changes.at(first);
+        const int index = change.offset / tag.type.unitsPerValue();
+        const bool isNew = typed.isEmpty() || typed.last().index != index;
+        // A value of which a word was never read is none yet.
+        if (isNew && !values.at(index).units.isEmpty()) {
+            typed.append({index, change.atMs, values.at(index)});
+        }
+    }
+    return typed;
+}
+
+void addTypedValues(QJsonObject &line, const Tag &tag, const QVector<TagValue> &values)
+{
+    QJsonArray typed;
+    QJsonArray words;
+    QJsonArray faults;
+    for (const TagValue &own : values) {
+        typed.append(jsonValue(own.value.value));
+        const QString fault = faultText(own.value.fault);
+        faults.append(fault.isEmpty() ? QJsonValue() : QJsonValue(fault));
+        for (int i = 0; i < tag.type.unitsPerValue(); ++i) {
+            words.append(own.units.isEmpty() ? QJsonValue() : QJsonValue(own.units.at(i)));
+        }
+    }
+    line.insert(QLatin1String("type"), tag.type.text());
+    line.insert(QLatin1String("values"), typed);
+    line.insert(QLatin1String("words"), words);
+    if (!firstFault(values).isEmpty()) {
+        line.insert(QLatin1String("faults"), faults);
+    }
+}
+
+Quality wholeQuality(const QVector<TagValue> &values, Quality quality)
+{
+    const bool isImplausible = std::any_of(values.cbegin(), values.cend(), [](const TagValue &own) {
+        return own.quality == Quality::Implausible;
+    });
+    return isImplausible ? Quality::Implausible : quality;
+}
+
+QString firstFault(const QVector<TagValue> &values)
+{
+    for (const TagValue &own : values) {
+        if (own.value.fault != ValueFault::None) {
+            return faultText(own.value.fault);
+        }
+    }
+    return QString();
+}
+
+} // namespace cnet::panel
