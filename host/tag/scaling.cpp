@@ -157,7 +157,8 @@ std::optional<Scalar> unscaledRoughly(const Tag &tag, double wanted)
                : std::nullopt;
 }
 
-/// A row of nines may hide a half step; what would come back decides.
+/// What would come back decides: it may be beyond what is held, or an offset far larger than the
+/// scale.
 bool isWithinHalfStep(const Tag &tag, const Scalar &raw, double wanted)
 {
     const TypedValue back = scaledValue(tag, {raw, ValueFault::None});
@@ -243,7 +244,7 @@ std::optional<Scalar> unscaledValue(const Tag &tag, const Scalar &wanted, QStrin
     }
     const bool exactly = isExact(tag) && !isFraction;
     const auto raw = exactly ? unscaledExactly(tag, wanted) : unscaledRoughly(tag, about);
-    const bool fits = raw && (exactly || !tag.type.isWhole() || isWithinHalfStep(tag, *raw, about));
+    const bool fits = raw && (!tag.type.isWhole() || isWithinHalfStep(tag, *raw, about));
     if (!fits) {
         error = QString::fromLatin1("%1 cannot be scaled exactly: it has more than fifteen digits")
                     .arg(numberText(about));

@@ -113,6 +113,8 @@ const Mistake kMistakes[] = {
     {"a fraction beside whole steps of 1", "D_W:0@i16+5", 12.5, "12.5 is no whole number"},
     {"too many digits", "D_W:0@i64*0.1", 1e18, "more than fifteen digits"},
     {"beyond what is exact", "D_W:0@u64*2", kGreatest, "more than fifteen digits"},
+    {"a step that goes too far", "D_W:0@u64*10", kHighest, "more than fifteen digits"},
+    {"an offset that swallows the scale", "D_W:0@u16*0.001+900000000000000", 1.5, "fifteen digits"},
     {"the one that has no opposite", "D_W:0@i64*-1", kLowest, "more than fifteen digits"},
 };
 
