@@ -243,7 +243,7 @@ std::optional<Scalar> unscaledValue(const Tag &tag, const Scalar &wanted, QStrin
         return std::nullopt;
     }
     const bool exactly = isExact(tag) && !isFraction;
-    const auto raw = exactly ? unscaledExactly(tag, wanted) : unscaledRoughly(tag, about);
+    auto raw = exactly ? unscaledExactly(tag, wanted) : unscaledRoughly(tag, about);
     const bool fits = raw && (!tag.type.isWhole() || isWithinHalfStep(tag, *raw, about));
     if (!fits) {
         error = QString::fromLatin1("%1 cannot be scaled exactly: it has more than fifteen digits")

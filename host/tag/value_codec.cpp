@@ -5,6 +5,7 @@
 
 #include <QLocale>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -151,14 +152,20 @@ std::optional<quint64> wholeBits(const ValueType &type, const Scalar &given, QSt
     return small != nullptr ? static_cast<quint64>(*small) : *large;
 }
 
+/// The greatest float in nine digits is a little more than it is.
+float nearestFloat(double value)
+{
+    const auto most = static_cast<double>(std::numeric_limits<float>::max());
+    return static_cast<float>(std::clamp(value, -most, most));
+}
+
 std::optional<quint64> floatBits(const ValueType &type, const Scalar &given, QString &error)
 {
     const double value = approximately(given);
     const bool isShort = type.kind == ValueKind::F32;
-    const bool isTooLarge =
-        !std::isfinite(value) ||
-        (isShort && std::fabs(value) > static_cast<double>(std::numeric_limits<float>::max()));
-    const bool vanishes = isShort && !isTooLarge && value != 0 && static_cast<float>(value) == 0;
+    const double beyondFloat = std::ldexp(1 - std::ldexp(1, -25), 128); // rounds to no float
+    const bool isTooLarge = !std::isfinite(value) || (isShort && std::fabs(value) >= beyondFloat);
+    const bool vanishes = isShort && !isTooLarge && value != 0 && nearestFloat(value) == 0;
     if (!isNumber(given) || isTooLarge || vanishes) {
         error = QString::fromLatin1("%1 does not fit %2, which is 0 or a number of a size from "
                                     "%3, for example 12.5")
@@ -166,8 +173,7 @@ std::optional<quint64> floatBits(const ValueType &type, const Scalar &given, QSt
                          QLatin1String(isShort ? "1.4e-45 to 3.4e38" : "4.9e-324 to 1.8e308"));
         return std::nullopt;
     }
-    return isShort ? bitsOf<float, quint32>(static_cast<float>(value))
-                   : bitsOf<double, quint64>(value);
+    return isShort ? bitsOf<float, quint32>(nearestFloat(value)) : bitsOf<double, quint64>(value);
 }
 
 std::optional<quint64> truthBits(const ValueType &type, const Scalar &given, QString &error)

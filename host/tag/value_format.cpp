@@ -21,7 +21,7 @@ const int kFloatDigits = 9; // as many as any float needs
 QString floatText(double number)
 {
     for (int digits = 1; digits < kFloatDigits; ++digits) {
-        const QString text = QString::number(number, 'g', digits);
+        QString text = QString::number(number, 'g', digits);
         if (text.toFloat() == static_cast<float>(number)) {
             return text;
         }
@@ -32,8 +32,7 @@ QString floatText(double number)
 QString fractionText(const Tag &tag, double number)
 {
     if (tag.isScaled() && tag.type.isWhole()) {
-        const QString fixed = QString::number(number, 'f', decimalsOf(tag));
-        return fixed;
+        return QString::number(number, 'f', decimalsOf(tag));
     }
     const bool isFloat = tag.type.kind == ValueKind::F32 && !tag.isScaled();
     return isFloat ? floatText(number)

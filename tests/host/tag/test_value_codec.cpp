@@ -23,6 +23,7 @@ private Q_SLOTS:
     void bringsAllWordsBack_data();
     void bringsAllWordsBack();
     void agreesWithTheMachine();
+    void takesTheGreatestFloat();
     void knowsNothingOfMissingWords();
     void keepsNumbersOffBits_data();
     void keepsNumbersOffBits();
@@ -208,6 +209,16 @@ void TestValueCodec::agreesWithTheMachine()
             QVERIFY(decodeValue(type, units, 2).value == Scalar(qint64(static_cast<qint32>(half))));
         }
     }
+}
+
+// Its nine digits as a double are a little more than it is.
+void TestValueCodec::takesTheGreatestFloat()
+{
+    QString error;
+    const QVector<quint16> greatest{0xFFFF, 0x7F7F};
+    QCOMPARE(encodeValue(testType("f32"), 3.40282347e38, error).value_or(QVector<quint16>()),
+             greatest);
+    QVERIFY(!encodeValue(testType("f32"), 3.4028236e38, error));
 }
 
 void TestValueCodec::knowsNothingOfMissingWords()
