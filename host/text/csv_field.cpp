@@ -161,7 +161,7 @@ CsvFields splitCsv(const QByteArray &record, int line, const CsvDialect &dialect
 
 QByteArray csvField(const QString &text, const CsvDialect &dialect, bool quoted)
 {
-    const QByteArray raw = text.toUtf8();
+    QByteArray raw = text.toUtf8();
     if (dialect.quotes == CsvQuotes::Literal) {
         return raw;
     }
