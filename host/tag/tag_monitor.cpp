@@ -16,7 +16,7 @@ TagMonitor::TagMonitor(Monitor *monitor, const TagSet &tags)
 
 TagDiff TagMonitor::setTags(const TagSet &tags)
 {
-    const TagDiff diff = tagDiff(m_tags, tags);
+    TagDiff diff = tagDiff(m_tags, tags);
     m_tags = tags;
     QVector<Item> items;
     items.reserve(tags.all().size());
