@@ -110,7 +110,9 @@ void TestScreen::showsWhateverItShowedBefore()
     TerminalGrid grid(m_size.width(), m_size.height());
     Screen screen(m_device, [this] { return m_size; });
     std::mt19937 random(7);
-    const auto any = [&random](int below) { return static_cast<int>(random() % below); };
+    const auto any = [&random](int below) {
+        return static_cast<int>(random() % static_cast<unsigned int>(below));
+    };
     for (int i = 0; i < 500; ++i) {
         QVector<Item> items;
         for (int item = any(15); item >= 0; --item) {
