@@ -30,7 +30,7 @@ std::optional<QByteArray> readContent(const QStringList &arguments, QString &err
                               "'\\x0501rSB08%DW0010005\\x04EF'");
         return std::nullopt;
     }
-    const QString first = arguments.first();
+    const QString &first = arguments.first();
     if (first == QLatin1String("-")) {
         return readInputFile(QLatin1String("/dev/stdin"), kLongestInput, error);
     }
