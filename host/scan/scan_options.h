@@ -11,7 +11,7 @@ namespace cnet {
 struct ScanOptions
 {
     /** Settings of the line, to be tried in this order until something answers; one at least. */
-    QVector<LineSettings> settings{LineSettings()};
+    QVector<LineSettings> settings = QVector<LineSettings>(1);
     /** Stations to be asked, 0 to 31, each once. */
     QVector<int> stations;
     /** Word registers whose reach is found out, within the limits that they have; may be empty. */
