@@ -1,7 +1,7 @@
 #include "host/tag/plausible_readings.h"
 
-#include "host/tag/value_codec.h"
 #include "host/tag/value_format.h"
+#include "host/value/value_codec.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/address/item.h"
-#include "host/tag/value_type.h"
+#include "host/value/value_type.h"
 
 #include <QMap>
 #include <QMetaType>

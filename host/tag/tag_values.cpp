@@ -1,7 +1,7 @@
 #include "host/tag/tag_values.h"
 
 #include "host/tag/scaling.h"
-#include "host/tag/value_codec.h"
+#include "host/value/value_codec.h"
 
 #include <cmath>
 

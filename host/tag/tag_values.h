@@ -3,7 +3,7 @@
 #include "host/monitor/item_state.h"
 #include "host/monitor/quality.h"
 #include "host/tag/tag.h"
-#include "host/tag/typed_value.h"
+#include "host/value/typed_value.h"
 
 #include <QVector>
 

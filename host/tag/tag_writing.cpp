@@ -3,7 +3,7 @@
 #include "host/address/address.h"
 #include "host/address/value_text.h"
 #include "host/tag/scaling.h"
-#include "host/tag/value_codec.h"
+#include "host/value/value_codec.h"
 
 #include <algorithm>
 

@@ -3,9 +3,9 @@
 #include "host/address/address.h"
 #include "host/address/value_text.h"
 #include "host/tag/scaling.h"
-#include "host/tag/string_text.h"
-#include "host/tag/value_codec.h"
 #include "host/tag/value_format.h"
+#include "host/value/string_text.h"
+#include "host/value/value_codec.h"
 
 #include <QLocale>
 #include <QRegularExpression>

@@ -2,7 +2,7 @@
 
 #include "host/address/register_catalog.h"
 #include "host/tag/tag.h"
-#include "host/tag/typed_value.h"
+#include "host/value/typed_value.h"
 
 #include <QVector>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/tag/tag.h"
-#include "host/tag/typed_value.h"
+#include "host/value/typed_value.h"
 
 #include <optional>
 

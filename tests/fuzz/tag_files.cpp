@@ -1,9 +1,9 @@
 // Tag files as people and spreadsheets leave them: read, written back, written anew. The first byte
 // of an input says what else is done with the rest, which is the file.
 #include "fuzz/input.h"
-#include "host/tag/tag_diff.h"
-#include "host/tag/tag_file.h"
 #include "host/tag/tag_set.h"
+#include "host/tagfile/tag_diff.h"
+#include "host/tagfile/tag_file.h"
 #include "ls_master_k_cnet/ls_master_k_cnet.h"
 
 #include <algorithm>

@@ -6,8 +6,8 @@
 #include "host/tag/tag_values.h"
 #include "host/tag/tag_writing.h"
 #include "host/tag/typed_item.h"
-#include "host/tag/value_codec.h"
 #include "host/tag/value_format.h"
+#include "host/value/value_codec.h"
 
 namespace {
 

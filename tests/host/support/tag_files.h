@@ -2,7 +2,7 @@
 
 #include "host/support/test_registers.h"
 
-#include <host/tag/tag_file.h>
+#include <host/tagfile/tag_file.h>
 
 #include <QStringList>
 

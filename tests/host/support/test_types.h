@@ -2,7 +2,7 @@
 
 #include "host/support/test_registers.h"
 #include "host/tag/typed_item.h"
-#include "host/tag/value_type.h"
+#include "host/value/value_type.h"
 
 #include <QtTest>
 

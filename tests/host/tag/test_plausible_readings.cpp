@@ -2,7 +2,7 @@
 
 #include "host/support/test_types.h"
 #include "host/tag/typed_item.h"
-#include "host/tag/value_codec.h"
+#include "host/value/value_codec.h"
 #include "support/rows.h"
 
 using namespace cnet;

@@ -1,7 +1,7 @@
 #include "host/tag/scaling.h"
 
 #include "host/support/test_types.h"
-#include "host/tag/value_codec.h"
+#include "host/value/value_codec.h"
 #include "support/rows.h"
 
 #include <cmath>

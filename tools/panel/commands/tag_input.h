@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/tag/tag_file.h"
 #include "host/tag/tag_set.h"
+#include "host/tagfile/tag_file.h"
 #include "panel/commands/commands.h"
 
 #include <QString>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/tag/tag_file.h"
+#include "host/tagfile/tag_file.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,6 +1,6 @@
 #include "panel/output/tag_list_output.h"
 
-#include "host/tag/tag_file.h"
+#include "host/tagfile/tag_file.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -1,5 +1,5 @@
 // Tags written into the file that they came from, or into a new one.
-#include "host/tag/tag_file.h"
+#include "host/tagfile/tag_file.h"
 
 #include <QHash>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/tag/value_type.h"
+#include "host/value/value_type.h"
 
 #include <QVector>
 

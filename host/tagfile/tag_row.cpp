@@ -1,4 +1,4 @@
-#include "host/tag/tag_row.h"
+#include "host/tagfile/tag_row.h"
 
 #include "host/address/address.h"
 #include "host/address/value_text.h"

@@ -1,4 +1,4 @@
-#include "host/tag/typed_value.h"
+#include "host/value/typed_value.h"
 
 #include "support/rows.h"
 

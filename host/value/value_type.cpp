@@ -1,4 +1,4 @@
-#include "host/tag/value_type.h"
+#include "host/value/value_type.h"
 
 #include "host/address/value_text.h"
 

@@ -1,7 +1,7 @@
 #include "host/support/tag_files.h"
 #include "support/rows.h"
 
-#include <host/tag/tag_diff.h>
+#include <host/tagfile/tag_diff.h>
 
 #include <QtTest>
 

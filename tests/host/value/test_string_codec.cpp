@@ -1,4 +1,4 @@
-#include "host/tag/string_codec.h"
+#include "host/value/string_codec.h"
 
 #include "host/support/test_types.h"
 #include "support/rows.h"

@@ -1,4 +1,4 @@
-#include "host/tag/tag_monitor.h"
+#include "host/tagfile/tag_monitor.h"
 
 #include <algorithm>
 

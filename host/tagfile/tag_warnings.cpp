@@ -1,4 +1,4 @@
-#include "host/tag/tag_warnings.h"
+#include "host/tagfile/tag_warnings.h"
 
 #include <QHash>
 #include <QMap>

@@ -1,4 +1,4 @@
-#include "host/tag/string_text.h"
+#include "host/value/string_text.h"
 
 #include "host/address/value_text.h"
 

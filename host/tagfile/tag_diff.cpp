@@ -1,4 +1,4 @@
-#include "host/tag/tag_diff.h"
+#include "host/tagfile/tag_diff.h"
 
 namespace cnet {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/tag/tag_columns.h"
+#include "host/tagfile/tag_columns.h"
 #include "host/text/finding.h"
 
 #include <QVector>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/tag/tag_columns.h"
 #include "host/tag/tag_set.h"
+#include "host/tagfile/tag_columns.h"
 
 #include <QMetaType>
 #include <QStringList>

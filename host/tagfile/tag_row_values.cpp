@@ -1,6 +1,6 @@
 // The fields of a row that say what its values mean.
 #include "host/address/value_text.h"
-#include "host/tag/tag_row.h"
+#include "host/tagfile/tag_row.h"
 
 #include <QSet>
 #include <QStringList>

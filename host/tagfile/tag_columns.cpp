@@ -1,4 +1,4 @@
-#include "host/tag/tag_columns.h"
+#include "host/tagfile/tag_columns.h"
 
 #include "host/address/address.h"
 

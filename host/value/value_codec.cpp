@@ -1,7 +1,7 @@
-#include "host/tag/value_codec.h"
+#include "host/value/value_codec.h"
 
 #include "host/address/value_text.h"
-#include "host/tag/string_codec.h"
+#include "host/value/string_codec.h"
 
 #include <QLocale>
 

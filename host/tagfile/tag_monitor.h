@@ -1,9 +1,9 @@
 #pragma once
 
 #include "host/monitor/monitor.h"
-#include "host/tag/tag_diff.h"
-#include "host/tag/tag_file.h"
 #include "host/tag/tag_set.h"
+#include "host/tagfile/tag_diff.h"
+#include "host/tagfile/tag_file.h"
 
 #include <QObject>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/tag/tag_columns.h"
-#include "host/tag/tag_reading.h"
+#include "host/tagfile/tag_columns.h"
+#include "host/tagfile/tag_reading.h"
 #include "host/text/csv_field.h"
 #include "host/text/finding.h"
 

@@ -1,8 +1,8 @@
-#include "host/tag/tag_file.h"
+#include "host/tagfile/tag_file.h"
 
 #include "host/address/value_text.h"
-#include "host/tag/tag_row.h"
-#include "host/tag/tag_warnings.h"
+#include "host/tagfile/tag_row.h"
+#include "host/tagfile/tag_warnings.h"
 #include "host/text/near_miss.h"
 
 #include <algorithm>

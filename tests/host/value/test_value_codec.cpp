@@ -1,4 +1,4 @@
-#include "host/tag/value_codec.h"
+#include "host/value/value_codec.h"
 
 #include "host/support/test_registers.h"
 #include "host/support/test_types.h"

@@ -1,6 +1,6 @@
 #include "host/support/virtual_plant.h"
 
-#include <host/tag/tag_monitor.h>
+#include <host/tagfile/tag_monitor.h>
 
 #include <QSignalSpy>
 #include <QtTest>

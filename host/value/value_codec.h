@@ -1,8 +1,8 @@
 #pragma once
 
 #include "host/address/register_info.h"
-#include "host/tag/typed_value.h"
-#include "host/tag/value_type.h"
+#include "host/value/typed_value.h"
+#include "host/value/value_type.h"
 
 #include <QVector>
 
