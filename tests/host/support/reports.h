@@ -16,7 +16,6 @@ inline ExchangeReport reportOf(Outcome outcome, double tookMs = 1, qint64 sentMs
     report.reply.tookMs = tookMs;
     report.reply.sentMs = sentMs;
     report.range = AddressRange{2, QLatin1String("D_W"), 100, 3};
-    report.block = report.range.text();
     report.good = outcome == Outcome::Answered;
     report.refusal = outcome == Outcome::Refused ? 0x1132 : 0;
     return report;
