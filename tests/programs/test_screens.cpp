@@ -79,7 +79,7 @@ void TestScreens::aNarrowTerminal()
     terminal.setSize(40, 24);
     QVERIFY(terminal.start({CNET_PANEL, "monitor", "D_W:5", "2/D_W:5", "--timeout", "200",
                             "--retries", "1", "--link", link}));
-    QVERIFY2(terminal.displays("  6 0x0006 "), terminal.screen().constData());
+    QVERIFY2(terminal.displays("  1/D_W:5   6 0x0006"), terminal.screen().constData());
     QVERIFY2(terminal.displays("! 2/D_W:5   -"), terminal.screen().constData());
     terminal.signal(SIGTERM);
     QCOMPARE(terminal.wait(), 1);

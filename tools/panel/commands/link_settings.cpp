@@ -76,19 +76,18 @@ void addDriverOption(QCommandLineParser &parser)
 
 void addLineOptions(QCommandLineParser &parser)
 {
-    parser.addOption(
-        option("link",
-               "tcp:HOST:PORT, serial:DEVICE[,38400,8,NONE,1] or sim, a simulated "
-               "PLC inside the program (default, but write and recipe write need --link).",
-               "LINK"));
+    parser.addOption(option("link",
+                            "tcp:HOST:PORT, serial:DEVICE[,38400,8,NONE,1] or sim, a simulated "
+                            "PLC inside the program (default, though writes need --link).",
+                            "LINK"));
     parser.addOption(
         option("timeout",
                "Milliseconds to wait for an answer (default: from the line's speed, the answer's "
                "length and what the station was found to take).",
                "MS"));
     parser.addOption(option("line",
-                            "The serial line behind a TCP port, BAUD[,8,NONE,1]: time-outs and "
-                            "the line's load in percent are computed from it.",
+                            "The serial line behind a TCP port, BAUD[,8,NONE,1], for time-outs "
+                            "and for the line's load in percent.",
                             "LINE"));
     parser.addOption(option("stats",
                             "Stores counters, response times and the line's load in this file as "
@@ -96,6 +95,7 @@ void addLineOptions(QCommandLineParser &parser)
                             "FILE"));
     parser.addOption(QCommandLineOption(
         QLatin1String("trace"), QLatin1String("Shows every frame, in hexadecimal and in words.")));
+    addCaptureOptions(parser);
 }
 
 void addLinkOptions(QCommandLineParser &parser)
@@ -107,7 +107,6 @@ void addLinkOptions(QCommandLineParser &parser)
                             "N"));
     parser.addOption(option(
         "retries", "How often a request is sent before it is given up, 1-1000 (default 3).", "N"));
-    addCaptureOptions(parser);
 }
 
 void addIntervalOption(QCommandLineParser &parser)
