@@ -86,29 +86,46 @@ std::optional<Scalar> parseHexadecimal(const Tag &tag, const QString &digits)
     return static_cast<qint64>(width < 64 ? bits | ~quint64(0) << width : bits);
 }
 
-std::optional<Scalar> parseNumber(const Tag &tag, const QString &text, QString &error)
+std::optional<Scalar> wholeNumber(const QString &text)
+{
+    bool ok = false;
+    if (const qint64 small = text.toLongLong(&ok); ok) {
+        return Scalar(small);
+    }
+    if (const quint64 large = text.toULongLong(&ok); ok) {
+        return Scalar(large);
+    }
+    return std::nullopt;
+}
+
+std::optional<Scalar> fraction(const QString &text)
+{
+    bool ok = false;
+    const double number = text.toDouble(&ok);
+    return ok && std::isfinite(number) ? std::optional<Scalar>(number) : std::nullopt;
+}
+
+std::optional<Scalar> numberIn(const Tag &tag, const QString &text, bool takesHex)
 {
     static const QRegularExpression hexadecimal(QLatin1String("\\A0[xX]([0-9A-Fa-f]+)\\z"));
     static const QRegularExpression whole(QLatin1String("\\A[+-]?[0-9]+\\z"));
     static const QRegularExpression number(
         QLatin1String("\\A[+-]?[0-9]*\\.?[0-9]+(?:[eE][+-]?[0-9]{1,3})?\\z"));
-    const ValueKind kind = tag.type.kind;
-    const bool isDecimal = kind == ValueKind::Bcd4 || kind == ValueKind::Bcd8;
-    const bool takesHex = tag.type.isWhole() && !tag.isScaled() && !isDecimal;
     const QRegularExpressionMatch hex = hexadecimal.match(text);
-    std::optional<Scalar> value;
-    bool ok = false;
     if (hex.hasMatch() && takesHex) {
-        value = parseHexadecimal(tag, hex.captured(1));
-    } else if (whole.match(text).hasMatch() && tag.type.isWhole()) {
-        const qint64 small = text.toLongLong(&ok);
-        value = ok ? std::optional<Scalar>(small) : std::nullopt;
-        const quint64 large = ok ? 0 : text.toULongLong(&ok);
-        value = !value && ok ? std::optional<Scalar>(large) : value;
-    } else if (number.match(text).hasMatch()) {
-        const double fraction = text.toDouble(&ok);
-        value = ok && std::isfinite(fraction) ? std::optional<Scalar>(fraction) : std::nullopt;
+        return parseHexadecimal(tag, hex.captured(1));
     }
+    if (whole.match(text).hasMatch() && tag.type.isWhole()) {
+        return wholeNumber(text);
+    }
+    return number.match(text).hasMatch() ? fraction(text) : std::nullopt;
+}
+
+std::optional<Scalar> parseNumber(const Tag &tag, const QString &text, QString &error)
+{
+    const bool isDecimal = tag.type.kind == ValueKind::Bcd4 || tag.type.kind == ValueKind::Bcd8;
+    const bool takesHex = tag.type.isWhole() && !tag.isScaled() && !isDecimal;
+    std::optional<Scalar> value = numberIn(tag, text, takesHex);
     if (!value) {
         error =
             mistake(tag, text,
