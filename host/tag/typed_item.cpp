@@ -104,7 +104,7 @@ bool hasType(const QString &text)
 
 bool isPlain(const Tag &tag)
 {
-    return tag.type.kind == ValueKind::Raw && !tag.isScaled();
+    return tag.type.kind == ValueKind::Raw && !tag.isScaled() && tag.name.isEmpty();
 }
 
 std::optional<Tag> parseTypedItem(const QString &text, int defaultStation,
@@ -141,6 +141,37 @@ QString typedItemText(const Tag &tag, int index)
     one.item.start += index * tag.type.unitsPerValue();
     one.count = 1;
     return typedItemText(one);
+}
+
+QString tagText(const Tag &tag)
+{
+    return tag.name.isEmpty() ? typedItemText(tag) : tag.name;
+}
+
+QString tagText(const Tag &tag, int index)
+{
+    if (tag.name.isEmpty()) {
+        return typedItemText(tag, index);
+    }
+    return tag.count == 1 ? tag.name : QString::fromLatin1("%1[%2]").arg(tag.name).arg(index);
+}
+
+std::optional<TypedAssignment> parseTagValues(const Tag &tag, const QString &list, QString &error)
+{
+    QString what;
+    const auto values = readValues(tag, list, what);
+    const int given = values ? static_cast<int>(values->size()) : 0;
+    if (values && given != 1 && given != tag.count) {
+        what =
+            tag.count == 1
+                ? QString::fromLatin1("expected 1 value, not %1").arg(given)
+                : QString::fromLatin1("expected 1 or %1 values, not %2").arg(tag.count).arg(given);
+    }
+    if (!what.isEmpty()) {
+        error = itemError(tagText(tag), what);
+        return std::nullopt;
+    }
+    return TypedAssignment{tag, given == 1 ? QVector<Scalar>(tag.count, values->first()) : *values};
 }
 
 std::optional<TypedAssignment> parseTypedAssignment(const QString &text, int defaultStation,

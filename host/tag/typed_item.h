@@ -30,7 +30,14 @@ QString typedItemText(const Tag &tag);
 /** Of one value of a tag: "1/D_W:102@f32". @param index from 0 */
 QString typedItemText(const Tag &tag, int index);
 
-/** True where words or bits are handed on as they are, under the item's own text. */
+/** What a tag is called: its name, or typedItemText() where it has none. */
+QString tagText(const Tag &tag);
+
+/** Of one value of a tag: of an array "mould.zones[2]" or "1/D_W:102@f32". @param index from 0 */
+QString tagText(const Tag &tag, int index);
+
+/** True where words or bits are handed on as they are, under the item's own text: without a name.
+ */
 bool isPlain(const Tag &tag);
 
 /** Values that the user wants a tag to have, in the tag's unit. */
@@ -47,6 +54,12 @@ struct TypedAssignment
 std::optional<TypedAssignment> parseTypedAssignment(const QString &text, int defaultStation,
                                                     const RegisterCatalog &registers,
                                                     QString &error);
+
+/**
+ * Reads "VALUE[,VALUE...]" for a tag, with values as parseTyped() takes them: as many as it counts,
+ * or one for all.
+ */
+std::optional<TypedAssignment> parseTagValues(const Tag &tag, const QString &list, QString &error);
 
 /** True where an item or an assignment has a type: an "@" in front of any "=". */
 bool hasType(const QString &text);

@@ -150,6 +150,15 @@ void TestTypedItem::namesOneValue()
     QVERIFY(isPlain(testTag("D_W:100@raw")));
     QVERIFY(!isPlain(testTag("D_W:100@u16")));
     QVERIFY(!isPlain(testTag("D_W:100@raw+1")));
+    Tag tag = testTag("D_W:100*3");
+    QCOMPARE(tagText(tag), QLatin1String("1/D_W:100*3"));
+    QCOMPARE(tagText(tag, 2), QLatin1String("1/D_W:102"));
+    tag.name = QLatin1String("zones");
+    QVERIFY(!isPlain(tag));
+    QCOMPARE(tagText(tag), QLatin1String("zones"));
+    QCOMPARE(tagText(tag, 2), QLatin1String("zones[2]"));
+    tag.count = 1;
+    QCOMPARE(tagText(tag, 0), QLatin1String("zones"));
 }
 
 void TestTypedItem::seesTypes()
