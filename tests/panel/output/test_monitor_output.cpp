@@ -33,6 +33,8 @@ private Q_SLOTS:
     void saysTheZone();
     void typedText();
     void typedCsv();
+    void names_data();
+    void names();
     void typedJson();
 
 private:
@@ -315,6 +317,59 @@ void TestMonitorOutput::typedCsv()
                                          "2024-05-06T07:08:09.010+01:00,1,D_W,102,2,1,good\n"
                                          "2024-05-06T07:08:09.010+01:00,1,D_W,110,1,,implausible\n"
                                          "2024-05-06T07:08:09.010+01:00,1,D_W,100,4,,good\n"));
+}
+
+// The second change is within the deadband.
+void TestMonitorOutput::names_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("text") << static_cast<int>(OutputFormat::Text)
+                          << QByteArray("2024-05-06T07:08:09.010+01:00  speed[1]  1 mm/s\n"
+                                        "2024-05-06T07:08:09.010+01:00  speed  quality good\n"
+                                        "2024-05-06T07:08:12.010+01:00  tcp plc:8000  lost: "
+                                        "pulled out\n");
+    QTest::newRow("csv") << static_cast<int>(OutputFormat::Csv)
+                         << QByteArray(
+                                "time,station,register,address,count,value,quality,name,unit\n"
+                                "2024-05-06T07:08:09.010+01:00,1,D_W,102,2,1,good,speed,mm/s\n"
+                                "2024-05-06T07:08:09.010+01:00,1,D_W,100,4,,good,speed,mm/s\n"
+                                "2024-05-06T07:08:12.010+01:00,,,,,,line down,,\n");
+    QTest::newRow("json")
+        << static_cast<int>(OutputFormat::Json)
+        << QByteArray(
+               "{\"address\":\"102\",\"event\":\"change\",\"item\":\"1/D_W:100*2@f32\",\"name\":"
+               "\"speed\",\"register\":\"D_W\",\"station\":1,\"time\":\"2024-05-06T07:08:09.010+01:"
+               "00\",\"unit\":\"mm/s\",\"value\":1}\n"
+               "{\"address\":\"100\",\"count\":2,\"event\":\"quality\",\"good\":true,\"item\":\"1/"
+               "D_W:100*2@f32\",\"name\":\"speed\",\"quality\":\"good\",\"register\":\"D_W\","
+               "\"station\":1,\"time\":\"2024-05-06T07:08:09.010+01:00\",\"unit\":\"mm/s\"}\n"
+               "{\"event\":\"link\",\"link\":\"tcp plc:8000\",\"open\":false,\"reason\":\"pulled "
+               "out\",\"time\":\"2024-05-06T07:08:12.010+01:00\"}\n");
+}
+
+void TestMonitorOutput::names()
+{
+    QFETCH(int, format);
+    Tag tag = watchTyped().first();
+    tag.name = QLatin1String("speed");
+    tag.unit = QLatin1String("mm/s");
+    tag.deadband = 0.5;
+    const auto make = format == static_cast<int>(OutputFormat::Csv)    ? makeCsvOutput
+                      : format == static_cast<int>(OutputFormat::Json) ? makeJsonOutput
+                                                                       : makeTextOutput;
+    const auto output = make(m_device, {tag});
+    QVector<ValueChange> changes;
+    for (const ValueChange &change : m_changes) {
+        if (change.item == 0) {
+            changes.append(change);
+        }
+    }
+    output->showChanges(*m_monitor, changes);
+    output->showChanges(*m_monitor, changes);
+    output->showQuality(*m_monitor, 0, m_time);
+    output->showLink(lost());
+    QTEST(m_device.data(), "text");
 }
 
 void TestMonitorOutput::typedJson()

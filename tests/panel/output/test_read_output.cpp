@@ -18,6 +18,8 @@ private Q_SLOTS:
     void prints();
     void printsTyped_data();
     void printsTyped();
+    void printsNames_data();
+    void printsNames();
     void saysWhenAValueIsNone();
 };
 
@@ -135,6 +137,39 @@ void TestReadOutput::printsTyped()
         resultOf(tags.at(0), {125, 0xFFFF}), resultOf(tags.at(1), {0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF}),
         resultOf(tags.at(2), {0x12A4}), resultOf(tags.at(3), {0x2C61, 0x0A22})};
     QTEST(readOutput(results, tags, static_cast<OutputFormat>(format)), "text");
+}
+
+void TestReadOutput::printsNames_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<QByteArray>("text");
+    const auto row = [](const char *name, OutputFormat format, const char *text) {
+        QTest::newRow(name) << static_cast<int>(format) << QByteArray(text);
+    };
+    row("text", OutputFormat::Text, "zones[0]  12.5 mm\nzones[1]  -0.1 mm\nwords  7\n");
+    row("csv", OutputFormat::Csv,
+        "station,register,address,value,name,unit\n1,D_W,0,12.5,zones,mm\n1,D_W,1,-0.1,zones,mm\n"
+        "1,D_W,9,7,words,\n");
+    row("json", OutputFormat::Json,
+        "{\"address\":\"0\",\"count\":2,\"event\":\"value\",\"good\":true,\"group\":\"press\","
+        "\"item\":\"1/D_W:0*2@i16*0.1\",\"name\":\"zones\",\"register\":\"D_W\",\"station\":1,"
+        "\"type\":\"i16\",\"unit\":\"mm\",\"values\":[12.5,-0.1],\"words\":[125,65535]}\n"
+        "{\"address\":\"9\",\"count\":1,\"event\":\"value\",\"good\":true,"
+        "\"item\":\"1/D_W:9@raw\",\"name\":\"words\",\"register\":\"D_W\",\"station\":1,"
+        "\"type\":\"raw\",\"values\":[7],\"words\":[7]}\n");
+}
+
+void TestReadOutput::printsNames()
+{
+    QFETCH(int, format);
+    Tag zones = testTag("D_W:0*2@i16*0.1");
+    zones.name = QLatin1String("zones");
+    zones.unit = QLatin1String("mm");
+    zones.group = QLatin1String("press");
+    Tag words = testTag("D_W:9");
+    words.name = QLatin1String("words");
+    const QVector<ReadResult> results{resultOf(zones, {125, 0xFFFF}), resultOf(words, {7})};
+    QTEST(readOutput(results, {zones, words}, static_cast<OutputFormat>(format)), "text");
 }
 
 void TestReadOutput::saysWhenAValueIsNone()

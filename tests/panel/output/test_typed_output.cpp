@@ -18,6 +18,8 @@ private Q_SLOTS:
     void keepsNumbersExact();
     void quotesFields();
     void namesEachValueOnce();
+    void tellsOutsideTheDeadband_data();
+    void tellsOutsideTheDeadband();
     void showsTheWorst();
 };
 
@@ -74,6 +76,34 @@ void TestTypedOutput::namesEachValueOnce()
     QCOMPARE(typed.at(0).index, 0);
     QCOMPARE(typed.at(1).index, 1);
     QCOMPARE(typed.at(1).atMs, 8);
+}
+
+void TestTypedOutput::tellsOutsideTheDeadband_data()
+{
+    QTest::addColumn<double>("deadband"); // negative: none
+    QTest::addColumn<QVector<int>>("told");
+    QTest::newRow("none") << -1.0 << QVector<int>{100, 103, 105, 103, 108, 98};
+    QTest::newRow("half") << 0.5 << QVector<int>{100, 105, 98};
+    QTest::newRow("zero") << 0.0 << QVector<int>{100, 103, 105, 103, 108, 98};
+    QTest::newRow("large") << 100.0 << QVector<int>{100};
+}
+
+// It is the last value told that a change is measured by, or slow ones would never be told.
+void TestTypedOutput::tellsOutsideTheDeadband()
+{
+    QFETCH(double, deadband);
+    Tag tag = testTag("D_W:0*2@i16*0.1");
+    tag.name = QLatin1String("speed");
+    tag.deadband = deadband < 0 ? std::nullopt : std::optional<double>(deadband);
+    ToldValues values;
+    QVector<int> told;
+    for (const quint16 word : QVector<quint16>{100, 103, 105, 103, 108, 98}) {
+        const auto read = readTag(tag, {7, word}, {true, true}, Quality::Good);
+        for (const TypedChange &change : values.toTell(tag, {{1, 0, read.at(1)}})) {
+            told.append(qRound(approximately(change.value.value.value) * 10));
+        }
+    }
+    QTEST(told, "told");
 }
 
 void TestTypedOutput::showsTheWorst()

@@ -1,3 +1,4 @@
+#include "host/support/test_types.h"
 #include "panel/sim_session.h"
 
 #include "panel/runs/monitor_keys.h"
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void refuses();
     void writesAndSaysHowItEnded_data();
     void writesAndSaysHowItEnded();
+    void writesByName();
     void correctsALine();
     void choosesViews_data();
     void choosesViews();
@@ -125,6 +127,21 @@ void TestMonitorKeys::writesAndSaysHowItEnded_data()
     QTest::newRow(" TX:3=1 ") << "cnet-panel: 2/TX:3=1: written";
     QTest::newRow("F_W:0=1") << "cnet-panel: 2/F_W:0=1: not written (refused: 1132, no such "
                                 "device, or address outside the device); it holds 0 0x0000";
+}
+
+void TestMonitorKeys::writesByName()
+{
+    Tag tag = testTag("1/D_W:5@i16*0.1");
+    tag.name = QLatin1String("speed");
+    m_keys->setTags(TagSet({tag}));
+    m_keys->type("wsped=1\r");
+    QVERIFY2(m_said.value(0).contains(QLatin1String("did you mean speed?")),
+             qPrintable(m_said.value(0)));
+    QCOMPARE(m_keys->bottomLine(), QLatin1String("write NAME=VALUE (Esc leaves): sped=1_"));
+    m_keys->type("\x15speed=1.5\r");
+    QTRY_COMPARE(m_said.value(1), QLatin1String("cnet-panel: speed=1.5: written"));
+    m_keys->type("wD_W:5=7\r");
+    QTRY_COMPARE(m_said.value(2), QLatin1String("cnet-panel: 2/D_W:5=7: written"));
 }
 
 void TestMonitorKeys::writesAndSaysHowItEnded()

@@ -18,6 +18,7 @@ private Q_SLOTS:
     void knowsTheExtremes();
     void samplesEachSecond();
     void leavesGaps();
+    void keepsWhatStays();
     void forgetsOtherItems();
 
 private:
@@ -85,6 +86,20 @@ void TestValueHistory::leavesGaps()
     QVERIFY(std::isnan(samples.at(0)));
     QCOMPARE(samples.at(1), 5.0);
     QVERIFY(std::isnan(samples.at(2)));
+}
+
+// The second item comes first, and a new one behind it.
+void TestValueHistory::keepsWhatStays()
+{
+    read(5, 6, 1000);
+    read(7, 6, 2000);
+    const ValueHistory::Value before = m_history.of(0, 0);
+    m_monitor->setItems({testItem("D_W", 300, 1), m_monitor->items().at(0).item});
+    m_history.setTags({}, {-1, 0});
+    m_history.sample(*m_monitor, 2500);
+    QVERIFY(!m_history.of(0, 0).known);
+    QCOMPARE(m_history.of(1, 0).max, 7.0);
+    QCOMPARE(m_history.of(1, 0).samples, before.samples);
 }
 
 void TestValueHistory::forgetsOtherItems()

@@ -1,3 +1,4 @@
+#include "host/support/test_types.h"
 #include "panel/screen_texts.h"
 #include "panel/watched_items.h"
 
@@ -15,6 +16,8 @@ private Q_SLOTS:
     void init();
     void filters_data();
     void filters();
+    void showsNames_data();
+    void showsNames();
     void saysWhereNothingIsLeft();
     void showsTrends();
     void showsTrendsOnANarrowTerminal();
@@ -37,6 +40,7 @@ void TestValuesView::init()
 {
     m_state = ViewState();
     m_history = ValueHistory();
+    m_status = MonitorStatus();
     m_monitor = std::make_unique<Monitor>(60);
     m_monitor->setItems({testItem("D_W", 100, 2), testItem("D_W", 7, 1, 2)});
     connect(m_monitor.get(), &Monitor::valuesChanged, this,
@@ -85,6 +89,44 @@ void TestValuesView::filters()
         QVERIFY2(lines.at(2 + i).startsWith(begins.at(i)), qPrintable(lines.at(2 + i)));
     }
     QCOMPARE(lines.first().contains(QLatin1String("filter: ") + filter), !filter.isEmpty());
+}
+
+void TestValuesView::showsNames_data()
+{
+    QTest::addColumn<int>("columns");
+    QTest::addColumn<QString>("filter");
+    QTest::addColumn<QString>("line");   // that is there
+    QTest::addColumn<QString>("absent"); // that is not
+    const auto row = [](const char *name, int columns, const char *filter, const char *line,
+                        const char *absent) {
+        QTest::newRow(name) << columns << QString::fromLatin1(filter) << QString::fromLatin1(line)
+                            << QString::fromLatin1(absent);
+    };
+    row("a value of several", 100, "", "  press.oil.pressures[1]  0.9 bar", "1/D_W");
+    row("the end of a long name", 40, "", "  ..oil.pressures[1]", "press.oil");
+    row("a name is found", 100, "RESSU", "press.oil.pressures[0]", "press.state");
+    row("a group is found", 100, "line3", "press.state", "pressures");
+    row("an address is found", 100, "d_w:100", "pressures[0]", "press.state");
+}
+
+void TestValuesView::showsNames()
+{
+    QFETCH(int, columns);
+    QFETCH(QString, line);
+    QFETCH(QString, absent);
+    QFETCH(QString, filter);
+    Tag pressures = testTag("D_W:100*2@u16*0.1");
+    pressures.name = QLatin1String("press.oil.pressures");
+    pressures.unit = QLatin1String("bar");
+    Tag state = testTag("2/D_W:7");
+    state.name = QLatin1String("press.state");
+    state.group = QLatin1String("press/line3");
+    m_status.tags = {pressures, state};
+    m_state.filter = filter;
+    const QString screen = text(columns, 20).join(QLatin1Char('\n'));
+    QVERIFY2(screen.contains(line), qPrintable(screen));
+    QVERIFY2(!screen.contains(absent), qPrintable(screen));
+    QVERIFY(screen.contains(QLatin1String("NAME")));
 }
 
 void TestValuesView::saysWhereNothingIsLeft()

@@ -25,7 +25,7 @@ void addOptions(QCommandLineParser &parser)
 bool readItem(const Invocation &invocation, int station, Item &item, QString &error)
 {
     QVector<Tag> tags;
-    if (!readTags(invocation, station, tags, error)) {
+    if (!readItems(invocation, station, tags, error)) {
         return false;
     }
     const Tag &tag = tags.first();

@@ -5,7 +5,7 @@
 
 namespace cnet::panel {
 
-bool readTags(const Invocation &invocation, int station, QVector<Tag> &tags, QString &error)
+bool readItems(const Invocation &invocation, int station, QVector<Tag> &tags, QString &error)
 {
     QVector<ListedItem> items;
     if (!readLists(invocation.arguments, items, error)) {
@@ -23,6 +23,20 @@ bool readTags(const Invocation &invocation, int station, QVector<Tag> &tags, QSt
         error = QLatin1String("expected at least one item, for example D_W:100*10");
     }
     return !tags.isEmpty();
+}
+
+bool readTags(const Invocation &invocation, TagChoice &choice, ChosenTags &chosen, QString &error)
+{
+    if (!invocation.parser.isSet(QLatin1String("tags"))) {
+        return readItems(invocation, choice.station, chosen.tags, error);
+    }
+    choice.path = invocation.parser.value(QLatin1String("tags"));
+    if (!readLists(invocation.arguments, choice.words, error)) {
+        return false;
+    }
+    const auto read = chooseTags(invocation, choice, error);
+    chosen = read.value_or(ChosenTags());
+    return read.has_value();
 }
 
 QVector<Item> itemsOf(const QVector<Tag> &tags)

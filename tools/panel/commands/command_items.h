@@ -2,6 +2,7 @@
 
 #include "host/tag/tag.h"
 #include "panel/commands/commands.h"
+#include "panel/commands/tag_input.h"
 
 #include <QVector>
 
@@ -14,7 +15,16 @@ namespace cnet::panel {
  * @param station of items that name none
  * @param error receives one sentence when the result is false: an item is wrong, or there is none
  */
-bool readTags(const Invocation &invocation, int station, QVector<Tag> &tags, QString &error);
+bool readItems(const Invocation &invocation, int station, QVector<Tag> &tags, QString &error);
+
+/**
+ * The same for a command with --tags: behind it stand names, groups and patterns instead of items,
+ * and none at all for all tags.
+ *
+ * @param choice its station is of items and tags that name none; receives the file and the words,
+ * where there is a file
+ */
+bool readTags(const Invocation &invocation, TagChoice &choice, ChosenTags &chosen, QString &error);
 
 /** Where they are. */
 QVector<Item> itemsOf(const QVector<Tag> &tags);

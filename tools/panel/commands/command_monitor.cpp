@@ -1,6 +1,7 @@
 #include "panel/commands/command_items.h"
 #include "panel/commands/link_settings.h"
 #include "panel/commands/output_format.h"
+#include "panel/commands/tag_input.h"
 #include "panel/runs/monitor_run.h"
 #include "panel/system/exit_code.h"
 
@@ -17,6 +18,7 @@ const int kHighestRounds = 1000000000;
 void addOptions(QCommandLineParser &parser)
 {
     addLinkOptions(parser);
+    addTagsOption(parser);
     addIntervalOption(parser);
     parser.addOption(
         {QLatin1String("for"), QLatin1String("Ends after this time."), QLatin1String("SECONDS")});
@@ -50,16 +52,21 @@ int run(const Invocation &invocation)
 {
     QString error;
     MonitorRun monitorRun;
+    ChosenTags chosen;
+    TagChoice choice;
     const QCommandLineParser &parser = invocation.parser;
     const auto link = readLinkSettings(parser, LinkNeed::Optional, error);
+    choice.station = link ? link->station : choice.station;
     if (!link || !readFormatOption(parser, monitorRun.format, error) ||
         !readDuration(parser, monitorRun.durationMs, error) ||
         !readNumberOption(parser, QLatin1String("count"), 1, kHighestRounds, monitorRun.rounds,
                           error) ||
-        !readTags(invocation, link->station, monitorRun.tags, error)) {
+        !readTags(invocation, choice, chosen, error)) {
         invocation.messages.say(error);
         return kUsage;
     }
+    monitorRun.tags = chosen.tags;
+    monitorRun.writable = chosen.all;
     return runMonitor(invocation.driver, *link, monitorRun, invocation.messages);
 }
 
@@ -67,15 +74,18 @@ int run(const Invocation &invocation)
 
 const Command kMonitorCommand = {
     "monitor",
-    "ITEM...",
+    "ITEM...|--tags FILE [NAME|GROUP|GLOB]...",
     "Shows values live. ITEM is [STATION/]REGISTER:ADDRESS[*COUNT][@TYPE[*SCALE][+OFFSET]]; TYPE "
     "is bool, u16, i16, u32, i32, u64, i64, f32, f64, bcd4, bcd8, bitN, stringN or enum, and COUNT "
     "counts values of it. @FILE and - stand for items on the lines of a file and of standard "
-    "input. Keys on a terminal: 1 to 4 or v show values, stations, blocks or the log, / filters, m "
+    "input. With --tags the tags of a file are shown by their names: all of them, or those with a "
+    "name, of a group, or with names that fit a pattern with * and ?. Keys on a terminal: 1 to 4 "
+    "or v show values, stations, blocks or the log, / filters, m "
     "shows extremes and a curve, w writes a value, R counts anew, the arrow keys scroll.",
     "monitor D_W:100*10 2/M_bit:3.5 TX:7\n"
     "monitor 'D_W:0*4@i16*0.1' D_W:20@f32 D_W:7@u32,high-first\n"
     "monitor --link serial:/dev/ttyS0,9600,8,EVEN,1 D_W:100*10\n"
+    "monitor --tags press.csv 'press.*' alarm\n"
     "monitor --link tcp:192.168.0.100:8000 --for 60 --format csv D_W:0\n",
     addOptions,
     run};

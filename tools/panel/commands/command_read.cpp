@@ -1,6 +1,7 @@
 #include "panel/commands/command_items.h"
 #include "panel/commands/link_settings.h"
 #include "panel/commands/output_format.h"
+#include "panel/commands/tag_input.h"
 #include "panel/output/read_output.h"
 #include "panel/runs/command_session.h"
 #include "panel/system/exit_code.h"
@@ -13,6 +14,7 @@ namespace {
 void addOptions(QCommandLineParser &parser)
 {
     addLinkOptions(parser);
+    addTagsOption(parser);
     addFormatOption(parser, "text (default: a line for each value), json or csv.");
 }
 
@@ -36,25 +38,29 @@ int readAndPrint(const Invocation &invocation, const LinkSettings &link, const Q
 int run(const Invocation &invocation)
 {
     QString error;
-    QVector<Tag> tags;
+    TagChoice choice;
+    ChosenTags chosen;
     OutputFormat format = OutputFormat::Text;
     const auto link = readLinkSettings(invocation.parser, LinkNeed::Optional, error);
+    choice.station = link ? link->station : choice.station;
     if (!link || !readFormatOption(invocation.parser, format, error) ||
-        !readTags(invocation, link->station, tags, error)) {
+        !readTags(invocation, choice, chosen, error)) {
         invocation.messages.say(error);
         return kUsage;
     }
-    return readAndPrint(invocation, *link, tags, format);
+    return readAndPrint(invocation, *link, chosen.tags, format);
 }
 
 } // namespace
 
 const Command kReadCommand = {"read",
-                              "ITEM...",
-                              "Reads values once and prints them. ITEM as for monitor.",
+                              "ITEM...|--tags FILE [NAME|GROUP|GLOB]...",
+                              "Reads values once and prints them. ITEM and --tags as for "
+                              "monitor.",
                               "read --link tcp:192.168.0.100:8000 1/D_W:0*60 2/TX:7\n"
                               "read --link serial:/dev/ttyUSB0 --format json M_bit:3.0*16\n"
-                              "read 'D_W:0*4@i16*0.1' D_W:100@f32 @press.txt\n",
+                              "read 'D_W:0*4@i16*0.1' D_W:100@f32 @press.txt\n"
+                              "read --tags press.csv 'press.*'\n",
                               addOptions,
                               run};
 

@@ -1,6 +1,7 @@
 #include "panel/commands/commands.h"
 #include "panel/commands/item_list.h"
 #include "panel/commands/link_settings.h"
+#include "panel/commands/tag_input.h"
 #include "panel/runs/command_session.h"
 #include "panel/runs/planned_write.h"
 #include "panel/system/exit_code.h"
@@ -9,6 +10,12 @@
 namespace cnet::panel {
 
 namespace {
+
+void addOptions(QCommandLineParser &parser)
+{
+    addLinkOptions(parser);
+    addTagsOption(parser);
+}
 
 // All of it before anything is queued: what the driver refuses never reaches the line, and
 // neither does what stands before it on the command line.
@@ -19,9 +26,17 @@ bool readWrites(const Invocation &invocation, const LinkSettings &link,
     if (!readLists(invocation.arguments, items, error)) {
         return false;
     }
+    WriteReading reading{invocation.driver, link.station, link.session.blockWords, {}};
+    if (invocation.parser.isSet(QLatin1String("tags"))) {
+        const auto tags = readTagSet(invocation, invocation.parser.value(QLatin1String("tags")),
+                                     link.station, error);
+        if (!tags) {
+            return false;
+        }
+        reading.tags = *tags;
+    }
     for (const ListedItem &given : items) {
-        const auto planned =
-            planWrite(given.text, link.station, invocation.driver, link.session.blockWords, error);
+        const auto planned = planWrite(given.text, reading, error);
         if (!planned) {
             error = given.place + error;
             return false;
@@ -82,14 +97,16 @@ int run(const Invocation &invocation)
 
 const Command kWriteCommand = {
     "write",
-    "ITEM=VALUE[,VALUE...]...",
+    "ITEM|NAME=VALUE[,VALUE...]...",
     "Writes values and says for each item whether the PLC took it. Values are 0 or 1 for bits and "
     "contacts, decimal (-32768 to 65535) or 0x0 to 0xFFFF for words; behind an item with a type "
-    "what the type takes. Nothing is sent where one of them is wrong. ITEM as for monitor.",
+    "what the type takes. Nothing is sent where one of them is wrong. ITEM as for monitor; with "
+    "--tags the name of a tag, whose value is in its unit and within its bounds.",
     "write --link tcp:192.168.0.100:8000 D_W:100=1,2,0xFF M_bit:3.5=1\n"
     "write --link serial:/dev/ttyUSB0 M_W:9*70=0\n"
-    "write --link tcp:192.168.0.100:8000 D_W:110@f32=12.5 D_W:5@bit3=1\n",
-    addLinkOptions,
+    "write --link tcp:192.168.0.100:8000 D_W:110@f32=12.5 D_W:5@bit3=1\n"
+    "write --link tcp:192.168.0.100:8000 --tags press.csv speed=12.5\n",
+    addOptions,
     run};
 
 } // namespace cnet::panel

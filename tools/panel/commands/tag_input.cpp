@@ -45,4 +45,34 @@ std::optional<TagSet> readTagSet(const Invocation &invocation, const QString &pa
     return std::nullopt;
 }
 
+void addTagsOption(QCommandLineParser &parser)
+{
+    parser.addOption({QLatin1String("tags"),
+                      QLatin1String("Takes names from this tag file (CSV) instead of items."),
+                      QLatin1String("FILE")});
+}
+
+std::optional<ChosenTags> chooseTags(const Invocation &invocation, const TagChoice &choice,
+                                     QString &error)
+{
+    const auto set = readTagSet(invocation, choice.path, choice.station, error);
+    if (!set) {
+        return std::nullopt;
+    }
+    QStringList words;
+    for (const ListedItem &word : choice.words) {
+        // One by one, so that a mistake is told with its place.
+        if (!set->select({word.text}, error)) {
+            error = word.place + error;
+            return std::nullopt;
+        }
+        words.append(word.text);
+    }
+    ChosenTags chosen{*set, {}};
+    for (const int index : set->select(words, error).value_or(QVector<int>())) {
+        chosen.tags.append(set->all().at(index));
+    }
+    return chosen;
+}
+
 } // namespace cnet::panel

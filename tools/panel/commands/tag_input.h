@@ -3,8 +3,11 @@
 #include "host/tag/tag_set.h"
 #include "host/tagfile/tag_file.h"
 #include "panel/commands/commands.h"
+#include "panel/commands/item_list.h"
 
 #include <QString>
+#include <QStringList>
+#include <QVector>
 
 #include <optional>
 
@@ -30,5 +33,27 @@ std::optional<TagFile> readTagFile(const Invocation &invocation, const QString &
  */
 std::optional<TagSet> readTagSet(const Invocation &invocation, const QString &path, int station,
                                  QString &error);
+
+/** Tags of a file, of which a command works with some. */
+struct ChosenTags
+{
+    TagSet all;
+    QVector<Tag> tags; ///< the chosen ones
+};
+
+/** What a command with tags was asked for; enough to read the file again. */
+struct TagChoice
+{
+    QString path;
+    int station = 1;           ///< of tags that name none
+    QVector<ListedItem> words; ///< names, groups and patterns; none: all tags
+};
+
+/** Adds --tags. */
+void addTagsOption(QCommandLineParser &parser);
+
+/** Reads the tag file, and chooses. @param error as for readTagSet() and TagSet::select() */
+std::optional<ChosenTags> chooseTags(const Invocation &invocation, const TagChoice &choice,
+                                     QString &error);
 
 } // namespace cnet::panel

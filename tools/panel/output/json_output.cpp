@@ -20,11 +20,13 @@ double tenths(double ms)
 
 QJsonObject addressed(const char *event, const Item &item, const Tag &tag, int offset)
 {
-    return {{QLatin1String("event"), QLatin1String(event)},
-            {QLatin1String("item"), isPlain(tag) ? item.text() : typedItemText(tag)},
-            {QLatin1String("station"), item.station},
-            {QLatin1String("register"), item.reg.name},
-            {QLatin1String("address"), item.addressText(offset)}};
+    QJsonObject line{{QLatin1String("event"), QLatin1String(event)},
+                     {QLatin1String("item"), isPlain(tag) ? item.text() : typedItemText(tag)},
+                     {QLatin1String("station"), item.station},
+                     {QLatin1String("register"), item.reg.name},
+                     {QLatin1String("address"), item.addressText(offset)}};
+    addNames(line, tag);
+    return line;
 }
 
 class JsonOutput : public MonitorOutput
@@ -41,7 +43,7 @@ public:
             const ItemState &state = monitor.items().at(changes.at(i).item);
             const Tag tag = m_tags.value(changes.at(i).item);
             if (!isPlain(tag)) {
-                writeTyped(tag, typedChanges(tag, state, changes, i));
+                writeTyped(tag, m_told.toTell(tag, typedChanges(tag, state, changes, i)));
                 continue;
             }
             const ValueChange &change = changes.at(i++);
@@ -81,6 +83,11 @@ public:
         for (auto it = status.stations.cbegin(); it != status.stations.cend(); ++it) {
             writeStation(it.key(), it.value());
         }
+    }
+
+    void setTags(const QVector<Tag> &tags, const QVector<int> & /*before*/) override
+    {
+        m_tags = tags;
     }
 
 private:
@@ -160,6 +167,7 @@ private:
 
     QIODevice &m_device;
     QVector<Tag> m_tags;
+    ToldValues m_told;
 };
 
 } // namespace

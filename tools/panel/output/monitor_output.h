@@ -48,6 +48,12 @@ public:
     /** The link was lost or is open again. */
     virtual void showLink(const MonitorStatus & /*status*/) {}
 
+    /**
+     * Other tags are watched from now on.
+     * @param before what index each of them had until now; negative: it is new, or another one
+     */
+    virtual void setTags(const QVector<Tag> & /*tags*/, const QVector<int> & /*before*/) {}
+
     /** Called a few times a second, for outputs that show ages and counters. */
     virtual void refresh(const Monitor & /*monitor*/, const MonitorStatus & /*status*/) {}
 

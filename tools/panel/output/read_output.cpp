@@ -62,12 +62,12 @@ QByteArray typedLines(const ReadResult &result, const Tag &tag)
     QString lines;
     for (int i = 0; i < values.size(); ++i) {
         lines += QString::fromLatin1("%1  %2\n")
-                     .arg(typedItemText(tag, i), shownText(tag, values.at(i).value));
+                     .arg(tagText(tag, i), shownText(tag, values.at(i).value));
     }
     return lines.toLocal8Bit();
 }
 
-QByteArray typedRows(const ReadResult &result, const Tag &tag)
+QByteArray typedRows(const ReadResult &result, const Tag &tag, NamedTags named)
 {
     const QVector<TagValue> values = valuesOf(result, tag);
     QString rows;
@@ -75,7 +75,7 @@ QByteArray typedRows(const ReadResult &result, const Tag &tag)
         rows += QString::fromLatin1("%1,%2,%3,")
                     .arg(QString::number(tag.item.station), tag.item.reg.name,
                          tag.item.addressText(i * tag.type.unitsPerValue())) +
-                csvValue(tag, values.at(i).value) + QLatin1Char('\n');
+                csvValue(tag, values.at(i).value) + csvNames(tag, named) + QLatin1Char('\n');
     }
     return rows.toUtf8();
 }
@@ -94,6 +94,7 @@ QByteArray jsonLine(const ReadResult &result, const Tag &tag)
                      {QLatin1String("count"), tag.count},
                      {QLatin1String("values"), values},
                      {QLatin1String("good"), isAllGood({result}, {tag})}};
+    addNames(line, tag);
     if (!isPlain(tag)) {
         addTypedValues(line, tag, valuesOf(result, tag));
     }
@@ -119,14 +120,19 @@ bool isAllGood(const QVector<ReadResult> &results, const QVector<Tag> &tags)
 QByteArray readOutput(const QVector<ReadResult> &results, const QVector<Tag> &tags,
                       OutputFormat format)
 {
-    QByteArray text = format == OutputFormat::Csv ? "station,register,address,value\n" : "";
+    const NamedTags named = namedTags(tags);
+    QByteArray text;
+    if (format == OutputFormat::Csv) {
+        text = "station,register,address,value";
+        text += named == NamedTags::Some ? ",name,unit\n" : "\n";
+    }
     for (int i = 0; i < results.size(); ++i) {
         const ReadResult &result = results.at(i);
         const Tag &tag = tags.at(i);
         if (format == OutputFormat::Json) {
             text += jsonLine(result, tag);
         } else if (format == OutputFormat::Csv) {
-            text += isPlain(tag) ? csvRows(result) : typedRows(result, tag);
+            text += isPlain(tag) ? csvRows(result) : typedRows(result, tag, named);
         } else {
             text += isPlain(tag) ? textLines(result) : typedLines(result, tag);
         }

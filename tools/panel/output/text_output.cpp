@@ -23,7 +23,7 @@ public:
             const ItemState &state = monitor.items().at(changes.at(i).item);
             const Tag tag = m_tags.value(changes.at(i).item);
             if (!isPlain(tag)) {
-                writeTyped(tag, typedChanges(tag, state, changes, i));
+                writeTyped(tag, m_told.toTell(tag, typedChanges(tag, state, changes, i)));
                 continue;
             }
             const ValueChange &change = changes.at(i++);
@@ -43,7 +43,7 @@ public:
         const Quality quality =
             isPlain(tag) ? state.quality : wholeQuality(readTag(tag, state), state.quality);
         write(time, QString::fromLatin1("%1  quality %2")
-                        .arg(isPlain(tag) ? state.item.text() : typedItemText(tag),
+                        .arg(isPlain(tag) ? state.item.text() : tagText(tag),
                              refused ? state.reason() : qualityText(quality)));
     }
 
@@ -55,12 +55,17 @@ public:
                   : QString::fromLatin1("%1  lost: %2").arg(status.link, status.linkLost));
     }
 
+    void setTags(const QVector<Tag> &tags, const QVector<int> & /*before*/) override
+    {
+        m_tags = tags;
+    }
+
 private:
     void writeTyped(const Tag &tag, const QVector<TypedChange> &changes)
     {
         for (const TypedChange &change : changes) {
             write(wallTime(change.atMs),
-                  QString::fromLatin1("%1  %2").arg(typedItemText(tag, change.index),
+                  QString::fromLatin1("%1  %2").arg(tagText(tag, change.index),
                                                     shownText(tag, change.value.value)));
         }
     }
@@ -72,6 +77,7 @@ private:
 
     QIODevice &m_device;
     QVector<Tag> m_tags;
+    ToldValues m_told;
 };
 
 } // namespace

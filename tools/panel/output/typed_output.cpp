@@ -53,6 +53,35 @@ QString csvValue(const Tag &tag, const TypedValue &value)
     return csvField(text != nullptr ? *text : typedText(tag, value));
 }
 
+NamedTags namedTags(const QVector<Tag> &tags)
+{
+    return std::any_of(tags.cbegin(), tags.cend(),
+                       [](const Tag &tag) { return !tag.name.isEmpty(); })
+               ? NamedTags::Some
+               : NamedTags::None;
+}
+
+void addNames(QJsonObject &line, const Tag &tag)
+{
+    if (tag.name.isEmpty()) {
+        return;
+    }
+    line.insert(QLatin1String("name"), tag.name);
+    if (!tag.unit.isEmpty()) {
+        line.insert(QLatin1String("unit"), tag.unit);
+    }
+    if (!tag.group.isEmpty()) {
+        line.insert(QLatin1String("group"), tag.group);
+    }
+}
+
+QString csvNames(const Tag &tag, NamedTags named)
+{
+    return named == NamedTags::None
+               ? QString()
+               : QString::fromLatin1(",%1,%2").arg(csvField(tag.name), csvField(tag.unit));
+}
+
 QVector<TypedChange> typedChanges(const Tag &tag, const ItemState &state,
                                   const QVector<ValueChange> &changes, int &first)
 {
@@ -69,6 +98,23 @@ QVector<TypedChange> typedChanges(const Tag &tag, const ItemState &state,
         }
     }
     return typed;
+}
+
+QVector<TypedChange> ToldValues::toTell(const Tag &tag, const QVector<TypedChange> &changes)
+{
+    if (!tag.deadband) {
+        return changes;
+    }
+    QVector<TypedValue> &told = m_told[tag.name];
+    told.resize(tag.count);
+    QVector<TypedChange> wanted;
+    for (const TypedChange &change : changes) {
+        if (isChange(tag, told.at(change.index), change.value.value)) {
+            told[change.index] = change.value.value;
+            wanted.append(change);
+        }
+    }
+    return wanted;
 }
 
 void addTypedValues(QJsonObject &line, const Tag &tag, const QVector<TagValue> &values)

@@ -131,7 +131,8 @@ void MonitorKeys::enter()
         return;
     }
     QString error;
-    const auto writes = planWrite(text, m_station, m_driver, m_session.options().blockWords, error);
+    const auto writes =
+        planWrite(text, {m_driver, m_station, m_session.options().blockWords, m_tags}, error);
     if (!writes) {
         m_messages.say(error);
         return;
@@ -151,7 +152,8 @@ QString MonitorKeys::bottomLine() const
 {
     switch (m_typing) {
     case Typing::Write:
-        return QString::fromLatin1("write ITEM=VALUE (Esc leaves): %1_").arg(m_editor.text());
+        return QString::fromLatin1("write %1=VALUE (Esc leaves): %2_")
+            .arg(QLatin1String(m_tags.isEmpty() ? "ITEM" : "NAME"), m_editor.text());
     case Typing::Filter:
         return QString::fromLatin1("show only (Esc: all): %1_").arg(m_editor.text());
     case Typing::Nothing:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/session.h"
+#include "host/tag/tag_set.h"
 #include "panel/system/messages.h"
 #include "panel/terminal/key_reader.h"
 #include "panel/terminal/line_editor.h"
@@ -17,11 +18,11 @@ namespace cnet::panel {
 /**
  * The keys of a running monitor.
  *
- * "w" asks for ITEM=VALUE on the bottom line, Enter writes, Esc leaves; what is wrong with a line
- * is said, and the line stays to be corrected. "/" asks for a filter, which holds while it is
- * typed; Enter keeps it, Esc takes it away, then and later. "1" to "4" choose a view, "v" and Tab
- * the next one; "m" shows extremes and a curve for each value; "R" begins to count anew. The arrow
- * and page keys move through the list.
+ * "w" asks for ITEM=VALUE, or NAME=VALUE where there are tags, on the bottom line, Enter writes,
+ * Esc leaves; what is wrong with a line is said, and the line stays to be corrected. "/" asks for a
+ * filter, which holds while it is typed; Enter keeps it, Esc takes it away, then and later. "1" to
+ * "4" choose a view, "v" and Tab the next one; "m" shows extremes and a curve for each value; "R"
+ * begins to count anew. The arrow and page keys move through the list.
  */
 class MonitorKeys : public QObject
 {
@@ -37,6 +38,9 @@ public:
     /** Takes keys from a terminal until the end. @return false if it is none, or not this program's
      */
     bool listenTo(int fileDescriptor);
+
+    /** What names stand for in what is written. */
+    void setTags(const TagSet &tags) { m_tags = tags; }
 
     /** Takes what the user typed. */
     void type(const QByteArray &bytes);
@@ -71,6 +75,7 @@ private:
     Session &m_session;
     Messages &m_messages;
     int m_station;
+    TagSet m_tags;
     LineEditor m_editor;
     KeyReader m_keys;
     Typing m_typing = Typing::Nothing;

@@ -147,6 +147,7 @@ void RunningMonitor::openOutput()
 void RunningMonitor::takeKeys(Screen &screen)
 {
     auto keys = std::make_unique<MonitorKeys>(m_driver, m_session, m_messages, m_link.station);
+    keys->setTags(m_run.writable);
     if (!keys->listenTo(STDIN_FILENO)) {
         return;
     }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/driver/driver.h"
-#include "host/tag/tag.h"
+#include "host/tag/tag_set.h"
 #include "panel/commands/link_settings.h"
 #include "panel/output/monitor_output.h"
 #include "panel/system/messages.h"
@@ -12,6 +12,7 @@ namespace cnet::panel {
 struct MonitorRun
 {
     QVector<Tag> tags; ///< what is watched
+    TagSet writable;   ///< whose names can be written; empty: none has one
     OutputFormat format = OutputFormat::Text;
     qint64 durationMs = 0; ///< 0: no limit
     int rounds = 0;        ///< 0: no limit

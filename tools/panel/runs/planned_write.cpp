@@ -24,13 +24,20 @@ QString joined(const QStringList &texts, const char *between)
     return shown.join(QLatin1String(between));
 }
 
-QString askedText(const TypedAssignment &asked)
+/// @param first of the values of the whole tag; @param all how many it has
+QString askedText(const TypedAssignment &asked, int first, int all)
 {
     QStringList texts;
     for (const Scalar &value : asked.values) {
         texts.append(typedText(asked.tag, {value, ValueFault::None}));
     }
-    return QString::fromLatin1("%1=%2").arg(typedItemText(asked.tag), joined(texts, ","));
+    QString name = tagText(asked.tag);
+    const int count = asked.tag.count;
+    if (!asked.tag.name.isEmpty() && count < all) {
+        name += count == 1 ? QString::fromLatin1("[%1]").arg(first)
+                           : QString::fromLatin1("[%1..%2]").arg(first).arg(first + count - 1);
+    }
+    return QString::fromLatin1("%1=%2").arg(name, joined(texts, ","));
 }
 
 /// What the PLC was found to hold, with its words where they stand for no value.
@@ -48,13 +55,34 @@ QString heldText(const Tag &tag, const ReadResult &now)
     return joined(texts, ", ");
 }
 
-std::optional<QVector<PlannedWrite>> planTyped(const QString &text, int station,
-                                               const Driver &driver, int blockWords, QString &error)
+/// A name never has a colon, an item always has one.
+bool isNamed(const QString &text, const TagSet &tags)
 {
-    const auto asked = parseTypedAssignment(text, station, driver.registers(), error);
-    const auto assignments = asked ? assignmentsOf(asked->tag, asked->values, driver.registers(),
-                                                   std::min(blockWords, kHighestWriteWords), error)
-                                   : std::nullopt;
+    return !tags.isEmpty() && !text.section(QLatin1Char('='), 0, 0).contains(QLatin1Char(':'));
+}
+
+std::optional<TypedAssignment> readNamed(const QString &text, const TagSet &tags, QString &error)
+{
+    const QString name = text.section(QLatin1Char('='), 0, 0).trimmed();
+    if (const Tag *const tag = tags.find(name)) {
+        if (text.contains(QLatin1Char('='))) {
+            return parseTagValues(*tag, text.section(QLatin1Char('='), 1), error);
+        }
+        error = QString::fromLatin1("'%1': expected NAME=VALUE[,VALUE...]").arg(quotable(name));
+    } else if (tags.select({name}, error)) {
+        error = QString::fromLatin1("'%1' stands for several tags; expected the name of one")
+                    .arg(quotable(name));
+    }
+    return std::nullopt;
+}
+
+std::optional<QVector<PlannedWrite>> planTyped(const std::optional<TypedAssignment> &asked,
+                                               const WriteReading &reading, QString &error)
+{
+    const auto assignments =
+        asked ? assignmentsOf(asked->tag, asked->values, reading.driver.registers(),
+                              std::min(reading.blockWords, kHighestWriteWords), error)
+              : std::nullopt;
     if (!assignments) {
         return std::nullopt;
     }
@@ -68,7 +96,7 @@ std::optional<QVector<PlannedWrite>> planTyped(const QString &text, int station,
         write.asked.tag.item.start += first * units;
         write.asked.tag.item.count = count * units;
         write.asked.tag.count = count;
-        write.title = askedText(write.asked);
+        write.title = askedText(write.asked, first, asked->tag.count);
         writes.append(write);
         first += count;
     }
@@ -95,13 +123,17 @@ QString PlannedWrite::resultText(const WriteResult &result) const
     return text;
 }
 
-std::optional<QVector<PlannedWrite>> planWrite(const QString &text, int station,
-                                               const Driver &driver, int blockWords, QString &error)
+std::optional<QVector<PlannedWrite>> planWrite(const QString &text, const WriteReading &reading,
+                                               QString &error)
 {
+    const RegisterCatalog &registers = reading.driver.registers();
     std::optional<QVector<PlannedWrite>> writes;
-    if (hasType(text)) {
-        writes = planTyped(text, station, driver, blockWords, error);
-    } else if (const auto plain = parseAssignment(text, station, driver.registers(), error)) {
+    if (isNamed(text, reading.tags)) {
+        writes = planTyped(readNamed(text, reading.tags, error), reading, error);
+    } else if (hasType(text)) {
+        writes = planTyped(parseTypedAssignment(text, reading.station, registers, error), reading,
+                           error);
+    } else if (const auto plain = parseAssignment(text, reading.station, registers, error)) {
         Tag tag;
         tag.item = plain->item;
         tag.count = plain->item.count;
@@ -111,7 +143,7 @@ std::optional<QVector<PlannedWrite>> planWrite(const QString &text, int station,
         return std::nullopt;
     }
     for (const PlannedWrite &write : *writes) {
-        if (!driver.check(write.assignment.item, Access::Write, error)) {
+        if (!reading.driver.check(write.assignment.item, Access::Write, error)) {
             return std::nullopt;
         }
     }

@@ -2,6 +2,7 @@
 
 #include "host/driver/driver.h"
 #include "host/jobs/write_job.h"
+#include "host/tag/tag_set.h"
 #include "host/tag/typed_item.h"
 
 #include <QString>
@@ -22,16 +23,22 @@ struct PlannedWrite
     QString resultText(const WriteResult &result) const;
 };
 
+/** What is needed to understand a write. */
+struct WriteReading
+{
+    const Driver &driver;
+    int station = 1;     ///< of an item that names none
+    int blockWords = 60; ///< of one request
+    TagSet tags;         ///< whose names stand for items
+};
+
 /**
- * Reads "ITEM=VALUE[,VALUE...]" or "ITEM@TYPE=VALUE[,VALUE...]" and checks all of it, the addresses
- * included. A long row is several writes.
+ * Reads "ITEM=VALUE[,VALUE...]", "ITEM@TYPE=VALUE[,VALUE...]" or "NAME=VALUE[,VALUE...]" and checks
+ * all of it, the addresses included. A long row is several writes.
  *
- * @param station of an item that names none
- * @param blockWords words of one request
  * @param error receives one sentence when the result is empty
  */
-std::optional<QVector<PlannedWrite>> planWrite(const QString &text, int station,
-                                               const Driver &driver, int blockWords,
+std::optional<QVector<PlannedWrite>> planWrite(const QString &text, const WriteReading &reading,
                                                QString &error);
 
 /** What a session is given. */

@@ -88,6 +88,11 @@ void Screen::showChanges(const Monitor &monitor, const QVector<ValueChange> &cha
     m_history.note(monitor, changes);
 }
 
+void Screen::setTags(const QVector<Tag> &tags, const QVector<int> &before)
+{
+    m_history.setTags(tags, before);
+}
+
 // The cursor stands below the last line before and after.
 QByteArray Screen::redrawn() const
 {

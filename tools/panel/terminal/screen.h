@@ -41,6 +41,7 @@ public:
     ~Screen() override;
 
     void showChanges(const Monitor &monitor, const QVector<ValueChange> &changes) override;
+    void setTags(const QVector<Tag> &tags, const QVector<int> &before) override;
     void refresh(const Monitor &monitor, const MonitorStatus &status) override;
     void end(const Monitor &monitor, const MonitorStatus &status) override;
 

@@ -8,6 +8,16 @@
 
 namespace cnet::panel {
 
+void ValueHistory::setTags(const QVector<Tag> &tags, const QVector<int> &before)
+{
+    QVector<QVector<Value>> items;
+    for (const int index : before) {
+        items.append(m_items.value(index));
+    }
+    m_tags = tags;
+    m_items = items;
+}
+
 // Other items are other values.
 void ValueHistory::fit(const Monitor &monitor)
 {

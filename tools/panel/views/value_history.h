@@ -33,6 +33,9 @@ public:
         : m_tags(tags)
     {}
 
+    /** Other tags stand for the items. @param before index that each had; negative: it is new */
+    void setTags(const QVector<Tag> &tags, const QVector<int> &before);
+
     /** Values were read for the first time or have changed. */
     void note(const Monitor &monitor, const QVector<ValueChange> &changes);
 

@@ -1,5 +1,7 @@
 #include "panel/views/values_columns.h"
 
+#include "host/tag/typed_item.h"
+
 #include <algorithm>
 
 namespace cnet::panel {
@@ -18,22 +20,26 @@ const int kAge = 8;
 const int kBitsOfLine = 16;
 const int kWordsOfLine = 4;
 
-int addressWidth(const Monitor &monitor)
+int addressWidth(const Monitor &monitor, const QVector<Tag> &tags, int columns)
 {
     int width = kLeastAddress;
-    for (const ItemState &state : monitor.items()) {
-        const auto length = placeText(state.item, state.item.count - 1).size();
-        width = std::max(width, static_cast<int>(length) + 2);
+    bool isNamed = false;
+    for (int i = 0; i < monitor.items().size(); ++i) {
+        const Item &item = monitor.items().at(i).item;
+        const Tag tag = tags.value(i);
+        width = std::max(width, static_cast<int>(placeText(tag, item, item.count - 1).size()) + 2);
+        isNamed = isNamed || !tag.name.isEmpty();
     }
-    return width;
+    return isNamed ? std::min(width, std::max(kLeastAddress, columns / 2)) : width;
 }
 
 } // namespace
 
-ValueColumns valueColumns(const Monitor &monitor, Trend trend, int columns)
+ValueColumns valueColumns(const Monitor &monitor, Trend trend, int columns,
+                          const QVector<Tag> &tags)
 {
     ValueColumns widths;
-    widths.address = addressWidth(monitor);
+    widths.address = addressWidth(monitor, tags, columns);
     widths.values = kWordCell;
     int left = columns - ValueColumns::kMark - widths.address - widths.values;
     const auto take = [&left](int width) {
@@ -68,11 +74,26 @@ int cellWidth(const RegisterInfo &reg, const ValueColumns &widths)
     return reg.isBit() ? kBitCell : widths.isDecimalOnly ? kDecimalCell : kWordCell;
 }
 
-QString placeText(const Item &item, int offset)
+QString placeText(const Tag &tag, const Item &item, int offset)
 {
+    if (!tag.name.isEmpty()) {
+        return tagText(tag, offset / tag.type.unitsPerValue());
+    }
     return QString::fromLatin1("%1/%2:%3")
         .arg(item.station)
         .arg(item.reg.name, item.addressText(offset));
+}
+
+// The end of a name tells more than its beginning, which it shares with its neighbours.
+QString shortenedName(const QString &name, int width)
+{
+    return name.size() <= width ? name : QLatin1String("..") + name.right(width - 2);
+}
+
+QString searchedText(const Tag &tag, const ItemState &state)
+{
+    return QStringList{tag.name, tag.group, state.item.text(), qualityText(state.quality)}.join(
+        QLatin1Char(' '));
 }
 
 } // namespace cnet::panel

@@ -33,7 +33,7 @@ struct ValuesView
 {
     ValuesView(const ViewInput &shown, int columns)
         : input(shown)
-        , widths(valueColumns(shown.monitor, shown.state.trend, columns))
+        , widths(valueColumns(shown.monitor, shown.state.trend, columns, shown.status.tags))
         , nowMs(shown.status.time.toMSecsSinceEpoch())
         , offsetMs(shown.status.time.offsetFromUtc() * kSecondMs)
     {}
@@ -166,7 +166,7 @@ StyledLine ValuesView::wordsLine(const Row &row, const ItemState &state) const
     StyledLine line;
     line.appendCell(QString(QLatin1Char(markOf(state.quality))), ValueColumns::kMark,
                     emphasisOf(state.quality));
-    line.appendCell(placeText(state.item, row.first), widths.address);
+    line.appendCell(placeText(Tag(), state.item, row.first), widths.address);
     addCells(line, row.item, row.first);
     if (row.first == 0 || input.state.trend == Trend::Shown) {
         addQuality(line, state.quality);
@@ -183,7 +183,8 @@ StyledLine ValuesView::typedLine(const Row &row, const ItemState &state, const T
     StyledLine line;
     line.appendCell(QString(QLatin1Char(markOf(value.quality))), ValueColumns::kMark,
                     emphasisOf(value.quality));
-    line.appendCell(placeText(state.item, row.first), widths.address);
+    line.appendCell(shortenedName(placeText(tag, state.item, row.first), widths.address - 2),
+                    widths.address);
     const QString text = shownText(tag, value.value) + QLatin1String(fresh ? "*" : "");
     line.appendCell(text.left(widths.values - 1), widths.values,
                     fresh ? Emphasis::Changed : Emphasis::None);
@@ -220,14 +221,14 @@ StyledLine ValuesView::trendLine(const Row &row) const
                       sparkline(value.samples, input.glyphs));
 }
 
-StyledLine titlesOf(const ValueColumns &widths)
+StyledLine titlesOf(const ValueColumns &widths, NamedTags named)
 {
     StyledLine titles;
     const auto add = [&](const char *title, int width) {
         titles.appendCell(QLatin1String(title), width, Emphasis::Heading);
     };
     add("", ValueColumns::kMark);
-    add("ADDRESS", widths.address);
+    add(named == NamedTags::Some ? "NAME" : "ADDRESS", widths.address);
     add("VALUE", widths.values);
     add("QUALITY", widths.quality);
     if (widths.extremes > 0) {
@@ -247,12 +248,10 @@ QVector<Row> rowsOf(const ValuesView &view)
     const bool below = input.state.trend == Trend::Shown && view.widths.extremes == 0;
     for (int item = 0; item < input.monitor.items().size(); ++item) {
         const ItemState &state = input.monitor.items().at(item);
-        if (!input.state.filter.isEmpty() &&
-            !input.state.admits(state.item.text() + QLatin1Char(' ') +
-                                qualityText(state.quality))) {
+        const Tag tag = input.status.tags.value(item);
+        if (!input.state.filter.isEmpty() && !input.state.admits(searchedText(tag, state))) {
             continue;
         }
-        const Tag tag = input.status.tags.value(item);
         const int step = isPlain(tag) ? valuesOfLine(state.item.reg, view.widths, input.state.trend)
                                       : tag.type.unitsPerValue();
         for (int first = 0; first < state.item.count; first += step) {
@@ -337,7 +336,7 @@ ViewBody valuesView(const ViewInput &input, int columns, int rows)
     const ValuesView view(input, columns);
     const QVector<Row> lines = rowsOf(view);
     ViewBody body;
-    body.titles = {titlesOf(view.widths)};
+    body.titles = {titlesOf(view.widths, namedTags(input.status.tags))};
     body.rows = static_cast<int>(lines.size());
     body.row = [view, lines](int row) { return view.line(lines.at(row)); };
     body.bottom = stationLines(input.status, std::max(2, rows / shareOfStations));

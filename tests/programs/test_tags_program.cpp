@@ -1,0 +1,187 @@
+#include "complaint.h"
+#include "program.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+/** cnet-panel with a tag file: the press line's own, and wrong ones. */
+class TestTagsProgram : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void readsByName_data();
+    void readsByName();
+    void writesByName();
+    void refuses_data();
+    void refuses();
+    void refusesAFileWithMistakes();
+    void watchesByName();
+    void takesListsOfNames();
+
+private:
+    QByteArray run(const QList<QByteArray> &arguments, int exitCode = 0);
+    QByteArray path(const char *name) const
+    {
+        return QFile::encodeName(m_directory.filePath(QLatin1String(name)));
+    }
+    bool store(const char *name, const QByteArray &content) const;
+
+    QTemporaryDir m_directory;
+    std::unique_ptr<PlcProgram> m_plc;
+    QByteArray m_errors;
+};
+
+namespace {
+
+const int kUsage = 2;
+
+} // namespace
+
+void TestTagsProgram::init()
+{
+    m_plc = std::make_unique<PlcProgram>();
+    QVERIFY(m_plc->serve({QLatin1String("--tcp"), QLatin1String("127.0.0.1:0")},
+                         {QLatin1String("--scenario"), QLatin1String("press")}));
+}
+
+// @return standard output, its lines joined
+QByteArray TestTagsProgram::run(const QList<QByteArray> &arguments, int exitCode)
+{
+    Program panel;
+    QList<QByteArray> all = arguments;
+    all += QList<QByteArray>{"--link", "tcp:" + m_plc->place().toLatin1()};
+    if (!arguments.contains("--tags")) {
+        all += QList<QByteArray>{"--tags", PRESS_TAGS};
+    }
+    if (!panel.startBytes(CNET_PANEL, all)) {
+        return "did not start";
+    }
+    const int code = panel.exitCode();
+    m_errors = panel.errors();
+    const QByteArray output = panel.lines().join("; ");
+    return code == exitCode ? output : "exit code " + QByteArray::number(code) + "; " + m_errors;
+}
+
+bool TestTagsProgram::store(const char *name, const QByteArray &content) const
+{
+    QFile file(QFile::decodeName(path(name)));
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+void TestTagsProgram::readsByName_data()
+{
+    QTest::addColumn<QList<QByteArray>>("arguments");
+    QTest::addColumn<QByteArray>("output");
+    const auto row = [](const char *name, const QList<QByteArray> &arguments, const char *output) {
+        QTest::newRow(name) << arguments << QByteArray(output);
+    };
+    row("one", {"read", "press.speed"}, "press.speed  30.0 1/min");
+    row("pattern", {"read", "recipe.s*"}, "recipe.speed  30.0 1/min; recipe.stroke  ");
+    row("group within another", {"read", "press/buttons"},
+        "press.start  false; press.stop  false; press.reset  false");
+    row("array", {"read", "mould.zones"}, "mould.zones[0]  ");
+    row("all", {"read"}, "press.speed  30.0 1/min; press.pressure_set  ");
+    row("json", {"read", "press.speed", "--format", "json"},
+        "{\"address\":\"100\",\"count\":1,\"event\":\"value\",\"good\":true,\"group\":\"press\","
+        "\"item\":\"1/D_W:100@u16*0.1\",\"name\":\"press.speed\"");
+    row("csv", {"read", "press.speed", "--format", "csv"},
+        "station,register,address,value,name,unit; 1,D_W,100,30.0,press.speed,1/min");
+}
+
+void TestTagsProgram::readsByName()
+{
+    QFETCH(QList<QByteArray>, arguments);
+    QFETCH(QByteArray, output);
+    const QByteArray shown = run(arguments);
+    QVERIFY2(shown.startsWith(output), shown.constData());
+    QCOMPARE(m_errors, QByteArray());
+}
+
+void TestTagsProgram::writesByName()
+{
+    QCOMPARE(run({"write", "recipe.speed=12.5", "job.name=\"part 7\"", "D_W:205=250"}),
+             QByteArray("recipe.speed=12.5: written; job.name=\"part 7\": written; "
+                        "1/D_W:205=250: written"));
+    QCOMPARE(run({"read", "recipe.speed", "job.name", "recipe.dwell"}),
+             QByteArray("recipe.speed  12.5 1/min; job.name  \"part 7\"; recipe.dwell  0.250 s"));
+}
+
+void TestTagsProgram::refuses_data()
+{
+    QTest::addColumn<QList<QByteArray>>("arguments");
+    QTest::addColumn<QByteArray>("message");
+    const auto row = [](const char *name, const QList<QByteArray> &arguments, const char *message) {
+        QTest::newRow(name) << arguments << QByteArray(message);
+    };
+    row("a near miss", {"read", "press.sped"}, "no tag or group 'press.sped'; did you mean");
+    row("a pattern that fits none", {"monitor", "oven.*"}, "no tag fits 'oven.*'");
+    row("an item", {"read", "D_W:100"}, "no tag or group 'D_W:100'");
+    row("terminal codes", {"read", "\x1b[2J"}, "no tag or group '?[2J'");
+    row("an endless name", {"read", QByteArray(100000, 'x')}, "no tag or group 'xxx");
+    row("no such file", {"read", "--tags", "/no/such/file"}, "cannot read /no/such/file");
+    row("a directory", {"monitor", "--tags", "/"}, "cannot read /: ");
+    row("an empty file", {"read", "--tags", "/dev/null"}, "/dev/null:1");
+    row("a write without a value", {"write", "press.speed"}, "expected NAME=VALUE");
+    row("a write of a group", {"write", "press=1"}, "'press' stands for several tags");
+    row("a write of nothing", {"write"}, "expected at least one ITEM=VALUE");
+    row("above the maximum", {"write", "press.speed=120.1"}, "press.speed: 120.1 is above");
+    row("no such text", {"write", "press.speed=fast"}, "'fast' is no value");
+    row("a tag that is only read, behind a good one",
+        {"write", "press.speed=13", "press.speed_actual=1"}, "press.speed_actual can only be read");
+}
+
+// A single mistake, and nothing is written at all.
+void TestTagsProgram::refuses()
+{
+    QFETCH(QList<QByteArray>, arguments);
+    QFETCH(QByteArray, message);
+    QCOMPARE(run(arguments, kUsage), QByteArray());
+    QCOMPARE(faultOfComplaint(m_errors, "cnet-panel", message), QByteArray());
+    QCOMPARE(run({"read", "press.speed"}), QByteArray("press.speed  30.0 1/min"));
+}
+
+void TestTagsProgram::refusesAFileWithMistakes()
+{
+    QVERIFY(store("bad.csv", "name,register,address\na,D_W,10000\n1b,D_W,1\nc,X,1\n"));
+    const QByteArray file = path("bad.csv");
+    for (const QByteArray command : {"monitor", "read", "write"}) {
+        const QByteArray word = command == "write" ? "a=1" : "a";
+        QCOMPARE(run({command, "--tags", file, word}, kUsage), QByteArray());
+        QCOMPARE(faultOfComplaint(m_errors, "cnet-panel", file + ":2:7: address: "), QByteArray());
+        QVERIFY2(m_errors.contains("; and 2 more mistakes"), m_errors.constData());
+    }
+}
+
+void TestTagsProgram::watchesByName()
+{
+    const QByteArray text = run({"monitor", "--count", "3", "press.speed", "press.state"});
+    QVERIFY2(text.contains("  press.speed  30.0 1/min; "), text.constData());
+    QVERIFY2(text.contains("  press.state  "), text.constData());
+    QVERIFY2(text.contains("  press.speed  quality good"), text.constData());
+    const QByteArray csv = run({"monitor", "--count", "3", "--format", "csv", "press.speed"});
+    QVERIFY2(csv.startsWith("time,station,register,address,count,value,quality,name,unit; "),
+             csv.constData());
+    QVERIFY2(csv.contains(",1,D_W,100,1,30.0,good,press.speed,1/min"), csv.constData());
+    const QByteArray json = run({"monitor", "--count", "3", "--format", "json", "press.speed"});
+    QVERIFY2(json.contains("\"name\":\"press.speed\""), json.constData());
+    QVERIFY2(json.contains("\"unit\":\"1/min\""), json.constData());
+}
+
+void TestTagsProgram::takesListsOfNames()
+{
+    QVERIFY(store("names", "# wanted\npress.speed\nrecipe.number\n"));
+    const QByteArray shown = run({"read", '@' + path("names"), "press.speed"});
+    QVERIFY2(shown.startsWith("press.speed  30.0 1/min; recipe.number  "), shown.constData());
+    QVERIFY2(shown.count("press.speed") == 1, shown.constData());
+    QVERIFY(store("names", "press.speed\npress.sped\n"));
+    QCOMPARE(run({"read", '@' + path("names")}, kUsage), QByteArray());
+    QVERIFY2(m_errors.contains("names:2: no tag or group 'press.sped'"), m_errors.constData());
+}
+
+QTEST_GUILESS_MAIN(TestTagsProgram)
+#include "test_tags_program.moc"
