@@ -1,10 +1,13 @@
 #include "complaint.h"
 #include "program.h"
+#include "terminal.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <csignal>
+#include <cstdio>
 #include <memory>
 
 /** cnet-panel with a tag file: the press line's own, and wrong ones. */
@@ -22,6 +25,8 @@ private Q_SLOTS:
     void refusesAFileWithMistakes();
     void watchesByName();
     void takesListsOfNames();
+    void takesAFileThatIsStoredAnew();
+    void reloadsOnAKey();
 
 private:
     QByteArray run(const QList<QByteArray> &arguments, int exitCode = 0);
@@ -181,6 +186,59 @@ void TestTagsProgram::takesListsOfNames()
     QVERIFY(store("names", "press.speed\npress.sped\n"));
     QCOMPARE(run({"read", '@' + path("names")}, kUsage), QByteArray());
     QVERIFY2(m_errors.contains("names:2: no tag or group 'press.sped'"), m_errors.constData());
+}
+
+// What stays is told once; what means something else now is told again.
+void TestTagsProgram::takesAFileThatIsStoredAnew()
+{
+    const QByteArray head = "name,register,address,type,scale\nnumber,D_W,200,u16,\n";
+    QVERIFY(store("live.csv", head + "speed,D_W,201,u16,0.1\n"));
+    Program panel;
+    QVERIFY(panel.startBytes(CNET_PANEL, {"monitor", "--tags", path("live.csv"), "--link",
+                                          "tcp:" + m_plc->place().toLatin1()}));
+    const auto shows = [&panel](const char *end) {
+        return !panel.waitForLine([end](const QByteArray &line) { return line.endsWith(end); })
+                    .isEmpty();
+    };
+    QVERIFY(shows("  speed  30.0"));
+    QVERIFY(store("live.csv", head + "speed,D_W,201,u16,\npressure,D_W,202,u16,\n"));
+    QVERIFY(shows("  speed  300"));
+    QVERIFY(shows("  pressure  180"));
+    QVERIFY(store("live.csv", head + "speed,D_W,20000,u16,\n2,X,1,,\n"));
+    QTRY_VERIFY(panel.errors().contains("live.csv: 3 mistakes; the tags stay as they were"));
+    QVERIFY(
+        store("new.csv", "name,register,address,type\nstroke,D_W,204,u16\nnumber,D_W,200,u16\n"));
+    QCOMPARE(std::rename(path("new.csv").constData(), path("live.csv").constData()), 0);
+    QVERIFY(shows("  stroke  2500"));
+    panel.signal(SIGTERM);
+    QCOMPARE(panel.exitCode(), 0);
+    QCOMPARE(panel.lines().join('\n').count("  number  1\n"), 1);
+    const QByteArray said = panel.errors();
+    QVERIFY2(said.contains("live.csv: tags: 1 added, 1 changed (speed: scale), 1 unchanged"),
+             said.constData());
+    QVERIFY2(said.contains("live.csv:3:11: address: '20000'"), said.constData());
+    QVERIFY2(said.contains("live.csv: tags: 1 added, 2 removed, 1 unchanged"), said.constData());
+}
+
+void TestTagsProgram::reloadsOnAKey()
+{
+    QVERIFY(
+        store("live.csv", "name,register,address,type,scale,unit\nspeed,D_W,201,u16,0.1,mm/s\n"));
+    Terminal terminal;
+    QVERIFY(terminal.start({CNET_PANEL, "monitor", "--tags", path("live.csv"), "--link",
+                            "tcp:" + m_plc->place().toLatin1()}));
+    QVERIFY2(terminal.displays("NAME"), terminal.screen().constData());
+    QVERIFY2(terminal.displays("  speed     30.0 mm/s"), terminal.screen().constData());
+    QVERIFY(terminal.type("r"));
+    QVERIFY2(terminal.displays("live.csv: tags: 1 unchanged"), terminal.screen().constData());
+    QVERIFY(terminal.type("wspeed=12.5\r"));
+    QVERIFY2(terminal.displays("speed=12.5: written"), terminal.screen().constData());
+    QVERIFY2(terminal.displays("  speed     12.5 mm/s"), terminal.screen().constData());
+    QVERIFY(QFile::remove(QFile::decodeName(path("live.csv"))));
+    QVERIFY(terminal.type("r"));
+    QVERIFY2(terminal.displays("cannot read "), terminal.screen().constData());
+    QVERIFY(terminal.type("\x03"));
+    QCOMPARE(terminal.wait(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestTagsProgram)

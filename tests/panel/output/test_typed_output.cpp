@@ -104,6 +104,12 @@ void TestTypedOutput::tellsOutsideTheDeadband()
         }
     }
     QTEST(told, "told");
+    // One that means something else now is told again, one that stays is not.
+    const auto last = readTag(tag, {7, 98}, {true, true}, Quality::Good);
+    values.forget({tag}, {3});
+    QCOMPARE(values.toTell(tag, {{1, 0, last.at(1)}}).size(), deadband < 0 ? 1 : 0);
+    values.forget({tag}, {-1});
+    QCOMPARE(values.toTell(tag, {{1, 0, last.at(1)}}).size(), 1);
 }
 
 void TestTypedOutput::showsTheWorst()

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void writesAndSaysHowItEnded_data();
     void writesAndSaysHowItEnded();
     void writesByName();
+    void asksForAReload();
     void correctsALine();
     void choosesViews_data();
     void choosesViews();
@@ -142,6 +143,21 @@ void TestMonitorKeys::writesByName()
     QTRY_COMPARE(m_said.value(1), QLatin1String("cnet-panel: speed=1.5: written"));
     m_keys->type("wD_W:5=7\r");
     QTRY_COMPARE(m_said.value(2), QLatin1String("cnet-panel: 2/D_W:5=7: written"));
+}
+
+void TestMonitorKeys::asksForAReload()
+{
+    QSignalSpy asked(m_keys.get(), &MonitorKeys::reloadAsked);
+    m_keys->type("r");
+    QCOMPARE(asked.size(), 0);
+    QVERIFY(!m_keys->bottomLine().contains(QLatin1String("reload")));
+    Tag tag = testTag("1/D_W:5@i16*0.1");
+    tag.name = QLatin1String("speed");
+    m_keys->setTags(TagSet({tag}));
+    m_keys->type("r/r");
+    QCOMPARE(asked.size(), 1);
+    m_keys->type("\r");
+    QVERIFY(m_keys->bottomLine().contains(QLatin1String("r: reload")));
 }
 
 void TestMonitorKeys::writesAndSaysHowItEnded()

@@ -67,6 +67,12 @@ int run(const Invocation &invocation)
     }
     monitorRun.tags = chosen.tags;
     monitorRun.writable = chosen.all;
+    if (!choice.path.isEmpty()) {
+        monitorRun.tagFile = choice.path;
+        monitorRun.chooseAgain = [&invocation, choice](QStringList &complaints) {
+            return chooseAgain(invocation, choice, complaints);
+        };
+    }
     return runMonitor(invocation.driver, *link, monitorRun, invocation.messages);
 }
 
@@ -81,7 +87,8 @@ const Command kMonitorCommand = {
     "input. With --tags the tags of a file are shown by their names: all of them, or those with a "
     "name, of a group, or with names that fit a pattern with * and ?. Keys on a terminal: 1 to 4 "
     "or v show values, stations, blocks or the log, / filters, m "
-    "shows extremes and a curve, w writes a value, R counts anew, the arrow keys scroll.",
+    "shows extremes and a curve, w writes a value, r reads the tags again, R counts anew, the "
+    "arrow keys scroll.",
     "monitor D_W:100*10 2/M_bit:3.5 TX:7\n"
     "monitor 'D_W:0*4@i16*0.1' D_W:20@f32 D_W:7@u32,high-first\n"
     "monitor --link serial:/dev/ttyS0,9600,8,EVEN,1 D_W:100*10\n"

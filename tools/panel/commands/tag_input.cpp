@@ -9,6 +9,26 @@ namespace {
 
 // Far more than the tags that a file may have take.
 const int kLongestFile = 32 * 1024 * 1024;
+// More would push everything else off the screen of a monitor.
+const int kShownAgain = 3;
+
+std::optional<ChosenTags> chosenOf(const TagSet &set, const TagChoice &choice, QString &error)
+{
+    QStringList words;
+    for (const ListedItem &word : choice.words) {
+        // One by one, so that a mistake is told with its place.
+        if (!set.select({word.text}, error)) {
+            error = word.place + error;
+            return std::nullopt;
+        }
+        words.append(word.text);
+    }
+    ChosenTags chosen{set, {}};
+    for (const int index : set.select(words, error).value_or(QVector<int>())) {
+        chosen.tags.append(set.all().at(index));
+    }
+    return chosen;
+}
 
 } // namespace
 
@@ -56,23 +76,30 @@ std::optional<ChosenTags> chooseTags(const Invocation &invocation, const TagChoi
                                      QString &error)
 {
     const auto set = readTagSet(invocation, choice.path, choice.station, error);
-    if (!set) {
-        return std::nullopt;
-    }
-    QStringList words;
-    for (const ListedItem &word : choice.words) {
-        // One by one, so that a mistake is told with its place.
-        if (!set->select({word.text}, error)) {
-            error = word.place + error;
-            return std::nullopt;
+    return set ? chosenOf(*set, choice, error) : std::nullopt;
+}
+
+std::optional<ChosenTags> chooseAgain(const Invocation &invocation, const TagChoice &choice,
+                                      QStringList &complaints)
+{
+    QString error;
+    const auto file = readTagFile(invocation, choice.path, choice.station, kShownAgain, error);
+    if (file && file->isGood()) {
+        if (auto chosen = chosenOf(TagSet(file->tags()), choice, error)) {
+            return chosen;
         }
-        words.append(word.text);
     }
-    ChosenTags chosen{*set, {}};
-    for (const int index : set->select(words, error).value_or(QVector<int>())) {
-        chosen.tags.append(set->all().at(index));
+    const QString rest = QLatin1String("; the tags stay as they were");
+    if (file && !file->isGood()) {
+        for (const Finding &mistake : file->mistakes().first()) {
+            complaints.append(choice.path + QLatin1Char(':') + mistake.placed());
+        }
+        const QString number = counted(file->mistakes().count(), "mistake");
+        complaints.append(choice.path + QLatin1String(": ") + number + rest);
+    } else {
+        complaints.append(error + rest);
     }
-    return chosen;
+    return std::nullopt;
 }
 
 } // namespace cnet::panel

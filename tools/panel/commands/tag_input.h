@@ -56,4 +56,11 @@ void addTagsOption(QCommandLineParser &parser);
 std::optional<ChosenTags> chooseTags(const Invocation &invocation, const TagChoice &choice,
                                      QString &error);
 
+/**
+ * The same for what is running already.
+ * @param complaints receives the first mistakes and their number when the result is empty
+ */
+std::optional<ChosenTags> chooseAgain(const Invocation &invocation, const TagChoice &choice,
+                                      QStringList &complaints);
+
 } // namespace cnet::panel

@@ -59,8 +59,9 @@ public:
                 .toLatin1());
     }
 
-    void setTags(const QVector<Tag> &tags, const QVector<int> & /*before*/) override
+    void setTags(const QVector<Tag> &tags, const QVector<int> &before) override
     {
+        m_told.forget(tags, before);
         m_tags = tags;
     }
 

@@ -85,8 +85,9 @@ public:
         }
     }
 
-    void setTags(const QVector<Tag> &tags, const QVector<int> & /*before*/) override
+    void setTags(const QVector<Tag> &tags, const QVector<int> &before) override
     {
+        m_told.forget(tags, before);
         m_tags = tags;
     }
 

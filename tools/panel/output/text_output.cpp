@@ -55,8 +55,9 @@ public:
                   : QString::fromLatin1("%1  lost: %2").arg(status.link, status.linkLost));
     }
 
-    void setTags(const QVector<Tag> &tags, const QVector<int> & /*before*/) override
+    void setTags(const QVector<Tag> &tags, const QVector<int> &before) override
     {
+        m_told.forget(tags, before);
         m_tags = tags;
     }
 

@@ -117,6 +117,15 @@ QVector<TypedChange> ToldValues::toTell(const Tag &tag, const QVector<TypedChang
     return wanted;
 }
 
+void ToldValues::forget(const QVector<Tag> &tags, const QVector<int> &before)
+{
+    for (int i = 0; i < tags.size(); ++i) {
+        if (before.at(i) < 0) {
+            m_told.remove(tags.at(i).name);
+        }
+    }
+}
+
 void addTypedValues(QJsonObject &line, const Tag &tag, const QVector<TagValue> &values)
 {
     QJsonArray typed;

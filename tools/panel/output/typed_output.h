@@ -53,6 +53,9 @@ public:
     /** Those changes that are to be told; they are told then. */
     QVector<TypedChange> toTell(const Tag &tag, const QVector<TypedChange> &changes);
 
+    /** Nothing was told yet of these tags. @param before only where this is negative */
+    void forget(const QVector<Tag> &tags, const QVector<int> &before);
+
 private:
     QHash<QString, QVector<TypedValue>> m_told; ///< by the tags' names
 };

@@ -90,6 +90,11 @@ void MonitorKeys::handlePlainKey(char byte)
     case 'm':
         m_view.trend = m_view.trend == Trend::Hidden ? Trend::Shown : Trend::Hidden;
         break;
+    case 'r':
+        if (!m_tags.isEmpty()) {
+            Q_EMIT reloadAsked();
+        }
+        break;
     case 'R':
         m_session.resetStatistics();
         break;
@@ -159,8 +164,9 @@ QString MonitorKeys::bottomLine() const
     case Typing::Nothing:
         break;
     }
-    return QLatin1String("w: write  /: filter  1-4, v: view  m: min, max  arrows: scroll  "
-                         "R: count anew");
+    return QString::fromLatin1("w: write  /: filter  1-4, v: view  m: min, max  arrows: scroll  %1"
+                               "R: count anew")
+        .arg(QLatin1String(m_tags.isEmpty() ? "" : "r: reload  "));
 }
 
 } // namespace cnet::panel

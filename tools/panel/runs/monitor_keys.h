@@ -22,7 +22,8 @@ namespace cnet::panel {
  * Esc leaves; what is wrong with a line is said, and the line stays to be corrected. "/" asks for a
  * filter, which holds while it is typed; Enter keeps it, Esc takes it away, then and later. "1" to
  * "4" choose a view, "v" and Tab the next one; "m" shows extremes and a curve for each value; "R"
- * begins to count anew. The arrow and page keys move through the list.
+ * begins to count anew; "r" has the tags read again, where there are any. The arrow and page keys
+ * move through the list.
  */
 class MonitorKeys : public QObject
 {
@@ -58,6 +59,8 @@ Q_SIGNALS:
     /** The user typed something: the bottom line and the view may be others. */
     void typed();
     void moved(cnet::panel::MoveKey key);
+    /** The tags are to be read again. */
+    void reloadAsked();
 
 private:
     /** What the line at the bottom is for. */

@@ -1,10 +1,13 @@
 #include "panel/runs/monitor_run.h"
 
+#include "host/tag/typed_item.h"
+#include "host/tagfile/tag_monitor.h"
 #include "panel/commands/command_items.h"
 #include "panel/output/typed_output.h"
 #include "panel/runs/command_session.h"
 #include "panel/runs/monitor_keys.h"
 #include "panel/system/exit_code.h"
+#include "panel/system/file_watch.h"
 #include "panel/system/standard_output.h"
 #include "panel/terminal/screen.h"
 
@@ -42,6 +45,9 @@ int linesOf(MoveKey key, int page)
     return 0;
 }
 
+/// Why a tag file is read again.
+enum class ReloadReason { FileChanged, Asked };
+
 // The objects of a running monitor and their connections.
 class RunningMonitor
 {
@@ -58,6 +64,10 @@ private:
     void openOutput();
     void takeKeys(Screen &screen);
     void wire();
+    void followFile();
+    void reload(ReloadReason reason);
+    void watch(const ChosenTags &chosen);
+    void tellAgain(const QVector<int> &places);
     MonitorStatus status() const;
     bool isPlausible() const;
     void finish();
@@ -69,6 +79,9 @@ private:
     CommandSession m_command;
     Session &m_session;
     Monitor *m_monitor;
+    QVector<Tag> m_tags;                ///< what is watched now
+    TagMonitor *m_tagMonitor = nullptr; ///< the monitor's; null: there is no file
+    std::unique_ptr<FileWatch> m_file;
     StandardOutput m_standardOutput;
     std::unique_ptr<MonitorOutput> m_output;
     std::unique_ptr<MonitorKeys> m_keys;
@@ -87,12 +100,14 @@ RunningMonitor::RunningMonitor(Driver &driver, const LinkSettings &link, const M
     , m_command(driver, link, stationsOf(itemsOf(run.tags)), messages)
     , m_session(m_command.session())
     , m_monitor(m_session.monitor(itemsOf(run.tags)))
+    , m_tags(run.tags)
 {
     // Nobody sees the values any more. The exit code of a lost output comes by itself.
     QObject::connect(&m_standardOutput, &StandardOutput::failed, m_monitor,
                      [this] { m_command.finish(kFine); });
     openOutput();
     wire();
+    followFile();
 }
 
 void RunningMonitor::wire()
@@ -164,7 +179,73 @@ void RunningMonitor::takeKeys(Screen &screen)
         const int rowsOfFrame = 6;
         screen.scroll(linesOf(key, terminalSize(STDOUT_FILENO).height() - rowsOfFrame));
     });
+    QObject::connect(keys.get(), &MonitorKeys::reloadAsked, m_monitor,
+                     [this] { reload(ReloadReason::Asked); });
     m_keys = std::move(keys);
+}
+
+void RunningMonitor::followFile()
+{
+    if (!m_run.chooseAgain) {
+        return;
+    }
+    m_tagMonitor = new TagMonitor(m_monitor, TagSet(m_tags));
+    m_file = std::make_unique<FileWatch>(m_run.tagFile);
+    QObject::connect(m_file.get(), &FileWatch::changed, m_monitor,
+                     [this] { reload(ReloadReason::FileChanged); });
+}
+
+void RunningMonitor::reload(ReloadReason reason)
+{
+    QStringList complaints;
+    const auto chosen = m_run.chooseAgain(complaints);
+    for (const QString &complaint : complaints) {
+        m_messages.say(complaint);
+    }
+    if (!chosen) {
+        return;
+    }
+    const TagDiff diff = tagDiff(m_tagMonitor->tags(), TagSet(chosen->tags));
+    watch(*chosen);
+    if (!diff.isEmpty() || reason == ReloadReason::Asked) {
+        m_messages.say(m_run.tagFile + QLatin1String(": ") + diff.text());
+    }
+}
+
+// The outputs come first: whatever the monitor tells from then on has the new numbers.
+void RunningMonitor::watch(const ChosenTags &chosen)
+{
+    QVector<int> places;
+    for (const Tag &tag : chosen.tags) {
+        const Tag *const before = m_tagMonitor->tags().find(tag.name);
+        const bool isSame = before != nullptr && before->count == tag.count &&
+                            typedItemText(*before) == typedItemText(tag);
+        places.append(isSame ? m_tagMonitor->tags().indexOf(tag.name) : -1);
+    }
+    m_tags = chosen.tags;
+    m_output->setTags(m_tags, places);
+    if (m_keys) {
+        m_keys->setTags(chosen.all);
+    }
+    m_tagMonitor->setTags(TagSet(m_tags));
+    tellAgain(places);
+}
+
+// The words are the same where only the meaning is another one, so no monitor tells of them.
+void RunningMonitor::tellAgain(const QVector<int> &places)
+{
+    QVector<ValueChange> changes;
+    for (int i = 0; i < places.size(); ++i) {
+        const ItemState &state = m_monitor->items().at(i);
+        for (int offset = 0; places.at(i) < 0 && offset < state.values.size(); ++offset) {
+            if (state.values.at(offset).isShown()) {
+                changes.append({i, offset, state.values.at(offset).shown(), state.changedAtMs});
+            }
+        }
+    }
+    if (!changes.isEmpty()) {
+        m_output->showChanges(*m_monitor, changes);
+    }
 }
 
 int RunningMonitor::run()
@@ -198,14 +279,14 @@ MonitorStatus RunningMonitor::status() const
     status.time = QDateTime::currentDateTime();
     status.stations = m_session.stations();
     status.statistics = &m_session.statistics();
-    status.tags = m_run.tags;
+    status.tags = m_tags;
     return status;
 }
 
 bool RunningMonitor::isPlausible() const
 {
-    for (int i = 0; i < m_run.tags.size(); ++i) {
-        if (!firstFault(readTag(m_run.tags.at(i), m_monitor->items().at(i))).isEmpty()) {
+    for (int i = 0; i < m_tags.size(); ++i) {
+        if (!firstFault(readTag(m_tags.at(i), m_monitor->items().at(i))).isEmpty()) {
             return false;
         }
     }
