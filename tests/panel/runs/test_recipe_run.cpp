@@ -89,13 +89,11 @@ void TestRecipeRun::fails()
 
 void TestRecipeRun::noLink()
 {
-    LinkSettings none;
     QString error;
-    none.link = parseLinkAddress(QLatin1String("serial:/nowhere/tty"), error);
-    QVERIFY(none.link.has_value());
-    std::swap(none, m_link);
+    m_link.link = parseLinkAddress(QLatin1String("serial:/nowhere/tty"), error);
+    QVERIFY(m_link.link.has_value());
     const int exitCode = run({{testItem("D_W", 1, 1), {1}, 2}}, RecipeDirection::Write);
-    std::swap(none, m_link);
+    m_link.link.reset();
     QCOMPARE(exitCode, static_cast<int>(kNoLink));
     QCOMPARE(m_said.size(), 1);
     // And the next transfer is not hurt by it.
