@@ -23,12 +23,18 @@ int bytesBeforeControl(const char *bytes, int count)
     return plain;
 }
 
+bool isHead(char byte)
+{
+    return byte == kAck || byte == kNak;
+}
+
 // Most answers come in one piece, as they were expected.
 bool isExpectedAnswer(const QByteArray &bytes, int expectedLength)
 {
     const int etxAt = expectedLength - kBlockCheckLength - 1;
     return bytes.size() == expectedLength && etxAt >= 1 && bytes.at(0) == kAck &&
-           bytes.at(etxAt) == kEtx &&
+           bytes.at(etxAt) == kEtx && !isHead(bytes.at(etxAt + 1)) &&
+           !isHead(bytes.at(etxAt + 2)) &&
            bytesBeforeControl(bytes.constData() + 1, etxAt - 1) == etxAt - 1;
 }
 
@@ -71,8 +77,7 @@ int AnswerCollector::add(const QByteArray &bytes, int expectedLength)
 
 void AnswerCollector::addByte(char byte)
 {
-    const bool isHead = byte == kAck || byte == kNak;
-    if (isHead) {
+    if (isHead(byte)) {
         dropAsNoise(m_answer);
         m_answer.clear();
         m_bytesMissing = -1;
