@@ -6,7 +6,8 @@
 #include <QString>
 
 /**
- * Reads a pcapng file as its specification has it, and knows nothing of how the project writes one.
+ * Reads a pcapng file by the published layout of its blocks, and knows nothing of how the project
+ * writes one.
  */
 struct PcapngPacket
 {
@@ -24,7 +25,7 @@ struct PcapngFile
     QByteArray program;
     QList<QByteArray> interfaces;
     QList<PcapngPacket> packets;
-    QByteArray error; ///< empty: all of it follows the specification
+    QByteArray error; ///< empty: all of its blocks are sound
 };
 
 namespace pcapng {

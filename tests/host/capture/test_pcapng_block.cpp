@@ -14,7 +14,7 @@ private Q_SLOTS:
     void sectionNamesTheProgram();
     void packetKeepsAllThereIs_data();
     void packetKeepsAllThereIs();
-    void sectionIsAsTheSpecificationShowsIt();
+    void sectionHasTheFormatsLayout();
 };
 
 namespace {
@@ -72,7 +72,7 @@ void TestPcapngBlock::packetKeepsAllThereIs()
     QCOMPARE(read.lost, lost);
 }
 
-void TestPcapngBlock::sectionIsAsTheSpecificationShowsIt()
+void TestPcapngBlock::sectionHasTheFormatsLayout()
 {
     QCOMPARE(sectionBlock(QLatin1String("abc")).toHex(' '),
              QByteArray("0a 0d 0d 0a 28 00 00 00 4d 3c 2b 1a 01 00 00 00 ff ff ff ff ff ff ff ff "
