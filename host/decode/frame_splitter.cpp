@@ -8,11 +8,6 @@ namespace cnet {
 
 namespace {
 
-bool isHead(char byte)
-{
-    return byte == kEnq || byte == kAck || byte == kNak;
-}
-
 bool isTail(char byte)
 {
     return byte == kEot || byte == kEtx;

@@ -23,7 +23,7 @@ int bytesBeforeControl(const char *bytes, int count)
     return plain;
 }
 
-bool isHead(char byte)
+bool isHeadOfAnswer(char byte)
 {
     return byte == kAck || byte == kNak;
 }
@@ -33,8 +33,8 @@ bool isExpectedAnswer(const QByteArray &bytes, int expectedLength)
 {
     const int etxAt = expectedLength - kBlockCheckLength - 1;
     return bytes.size() == expectedLength && etxAt >= 1 && bytes.at(0) == kAck &&
-           bytes.at(etxAt) == kEtx && !isHead(bytes.at(etxAt + 1)) &&
-           !isHead(bytes.at(etxAt + 2)) &&
+           bytes.at(etxAt) == kEtx && !isHeadOfAnswer(bytes.at(etxAt + 1)) &&
+           !isHeadOfAnswer(bytes.at(etxAt + 2)) &&
            bytesBeforeControl(bytes.constData() + 1, etxAt - 1) == etxAt - 1;
 }
 
@@ -77,7 +77,7 @@ int AnswerCollector::add(const QByteArray &bytes, int expectedLength)
 
 void AnswerCollector::addByte(char byte)
 {
-    if (isHead(byte)) {
+    if (isHeadOfAnswer(byte)) {
         dropAsNoise(m_answer);
         m_answer.clear();
         m_bytesMissing = -1;

@@ -8,6 +8,12 @@ constexpr char kEnq = 0x05; ///< begins a request
 constexpr char kAck = 0x06; ///< begins a positive answer
 constexpr char kNak = 0x15; ///< begins a refusal
 
+/** Whether a frame begins with it, request or answer. */
+constexpr bool isHead(char byte)
+{
+    return byte == kEnq || byte == kAck || byte == kNak;
+}
+
 constexpr int kBlockCheckLength = 2;
 
 /** No frame of a MASTER-K is longer, request or answer. */

@@ -134,11 +134,6 @@ bool blockCheckHolds(const QByteArray &frame, int tail)
     return frame.mid(tail + 1, kBlockCheckLength) == expected;
 }
 
-bool isHeadCharacter(char byte)
-{
-    return byte == kEnq || byte == kAck || byte == kNak;
-}
-
 // Head, station (2), command and type (3), tail.
 const int kShortestFrame = 7;
 
@@ -151,7 +146,7 @@ QString frameInWords(const QByteArray &frame)
     }
     const char head = frame.at(0);
     const int tail = static_cast<int>(frame.indexOf(head == kEnq ? kEot : kEtx));
-    if (!isHeadCharacter(head)) {
+    if (!isHead(head)) {
         return QLatin1String("no frame");
     }
     if (tail < kShortestFrame - 1) {
