@@ -1,7 +1,7 @@
 #include "host/decode/frame_input.h"
 
-#include "host/decode/byte_text.h"
 #include "host/decode/frame_splitter.h"
+#include "host/text/byte_text.h"
 #include "host/wire/characters.h"
 
 #include <QRegularExpression>

@@ -1,6 +1,6 @@
 #include "host/address/address.h"
+#include "host/address/device_name.h"
 #include "host/address/value_text.h"
-#include "host/decode/device_name.h"
 #include "host/decode/frame_body.h"
 #include "host/wire/characters.h"
 

@@ -3,9 +3,9 @@
 #include "host/exchange/answer_memory.h"
 #include "host/exchange/repeated_answers.h"
 #include "host/exchange/reply.h"
-#include "host/exchange/response_times.h"
 #include "host/link/link.h"
 #include "host/time/clock.h"
+#include "host/time/response_times.h"
 #include "host/wire/answer_collector.h"
 #include "host/wire/open_questions.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "host/jobs/job_queue.h"
 #include "host/schedule/frame_carrier.h"
 #include "host/schedule/greeter.h"
-#include "host/schedule/job_queue.h"
 #include "host/schedule/job_request.h"
 #include "host/schedule/poller.h"
 #include "host/schedule/station_health.h"

@@ -7,12 +7,17 @@ from includes import circles, included_by, room_of, wrong_includes
 
 # The library's rooms, the lowest first; the last one is its face.
 ORDER = [["host/" + room] for room in
-         ("time", "text", "wire", "capture", "link", "address", "value", "decode", "driver",
+         ("time", "wire", "text", "capture", "link", "address", "value", "decode", "driver",
           "exchange", "scan", "statistics", "monitor", "tag", "tagfile", "jobs", "recipe", "schedule")] + [["host"]]
 # Those of the simulated PLC, which shares nothing with any of the above.
 PLC_ORDER = [["tools/plc/" + room] for room in
              ("memory", "wire", "motion", "scenario", "faults", "stations", "setup", "servers",
-              "control", "main")]
+              "control", "options", "main")]
+# Those of the command line.
+PANEL_ORDER = [["tools/panel/" + room] for room in
+               ("system", "terminal", "output", "reports", "options", "views", "runs", "commands",
+                "main")]
+MOST_FILES = 15  # of a room; a folder listing that is longer is not read
 BOUNDARY = "include/ls_master_k_cnet/"
 # The only room that knows the driver's functions by name; others ask it.
 DRIVER_ROOM = "host/driver"
@@ -33,6 +38,15 @@ def includes_from(graph, places, spared=()):
         for number, other in includes:
             if other.startswith(places) and room_of(path) not in spared:
                 yield "%s:%d: may not include %s" % (path, number, other)
+
+
+def crowded(graph):
+    rooms = {}
+    for path in graph:
+        rooms.setdefault(room_of(path), []).append(path)
+    for room, paths in sorted(rooms.items()):
+        if len(paths) > MOST_FILES:
+            yield "%s/: %d files, and a room has at most %d" % (room, len(paths), MOST_FILES)
 
 
 def public_headers():
@@ -78,10 +92,14 @@ def main():
     plc = {path: [pair for pair in includes if pair[1].startswith("tools/")]
            for path, includes in plc.items()}
     wrong += list(wrong_includes(plc, PLC_ORDER, lambda room: room + "/")) + list(circles(plc))
+    panel = {path: [pair for pair in includes if pair[1].startswith("tools/panel/")]
+             for path, includes in panel.items()}
+    wrong += list(wrong_includes(panel, PANEL_ORDER, lambda room: room + "/")) + list(circles(panel))
+    wrong += crowded({**host, **panel, **plc})
     if wrong:
         sys.exit("\n".join(wrong))
-    print("rooms: the host library's includes run one way, and cnet-panel leaves the driver to it; "
-          "cnet-plc's run one way, too, and it has nothing of the library but captures")
+    print("rooms: includes run one way in the host library, cnet-panel and cnet-plc; cnet-panel leaves the "
+          "driver to the library, and cnet-plc has nothing of that but captures")
 
 
 main()

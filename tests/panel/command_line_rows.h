@@ -2,7 +2,7 @@
 
 #include "panel/captured_output.h"
 
-#include "panel/commands/commands.h"
+#include "panel/main/command_line.h"
 
 #include <QtTest>
 

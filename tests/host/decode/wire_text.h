@@ -2,7 +2,7 @@
 
 #include "host/support/frames.h"
 
-#include <host/decode/byte_text.h>
+#include <host/text/byte_text.h>
 
 namespace cnet {
 

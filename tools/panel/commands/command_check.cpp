@@ -1,7 +1,7 @@
 #include "host/address/address.h"
 #include "host/address/value_text.h"
 #include "panel/commands/commands.h"
-#include "panel/commands/link_settings.h"
+#include "panel/options/link_settings.h"
 #include "panel/system/exit_code.h"
 #include "panel/system/standard_output.h"
 

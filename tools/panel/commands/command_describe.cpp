@@ -1,5 +1,5 @@
 #include "panel/commands/commands.h"
-#include "panel/output/describe_text.h"
+#include "panel/reports/describe_text.h"
 #include "panel/system/exit_code.h"
 #include "panel/system/standard_output.h"
 

@@ -1,7 +1,8 @@
-#include "panel/commands/command_items.h"
-#include "panel/commands/link_settings.h"
-#include "panel/commands/output_format.h"
-#include "panel/commands/tag_input.h"
+#include "panel/commands/commands.h"
+#include "panel/options/command_items.h"
+#include "panel/options/link_settings.h"
+#include "panel/options/output_format.h"
+#include "panel/options/tag_input.h"
 #include "panel/runs/monitor_run.h"
 #include "panel/system/exit_code.h"
 

@@ -1,5 +1,5 @@
 #include "panel/commands/commands.h"
-#include "panel/commands/link_settings.h"
+#include "panel/options/link_settings.h"
 #include "panel/runs/recipe_run.h"
 #include "panel/system/exit_code.h"
 #include "panel/system/input_file.h"

@@ -2,8 +2,8 @@
 #include "host/address/value_text.h"
 #include "host/scan/likely_settings.h"
 #include "panel/commands/commands.h"
-#include "panel/commands/link_settings.h"
-#include "panel/commands/output_format.h"
+#include "panel/options/link_settings.h"
+#include "panel/options/output_format.h"
 #include "panel/runs/scan_run.h"
 #include "panel/system/exit_code.h"
 

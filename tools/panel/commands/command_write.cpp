@@ -1,9 +1,9 @@
 #include "panel/commands/commands.h"
-#include "panel/commands/item_list.h"
-#include "panel/commands/link_settings.h"
-#include "panel/commands/tag_input.h"
+#include "panel/options/item_list.h"
+#include "panel/options/link_settings.h"
+#include "panel/options/planned_write.h"
+#include "panel/options/tag_input.h"
 #include "panel/runs/command_session.h"
-#include "panel/runs/planned_write.h"
 #include "panel/system/exit_code.h"
 #include "panel/system/standard_output.h"
 

@@ -1,22 +1,8 @@
 #pragma once
 
-#include "host/driver/driver.h"
-#include "panel/system/messages.h"
-
-#include <QCommandLineParser>
-#include <QString>
-#include <QStringList>
+#include "panel/options/invocation.h"
 
 namespace cnet::panel {
-
-/** What a command is given: its command line, parsed, and the loaded driver. */
-struct Invocation
-{
-    const QCommandLineParser &parser;
-    QStringList arguments; ///< positional ones behind the command's name
-    Driver &driver;
-    Messages &messages;
-};
 
 /** One command of the program. */
 struct Command
@@ -43,13 +29,5 @@ extern const Command kCheckCommand;
 extern const Command kSeriesCommand;
 extern const Command kTagsCheckCommand;
 extern const Command kTagsListCommand;
-
-/**
- * Finds the command on the command line and runs it.
- *
- * @param arguments with the program's name
- * @return exit code
- */
-int runCommandLine(const QStringList &arguments, Messages &messages);
 
 } // namespace cnet::panel

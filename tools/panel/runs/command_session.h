@@ -1,8 +1,8 @@
 #pragma once
 
 #include "host/session.h"
-#include "panel/commands/link_settings.h"
-#include "panel/runs/statistics_file.h"
+#include "panel/options/link_settings.h"
+#include "panel/output/statistics_file.h"
 #include "panel/system/messages.h"
 #include "panel/system/stop_signals.h"
 

@@ -1,6 +1,6 @@
 #include "panel/runs/monitor_keys.h"
 
-#include "panel/runs/planned_write.h"
+#include "panel/options/planned_write.h"
 
 #include <unistd.h>
 

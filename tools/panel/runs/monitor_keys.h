@@ -5,7 +5,7 @@
 #include "panel/system/messages.h"
 #include "panel/terminal/key_reader.h"
 #include "panel/terminal/line_editor.h"
-#include "panel/terminal/raw_terminal.h"
+#include "panel/terminal/terminal.h"
 #include "panel/views/view_state.h"
 
 #include <QObject>

@@ -2,14 +2,15 @@
 
 #include "host/tag/typed_item.h"
 #include "host/tagfile/tag_monitor.h"
-#include "panel/commands/command_items.h"
+#include "panel/options/command_items.h"
 #include "panel/output/typed_output.h"
 #include "panel/runs/command_session.h"
 #include "panel/runs/monitor_keys.h"
 #include "panel/system/exit_code.h"
 #include "panel/system/file_watch.h"
 #include "panel/system/standard_output.h"
-#include "panel/terminal/screen.h"
+#include "panel/terminal/terminal.h"
+#include "panel/views/screen.h"
 
 #include <QTimer>
 

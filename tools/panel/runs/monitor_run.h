@@ -2,8 +2,8 @@
 
 #include "host/driver/driver.h"
 #include "host/tag/tag_set.h"
-#include "panel/commands/link_settings.h"
-#include "panel/commands/tag_input.h"
+#include "panel/options/link_settings.h"
+#include "panel/options/tag_input.h"
 #include "panel/output/monitor_output.h"
 #include "panel/system/messages.h"
 

@@ -1,9 +1,9 @@
 #include "panel/runs/recipe_run.h"
 
 #include "host/address/value_text.h"
-#include "panel/runs/bar_and_messages.h"
 #include "panel/runs/command_session.h"
 #include "panel/system/exit_code.h"
+#include "panel/terminal/bar_and_messages.h"
 
 #include <QElapsedTimer>
 

@@ -3,7 +3,7 @@
 #include "host/driver/driver.h"
 #include "host/recipe/recipe_file.h"
 #include "host/recipe/recipe_job.h"
-#include "panel/commands/link_settings.h"
+#include "panel/options/link_settings.h"
 #include "panel/system/messages.h"
 
 namespace cnet::panel {

@@ -1,8 +1,8 @@
 #include "panel/runs/send_run.h"
 
 #include "host/decode/frame_decoder.h"
-#include "host/exchange/response_times.h"
 #include "host/exchange/trace.h"
+#include "host/time/response_times.h"
 #include "host/time/system_clock.h"
 #include "panel/runs/command_session.h"
 #include "panel/system/exit_code.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/exchange/raw_exchange.h"
-#include "panel/commands/link_settings.h"
+#include "panel/options/link_settings.h"
 #include "panel/system/messages.h"
 
 #include <optional>

@@ -1,6 +1,6 @@
 #include "panel/terminal/progress_bar.h"
 
-#include "panel/terminal/screen.h"
+#include "panel/terminal/terminal.h"
 
 #include <unistd.h>
 

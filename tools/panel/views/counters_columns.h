@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/statistics/exchange_counters.h"
-#include "panel/views/styled_line.h"
+#include "panel/terminal/styled_line.h"
 
 namespace cnet::panel {
 

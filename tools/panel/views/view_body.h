@@ -1,8 +1,8 @@
 #pragma once
 
 #include "panel/output/monitor_output.h"
-#include "panel/views/sparkline.h"
-#include "panel/views/styled_line.h"
+#include "panel/terminal/sparkline.h"
+#include "panel/terminal/styled_line.h"
 #include "panel/views/value_history.h"
 #include "panel/views/view_state.h"
 

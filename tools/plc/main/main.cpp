@@ -1,7 +1,7 @@
-#include "plc/main/option_table.h"
 #include "plc/main/output.h"
 #include "plc/main/program.h"
 #include "plc/main/stop_signals.h"
+#include "plc/options/option_table.h"
 #include "plc/scenario/scenarios.h"
 
 #include <QCoreApplication>

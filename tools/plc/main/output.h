@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plc/main/options.h"
+#include "plc/options/options.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 #include "plc/main/program.h"
 
-#include "plc/main/fill_bus.h"
 #include "plc/main/stop_signals.h"
+#include "plc/options/fill_bus.h"
 #include "plc/stations/exchange_text.h"
 #include "plc/wire/wire.h"
 

@@ -3,9 +3,9 @@
 #include "host/capture/capture.h"
 #include "plc/control/control_server.h"
 #include "plc/control/script_player.h"
-#include "plc/main/options.h"
 #include "plc/main/output.h"
 #include "plc/main/standard_input.h"
+#include "plc/options/options.h"
 #include "plc/servers/pty_server.h"
 #include "plc/servers/tcp_server.h"
 

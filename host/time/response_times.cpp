@@ -1,0 +1,66 @@
+#include "host/time/response_times.h"
+
+#include <algorithm>
+
+namespace cnet {
+
+namespace {
+
+const int kPlcTimeMs = 500;
+const int kLongestTimeoutMs = 10000;
+const int kShortestGlanceMs = 50;
+
+// Room above the slowest answer so far.
+int withRoom(double slowestMs)
+{
+    return static_cast<int>(std::min<double>(slowestMs * 3 / 2 + 1, kLongestTimeoutMs));
+}
+
+} // namespace
+
+ResponseTimes::ResponseTimes(const TimeoutSettings &settings)
+    : m_settings(settings)
+{}
+
+int ResponseTimes::usualMs(int characters) const
+{
+    const int lineMs = std::max(0, characters) * m_settings.characterMicroseconds / 1000;
+    return kPlcTimeMs + 2 * lineMs;
+}
+
+int ResponseTimes::timeoutMs(int station, int characters) const
+{
+    if (m_settings.fixedMs > 0) {
+        return m_settings.fixedMs;
+    }
+    return std::max(usualMs(characters), withRoom(of(station)));
+}
+
+int ResponseTimes::patienceMs(int station, int characters) const
+{
+    return std::max(timeoutMs(station, characters), withRoom(of(station)));
+}
+
+int ResponseTimes::glanceMs(int station, int characters) const
+{
+    const double slowestMs = *std::max_element(m_slowestMs.cbegin(), m_slowestMs.cend());
+    const int patience = patienceMs(station, characters);
+    const int lineMs = std::max(0, characters) * m_settings.characterMicroseconds / 1000;
+    const int glance = std::max(kShortestGlanceMs, static_cast<int>(4 * slowestMs)) + 2 * lineMs;
+    return slowestMs > 0 ? std::min(glance, patience) : patience;
+}
+
+void ResponseTimes::note(int station, double tookMs)
+{
+    const double fading = 0.999;
+    double &slowest = of(station);
+    slowest = std::max(tookMs, slowest * fading);
+}
+
+int ResponseTimes::neededMs(int station) const
+{
+    const bool tooShort = m_settings.fixedMs > 0 && of(station) > m_settings.fixedMs;
+    return tooShort ? withRoom(of(station)) : 0;
+}
+
+} // namespace cnet

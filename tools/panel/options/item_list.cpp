@@ -1,0 +1,48 @@
+#include "panel/options/item_list.h"
+
+#include "panel/system/input_file.h"
+
+namespace cnet::panel {
+
+namespace {
+
+// A line for each word of all stations.
+const int kLongestList = 16 * 1024 * 1024;
+
+void addLines(const QByteArray &content, const QString &name, QVector<ListedItem> &items)
+{
+    const QByteArray mark = "\xEF\xBB\xBF";
+    const QString text =
+        QString::fromUtf8(content.startsWith(mark) ? content.mid(mark.size()) : content);
+    int number = 0;
+    for (const QString &line : text.split(QLatin1Char('\n'))) {
+        ++number;
+        const QString item = line.trimmed();
+        if (!item.isEmpty() && !item.startsWith(QLatin1Char('#'))) {
+            items.append({item, QString::fromLatin1("%1:%2: ").arg(name).arg(number)});
+        }
+    }
+}
+
+} // namespace
+
+bool readLists(const QStringList &arguments, QVector<ListedItem> &items, QString &error)
+{
+    for (const QString &argument : arguments) {
+        const bool isInput = argument == QLatin1String("-");
+        if (!isInput && !(argument.startsWith(QLatin1Char('@')) && argument.size() > 1)) {
+            items.append({argument, QString()});
+            continue;
+        }
+        const QString path = argument.mid(1);
+        const auto content = isInput ? readStandardInput(kLongestList, error)
+                                     : readInputFile(path, kLongestList, error);
+        if (!content) {
+            return false;
+        }
+        addLines(*content, isInput ? QLatin1String("standard input") : path, items);
+    }
+    return true;
+}
+
+} // namespace cnet::panel
