@@ -5,10 +5,7 @@
 #include <QList>
 #include <QString>
 
-/**
- * Reads a pcapng file by the published layout of its blocks, and knows nothing of how the project
- * writes one.
- */
+/** One packet of a file, with what the file says of it. */
 struct PcapngPacket
 {
     QByteArray interfaceName;
@@ -20,6 +17,10 @@ struct PcapngPacket
     quint64 lost = 0;
 };
 
+/**
+ * What a pcapng file holds. It is read by the published layout of its blocks, which knows nothing
+ * of how the project writes one.
+ */
 struct PcapngFile
 {
     QByteArray program;
