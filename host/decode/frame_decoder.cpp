@@ -169,8 +169,8 @@ void judgeCheck(DecodedFrame &frame, int at)
 // Behind the tail: the block check, where the command asks for one, and nothing else.
 void takeCheck(DecodedFrame &frame, int tail)
 {
-    const char command = frame.bytes.size() > 3 ? frame.bytes.at(3) : '\0';
-    const bool checked = command >= 'a' && command <= 'z';
+    const bool checked =
+        frame.bytes.size() > kCommandPosition && hasBlockCheck(frame.bytes.at(kCommandPosition));
     int at = tail + 1;
     if (checked) {
         frame.checkExpected = blockCheck(frame.bytes, at);

@@ -62,10 +62,8 @@ bool endsWithWholeFrame(const QByteArray &bytes)
         return false;
     }
     const auto behind = tail - bytes.crbegin();
-    const int commandPosition = 3;
     const auto size = head - bytes.crbegin() + 1;
-    const char command = size > commandPosition ? *(head - commandPosition) : '\0';
-    const bool checked = command >= 'a' && command <= 'z';
+    const bool checked = size > kCommandPosition && hasBlockCheck(*(head - kCommandPosition));
     return behind >= (checked ? kBlockCheckLength : 0);
 }
 

@@ -11,7 +11,6 @@ namespace {
 const int kQuietMs = 20;
 const int kLongestBabbleMs = 2000;
 const double kNsPerMs = 1000000;
-const int kCommandPosition = 3;
 // Behind the head: station (2), command, type (2)
 const int kAddresseeLength = 5;
 

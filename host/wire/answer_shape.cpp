@@ -2,6 +2,8 @@
 
 #include "host/wire/characters.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cstring>
 
 namespace cnet {
@@ -39,9 +41,13 @@ bool AnswerShape::admits(const QByteArray &answer) const
 
 int stationOf(const QByteArray &frame)
 {
-    bool ok = false;
-    const int station = frame.mid(kAddresseePosition, 2).toInt(&ok, 16);
-    return ok ? station : -1;
+    const QByteArray digits = frame.mid(kAddresseePosition, 2);
+    // A number may have a sign or a blank before it, and these two characters may not.
+    const bool names =
+        digits.size() == 2 && std::all_of(digits.cbegin(), digits.cend(), [](char byte) {
+            return std::isxdigit(static_cast<unsigned char>(byte)) != 0;
+        });
+    return names ? digits.toInt(nullptr, 16) : -1;
 }
 
 } // namespace cnet

@@ -6,8 +6,6 @@ namespace cnet {
 
 namespace {
 
-// Head, station (2), command, type (2)
-const int kCommandPosition = 3;
 const int kShortestAnswer = 1 + 2 + 1 + 2 + 1 + kBlockCheckLength;
 
 char hexDigit(int value)
@@ -44,8 +42,8 @@ QByteArray completedRequest(const QByteArray &text)
         frame += kEot;
     }
     const char command = frame.size() > kCommandPosition ? frame.at(kCommandPosition) : '\0';
-    const bool checked = command >= 'a' && command <= 'z';
-    return checked ? frame + blockCheck(frame, static_cast<int>(frame.size())) : frame;
+    return hasBlockCheck(command) ? frame + blockCheck(frame, static_cast<int>(frame.size()))
+                                  : frame;
 }
 
 bool isWholeAnswer(const QByteArray &answer)
@@ -56,8 +54,7 @@ bool isWholeAnswer(const QByteArray &answer)
         answer.at(checked - 1) != kEtx) {
         return false;
     }
-    const char command = answer.at(kCommandPosition);
-    if (command < 'a' || command > 'z') {
+    if (!hasBlockCheck(answer.at(kCommandPosition))) {
         return true;
     }
     const int sum = sumOf(answer.constData(), checked);

@@ -14,7 +14,16 @@ constexpr bool isHead(char byte)
     return byte == kEnq || byte == kAck || byte == kNak;
 }
 
+// Head st(2) command
+constexpr int kCommandPosition = 3;
+
 constexpr int kBlockCheckLength = 2;
+
+/** Whether a frame with this command has a block check: lower-case letters ask for one. */
+constexpr bool hasBlockCheck(char command)
+{
+    return command >= 'a' && command <= 'z';
+}
 
 /** No frame of a MASTER-K is longer, request or answer. */
 constexpr int kLongestFrame = 256;

@@ -1,11 +1,12 @@
 #include "host/wire/frame_words.h"
 
+#include "host/wire/answer_shape.h"
+#include "host/wire/block_check.h"
 #include "host/wire/characters.h"
 
 #include <QStringList>
 
 #include <algorithm>
-#include <numeric>
 
 namespace cnet {
 
@@ -123,19 +124,8 @@ QString answerInWords(const QByteArray &command, const QByteArray &body)
         .arg(latin1(command), blocks.join(QLatin1String(", ")));
 }
 
-// The sum over the frame up to its tail character, against the two characters behind it.
-bool blockCheckHolds(const QByteArray &frame, int tail)
-{
-    const int sum =
-        std::accumulate(frame.cbegin(), frame.cbegin() + tail + 1, 0, [](int total, char byte) {
-            return total + static_cast<unsigned char>(byte);
-        });
-    const QByteArray expected = QByteArray::number(sum & 0xFF, 16).rightJustified(2, '0').toUpper();
-    return frame.mid(tail + 1, kBlockCheckLength) == expected;
-}
-
-// Head, station (2), command and type (3), tail.
-const int kShortestFrame = 7;
+// Head st(2) command(3)
+const int kBodyPosition = 6;
 
 } // namespace
 
@@ -149,22 +139,25 @@ QString frameInWords(const QByteArray &frame)
     if (!isHead(head)) {
         return QLatin1String("no frame");
     }
-    if (tail < kShortestFrame - 1) {
+    if (tail < kBodyPosition) {
         return QLatin1String("a frame without its end");
     }
-    const QByteArray command = frame.mid(3, 3);
-    const QByteArray body = frame.mid(6, tail - 6);
-    QString text = QString::fromLatin1("station %1, ").arg(frame.mid(1, 2).toInt(nullptr, 16));
+    const QByteArray command = frame.mid(kCommandPosition, 3);
+    const QByteArray body = frame.mid(kBodyPosition, tail - kBodyPosition);
+    const int station = stationOf(frame);
+    QString text = station < 0 ? QString(QLatin1String("no station, "))
+                               : QString::fromLatin1("station %1, ").arg(station);
     if (head == kEnq) {
         text += requestInWords(command, body);
     } else if (head == kAck) {
         text += answerInWords(command, body);
     } else {
+        const std::optional<int> code = refusalCode(frame);
         text += QString::fromLatin1("%1 refused: %2")
-                    .arg(latin1(command), refusalInWords(body.left(4).toInt(nullptr, 16)));
+                    .arg(latin1(command), code ? refusalInWords(*code) : QLatin1String("?"));
     }
-    // A lower-case command asks for block checks; without one there is nothing to compare.
-    if (command.at(0) >= 'a' && command.at(0) <= 'z' && !blockCheckHolds(frame, tail)) {
+    if (hasBlockCheck(command.at(0)) &&
+        frame.mid(tail + 1, kBlockCheckLength) != blockCheck(frame, tail + 1)) {
         text += QLatin1String(" (block check wrong)");
     }
     return text;
@@ -172,19 +165,17 @@ QString frameInWords(const QByteArray &frame)
 
 std::optional<int> refusalCode(const QByteArray &frame)
 {
-    const int codePosition = 6;
     if (!frame.startsWith(kNak)) {
         return std::nullopt;
     }
     bool ok = false;
-    const int code = frame.mid(codePosition, 4).toInt(&ok, 16);
+    const int code = frame.mid(kBodyPosition, 4).toInt(&ok, 16);
     return ok ? std::optional<int>(code) : std::nullopt;
 }
 
 bool isWriteRequest(const QByteArray &frame)
 {
-    const int commandPosition = 3; // ENQ st(2) command
-    const char command = frame.size() > commandPosition ? frame.at(commandPosition) : '\0';
+    const char command = frame.size() > kCommandPosition ? frame.at(kCommandPosition) : '\0';
     return command == 'w' || command == 'W';
 }
 

@@ -51,6 +51,9 @@ void TestAnswerShape::readsTheStation_data()
     QTest::newRow("request") << requestFrame("1FrSS") << 31;
     QTest::newRow("answer") << answerFrame("0awSB") << 10;
     QTest::newRow("no number") << answerFrame("zzrSB") << -1;
+    QTest::newRow("a sign") << answerFrame("-5rSB") << -1;
+    QTest::newRow("a blank") << answerFrame(" 5rSB") << -1;
+    QTest::newRow("cut off") << answerFrame("01rSB").left(2) << -1;
     QTest::newRow("nothing") << QByteArray() << -1;
 }
 

@@ -66,6 +66,8 @@ void TestFrameWords::saysInWords_data()
     row("<NAK>02rSB1132<ETX>??",
         "station 2, rSB refused: 1132, no such device, or address outside the device");
     row("<NAK>02wSBBEEF<ETX>??", "station 2, wSB refused: beef, an unknown error code");
+    row("<NAK>02wSBxy<ETX>??", "station 2, wSB refused: ?");
+    row("<ACK>xywSB<ETX>??", "no station, done");
     row("<ACK>01wSB<ETX>00", "station 1, done (block check wrong)");
     row("<ACK>01wSB<ETX>", "station 1, done (block check wrong)");
     row("<ACK>01WSB<ETX>", "station 1, done");
