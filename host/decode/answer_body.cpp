@@ -7,6 +7,8 @@ namespace cnet {
 namespace {
 
 const int kBytesPerWord = 2;
+const int kWordDigits = 4;
+const int kBitDigits = 2;
 
 QString latin1(const char *text)
 {
@@ -20,23 +22,6 @@ QString valueMeaning(const FrameRange &range)
     return range.hasAddress ? QString::fromLatin1("%1:%2 = %3")
                                   .arg(range.item.reg.name, range.item.addressText(last), value)
                             : value;
-}
-
-bool takeValue(FieldCursor &cursor, FrameRange &range)
-{
-    const int at = cursor.position();
-    const auto value = cursor.takeHex(range.isBit ? 2 : 4, "data");
-    if (!value) {
-        return false;
-    }
-    if (range.isBit && *value > 1) {
-        cursor.fail(at, latin1("a bit is 00 or 01"));
-        return false;
-    }
-    range.values.append(static_cast<quint16>(*value));
-    range.valueOffsets.append(at);
-    cursor.means(valueMeaning(range));
-    return true;
 }
 
 // Of an answer whose request is not known, one byte is a bit.
@@ -139,6 +124,23 @@ void takeErrorCode(DecodedFrame &frame, FieldCursor &cursor)
 }
 
 } // namespace
+
+bool takeValue(FieldCursor &cursor, FrameRange &range)
+{
+    const int at = cursor.position();
+    const auto value = cursor.takeHex(range.isBit ? kBitDigits : kWordDigits, "data");
+    if (!value) {
+        return false;
+    }
+    if (range.isBit && *value > 1) {
+        cursor.fail(at, latin1("a bit is 00 or 01"));
+        return false;
+    }
+    range.values.append(static_cast<quint16>(*value));
+    range.valueOffsets.append(at);
+    cursor.means(valueMeaning(range));
+    return true;
+}
 
 void decodeAnswerBody(DecodedFrame &frame, FieldCursor &cursor, const DecodedFrame *request)
 {

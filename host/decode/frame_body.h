@@ -14,4 +14,11 @@ void decodeRequestBody(DecodedFrame &frame, FieldCursor &cursor);
  */
 void decodeAnswerBody(DecodedFrame &frame, FieldCursor &cursor, const DecodedFrame *request);
 
+/**
+ * Takes one value of a range, of a write request or of an answer to a read.
+ *
+ * @return false where it is none; the cursor has the fault then
+ */
+bool takeValue(FieldCursor &cursor, FrameRange &range);
+
 } // namespace cnet

@@ -1,6 +1,5 @@
 #include "host/address/address.h"
 #include "host/address/device_name.h"
-#include "host/address/value_text.h"
 #include "host/decode/frame_body.h"
 #include "host/wire/characters.h"
 
@@ -10,8 +9,6 @@ namespace {
 
 const int kMostBlocks = 16;
 const int kLongestName = 16;
-const int kWordDigits = 4;
-const int kBitDigits = 2;
 
 QString latin1(const char *text)
 {
@@ -44,26 +41,6 @@ bool takeName(DecodedFrame &frame, FieldCursor &cursor, FrameRange &range)
     range.item = Item{frame.station, name.reg, name.address, 1};
     range.isBit = name.reg.isBit();
     cursor.means(name.reg.name + QLatin1Char(':') + addressText(name.reg, name.address));
-    return true;
-}
-
-bool takeValue(FieldCursor &cursor, FrameRange &range)
-{
-    const int at = cursor.position();
-    const auto value = cursor.takeHex(range.isBit ? kBitDigits : kWordDigits, "data");
-    if (!value) {
-        return false;
-    }
-    if (range.isBit && *value > 1) {
-        cursor.fail(at, latin1("a bit is 00 or 01"));
-        return false;
-    }
-    range.values.append(static_cast<quint16>(*value));
-    range.valueOffsets.append(at);
-    const QString address = range.item.addressText(static_cast<int>(range.values.size()) - 1);
-    cursor.means(
-        QString::fromLatin1("%1:%2 = %3")
-            .arg(range.item.reg.name, address, valueText(range.values.last(), range.isBit)));
     return true;
 }
 
