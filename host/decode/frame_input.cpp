@@ -19,11 +19,6 @@ enum class LineKind {
     Nothing, ///< no frame, or only a remark
 };
 
-bool matches(const char *pattern, const QString &line)
-{
-    return QRegularExpression(QLatin1String(pattern)).match(line).hasMatch();
-}
-
 // What stands within the brackets of this project's trace, or of another log in hexadecimal.
 QString partWith(const QRegularExpression &pattern, const QString &line)
 {
@@ -56,7 +51,23 @@ QString withoutDumpColumns(const QString &line)
 
 bool hasMarker(const QString &line)
 {
-    return matches("\\\\x[0-9A-Fa-f]{2}|<(?:ENQ|ACK|NAK|ETX|EOT)>|[\\x03-\\x06\\x15]", line);
+    static const QRegularExpression marker(
+        QLatin1String("\\\\x[0-9A-Fa-f]{2}|<(?:ENQ|ACK|NAK|ETX|EOT)>|[\\x03-\\x06\\x15]"));
+    return marker.match(line).hasMatch();
+}
+
+// A head character in hexadecimal: what follows is meant to be bytes, even where it is none.
+bool looksHex(const QString &line)
+{
+    static const QRegularExpression head(QLatin1String("^\\s*(?:0[xX])?(?:05|06|15)[\\s,-]"));
+    return head.match(line).hasMatch();
+}
+
+// Station, command and type, as every frame has them.
+bool hasAddressee(const QString &line)
+{
+    static const QRegularExpression addressee(QLatin1String("[0-9A-Fa-f]{2}[rRwW]S[SB]"));
+    return addressee.match(line).hasMatch();
 }
 
 class FrameFinder
@@ -107,19 +118,18 @@ private:
             continueWith(logged.bytes);
             return true;
         }
-        const ByteText meant = readHexText(line);
-        const bool looksHex = matches("^\\s*(?:0[xX])?(?:05|06|15)[\\s,-]", line);
-        if (looksHex) {
-            fail(meant.column, meant.error);
+        if (!looksHex(line)) {
+            return false;
         }
-        return looksHex;
+        const ByteText meant = readHexText(line);
+        fail(meant.column, meant.error);
+        return true;
     }
 
     // In hexadecimal a frame may go on in the next line.
     void continueWith(const QByteArray &bytes)
     {
-        const bool begins = QByteArray("\x05\x06\x15").contains(bytes.at(0));
-        if (begins || m_pending.isEmpty() || endsWithWholeFrame(m_pending)) {
+        if (isHead(bytes.at(0)) || m_pending.isEmpty() || endsWithWholeFrame(m_pending)) {
             flush();
             m_pendingLine = m_number;
         }
@@ -129,7 +139,7 @@ private:
     bool addText(const QString &line)
     {
         const bool marked = hasMarker(line);
-        if (!marked && !m_singleLine && !matches("[0-9A-Fa-f]{2}[rRwW]S[SB]", line)) {
+        if (!marked && !m_singleLine && !hasAddressee(line)) {
             return false;
         }
         const ByteText text = readEscapedText(line);
@@ -176,8 +186,7 @@ private:
 
 FoundFrames findFrames(const QByteArray &content)
 {
-    const QList<QByteArray> lines = content.trimmed().split('\n');
-    FrameFinder finder(lines.size() == 1);
+    FrameFinder finder(!content.trimmed().contains('\n'));
     int number = 1;
     for (const QByteArray &line : content.split('\n')) {
         // Not as UTF-8: a dump of a line has any bytes, and the frames are ASCII.
@@ -193,8 +202,7 @@ QByteArray readBytes(const QString &text, QString &error)
     if (hex.isFine()) {
         return hex.bytes;
     }
-    const bool looksHex = matches("^\\s*(?:0[xX])?(?:05|06|15)[\\s,-]", text);
-    const ByteText read = looksHex && !hasMarker(text) ? hex : readEscapedText(text);
+    const ByteText read = looksHex(text) && !hasMarker(text) ? hex : readEscapedText(text);
     if (!read.isFine()) {
         error = QString::fromLatin1("column %1: %2").arg(read.column).arg(read.error);
         return {};
