@@ -26,9 +26,6 @@ struct DriverProperties
     QByteArray text() const;
 };
 
-/** Marks the cyclic reads among the frames that the driver hands out (`VARIABLE::opKind`). */
-constexpr int kCyclicRead = 4;
-
 /**
  * Tags of what the host itself asks for (`VARIABLE::opKind`): the driver carries them along into
  * each frame, which is how the host tells what an exchange was for. Clear of the driver's own tags.

@@ -299,7 +299,11 @@ void Scheduler::handleGreeting(const Reply &reply)
 
 void Scheduler::handleFrame(const Reply &reply)
 {
-    const ExchangeReport report = m_carrier.take(reply);
+    ExchangeReport report = m_carrier.take(reply);
+    // The driver's frames of a recipe have no tag of their own.
+    if (m_request.isRecipe()) {
+        report.purpose = Purpose::Recipe;
+    }
     // First of all: whoever ends with what follows from it has counted it.
     Q_EMIT exchangeEnded(report);
     const bool heard =

@@ -16,6 +16,7 @@ class TestRecipeJob : public QObject
 private Q_SLOTS:
     void writes();
     void reads();
+    void tellsWhatItsBlocksAreFor();
     void fitsThePlc_data();
     void fitsThePlc();
     void verifies_data();
@@ -86,6 +87,24 @@ void TestRecipeJob::reads()
     QCOMPARE(job->failure(), QString());
     QCOMPARE(job->values(),
              (QVector<QVector<quint16>>{{9}, {0xFF02, 0xFF03, 0xFF04, 0xFF05}, {0xFF00, 0xFF01}}));
+}
+
+// The driver has no tag for them: what it says is that of the frame before.
+void TestRecipeJob::tellsWhatItsBlocksAreFor()
+{
+    VirtualPlant plant;
+    plant.monitor("D_W:500");
+    plant.open();
+    QVERIFY(plant.finishes(plant.read("D_W:600")));
+    QVector<Purpose> purposes;
+    connect(plant.session.get(), &Session::exchangeEnded, this,
+            [&purposes](const ExchangeReport &report) {
+                if (report.range.start == 10) {
+                    purposes.append(report.purpose);
+                }
+            });
+    QVERIFY(plant.finishes(start(plant, "D_W:10*2", RecipeDirection::Write)));
+    QVERIFY(purposes == (QVector<Purpose>{Purpose::Recipe, Purpose::Read}));
 }
 
 void TestRecipeJob::fitsThePlc_data()
