@@ -182,8 +182,8 @@ void Session::handleLate(int station, const QByteArray &answer, double lateMs)
     Q_EMIT answeredLate(station, answer, lateMs);
     const int neededMs = m_works->times.neededMs(station);
     // The longer such a station is asked, the later its answers are: one notice is enough.
-    if (neededMs > 0 && !m_neededMs.contains(station)) {
-        m_neededMs[station] = neededMs;
+    if (neededMs > 0 && !m_toldSlow.contains(station)) {
+        m_toldSlow.insert(station);
         notice(QString::fromLatin1("station %1 answers after %2 ms, the time-out is %3 ms: "
                                    "%4 ms would do")
                    .arg(station)

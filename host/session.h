@@ -12,6 +12,7 @@
 #include "host/time/clock.h"
 
 #include <QObject>
+#include <QSet>
 
 #include <memory>
 
@@ -130,7 +131,7 @@ private:
     bool m_ended = false; ///< closed for good
     QString m_lineError;
     qint64 m_lostAtMs = 0;
-    QMap<int, int> m_neededMs; ///< by station: the time-out that was suggested
+    QSet<int> m_toldSlow; ///< stations for which a longer time-out was suggested
 };
 
 } // namespace cnet

@@ -156,7 +156,7 @@ void Conversation::handleAnswer(const QByteArray &answer)
 {
     const bool whole = isWholeAnswer(answer);
     const bool waits = m_phase == Phase::Asking || m_phase == Phase::Fencing;
-    if (whole && waits && m_phase == Phase::Fencing) {
+    if (whole && m_phase == Phase::Fencing) {
         handleAnswerToFence(answer);
     } else if (whole && waits && m_shape.admits(answer)) {
         takeAnswer(answer);

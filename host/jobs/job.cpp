@@ -32,7 +32,8 @@ void Job::conclude(const Failure &reason)
     if (!reason.isNone()) {
         giveUp(reason);
     }
-    m_failure = reason.isNone() || !verdict().isEmpty() ? verdict() : reason.text();
+    const QString own = verdict();
+    m_failure = own.isEmpty() ? reason.text() : own;
     m_state = reason.kind == Failure::Cancelled ? State::Cancelled
               : m_failure.isEmpty()             ? State::Done
                                                 : State::Failed;

@@ -32,7 +32,7 @@ public:
     State state() const { return m_state; }
     bool isFinished() const;
 
-    /** Why it failed, in words; empty otherwise. */
+    /** Why it failed or was cancelled, in words; empty otherwise. */
     QString failure() const { return m_failure; }
 
     /**
@@ -53,8 +53,7 @@ public:
     /** The line is lost. @return true when the job is kept until it is back */
     virtual bool outlivesLine() const { return true; }
     bool isCancelRequested() const { return m_cancelRequested; }
-    /** Ends it and emits finished(). @param reason of a job that could not end by itself
-     */
+    /** Ends it and emits finished(). @param reason of a job that could not end by itself */
     void conclude(const Failure &reason = Failure());
 
 Q_SIGNALS:

@@ -61,7 +61,7 @@ public:
     /** The driver's callbacks were not for these values: each is compared when it is read next. */
     void distrustCallbacks() { m_compared.clear(); }
 
-    /** One request each for what all monitors do. */
+    /** Calls `tell` for every monitor that still is there. */
     void forEach(const std::function<void(Monitor &monitor)> &tell) const;
 
 private:

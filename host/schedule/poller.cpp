@@ -1,7 +1,5 @@
 #include "host/schedule/poller.h"
 
-#include "host/jobs/read_job.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -156,7 +154,7 @@ void Poller::sortOut(const AddressRange &range, int code)
     m_sorting.insert(range);
     auto *const job = new ReadJob(items, m_registers, m_settings.blockWords, Merging::Apart, this);
     connect(job, &Job::finished, this, [this, range, places, job] {
-        mark(places, job);
+        mark(places, job->results());
         job->deleteLater();
         handleSortedOut(range);
     });
@@ -171,9 +169,8 @@ void Poller::handleSortedOut(const AddressRange &range)
     }
 }
 
-void Poller::mark(const QVector<PollSet::Place> &places, Job *job)
+void Poller::mark(const QVector<PollSet::Place> &places, const QVector<ReadResult> &results)
 {
-    const QVector<ReadResult> results = static_cast<ReadJob *>(job)->results();
     for (int i = 0; i < places.size(); ++i) {
         const PollSet::Place &place = places.at(i);
         const Failure &failure = results.at(i).failure;

@@ -2,7 +2,7 @@
 
 #include "host/address/register_catalog.h"
 #include "host/exchange/exchange_report.h"
-#include "host/jobs/job.h"
+#include "host/jobs/read_job.h"
 #include "host/schedule/poll_set.h"
 #include "host/schedule/station_health.h"
 #include "host/time/clock.h"
@@ -80,7 +80,7 @@ private:
     void handleSortedOut(const AddressRange &range);
     void finishRound();
     QList<KEY_ADDRESS> keysSince(qint64 beganMs) const;
-    void mark(const QVector<PollSet::Place> &places, Job *job);
+    void mark(const QVector<PollSet::Place> &places, const QVector<ReadResult> &results);
 
     DriverCore &m_driver;
     const RegisterCatalog &m_registers;

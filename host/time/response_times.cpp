@@ -22,10 +22,9 @@ ResponseTimes::ResponseTimes(const TimeoutSettings &settings)
     : m_settings(settings)
 {}
 
-int ResponseTimes::usualMs(int characters) const
+int ResponseTimes::lineMs(int characters) const
 {
-    const int lineMs = std::max(0, characters) * m_settings.characterMicroseconds / 1000;
-    return kPlcTimeMs + 2 * lineMs;
+    return std::max(0, characters) * m_settings.characterMicroseconds / 1000;
 }
 
 int ResponseTimes::timeoutMs(int station, int characters) const
@@ -33,7 +32,7 @@ int ResponseTimes::timeoutMs(int station, int characters) const
     if (m_settings.fixedMs > 0) {
         return m_settings.fixedMs;
     }
-    return std::max(usualMs(characters), withRoom(of(station)));
+    return std::max(kPlcTimeMs + 2 * lineMs(characters), withRoom(of(station)));
 }
 
 int ResponseTimes::patienceMs(int station, int characters) const
@@ -45,8 +44,8 @@ int ResponseTimes::glanceMs(int station, int characters) const
 {
     const double slowestMs = *std::max_element(m_slowestMs.cbegin(), m_slowestMs.cend());
     const int patience = patienceMs(station, characters);
-    const int lineMs = std::max(0, characters) * m_settings.characterMicroseconds / 1000;
-    const int glance = std::max(kShortestGlanceMs, static_cast<int>(4 * slowestMs)) + 2 * lineMs;
+    const int glance =
+        std::max(kShortestGlanceMs, static_cast<int>(4 * slowestMs)) + 2 * lineMs(characters);
     return slowestMs > 0 ? std::min(glance, patience) : patience;
 }
 

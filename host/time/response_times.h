@@ -47,7 +47,7 @@ public:
 private:
     double &of(int station) { return m_slowestMs.at(static_cast<unsigned char>(station)); }
     double of(int station) const { return m_slowestMs.at(static_cast<unsigned char>(station)); }
-    int usualMs(int characters) const;
+    int lineMs(int characters) const;
 
     TimeoutSettings m_settings;
     std::array<double, 256> m_slowestMs{};
