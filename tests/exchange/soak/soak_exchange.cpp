@@ -1,7 +1,7 @@
 #include "exchange/soak/soak_exchange.h"
 
 #include "model/register_name.h"
-#include "plc/stations/exchange_text.h"
+#include "plc/faults/fault_kinds.h"
 #include "plc/wire/wire.h"
 
 #include <map>

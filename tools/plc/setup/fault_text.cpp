@@ -1,6 +1,7 @@
 #include "plc/setup/fault_text.h"
 
 #include "plc/faults/fault_kinds.h"
+#include "plc/setup/cut_text.h"
 #include "plc/wire/wire.h"
 
 #include <QStringList>
@@ -30,18 +31,6 @@ std::optional<int> numberIn(const QString &text, int lowest, int highest, int ba
         return std::nullopt;
     }
     return value;
-}
-
-/** Cuts the text at the last `mark`, if there is one. @return what followed the mark. */
-std::optional<QString> cutBehind(QString &text, QLatin1Char mark)
-{
-    const auto position = text.lastIndexOf(mark);
-    if (position < 0) {
-        return std::nullopt;
-    }
-    const QString behind = text.mid(position + 1);
-    text.truncate(position);
-    return behind;
 }
 
 /** Takes "@PERCENT%" off the end. @return false if it is wrong. */

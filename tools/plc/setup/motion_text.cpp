@@ -1,5 +1,7 @@
 #include "plc/setup/motion_text.h"
 
+#include "plc/setup/cut_text.h"
+
 #include <QStringList>
 
 namespace plc {
@@ -77,18 +79,6 @@ bool readIncrement(const QString &text, Motion &motion)
     const std::optional<int> value = parseDigits(text);
     motion.increment = value.value_or(0);
     return motion.increment >= 1 && motion.increment <= kMostPerStep;
-}
-
-/** Cuts the text at the last `mark`, if there is one. @return what followed the mark. */
-std::optional<QString> cutBehind(QString &text, QLatin1Char mark)
-{
-    const auto place = text.lastIndexOf(mark);
-    if (place < 0) {
-        return std::nullopt;
-    }
-    const QString behind = text.mid(place + 1);
-    text.truncate(place);
-    return behind;
 }
 
 /** What nobody has said otherwise. */

@@ -12,9 +12,6 @@ QString frameInWords(const QByteArray &frame);
 /** Makes bytes readable: control characters by name, printable ones as they are, others as hex. */
 QString visible(const QByteArray &bytes);
 
-/** The name of the fault kind on the command line. */
-QString faultName(FaultKind kind);
-
 /** "fault: delay, repeat", or nothing where none has fired. */
 QString faultsText(const std::vector<Fault> &fired);
 
