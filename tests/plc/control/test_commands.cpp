@@ -20,7 +20,10 @@ struct Commanded
         target.nowMs = [this] { return nowMs; };
     }
 
-    Reply run(const char *line) const { return runCommand(latin(line), target); }
+    Reply run(const QByteArray &line) const
+    {
+        return runCommand(QString::fromLatin1(line), target);
+    }
 
     Bus bus;
     qint64 nowMs = 0;
@@ -63,6 +66,8 @@ static const Case<const char *, const char *> kErrors[] = {
     {"unknown", "sett D_W:1=1", "\"sett\": expected one of set, show"},
     {"no value", "set", "set: expected [STATION/]REGISTER"},
     {"wrong value", "set D_W:1=1 D_W:2=x", "expected values from"},
+    {"a later one does not exist", "set D_W:1=1 1/D_W:9999=1,2", "D_W:10000 does not exist"},
+    {"a later station does not exist", "set D_W:1=1 3/D_W:2=1", "no station 3"},
     {"no such station", "set 3/D_W:1=1", "no station 3"},
     {"not in every station", "set D_W:5000=1", "D_W:5000 does not exist in station 2"},
     {"no range", "show", "show: expected RANGE"},
@@ -92,7 +97,7 @@ private Q_SLOTS:
         Commanded commanded;
         Reply last;
         for (const QByteArray &line : QByteArray(row.what).split(';')) {
-            last = commanded.run(line.constData());
+            last = commanded.run(line);
         }
         QCOMPARE(last.error, QString());
         QCOMPARE(last.lines.join(QLatin1Char('\n')), latin(row.shows));
@@ -107,6 +112,16 @@ private Q_SLOTS:
         const Reply reply = commanded.run(row.given);
         QVERIFY2(reply.error.contains(latin(row.expected)), qPrintable(reply.error));
         QCOMPARE(*commanded.bus.find(1)->station.memory().word('D', 1), quint16(0));
+    }
+
+    void nothingIsAppliedByHalves()
+    {
+        Commanded commanded;
+        const QByteArray silences = QByteArray("silence ").repeated(1000);
+        QVERIFY(!commanded.run("ramp 1/D_W:0 3/D_W:0").isGood());
+        QCOMPARE(commanded.run("motions").lines, QStringList(latin("none")));
+        QVERIFY(!commanded.run("fault " + silences + "echo").isGood());
+        QCOMPARE(commanded.run("faults").lines, QStringList(latin("none")));
     }
 
     void aMotionBeginsWhenItIsAskedFor()

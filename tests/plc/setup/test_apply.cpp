@@ -78,7 +78,7 @@ private Q_SLOTS:
     {
         Bus bus;
         Unit &unit = bus.add(1);
-        const auto silence = std::get<FaultSetting>(parseFault(latin("silence")));
+        const auto silence = std::get<FaultSetting>(parseFault(latin("silence*1")));
         for (int i = 0; i < kMostPerStation; ++i) {
             const Point point{'D', PointKind::Word, i};
             QVERIFY(!apply(MotionSetting{-1, {point, 1}}, bus));
@@ -87,6 +87,10 @@ private Q_SLOTS:
         const MotionSetting more{-1, {{'D', PointKind::Word, 5000}, 1}};
         QVERIFY(apply(more, bus)->message.contains(latin("1000 motions already")));
         QVERIFY(apply(silence, bus)->message.contains(latin("1000 faults already")));
+        // What takes the place of another one, or of faults that are over, is not one more.
+        QVERIFY(!apply(MotionSetting{-1, {{'D', PointKind::Word, 5}, 1}}, bus));
+        unit.faults.draw();
+        QVERIFY(!apply(silence, bus));
         unit.motions.clear();
         for (int i = 0; i < kMostMoving / 9000; ++i) {
             QVERIFY(!apply(MotionSetting{-1, {{'D', PointKind::Word, i}, 9000}}, bus));

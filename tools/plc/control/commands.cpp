@@ -25,7 +25,19 @@ qint64 nowOf(const ControlTarget &target)
     return target.nowMs ? target.nowMs() : 0;
 }
 
-/** Reads all arguments, then applies all, so that a mistake in one of them changes nothing. */
+/** @return why one of them cannot be applied; those in front of it are. */
+template <typename Setting>
+std::optional<TextError> applyInTurn(const std::vector<Setting> &settings, Bus &bus)
+{
+    for (const Setting &setting : settings) {
+        if (const auto error = apply(setting, bus)) {
+            return error;
+        }
+    }
+    return std::nullopt;
+}
+
+/** Applies all arguments or none. */
 template <typename Parse>
 Reply applyAll(const Arguments &arguments, Bus &bus, Parse parse)
 {
@@ -37,12 +49,15 @@ Reply applyAll(const Arguments &arguments, Bus &bus, Parse parse)
         }
         settings.push_back(std::get<0>(parsed));
     }
-    for (const auto &setting : settings) {
-        if (const auto error = apply(setting, bus)) {
+    // A single one is applied as a whole or not at all.
+    if (settings.size() > 1) {
+        Bus trial = bus.trial();
+        if (const auto error = applyInTurn(settings, trial)) {
             return failure(error->message);
         }
     }
-    return {};
+    const auto error = applyInTurn(settings, bus);
+    return error ? failure(error->message) : Reply();
 }
 
 Reply set(const Arguments &arguments, const ControlTarget &target)

@@ -80,13 +80,9 @@ std::vector<ScriptLine> parseScript(const QStringList &lines, const ControlTarge
                                     Mistakes &mistakes)
 {
     std::vector<ScriptLine> script;
-    // Commands are tried on a copy, which nobody sees.
-    Bus copy = *target.bus;
-    for (auto &[number, unit] : copy.units()) {
-        unit.scenario.reset();
-    }
+    Bus bus = target.bus->trial();
     ControlTarget trial;
-    trial.bus = &copy;
+    trial.bus = &bus;
     if (target.save) {
         trial.save = [] { return std::nullopt; };
     }

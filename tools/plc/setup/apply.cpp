@@ -34,15 +34,27 @@ std::optional<TextError> checkNumber(const Unit &unit, std::size_t number, const
 std::optional<TextError> checkMoving(const Unit &unit, const Motion &motion)
 {
     qint64 moving = motion.count;
+    std::size_t others = 0;
     for (const Motion &old : unit.motions) {
-        moving += isSameRange(old, motion) ? 0 : old.count;
+        if (!isSameRange(old, motion)) {
+            moving += old.count;
+            ++others;
+        }
     }
     if (moving <= kMostMoving) {
-        return checkNumber(unit, unit.motions.size(), "motions");
+        return checkNumber(unit, others, "motions");
     }
     return TextError{QString::fromLatin1("station %1 would have more than %2 moving values")
                          .arg(unit.station.number())
                          .arg(kMostMoving)};
+}
+
+/** Those that are over make room for another one. */
+std::size_t liveFaults(const Unit &unit)
+{
+    const std::vector<Fault> &all = unit.faults.all();
+    return static_cast<std::size_t>(
+        std::count_if(all.begin(), all.end(), [](const Fault &fault) { return fault.times != 0; }));
 }
 
 } // namespace
@@ -125,7 +137,7 @@ std::optional<TextError> apply(const FaultSetting &setting, Bus &bus)
         return *error;
     }
     for (const Unit *const unit : std::get<std::vector<Unit *>>(units)) {
-        if (auto error = checkNumber(*unit, unit->faults.all().size(), "faults")) {
+        if (auto error = checkNumber(*unit, liveFaults(*unit), "faults")) {
             return error;
         }
     }

@@ -30,6 +30,15 @@ Unit *Bus::find(int number)
     return it == m_units.end() ? nullptr : &it->second;
 }
 
+Bus Bus::trial() const
+{
+    Bus copy = *this;
+    for (auto &[number, unit] : copy.m_units) {
+        unit.scenario.reset();
+    }
+    return copy;
+}
+
 void Bus::advance(qint64 nowMs)
 {
     for (auto &[number, unit] : m_units) {

@@ -38,6 +38,10 @@ public:
 
     std::map<int, Unit> &units() { return m_units; }
 
+    /** The same stations to try something on: nobody sees them, and their scenarios are left out.
+     */
+    Bus trial() const;
+
     /** Advances all scenarios and motions to time nowMs; a motion has the last word. */
     void advance(qint64 nowMs);
 
