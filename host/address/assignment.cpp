@@ -70,9 +70,7 @@ std::optional<Assignment> parseAssignment(const QString &text, int defaultStatio
     } else if (given == 1) {
         assignment.values.fill(assignment.values.first(), item->count);
     } else if (given != item->count) {
-        error = assignmentError(
-            text,
-            QString::fromLatin1("expected 1 or %1 values, not %2").arg(item->count).arg(given));
+        error = assignmentError(text, wrongCountText(item->count, given));
         return std::nullopt;
     }
     return assignment;

@@ -104,4 +104,11 @@ QString counted(qint64 count, const char *noun)
                                                          QLatin1String(count == 1 ? "" : "s"));
 }
 
+QString wrongCountText(qint64 count, qint64 given)
+{
+    return count == 1
+               ? QString::fromLatin1("expected 1 value, not %1").arg(given)
+               : QString::fromLatin1("expected 1 or %1 values, not %2").arg(count).arg(given);
+}
+
 } // namespace cnet

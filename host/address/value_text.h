@@ -42,4 +42,10 @@ QString quotable(const QString &text);
 /** "1 word", "2 words". */
 QString counted(qint64 count, const char *noun);
 
+/**
+ * What is wrong with so many values for an item with a count, which takes that many, or one for
+ * all: "expected 1 or 3 values, not 2".
+ */
+QString wrongCountText(qint64 count, qint64 given);
+
 } // namespace cnet

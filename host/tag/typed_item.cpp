@@ -162,10 +162,7 @@ std::optional<TypedAssignment> parseTagValues(const Tag &tag, const QString &lis
     const auto values = readValues(tag, list, what);
     const int given = values ? static_cast<int>(values->size()) : 0;
     if (values && given != 1 && given != tag.count) {
-        what =
-            tag.count == 1
-                ? QString::fromLatin1("expected 1 value, not %1").arg(given)
-                : QString::fromLatin1("expected 1 or %1 values, not %2").arg(tag.count).arg(given);
+        what = wrongCountText(tag.count, given);
     }
     if (!what.isEmpty()) {
         error = itemError(tagText(tag), what);
@@ -197,7 +194,7 @@ std::optional<TypedAssignment> parseTypedAssignment(const QString &text, int def
     if (values && given == 1) {
         assignment.values.fill(values->first(), tag->count);
     } else if (values && hasCount && given != tag->count) {
-        what = QString::fromLatin1("expected 1 or %1 values, not %2").arg(tag->count).arg(given);
+        what = wrongCountText(tag->count, given);
         values.reset();
     }
     if (!values || !setCount(assignment.tag, static_cast<int>(assignment.values.size()), what)) {

@@ -71,6 +71,7 @@ void TestAssignment::refuses_data()
     row("TX:3=0x1", "'0x1' is no value of TX, which is 0 or 1");
     row("D_W:100*3=1,2", "expected 1 or 3 values, not 2");
     row("D_W:100*2=1,2,3", "expected 1 or 2 values, not 3");
+    row("D_W:100*1=1,2", "expected 1 value, not 2");
     row("Q_W:1=1", "the driver has no register 'Q_W'");
     row("D_W:x=1", "an address of D_W is a number from 0 to 9999");
     row("D_W:10000=1", "an address of D_W is a number from 0 to 9999");

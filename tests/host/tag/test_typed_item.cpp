@@ -100,7 +100,7 @@ const Case<const char *, const char *> kWrong[] = {
     {"no value", "D_W:100@f32", "expected ITEM@TYPE=VALUE"},
     {"an empty value", "D_W:100@f32=", "'' is no value of f32"},
     {"too few", "D_W:100*3@i16=1,2", "expected 1 or 3 values, not 2"},
-    {"too many", "D_W:100*1@i16=1,2", "expected 1 or 1 values, not 2"},
+    {"too many", "D_W:100*1@i16=1,2", "'D_W:100*1@i16=1,2': expected 1 value, not 2"},
     {"more than fit", "D_W:9998@f32=1,2", "2 values of f32 would take 4 words"},
     {"a wrong type", "D_W:100@f33=1", "'f33' is no type"},
 };
