@@ -8,7 +8,6 @@ namespace cnet {
 
 namespace {
 
-const int kQuietMs = 20;
 const int kLongestBabbleMs = 2000;
 const double kNsPerMs = 1000000;
 // Behind the head: station (2), command, type (2)
@@ -24,6 +23,47 @@ QByteArray addresseeOf(const QByteArray &frame)
 
 } // namespace
 
+RawAnswer::RawAnswer(const QByteArray &frame)
+{
+    m_reply.frame = frame;
+}
+
+bool RawAnswer::add(const QByteArray &bytes)
+{
+    QByteArray rest = bytes;
+    while (!rest.isEmpty() && !m_reply.whole) {
+        rest.remove(0, m_collector.add(rest, 0));
+        if (endsHere()) {
+            const QByteArray answer = m_collector.answer();
+            const QByteArray asked = addresseeOf(m_reply.frame);
+            m_reply.whole = asked.isEmpty() || addresseeOf(answer) == asked;
+            if (!m_reply.whole) {
+                m_reply.elsewhere += answer;
+                m_reply.strayBytes += m_collector.strayBytes();
+                m_collector.clear();
+            }
+        }
+    }
+    return m_reply.whole;
+}
+
+// Where no block check is due, nothing follows the end.
+bool RawAnswer::endsHere() const
+{
+    const QByteArray answer = m_collector.answer();
+    const char command = answer.size() > kCommandPosition ? answer.at(kCommandPosition) : '\0';
+    return m_collector.isComplete() ||
+           (m_collector.hasBegun() && command >= 'A' && command <= 'Z' && answer.endsWith(kEtx));
+}
+
+RawReply RawAnswer::reply() const
+{
+    RawReply reply = m_reply;
+    reply.answer = m_collector.hasBegun() ? m_collector.answer() : QByteArray();
+    reply.strayBytes += m_collector.strayBytes();
+    return reply;
+}
+
 RawExchange::RawExchange(Link &link, Clock &clock, QObject *parent)
     : QObject(parent)
     , m_link(link)
@@ -35,7 +75,7 @@ RawExchange::RawExchange(Link &link, Clock &clock, QObject *parent)
         if (m_phase == Phase::Clearing) {
             proceed();
         } else if (m_phase == Phase::Waiting) {
-            finish(false);
+            finish();
         }
     });
     connect(&link, &Link::received, this, &RawExchange::handleBytes);
@@ -43,11 +83,12 @@ RawExchange::RawExchange(Link &link, Clock &clock, QObject *parent)
     connect(&link, &Link::opened, this, [this] { m_lastByteMs = m_clock.nowMs(); });
 }
 
-void RawExchange::send(const QByteArray &frame, int patienceMs)
+void RawExchange::send(const QByteArray &frame, int patienceMs, int quietMs)
 {
-    m_reply = RawReply();
-    m_reply.frame = frame;
+    m_frame = frame;
+    m_answer = RawAnswer(frame);
     m_patienceMs = patienceMs;
+    m_quietMs = quietMs;
     m_sinceMs = m_clock.nowMs();
     m_phase = Phase::Clearing;
     proceed();
@@ -58,63 +99,33 @@ void RawExchange::proceed()
 {
     const qint64 nowMs = m_clock.nowMs();
     const qint64 leftMs =
-        std::min(m_lastByteMs + kQuietMs - nowMs, m_sinceMs + kLongestBabbleMs - nowMs);
+        std::min(m_lastByteMs + m_quietMs - nowMs, m_sinceMs + kLongestBabbleMs - nowMs);
     if (leftMs > 0) {
         m_alarm->set(static_cast<int>(leftMs));
         return;
     }
     m_phase = Phase::Waiting;
-    m_collector.clear();
     m_sentNs = m_clock.nowNs();
     m_alarm->set(m_patienceMs);
-    Q_EMIT sent(m_reply.frame);
-    m_link.send(m_reply.frame);
+    Q_EMIT sent(m_frame);
+    m_link.send(m_frame);
 }
 
 void RawExchange::handleBytes(const QByteArray &bytes)
 {
     m_lastByteMs = m_clock.nowMs();
-    QByteArray rest = bytes;
-    while (!rest.isEmpty() && m_phase == Phase::Waiting) {
-        const int taken = m_collector.add(rest, 0);
-        rest.remove(0, taken);
-        if (isWhole()) {
-            takeAnswer();
-        }
+    if (m_phase == Phase::Waiting && m_answer.add(bytes)) {
+        finish();
     }
 }
 
-// Where no block check is due, nothing follows the end.
-bool RawExchange::isWhole() const
-{
-    const QByteArray answer = m_collector.answer();
-    const char command = answer.size() > kCommandPosition ? answer.at(kCommandPosition) : '\0';
-    return m_collector.isComplete() ||
-           (m_collector.hasBegun() && command >= 'A' && command <= 'Z' && answer.endsWith(kEtx));
-}
-
-void RawExchange::takeAnswer()
-{
-    const QByteArray answer = m_collector.answer();
-    const QByteArray asked = addresseeOf(m_reply.frame);
-    if (asked.isEmpty() || addresseeOf(answer) == asked) {
-        finish(true);
-        return;
-    }
-    m_reply.elsewhere += answer;
-    m_reply.strayBytes += m_collector.strayBytes();
-    m_collector.clear();
-}
-
-void RawExchange::finish(bool whole)
+void RawExchange::finish()
 {
     m_phase = Phase::Idle;
     m_alarm->cancel();
-    m_reply.whole = whole;
-    m_reply.answer = m_collector.hasBegun() ? m_collector.answer() : QByteArray();
-    m_reply.strayBytes += m_collector.strayBytes();
-    m_reply.tookMs = static_cast<double>(m_clock.nowNs() - m_sentNs) / kNsPerMs;
-    Q_EMIT ended(m_reply);
+    RawReply reply = m_answer.reply();
+    reply.tookMs = static_cast<double>(m_clock.nowNs() - m_sentNs) / kNsPerMs;
+    Q_EMIT ended(reply);
 }
 
 bool onlyReads(const QByteArray &frame)

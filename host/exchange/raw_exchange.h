@@ -22,6 +22,30 @@ struct RawReply
 };
 
 /**
+ * Finds the answer to a frame in what comes back.
+ *
+ * An answer counts where it names the frame's own station and command; where the frame names none,
+ * any does.
+ */
+class RawAnswer
+{
+public:
+    explicit RawAnswer(const QByteArray &frame = QByteArray());
+
+    /** @return true once the answer is whole; what follows is not looked at */
+    bool add(const QByteArray &bytes);
+
+    /** What is known so far, but for the time. */
+    RawReply reply() const;
+
+private:
+    bool endsHere() const;
+
+    RawReply m_reply;
+    AnswerCollector m_collector;
+};
+
+/**
  * Sends one frame as it is, right or wrong, and waits for what comes. It is for people who look at
  * the line: nothing is sent again and nothing is made of the answer. Values are for a Session.
  *
@@ -35,15 +59,16 @@ public:
     /** @param link,clock must outlive this object */
     RawExchange(Link &link, Clock &clock, QObject *parent = nullptr);
 
+    /** Milliseconds without a byte after which nothing is on its way any more. */
+    static constexpr int kQuietMs = 20;
+
     /**
      * Sends once the line is quiet; ended() follows. Only while not busy.
      *
-     * An answer counts where it names the frame's own station and command; where the frame names
-     * none, any does.
-     *
      * @param patienceMs how long the answer may take, 1 or more
+     * @param quietMs for so long no byte must have come; 0 where nothing more can come
      */
-    void send(const QByteArray &frame, int patienceMs);
+    void send(const QByteArray &frame, int patienceMs, int quietMs = kQuietMs);
 
     bool isBusy() const { return m_phase != Phase::Idle; }
 
@@ -60,20 +85,19 @@ private:
 
     void proceed();
     void handleBytes(const QByteArray &bytes);
-    bool isWhole() const;
-    void takeAnswer();
-    void finish(bool whole);
+    void finish();
 
     Link &m_link;
     Clock &m_clock;
     std::unique_ptr<Alarm> m_alarm;
     Phase m_phase = Phase::Idle;
     int m_patienceMs = 0;
+    int m_quietMs = kQuietMs;
     qint64 m_sinceMs = 0;    ///< when the quiet was first waited for
     qint64 m_lastByteMs = 0; ///< or when the line opened
     qint64 m_sentNs = 0;
-    AnswerCollector m_collector;
-    RawReply m_reply;
+    QByteArray m_frame;
+    RawAnswer m_answer;
 };
 
 /**

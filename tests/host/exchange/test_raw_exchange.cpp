@@ -17,6 +17,8 @@ private Q_SLOTS:
     void takesTheAnswer();
     void givesUpInTime();
     void waitsForAQuietLine();
+    void sendsAtOnceWhereNothingCanCome();
+    void findsTheAnswerInPieces();
     void takesNoAnswerOfOthers();
     void sendsAgainWhatIsAsked();
     void knowsPlainReading_data();
@@ -133,6 +135,32 @@ void TestRawExchange::waitsForAQuietLine()
         m_bench->clock.runFor(10);
     }
     QCOMPARE(m_bench->link.sentFrames.size(), 2);
+}
+
+void TestRawExchange::sendsAtOnceWhereNothingCanCome()
+{
+    m_bench->link.say("x");
+    m_bench->exchange.send(kRequest, kPatienceMs, 0);
+    QCOMPARE(m_bench->link.sentFrames.size(), 1);
+}
+
+// As a capture has them.
+void TestRawExchange::findsTheAnswerInPieces()
+{
+    RawAnswer answer(kRequest);
+    QCOMPARE(answer.reply().answer, QByteArray());
+    QVERIFY(!answer.add("zz"));
+    QVERIFY(!answer.add(answerFrame("02rSB01021234")));
+    QVERIFY(!answer.add(kAnswer.left(5)));
+    QCOMPARE(answer.reply().answer, kAnswer.left(5));
+    QVERIFY(!answer.reply().whole);
+    QVERIFY(answer.add(kAnswer.mid(5) + kRefusal));
+    QVERIFY(answer.add(kRefusal));
+    QCOMPARE(answer.reply().answer, kAnswer);
+    QVERIFY(answer.reply().whole);
+    QCOMPARE(answer.reply().strayBytes, 2);
+    QCOMPARE(answer.reply().elsewhere, answerFrame("02rSB01021234"));
+    QCOMPARE(answer.reply().frame, kRequest);
 }
 
 void TestRawExchange::takesNoAnswerOfOthers()
