@@ -1,7 +1,7 @@
 #include "plc/setup/fault_text.h"
 
 #include "plc/faults/fault_kinds.h"
-#include "plc/setup/cut_text.h"
+#include "plc/setup/setting_text.h"
 #include "plc/wire/wire.h"
 
 #include <QStringList>

@@ -1,6 +1,6 @@
 #include "plc/setup/motion_text.h"
 
-#include "plc/setup/cut_text.h"
+#include "plc/setup/setting_text.h"
 
 #include <QStringList>
 
