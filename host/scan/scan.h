@@ -96,7 +96,7 @@ private:
     std::unique_ptr<Conversation> m_conversation;
     std::unique_ptr<StationSearch> m_search;
     std::unique_ptr<StationSurvey> m_survey;
-    std::array<qint64, 76> m_formUsedMs{}; ///< when each form of fence was sent last; 0: never
+    std::array<qint64, 76> m_formUsedMs{}; ///< when each form was sent last; long ago: never
     QVector<FoundStation> m_found;
     Phase m_phase = Phase::Idle;
     int m_tried = 0;    ///< settings

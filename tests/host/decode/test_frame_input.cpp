@@ -120,6 +120,8 @@ void TestFrameInput::countsLines()
                                                   "01"));
     QCOMPARE(found.frames.at(1).line, 5);
     QCOMPARE(found.skippedLines, 2);
+    // A frame without its end is over where the next one begins.
+    QCOMPARE(findFrames("05 30 31\n06 30 31\n").frames.at(1).line, 2);
     QCOMPARE(findFrames(QByteArray(100000, '0') + "\nx").errors.size(), 1);
 }
 

@@ -17,6 +17,7 @@ private Q_SLOTS:
     void writes();
     void reads();
     void tellsWhatItsBlocksAreFor();
+    void hidesNoChangeFromMonitors();
     void fitsThePlc_data();
     void fitsThePlc();
     void verifies_data();
@@ -105,6 +106,21 @@ void TestRecipeJob::tellsWhatItsBlocksAreFor()
             });
     QVERIFY(plant.finishes(start(plant, "D_W:10*2", RecipeDirection::Write)));
     QVERIFY(purposes == (QVector<Purpose>{Purpose::Recipe, Purpose::Read}));
+}
+
+// The driver starts anew for a recipe that is written: a value that is 0 now is no change to it.
+void TestRecipeJob::hidesNoChangeFromMonitors()
+{
+    VirtualPlant plant;
+    plant.setWord(500, 7);
+    Monitor *const monitor = plant.monitor("D_W:500");
+    plant.open(300);
+    QCOMPARE(monitor->items().first().values.first().value, quint16(7));
+    RecipeJob *const job = start(plant, "D_W:10*2", RecipeDirection::Write, Verify::No);
+    plant.setWord(500, 0);
+    QVERIFY(plant.finishes(job));
+    plant.run(500);
+    QCOMPARE(monitor->items().first().values.first().value, quint16(0));
 }
 
 void TestRecipeJob::fitsThePlc_data()

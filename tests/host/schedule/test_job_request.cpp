@@ -77,6 +77,7 @@ private Q_SLOTS:
     void writesABitWithinItsWord();
     void leavesCyclicBlocksToOthers();
     void tellsOfARefusal();
+    void endsWithTheWordOfABit();
     void outlivesItsJob();
 };
 
@@ -154,6 +155,19 @@ void TestJobRequest::tellsOfARefusal()
     desk.request.finish(desk.failure);
     QCOMPARE(job->results().first().outcome, WriteOutcome::Refused);
     QCOMPARE(job->results().first().failure.code, 0x1132);
+}
+
+// Where its word cannot be read, a bit is not written.
+void TestJobRequest::endsWithTheWordOfABit()
+{
+    Desk desk;
+    const auto job = desk.writing(testItem("D_bit", 5 * 16 + 2, 1));
+    QVERIFY(desk.request.begin(job.get(), *job->next()));
+    desk.link.say(refusalFrame("01rSB1132"));
+    QVERIFY(desk.over);
+    desk.request.finish(desk.failure);
+    QCOMPARE(job->results().first().outcome, WriteOutcome::Refused);
+    QVERIFY(!desk.carrier.carry());
 }
 
 void TestJobRequest::outlivesItsJob()

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void beginsRoundsInTime();
     void sortsOutARefusedBlock();
     void blamesTheBlockTheSecondTime();
+    void asksAgainWhereTheBlockWasGood();
     void blamesNobodyWhileItSortsOut();
     void survivesAMonitorThatGoes();
     void blamesNoOtherItem();
@@ -170,6 +171,19 @@ void TestPoller::blamesTheBlockTheSecondTime()
     QCOMPARE(static_cast<int>(m_jobs.size()), 1);
     QCOMPARE(m_monitor->items().at(0).quality, Quality::Refused);
     QCOMPARE(m_monitor->items().at(1).quality, Quality::Refused);
+}
+
+// The first refusal is forgotten then.
+void TestPoller::asksAgainWhereTheBlockWasGood()
+{
+    watch("D_W:0*2 D_W:2*2");
+    m_poller->prepare();
+    end(range(0, 4), Outcome::Refused);
+    m_jobs.first()->conclude();
+    end(range(0, 4), Outcome::Answered);
+    end(range(0, 4), Outcome::Refused);
+    QCOMPARE(static_cast<int>(m_jobs.size()), 2);
+    QCOMPARE(m_monitor->items().at(0).quality, Quality::Good);
 }
 
 // Between many other reads the driver puts a block of the cyclic ones, which is the refused one.

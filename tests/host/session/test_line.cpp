@@ -299,7 +299,7 @@ void TestLine::tellsOfASlowStation()
     plant.open(20000);
     const QString expected =
         QLatin1String("station 1 answers after 200 ms, the time-out is 100 ms: 301 ms would do");
-    QCOMPARE(static_cast<int>(plant.notices.filter(expected).size()), 1);
+    QCOMPARE(plant.notices.filter(QLatin1String("would do")), QStringList(expected));
     QVERIFY(plant.session->stations().value(1).late > 0);
 }
 

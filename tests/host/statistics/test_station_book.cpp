@@ -89,6 +89,7 @@ void TestStationBook::countsNothingThatWasNotSent()
     unsent.reply.sent = false;
     book.note(unsent);
     QCOMPARE(countersText(book.all().value(2)), QLatin1String("0 0 0 0 0 0"));
+    QCOMPARE(book.noteAway(2, 0), QLatin1String("station 2 does not answer (0 attempts)"));
 }
 
 void TestStationBook::measuresTime()

@@ -84,19 +84,22 @@ void TestResponseTimes::knowsWhatAFixedTimeoutNeeds()
 void TestResponseTimes::glances_data()
 {
     QTest::addColumn<double>("othersMs");
+    QTest::addColumn<int>("characters");
     QTest::addColumn<int>("glanceMs");
-    QTest::newRow("nobody has answered yet") << 0.0 << 500;
-    QTest::newRow("others are quick") << 1.0 << 50;
-    QTest::newRow("others take their time") << 30.0 << 120;
-    QTest::newRow("others are slow") << 3000.0 << 500;
+    QTest::newRow("nobody has answered yet") << 0.0 << 0 << 500;
+    QTest::newRow("others are quick") << 1.0 << 0 << 50;
+    QTest::newRow("others are quick, on a slow line") << 1.0 << 100 << 250;
+    QTest::newRow("others take their time") << 30.0 << 0 << 120;
+    QTest::newRow("others are slow") << 3000.0 << 0 << 500;
 }
 
 void TestResponseTimes::glances()
 {
     QFETCH(double, othersMs);
-    ResponseTimes times;
+    QFETCH(int, characters);
+    ResponseTimes times({0, 1000});
     times.note(9, othersMs);
-    QTEST(times.glanceMs(1, 0), "glanceMs");
+    QTEST(times.glanceMs(1, characters), "glanceMs");
 }
 
 QTEST_APPLESS_MAIN(TestResponseTimes)
