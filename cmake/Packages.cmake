@@ -87,7 +87,8 @@ set(CPACK_DEBIAN_DOCUMENTS_DESCRIPTION
 "MASTER-K Cnet communication driver for operator panels - documentation
 ${what_it_is}
 
-This package contains the documents, and the sources of two example programs.")
+This package contains the documents, the sources of two example programs, and
+tags, recipes and a capture of the press that cnet-plc simulates.")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME cnet-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION comm)
