@@ -3,6 +3,7 @@
 #include "host/tag/scaling.h"
 #include "host/value/value_codec.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace cnet {
@@ -27,9 +28,9 @@ QVector<TagValue> readTag(const Tag &tag, const QVector<quint16> &units, const Q
     QVector<TagValue> values;
     for (int i = 0; i < tag.count; ++i) {
         const int first = i * step;
-        const bool isKnown = first + step <= units.size() &&
-                             known.mid(first, step).size() == step &&
-                             !known.mid(first, step).contains(false);
+        const bool isKnown = first + step <= std::min(units.size(), known.size()) &&
+                             std::all_of(known.cbegin() + first, known.cbegin() + first + step,
+                                         [](bool unit) { return unit; });
         TagValue own;
         if (isKnown) {
             own.units = units.mid(first, step);
