@@ -76,6 +76,8 @@ const Case<const char *, const char *> kMistakes[] = {
      "access texts description group; "
      "did you mean scale?"},
     {"missing column", "name,register\na,D_W\n", "1:14: address: the column is missing, and every"},
+    {"a decimal comma", "name,register,address,scale\na,D_W,1,2,5\n",
+     "2:11: 5 fields, and the header has 4 columns"},
     {"column twice", "name,register,address,Name\n", "1:23: Name: the column is there twice"},
     {"more fields than columns", "name;register;address\na;D_W;1;x;y\n",
      "2:9: 5 fields, and the header has 3 columns; a text with a divider in it is written in "
