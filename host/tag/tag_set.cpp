@@ -1,6 +1,7 @@
 #include "host/tag/tag_set.h"
 
 #include "host/address/value_text.h"
+#include "host/tag/typed_item.h"
 #include "host/text/near_miss.h"
 
 #include <QSet>
@@ -21,7 +22,7 @@ TagSet::TagSet(const QVector<Tag> &tags)
 {
     m_indexes.reserve(tags.size());
     for (int i = 0; i < tags.size(); ++i) {
-        m_indexes.insert(tags.at(i).name, i);
+        m_indexes.insert(tagText(tags.at(i)), i);
     }
 }
 

@@ -10,13 +10,13 @@
 
 namespace cnet {
 
-/** Tags by their names. */
+/** Tags by their names, and by typedItemText() where they have none. */
 class TagSet
 {
 public:
     TagSet() = default;
 
-    /** @param tags with names that differ */
+    /** @param tags with names that differ, or none */
     explicit TagSet(const QVector<Tag> &tags);
 
     const QVector<Tag> &all() const { return m_tags; }

@@ -1,5 +1,7 @@
 #include "host/tagfile/tag_diff.h"
 
+#include "host/tag/typed_item.h"
+
 namespace cnet {
 
 namespace {
@@ -47,21 +49,22 @@ TagDiff tagDiff(const TagSet &before, const TagSet &after)
 {
     TagDiff diff;
     for (const Tag &tag : after.all()) {
-        const Tag *const old = before.find(tag.name);
+        const QString name = tagText(tag);
+        const Tag *const old = before.find(name);
         if (old == nullptr) {
-            diff.added.append(tag.name);
+            diff.added.append(name);
             continue;
         }
         const QVector<TagColumn> columns = tagDifferences(*old, tag);
         if (columns.isEmpty()) {
-            diff.unchanged.append(tag.name);
+            diff.unchanged.append(name);
         } else {
-            diff.changed.append({tag.name, columns});
+            diff.changed.append({name, columns});
         }
     }
     for (const Tag &tag : before.all()) {
-        if (after.indexOf(tag.name) < 0) {
-            diff.removed.append(tag.name);
+        if (after.indexOf(tagText(tag)) < 0) {
+            diff.removed.append(tagText(tag));
         }
     }
     return diff;

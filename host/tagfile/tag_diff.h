@@ -31,7 +31,7 @@ struct TagDiff
     QString text() const;
 };
 
-/** Tags are the same by their names. */
+/** Tags are the same by their names, or by what they stand for where they have none. */
 TagDiff tagDiff(const TagSet &before, const TagSet &after);
 
 } // namespace cnet

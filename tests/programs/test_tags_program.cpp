@@ -26,7 +26,9 @@ private Q_SLOTS:
     void watchesByName();
     void takesListsOfNames();
     void takesAFileThatIsStoredAnew();
+    void keepsItemsAndValuesOfArraysOverAFileStoredAnew();
     void reloadsOnAKey();
+    void aStationOfANewTagIsSimulated();
 
 private:
     QByteArray run(const QList<QByteArray> &arguments, int exitCode = 0);
@@ -90,6 +92,23 @@ void TestTagsProgram::readsByName_data()
     row("group within another", {"read", "press/buttons"},
         "press.start  false; press.stop  false; press.reset  false");
     row("array", {"read", "mould.zones"}, "mould.zones[0]  ");
+    row("one value of an array", {"read", "recipe.zones[2]", "recipe.zones[0]"},
+        "recipe.zones[2]  185.0 \xc2\xb0"
+        "C; recipe.zones[0]  ");
+    row("items among names",
+        {"read", "press.speed", "D_W:200*2", "D_W:201@u16*0.1", "press.speed", "D_W:200*2"},
+        "press.speed  30.0 1/min; 1/D_W:200  1 0x0001; 1/D_W:201  300 0x012C; "
+        "1/D_W:201@u16*0.1  30.0");
+    row("items among names as json", {"read", "D_W:201", "recipe.zones[1]", "--format", "json"},
+        "{\"address\":\"201\",\"count\":1,\"event\":\"value\",\"good\":true,\"item\":\"1/D_W:201\","
+        "\"register\":\"D_W\",\"station\":1,\"values\":[300]}; "
+        "{\"address\":\"207\",\"count\":1,\"event\":\"value\",\"good\":true,\"group\":\"recipe\","
+        "\"item\":\"1/D_W:207@i16*0.1\",\"name\":\"recipe.zones[1]\"");
+    row("items among names as csv", {"read", "D_W:201", "press.speed", "--format", "csv"},
+        "station,register,address,value,name,unit; 1,D_W,201,300,,; 1,D_W,100,30.0,press.speed");
+    row("the words of a tag", {"identify", "press.speed"}, "1/D_W:100  300 0x012C  ");
+    row("the words of a value of an array", {"identify", "recipe.zones[1]"}, "1/D_W:207  ");
+    row("the words of an item", {"identify", "D_W:200*2"}, "1/D_W:200  1 0x0001  ");
     row("all", {"read"}, "press.speed  30.0 1/min; press.pressure_set  ");
     row("json", {"read", "press.speed", "--format", "json"},
         "{\"address\":\"100\",\"count\":1,\"event\":\"value\",\"good\":true,\"group\":\"press\","
@@ -114,6 +133,14 @@ void TestTagsProgram::writesByName()
                         "1/D_W:205=250: written"));
     QCOMPARE(run({"read", "recipe.speed", "job.name", "recipe.dwell"}),
              QByteArray("recipe.speed  12.5 1/min; job.name  \"part 7\"; recipe.dwell  0.250 s"));
+    const QByteArray degrees = " \xc2\xb0"
+                               "C";
+    QCOMPARE(run({"write", "recipe.zones=50", "recipe.zones[2]=185.5"}),
+             QByteArray("recipe.zones=50,50,50,50: written; "
+                        "recipe.zones[2]=185.5: written"));
+    QCOMPARE(run({"read", "recipe.zones"}),
+             "recipe.zones[0]  50.0" + degrees + "; recipe.zones[1]  50.0" + degrees +
+                 "; recipe.zones[2]  185.5" + degrees + "; recipe.zones[3]  50.0" + degrees);
 }
 
 void TestTagsProgram::refuses_data()
@@ -125,7 +152,23 @@ void TestTagsProgram::refuses_data()
     };
     row("a near miss", {"read", "press.sped"}, "no tag or group 'press.sped'; did you mean");
     row("a pattern that fits none", {"monitor", "oven.*"}, "no tag fits 'oven.*'");
-    row("an item", {"read", "D_W:100"}, "no tag or group 'D_W:100'");
+    row("an item that is none", {"read", "press.speed", "D_W:10000"},
+        "an address of D_W is a number from 0 to 9999");
+    row("an item without a type of that name", {"monitor", "D_W:1@float"}, "'float' is no type");
+    row("a value behind the last one", {"write", "press.speed=13", "recipe.zones[4]=1"},
+        "'recipe.zones[4]': recipe.zones has 4 values, recipe.zones[0] to recipe.zones[3]");
+    row("a value of an array that is not there", {"read", "mould.zones[-1]"}, "has 4 values");
+    row("several values for one", {"write", "recipe.zones[1]=1,2"},
+        "'recipe.zones[1]': expected 1 value, not 2");
+    row("a value of no array", {"write", "press.speed[0]=1"}, "press.speed is one value");
+    row("one value above the maximum", {"write", "recipe.zones[1]=300.1"},
+        "recipe.zones[1]: 300.1 is above");
+    row("one value that is only read", {"write", "mould.zones[1]=1"},
+        "mould.zones[1] can only be read");
+    row("words of nothing", {"identify"}, "expected one tag of 1 to 60 words");
+    row("words of several tags", {"identify", "press"}, "expected one tag of 1 to 60 words");
+    row("words of a bit", {"identify", "press.running"}, "expected one tag of 1 to 60 words");
+    row("words of an item with a type", {"identify", "D_W:5@u16"}, "or an item without a type");
     row("terminal codes", {"read", "\x1b[2J"}, "no tag or group '?[2J'");
     row("an endless name", {"read", QByteArray(100000, 'x')}, "no tag or group 'xxx");
     row("no such file", {"read", "--tags", "/no/such/file"}, "cannot read /no/such/file");
@@ -172,6 +215,13 @@ void TestTagsProgram::watchesByName()
     QVERIFY2(csv.startsWith("time,station,register,address,count,value,quality,name,unit; "),
              csv.constData());
     QVERIFY2(csv.contains(",1,D_W,100,1,30.0,good,press.speed,1/min"), csv.constData());
+    const QByteArray mixed = run({"monitor", "--count", "3", "--format", "csv", "D_W:201",
+                                  "D_W:201@u16*0.1", "recipe.zones[1]", "press.speed"});
+    QVERIFY2(mixed.contains(",1,D_W,201,1,300,good,,;"), mixed.constData());
+    QVERIFY2(mixed.contains(",1,D_W,201,1,30.0,good,,;"), mixed.constData());
+    QVERIFY2(mixed.contains(",1,D_W,207,1,185.0,good,recipe.zones[1],\xc2\xb0"
+                            "C"),
+             mixed.constData());
     const QByteArray json = run({"monitor", "--count", "3", "--format", "json", "press.speed"});
     QVERIFY2(json.contains("\"name\":\"press.speed\""), json.constData());
     QVERIFY2(json.contains("\"unit\":\"1/min\""), json.constData());
@@ -218,6 +268,49 @@ void TestTagsProgram::takesAFileThatIsStoredAnew()
              said.constData());
     QVERIFY2(said.contains("live.csv:3:11: address: '20000'"), said.constData());
     QVERIFY2(said.contains("live.csv: tags: 1 added, 2 removed, 1 unchanged"), said.constData());
+}
+
+void TestTagsProgram::keepsItemsAndValuesOfArraysOverAFileStoredAnew()
+{
+    const QByteArray head = "name,register,address,type,count,scale\n";
+    QVERIFY(store("live.csv", head + "zones,D_W,206,i16,4,0.1\n"));
+    Program panel;
+    QVERIFY(
+        panel.startBytes(CNET_PANEL, {"monitor", "--tags", path("live.csv"), "D_W:201", "zones[1]",
+                                      "D_W:200*2", "--link", "tcp:" + m_plc->place().toLatin1()}));
+    const auto shows = [&panel](const char *end) {
+        return !panel.waitForLine([end](const QByteArray &line) { return line.endsWith(end); })
+                    .isEmpty();
+    };
+    QVERIFY(shows("  zones[1]  185.0"));
+    QVERIFY(store("live.csv", head + "zones,D_W,206,i16,4,\nnew,D_W,1,,,\n"));
+    QVERIFY(shows("  zones[1]  1850"));
+    QVERIFY(store("live.csv", head + "zones,D_W,206,i16,1,\n"));
+    QTRY_VERIFY(panel.errors().contains("zones is one value, not an array"));
+    panel.signal(SIGTERM);
+    QCOMPARE(panel.exitCode(), 0);
+    QCOMPARE(panel.lines().join('\n').count("  1/D_W:201  300"), 2); // of two items
+    const QByteArray said = panel.errors();
+    QVERIFY2(said.contains("live.csv: tags: 1 changed (zones[1]: scale), 2 unchanged"),
+             said.constData());
+}
+
+// Without --link: the line is the program's own, and has the stations that are asked for.
+void TestTagsProgram::aStationOfANewTagIsSimulated()
+{
+    const QByteArray head = "name,register,address,station,type\nfirst,D_W,5000,1,u16\n";
+    QVERIFY(store("live.csv", head));
+    Program panel;
+    QVERIFY(panel.startBytes(CNET_PANEL, {"monitor", "--tags", path("live.csv")}));
+    const auto shows = [&panel](const char *end) {
+        return !panel.waitForLine([end](const QByteArray &line) { return line.endsWith(end); })
+                    .isEmpty();
+    };
+    QVERIFY(shows("  first  0"));
+    QVERIFY(store("live.csv", head + "second,D_W,5000,9,u16\n"));
+    QVERIFY(shows("  second  0"));
+    panel.signal(SIGTERM);
+    QCOMPARE(panel.exitCode(), 0);
 }
 
 void TestTagsProgram::reloadsOnAKey()

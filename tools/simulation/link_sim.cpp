@@ -36,14 +36,21 @@ LinkSim::LinkSim(const QVector<int> &stations, int baud, QObject *parent)
     : Link(parent)
     , m_line(m_bus)
 {
-    for (const int station : stations) {
-        m_bus.add(station).motions = livelyValues();
-    }
+    addStations(stations);
     m_line.setBaud(baud);
     m_clock.start();
     m_due.setSingleShot(true);
     m_due.setTimerType(Qt::PreciseTimer);
     connect(&m_due, &QTimer::timeout, this, &LinkSim::deliver);
+}
+
+void LinkSim::addStations(const QVector<int> &stations)
+{
+    for (const int station : stations) {
+        if (m_bus.find(station) == nullptr) {
+            m_bus.add(station).motions = livelyValues();
+        }
+    }
 }
 
 void LinkSim::open()

@@ -33,6 +33,9 @@ public:
     void send(const QByteArray &bytes) override;
     QString name() const override { return QLatin1String("simulated PLC"); }
 
+    /** Adds those that the line has not yet; the others stay as they are. */
+    void addStations(const QVector<int> &stations);
+
     /** The stations, to set values and faults. */
     plc::Bus &bus() { return m_bus; }
 

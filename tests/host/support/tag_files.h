@@ -40,7 +40,7 @@ inline QStringList placedTexts(const Findings &findings)
 }
 
 /** All columns, as "name=a register=D_W address=100": those that differ from the usual ones. */
-inline QString tagText(const Tag &tag)
+inline QString columnsText(const Tag &tag)
 {
     QStringList texts;
     for (int i = 0; i < kTagColumns; ++i) {

@@ -112,7 +112,7 @@ void TestTagFile::reads()
     QCOMPARE(placedTexts(file.mistakes()), QStringList());
     QStringList tags;
     for (const Tag &tag : file.tags()) {
-        tags.append(tagText(tag));
+        tags.append(columnsText(tag));
         QCOMPARE(tag.item.count, tag.type.unitsPerValue() * tag.count);
     }
     QCOMPARE(tags.join(QLatin1Char('|')), QString::fromUtf8(row.expected));

@@ -2,6 +2,7 @@
 #include "panel/options/command_items.h"
 #include "panel/options/link_settings.h"
 #include "panel/options/output_format.h"
+#include "panel/options/tag_input.h"
 #include "panel/reports/identify_output.h"
 #include "panel/runs/command_session.h"
 #include "panel/system/exit_code.h"
@@ -17,27 +18,40 @@ const int kMostWords = 60;
 void addOptions(QCommandLineParser &parser)
 {
     addLinkOptions(parser);
+    addTagsOption(parser);
     addFormatOption(parser, "text (default: a line for each reading), json or csv.");
     parser.addOption({QLatin1String("all"), QLatin1String("Shows also what the words can hardly "
                                                           "mean, and why not.")});
 }
 
-// What has a type already needs no guess, and a bit is a bit.
+// A bit is a bit. And what has a type already needs no guess, unless it is a name: the type that
+// the file gives it may be the very thing that is in doubt.
+bool isUnknown(const Tag &tag)
+{
+    return !tag.item.reg.isBit() && tag.item.count <= kMostWords &&
+           (!tag.name.isEmpty() || tag.type.kind == ValueKind::Raw);
+}
+
 bool readItem(const Invocation &invocation, int station, Item &item, QString &error)
 {
-    QVector<Tag> tags;
-    if (!readItems(invocation, station, tags, error)) {
+    TagChoice choice;
+    choice.station = station;
+    ChosenTags chosen;
+    const bool byName = invocation.parser.isSet(QLatin1String("tags"));
+    // A file without any word stands for all its tags elsewhere.
+    if (!(byName && invocation.arguments.isEmpty()) &&
+        !readTags(invocation, choice, chosen, error)) {
         return false;
     }
-    const Tag &tag = tags.first();
-    if (tags.size() > 1 || tag.item.reg.isBit() || tag.type.kind != ValueKind::Raw ||
-        tag.item.count > kMostWords) {
-        error = QString::fromLatin1("expected one item of 1 to %1 words without a type, for "
-                                    "example D_W:100*4")
+    if (chosen.tags.size() != 1 || !isUnknown(chosen.tags.first())) {
+        error = QString::fromLatin1(byName ? "expected one tag of 1 to %1 words, or an item "
+                                             "without a type, for example D_W:100*4"
+                                           : "expected one item of 1 to %1 words without a type, "
+                                             "for example D_W:100*4")
                     .arg(kMostWords);
         return false;
     }
-    item = tag.item;
+    item = chosen.tags.first().item;
     return true;
 }
 
@@ -81,10 +95,13 @@ int run(const Invocation &invocation)
 
 const Command kIdentifyCommand = {
     "identify",
-    "ITEM",
+    "ITEM|--tags FILE NAME",
     "Reads words once and shows all that they may mean: whole numbers, floats and BCD in either "
-    "word order, text, bits; each with the item to give to the other commands.",
-    "identify --link tcp:192.168.0.100:8000 'D_W:100*4'\n",
+    "word order, text, bits; each with the item to give to the other commands. With --tags the "
+    "words "
+    "of a tag, whatever its type.",
+    "identify --link tcp:192.168.0.100:8000 'D_W:100*4'\n"
+    "identify --link tcp:192.168.0.100:8000 --tags press.csv press.speed\n",
     addOptions,
     run};
 

@@ -81,12 +81,13 @@ int run(const Invocation &invocation)
 
 const Command kMonitorCommand = {
     "monitor",
-    "ITEM...|--tags FILE [NAME|GROUP|GLOB]...",
+    "ITEM...|--tags FILE [NAME|GROUP|GLOB|ITEM]...",
     "Shows values live. ITEM is [STATION/]REGISTER:ADDRESS[*COUNT][@TYPE[*SCALE][+OFFSET]]; TYPE "
     "is bool, u16, i16, u32, i32, u64, i64, f32, f64, bcd4, bcd8, bitN, stringN or enum, and COUNT "
     "counts values of it. @FILE and - stand for items on the lines of a file and of standard "
     "input. With --tags the tags of a file are shown by their names: all of them, or those with a "
-    "name, of a group, or with names that fit a pattern with * and ?. Keys on a terminal: 1 to 4 "
+    "name, of a group, or with names that fit a pattern with * and ?, one value of an array, "
+    "mould.zones[2] counted from 0, and items among them. Keys on a terminal: 1 to 4 "
     "or v show values, stations, blocks or the log, / filters, m "
     "shows extremes and a curve, w writes a value, r reads the tags again, R counts anew, the "
     "arrow keys scroll.",

@@ -55,13 +55,13 @@ int run(const Invocation &invocation)
 } // namespace
 
 const Command kReadCommand = {"read",
-                              "ITEM...|--tags FILE [NAME|GROUP|GLOB]...",
+                              "ITEM...|--tags FILE [NAME|GROUP|GLOB|ITEM]...",
                               "Reads values once and prints them. ITEM and --tags as for "
                               "monitor.",
                               "read --link tcp:192.168.0.100:8000 1/D_W:0*60 2/TX:7\n"
                               "read --link serial:/dev/ttyUSB0 --format json M_bit:3.0*16\n"
                               "read 'D_W:0*4@i16*0.1' D_W:100@f32 @press.txt\n"
-                              "read --tags press.csv 'press.*'\n",
+                              "read --tags press.csv 'press.*' 'mould.zones[2]' D_W:5\n",
                               addOptions,
                               run};
 

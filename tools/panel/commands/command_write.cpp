@@ -101,7 +101,8 @@ const Command kWriteCommand = {
     "Writes values and says for each item whether the PLC took it. Values are 0 or 1 for bits and "
     "contacts, decimal (-32768 to 65535) or 0x0 to 0xFFFF for words; behind an item with a type "
     "what the type takes. Nothing is sent where one of them is wrong. ITEM as for monitor; with "
-    "--tags the name of a tag, whose value is in its unit and within its bounds.",
+    "--tags the name of a tag, whose value is in its unit and within its bounds, or of one value "
+    "of an array, zones[2], counted from 0.",
     "write --link tcp:192.168.0.100:8000 D_W:100=1,2,0xFF M_bit:3.5=1\n"
     "write --link serial:/dev/ttyUSB0 M_W:9*70=0\n"
     "write --link tcp:192.168.0.100:8000 D_W:110@f32=12.5 D_W:5@bit3=1\n"

@@ -1,6 +1,7 @@
 #include "panel/options/planned_write.h"
 
 #include "host/address/value_text.h"
+#include "host/tag/tag_choice.h"
 #include "host/tag/tag_values.h"
 #include "host/tag/tag_writing.h"
 #include "host/tag/value_format.h"
@@ -64,14 +65,12 @@ bool isNamed(const QString &text, const TagSet &tags)
 std::optional<TypedAssignment> readNamed(const QString &text, const TagSet &tags, QString &error)
 {
     const QString name = text.section(QLatin1Char('='), 0, 0).trimmed();
-    if (const Tag *const tag = tags.find(name)) {
-        if (text.contains(QLatin1Char('='))) {
-            return parseTagValues(*tag, text.section(QLatin1Char('='), 1), error);
-        }
+    const auto tag = oneTag(name, tags, error);
+    if (tag && text.contains(QLatin1Char('='))) {
+        return parseTagValues(*tag, text.section(QLatin1Char('='), 1), error);
+    }
+    if (tag) {
         error = QString::fromLatin1("'%1': expected NAME=VALUE[,VALUE...]").arg(quotable(name));
-    } else if (tags.select({name}, error)) {
-        error = QString::fromLatin1("'%1' stands for several tags; expected the name of one")
-                    .arg(quotable(name));
     }
     return std::nullopt;
 }

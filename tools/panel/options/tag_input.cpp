@@ -1,7 +1,13 @@
 #include "panel/options/tag_input.h"
 
 #include "host/address/value_text.h"
+#include "host/tag/tag_choice.h"
+#include "host/tag/typed_item.h"
 #include "panel/system/input_file.h"
+
+#include <QSet>
+
+#include <algorithm>
 
 namespace cnet::panel {
 
@@ -12,20 +18,36 @@ const int kLongestFile = 32 * 1024 * 1024;
 // More would push everything else off the screen of a monitor.
 const int kShownAgain = 3;
 
-std::optional<ChosenTags> chosenOf(const TagSet &set, const TagChoice &choice, QString &error)
+// What has no name in the file was not checked with the file.
+bool areReadable(const Driver &driver, const QVector<Tag> &tags, QString &error)
 {
-    QStringList words;
+    return std::all_of(tags.cbegin(), tags.cend(), [&driver, &error](const Tag &tag) {
+        return !tag.name.isEmpty() || driver.check(tag.item, Access::Read, error);
+    });
+}
+
+// Each one once, those of the first word first.
+std::optional<ChosenTags> chosenOf(const Driver &driver, const TagSet &set, const TagChoice &choice,
+                                   QString &error)
+{
+    if (choice.words.isEmpty()) {
+        return ChosenTags{set, set.all()};
+    }
+    ChosenTags chosen{set, {}};
+    QSet<QString> known;
     for (const ListedItem &word : choice.words) {
-        // One by one, so that a mistake is told with its place.
-        if (!set.select({word.text}, error)) {
+        const auto tags = tagsOrItem(word.text, set, choice.station, driver.registers(), error);
+        if (!tags || !areReadable(driver, *tags, error)) {
             error = word.place + error;
             return std::nullopt;
         }
-        words.append(word.text);
-    }
-    ChosenTags chosen{set, {}};
-    for (const int index : set.select(words, error).value_or(QVector<int>())) {
-        chosen.tags.append(set.all().at(index));
+        for (const Tag &tag : *tags) {
+            const int before = static_cast<int>(known.size());
+            known.insert(tagText(tag));
+            if (known.size() > before) {
+                chosen.tags.append(tag);
+            }
+        }
     }
     return chosen;
 }
@@ -68,7 +90,7 @@ std::optional<TagSet> readTagSet(const Invocation &invocation, const QString &pa
 void addTagsOption(QCommandLineParser &parser)
 {
     parser.addOption({QLatin1String("tags"),
-                      QLatin1String("Takes names from this tag file (CSV) instead of items."),
+                      QLatin1String("Takes names from this tag file (CSV), and items among them."),
                       QLatin1String("FILE")});
 }
 
@@ -76,7 +98,7 @@ std::optional<ChosenTags> chooseTags(const Invocation &invocation, const TagChoi
                                      QString &error)
 {
     const auto set = readTagSet(invocation, choice.path, choice.station, error);
-    return set ? chosenOf(*set, choice, error) : std::nullopt;
+    return set ? chosenOf(invocation.driver, *set, choice, error) : std::nullopt;
 }
 
 std::optional<ChosenTags> chooseAgain(const Invocation &invocation, const TagChoice &choice,
@@ -85,7 +107,7 @@ std::optional<ChosenTags> chooseAgain(const Invocation &invocation, const TagCho
     QString error;
     const auto file = readTagFile(invocation, choice.path, choice.station, kShownAgain, error);
     if (file && file->isGood()) {
-        if (auto chosen = chosenOf(TagSet(file->tags()), choice, error)) {
+        if (auto chosen = chosenOf(invocation.driver, TagSet(file->tags()), choice, error)) {
             return chosen;
         }
     }

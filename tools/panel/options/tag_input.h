@@ -45,14 +45,14 @@ struct ChosenTags
 struct TagChoice
 {
     QString path;
-    int station = 1;           ///< of tags that name none
-    QVector<ListedItem> words; ///< names, groups and patterns; none: all tags
+    int station = 1;           ///< of tags and items that name none
+    QVector<ListedItem> words; ///< names, groups, patterns and items; none: all tags
 };
 
 /** Adds --tags. */
 void addTagsOption(QCommandLineParser &parser);
 
-/** Reads the tag file, and chooses. @param error as for readTagSet() and TagSet::select() */
+/** Reads the tag file, and chooses. @param error as for readTagSet() and tagsOrItem() */
 std::optional<ChosenTags> chooseTags(const Invocation &invocation, const TagChoice &choice,
                                      QString &error);
 

@@ -39,14 +39,15 @@ QByteArray textLines(const ReadResult &result)
 }
 
 // No field of a plain item holds a comma or a quotation mark, so none is quoted.
-QByteArray csvRows(const ReadResult &result)
+QByteArray csvRows(const ReadResult &result, NamedTags named)
 {
     QString rows;
     for (int i = 0; i < result.item.count; ++i) {
         const QString value = result.known.at(i) ? QString::number(result.values.at(i)) : QString();
-        rows += QString::fromLatin1("%1,%2,%3,%4\n")
+        rows += QString::fromLatin1("%1,%2,%3,%4%5\n")
                     .arg(result.item.station)
-                    .arg(result.item.reg.name, result.item.addressText(i), value);
+                    .arg(result.item.reg.name, result.item.addressText(i), value,
+                         csvNames(Tag(), named));
     }
     return rows.toLatin1();
 }
@@ -132,7 +133,7 @@ QByteArray readOutput(const QVector<ReadResult> &results, const QVector<Tag> &ta
         if (format == OutputFormat::Json) {
             text += jsonLine(result, tag);
         } else if (format == OutputFormat::Csv) {
-            text += isPlain(tag) ? csvRows(result) : typedRows(result, tag, named);
+            text += isPlain(tag) ? csvRows(result, named) : typedRows(result, tag, named);
         } else {
             text += isPlain(tag) ? textLines(result) : typedLines(result, tag);
         }

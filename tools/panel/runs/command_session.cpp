@@ -12,21 +12,26 @@ namespace {
 // How long a command that does one thing waits for a link that is lost.
 const int kLostLimitMs = 10000;
 
-std::unique_ptr<Link> plainLinkFor(const LinkSettings &settings, const QVector<int> &stations)
+std::unique_ptr<Link> plainLinkFor(const LinkSettings &settings, const QVector<int> &stations,
+                                   QPointer<LinkSim> *simulated)
 {
     if (settings.link) {
         return makeLink(*settings.link);
     }
-    return std::make_unique<LinkSim>(stations, settings.session.line.baud);
+    auto link = std::make_unique<LinkSim>(stations, settings.session.line.baud);
+    if (simulated != nullptr) {
+        *simulated = link.get();
+    }
+    return link;
 }
 
 } // namespace
 
 // What becomes of the capture is said, and is no reason to stop talking.
 std::unique_ptr<Link> linkFor(const LinkSettings &settings, const QVector<int> &stations,
-                              Messages &messages)
+                              Messages &messages, QPointer<LinkSim> *simulated)
 {
-    std::unique_ptr<Link> link = plainLinkFor(settings, stations);
+    std::unique_ptr<Link> link = plainLinkFor(settings, stations, simulated);
     if (!settings.capture) {
         return link;
     }
@@ -37,7 +42,7 @@ std::unique_ptr<Link> linkFor(const LinkSettings &settings, const QVector<int> &
 CommandSession::CommandSession(Driver &driver, const LinkSettings &settings,
                                const QVector<int> &stations, Messages &messages)
     : m_messages(messages)
-    , m_session(driver, linkFor(settings, stations, messages), settings.session)
+    , m_session(driver, linkFor(settings, stations, messages, &m_simulated), settings.session)
 {
     connect(&m_stopSignals, &StopSignals::caught, this, &CommandSession::stopRequested);
     connect(&m_session, &Session::noticed, this,
@@ -52,6 +57,13 @@ CommandSession::CommandSession(Driver &driver, const LinkSettings &settings,
     }
     if (!settings.statsFile.isEmpty()) {
         m_statistics = std::make_unique<StatisticsFile>(settings.statsFile, m_session, m_messages);
+    }
+}
+
+void CommandSession::addStations(const QVector<int> &stations)
+{
+    if (m_simulated) {
+        m_simulated->addStations(stations);
     }
 }
 

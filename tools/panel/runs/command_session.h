@@ -8,7 +8,12 @@
 
 #include <QEventLoop>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
+
+namespace cnet {
+class LinkSim;
+}
 
 namespace cnet::panel {
 
@@ -34,6 +39,9 @@ public:
     Session &session() { return m_session; }
     const Session &session() const { return m_session; }
 
+    /** Puts more stations on the simulated line; on any other they are there or not. */
+    void addStations(const QVector<int> &stations);
+
     /**
      * Opens the link and runs the event loop until finish().
      * @return the exit code: that of finish(), or kNoLink when the link cannot be opened;
@@ -55,6 +63,7 @@ private:
     void trace();
 
     Messages &m_messages;
+    QPointer<LinkSim> m_simulated; ///< the session's; null: it has another line
     Session m_session;
     StopSignals m_stopSignals;
     std::unique_ptr<StatisticsFile> m_statistics; ///< null: nobody wants it
@@ -68,9 +77,10 @@ private:
  * The link of the settings, not opened yet, with the capture that they ask for.
  * @param stations that the simulated line has
  * @param messages must outlive the link: says what becomes of the capture
+ * @param simulated receives the simulated line, where it is used; null: nobody wants it
  */
 std::unique_ptr<Link> linkFor(const LinkSettings &settings, const QVector<int> &stations,
-                              Messages &messages);
+                              Messages &messages, QPointer<LinkSim> *simulated = nullptr);
 
 /** The stations of a list of items, each once. */
 QVector<int> stationsOf(const QVector<Item> &items);

@@ -218,12 +218,14 @@ void RunningMonitor::watch(const ChosenTags &chosen)
 {
     QVector<int> places;
     for (const Tag &tag : chosen.tags) {
-        const Tag *const before = m_tagMonitor->tags().find(tag.name);
+        const QString name = tagText(tag);
+        const Tag *const before = m_tagMonitor->tags().find(name);
         const bool isSame = before != nullptr && before->count == tag.count &&
                             typedItemText(*before) == typedItemText(tag);
-        places.append(isSame ? m_tagMonitor->tags().indexOf(tag.name) : -1);
+        places.append(isSame ? m_tagMonitor->tags().indexOf(name) : -1);
     }
     m_tags = chosen.tags;
+    m_command.addStations(stationsOf(itemsOf(m_tags)));
     m_output->setTags(m_tags, places);
     if (m_keys) {
         m_keys->setTags(chosen.all);
