@@ -9,6 +9,9 @@ namespace {
 const int kMostAttempts = 3;
 const int kMostSilent = 2;
 const int kNoSuchAddress = 0x1132;
+// So often an address must be refused, by a station that was never caught and by one that was.
+const int kBelievedRefusals = 2;
+const int kDoubtedRefusals = 3;
 // A question with the fences that may go out before it and between its repetitions.
 const int kMostFramesOfQuestion = 8;
 
@@ -40,14 +43,24 @@ int StationSurvey::mostFrames(const QVector<RegisterInfo> &registers)
 {
     int questions = 0;
     for (const RegisterInfo &reg : registers) {
-        questions += mostQuestions(reg);
+        questions += kDoubtedRefusals * mostQuestions(reg);
     }
-    return 2 * questions + 2 * kMostFramesOfQuestion;
+    return questions + 2 * kMostFramesOfQuestion;
 }
 
 void StationSurvey::start()
 {
-    m_search.emplace(m_reaches.constFirst().reg.lowest, m_reaches.constFirst().reg.highest);
+    beginRegister();
+}
+
+void StationSurvey::beginRegister()
+{
+    const RegisterInfo &reg = m_reaches.at(m_current).reg;
+    m_attempts = 0;
+    m_absences = 0;
+    m_refusals = 0;
+    m_confirmed = false;
+    m_search.emplace(reg.lowest, reg.highest);
     ask();
 }
 
@@ -75,7 +88,9 @@ void StationSurvey::ask()
     }
     ++m_attempts;
     m_conversation.ask(probeQuestion(m_station, m_reaches.at(m_current).reg, *address, m_form));
-    Q_EMIT asked();
+    if (!isRepeating()) {
+        Q_EMIT asked();
+    }
 }
 
 void StationSurvey::handleEnded(const Reply &reply)
@@ -93,24 +108,55 @@ void StationSurvey::handleEnded(const Reply &reply)
     }
 }
 
+// At the end one more refusal is enough: the address was refused before.
+bool StationSurvey::isAbsent() const
+{
+    const int enough = m_doubted ? kDoubtedRefusals : kBelievedRefusals;
+    return m_absences >= (m_search->next() ? enough : 1);
+}
+
 // Any other refusal than that of the address tells nothing of how far a register reaches, unless it
-// is that of the lowest one. And what was refused once and then answered tells nothing at all.
+// is that of the lowest one.
 void StationSurvey::handleAnswer(const Reply &reply)
 {
     const bool answered = reply.outcome == Outcome::Answered;
-    const bool tells = answered || refusalCode(reply.answer) == kNoSuchAddress ||
-                       nextAddress() == m_reaches.at(m_current).reg.lowest;
-    const bool confirms = !m_search->next();
-    if (!tells || (confirms && answered)) {
+    if (!answered) {
+        ++(refusalCode(reply.answer) == kNoSuchAddress ? m_absences : m_refusals);
+        if (!isAbsent() && m_refusals < kDoubtedRefusals) {
+            ask();
+            return;
+        }
+    } else if (!m_search->next()) {
+        noteContradiction();
+        return;
+    }
+    const bool tells =
+        answered || isAbsent() || nextAddress() == m_reaches.at(m_current).reg.lowest;
+    m_doubted = m_doubted || (answered && isRepeating());
+    m_absences = 0;
+    m_refusals = 0;
+    if (!tells) {
         nextRegister();
         return;
     }
-    if (confirms) {
-        m_confirmed = true;
-    } else {
+    if (m_search->next()) {
         m_search->note(answered);
+    } else {
+        m_confirmed = true;
     }
     ask();
+}
+
+// What was refused again and again and then answered tells nothing. Of a station that was trusted
+// until then it is found out anew, with less trust.
+void StationSurvey::noteContradiction()
+{
+    if (m_doubted) {
+        nextRegister();
+        return;
+    }
+    m_doubted = true;
+    beginRegister();
 }
 
 void StationSurvey::settle()
@@ -126,15 +172,11 @@ void StationSurvey::settle()
 void StationSurvey::nextRegister()
 {
     ++m_current;
-    m_attempts = 0;
-    m_confirmed = false;
     if (m_current == m_reaches.size() || m_silent >= kMostSilent) {
         Q_EMIT ended();
         return;
     }
-    const RegisterInfo &reg = m_reaches.at(m_current).reg;
-    m_search.emplace(reg.lowest, reg.highest);
-    ask();
+    beginRegister();
 }
 
 } // namespace cnet
