@@ -63,7 +63,7 @@ def wrong_public_headers(graph):
         "session", "link/link", "link/captured_link", "recipe/recipe_file", "decode/frame_decoder",
         "decode/frame_input", "decode/frame_text", "exchange/raw_exchange", "scan/likely_settings",
         "scan/scan", "tagfile/tag_monitor", "tag/plausible_readings", "tag/scaling",
-        "tag/tag_choice", "tag/tag_values", "tag/tag_writing", "tag/typed_item", "tag/value_format",
+        "tag/tag_values", "tag/tag_writing", "tag/typed_item", "tag/value_format",
         "value/value_codec")}
     for path in sorted(public):
         for number, other in graph.get(path, []):

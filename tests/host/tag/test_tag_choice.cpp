@@ -2,7 +2,7 @@
 #include "host/support/test_types.h"
 #include "support/rows.h"
 
-#include <host/tag/tag_choice.h>
+#include <host/tag/tag_set.h>
 #include <host/tag/typed_item.h>
 
 #include <QtTest>

@@ -1,7 +1,6 @@
 #include "panel/options/planned_write.h"
 
 #include "host/address/value_text.h"
-#include "host/tag/tag_choice.h"
 #include "host/tag/tag_values.h"
 #include "host/tag/tag_writing.h"
 #include "host/tag/value_format.h"

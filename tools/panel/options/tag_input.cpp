@@ -1,7 +1,6 @@
 #include "panel/options/tag_input.h"
 
 #include "host/address/value_text.h"
-#include "host/tag/tag_choice.h"
 #include "host/tag/typed_item.h"
 #include "panel/system/input_file.h"
 
