@@ -1,6 +1,6 @@
 #include "simulation/link_sim.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace cnet {
 
@@ -32,16 +32,31 @@ std::vector<plc::Motion> livelyValues()
 
 } // namespace
 
-LinkSim::LinkSim(const QVector<int> &stations, int baud, QObject *parent)
+LinkSim::LinkSim(const QString &name, QObject *parent)
     : Link(parent)
     , m_line(m_bus)
+    , m_name(name)
 {
-    addStations(stations);
-    m_line.setBaud(baud);
     m_clock.start();
     m_due.setSingleShot(true);
     m_due.setTimerType(Qt::PreciseTimer);
     connect(&m_due, &QTimer::timeout, this, &LinkSim::deliver);
+}
+
+LinkSim::LinkSim(const QVector<int> &stations, int baud, QObject *parent)
+    : LinkSim(QLatin1String("simulated PLC"), parent)
+{
+    addStations(stations);
+    m_line.setBaud(baud);
+}
+
+LinkSim::LinkSim(std::shared_ptr<const plc::Replay> replay, const QString &name, QObject *parent)
+    : LinkSim(name, parent)
+{
+    for (const int station : replay->stations()) {
+        m_bus.add(station);
+    }
+    m_bus.setReplay(std::move(replay));
 }
 
 void LinkSim::addStations(const QVector<int> &stations)

@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include <deque>
+#include <memory>
 
 namespace cnet {
 
@@ -27,11 +28,18 @@ public:
      */
     LinkSim(const QVector<int> &stations, int baud, QObject *parent = nullptr);
 
+    /**
+     * A capture instead of a PLC.
+     * @param name of the capture, for people
+     */
+    LinkSim(std::shared_ptr<const plc::Replay> replay, const QString &name,
+            QObject *parent = nullptr);
+
     void open() override;
     void close() override;
     bool isOpen() const override { return m_open; }
     void send(const QByteArray &bytes) override;
-    QString name() const override { return QLatin1String("simulated PLC"); }
+    QString name() const override { return m_name; }
 
     /** Adds those that the line has not yet; the others stay as they are. */
     void addStations(const QVector<int> &stations);
@@ -42,12 +50,15 @@ public:
 private:
     void deliver();
 
+    LinkSim(const QString &name, QObject *parent);
+
     plc::Bus m_bus;
     plc::Line m_line;
     std::deque<plc::Chunk> m_underway;
     QTimer m_due;
     QElapsedTimer m_clock;
     bool m_open = false;
+    QString m_name;
 };
 
 } // namespace cnet

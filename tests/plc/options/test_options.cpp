@@ -77,6 +77,8 @@ static const Given<const char *> kWrong[] = {
     {"--tcp 0 --set DW:1=1", "--set: \"DW:1\": expected REGISTER:ADDRESS"},
     {"--tcp 0 --ramp D_W:5-4", "--ramp: \"D_W:5-4\": expected FIRST-LAST"},
     {"--tcp 0 --counter D_W:5*3", "--counter: \"D_W:5*3\": a counter takes pairs of words"},
+    {"--tcp 0 --replay=", "--replay: expected the name of a capture"},
+    {"--tcp 0 --replay-line x", "--replay-line: expected --replay FILE with it"},
     {"--tcp 0 --capture x --capture-as y", "--capture-as 'y': expected pdu or rtac"},
     {"--tcp 0 --fault sleep", "--fault: fault \"sleep\": expected one of"},
 };

@@ -1,6 +1,6 @@
 #include "plc/stations/bus.h"
 
-#include "plc/support/wire_text.h"
+#include "plc/support/recorded_line.h"
 
 #include <QtTest>
 
@@ -44,6 +44,33 @@ private Q_SLOTS:
             QCOMPARE(*bus.find(number)->station.memory().word('D', 0), quint16(3));
             QCOMPARE(*bus.find(number)->station.memory().contact('T', 0), true);
         }
+    }
+
+    // From the first request on, whenever that comes.
+    void followsTheMemoryOfAReplay()
+    {
+        cnet::RecordedLine line;
+        addExchange(line, 0, "[ENQ]01RSS0107%DW0100[EOT]", {{5, "[ACK]01RSS01020001[ETX]"}});
+        addExchange(line, 100, "[ENQ]01RSS0107%DW0100[EOT]", {{5, "[ACK]01RSS01020002[ETX]"}});
+        addExchange(line, 200, "[ENQ]02RSS0107%DW0100[EOT]", {{5, "[ACK]02RSS01020003[ETX]"}});
+        addExchange(line, 300, "[ENQ]01RSS0107%DW9999[EOT]", {{5, "[ACK]01RSS01020009[ETX]"}});
+        Bus bus;
+        Memory &memory = bus.add(1, Model::K120s).station.memory();
+        bus.beginReplay(0); // of nothing
+        bus.setReplay(std::make_shared<Replay>(line));
+        QVERIFY(bus.replay() != nullptr);
+        QCOMPARE(*memory.word('D', 100), quint16(1));
+        bus.advance(100000);
+        QCOMPARE(*memory.word('D', 100), quint16(1));
+        bus.beginReplay(200000);
+        bus.beginReplay(200090);
+        bus.advance(200104);
+        QCOMPARE(*memory.word('D', 100), quint16(1));
+        bus.advance(200105);
+        QCOMPARE(*memory.word('D', 100), quint16(2));
+        memory.setWord('D', 100, 7); // by a master
+        bus.advance(300000);
+        QCOMPARE(*memory.word('D', 100), quint16(7));
     }
 
     void stationsMisbehaveIndependently()

@@ -1,6 +1,6 @@
 #include "plc/stations/line.h"
 
-#include "plc/support/wire_text.h"
+#include "plc/support/recorded_line.h"
 #include "support/rows.h"
 
 #include <QtTest>
@@ -148,6 +148,39 @@ private Q_SLOTS:
         QVERIFY(line.receive(wire("[ENQ]01RSS0104%DW0[EOT]")).empty());
         QCOMPARE(joined(line.receive(wire("[ENQ]02RSS0104%DW0[EOT]"))),
                  wire("[ACK]02RSS01020000[ETX]"));
+    }
+
+    // With its faults and at its pace; what it does not have is answered from the memory.
+    void answersAsACapture()
+    {
+        cnet::RecordedLine recorded;
+        addExchange(recorded, 0, "[ENQ]01RSS0107%DW0100[EOT]", {{9, "[ACK]01RSS01020001[ETX]"}});
+        addExchange(recorded, 50, "[ENQ]01RSS0107%DW0100[EOT]", {{9, "zz"}});
+        Bus bus;
+        bus.add(1).faults.add({FaultKind::Silence});
+        bus.setReplay(std::make_shared<Replay>(recorded));
+        QByteArray request;
+        QByteArray answer;
+        Line first(bus);
+        first.setBaud(50);
+        first.setObserver([&](const Exchange &exchange) {
+            request = exchange.request;
+            answer = exchange.answer;
+        });
+        const QByteArray known = wire("[ENQ]01RSS0107%DW0100[EOT]");
+        const std::vector<Chunk> chunks = first.receive(known);
+        QCOMPARE(joined(chunks), wire("[ACK]01RSS01020001[ETX]"));
+        QCOMPARE(duration(chunks), 9);
+        QCOMPARE(request, known);
+        QCOMPARE(answer, joined(chunks));
+        QCOMPARE(joined(first.receive(known)), QByteArray("zz"));
+        QCOMPARE(joined(first.receive(known)), QByteArray("zz"));
+        Line second(bus);
+        QCOMPARE(joined(second.receive(known)), wire("[ACK]01RSS01020001[ETX]"));
+        const QByteArray other = wire("[ENQ]01RSB07%DW010001[EOT]");
+        QCOMPARE(joined(second.receive(other)), QByteArray());
+        bus.find(1)->faults = Faults(1);
+        QCOMPARE(joined(second.receive(other)), wire("[ACK]01RSB01020001[ETX]"));
     }
 
     void faultsPassTheLine_data() { addRows(kFaultsPassTheLine); }

@@ -10,13 +10,19 @@
 #include <memory>
 #include <optional>
 
+namespace plc {
+class Replay;
+}
+
 namespace cnet::panel {
 
 /** What every command that talks to a PLC is told on the command line. */
 struct LinkSettings
 {
-    std::optional<LinkAddress> link; ///< nothing: the simulated PLC
-    int station = 1;                 ///< of items that name none
+    std::optional<LinkAddress> link;           ///< nothing: the simulated PLC
+    std::shared_ptr<const plc::Replay> replay; ///< a capture in the place of a PLC; null: none
+    QString replayName;                        ///< of the capture
+    int station = 1;                           ///< of items that name none
     SessionOptions session;
     bool trace = false;
     QString statsFile;                ///< where the session's numbers are stored; empty: nowhere

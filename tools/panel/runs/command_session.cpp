@@ -15,6 +15,9 @@ const int kLostLimitMs = 10000;
 std::unique_ptr<Link> plainLinkFor(const LinkSettings &settings, const QVector<int> &stations,
                                    QPointer<LinkSim> *simulated)
 {
+    if (settings.replay) {
+        return std::make_unique<LinkSim>(settings.replay, settings.replayName);
+    }
     if (settings.link) {
         return makeLink(*settings.link);
     }

@@ -15,25 +15,6 @@ namespace cnet::panel {
 
 namespace {
 
-int patienceFor(const LinkSettings &settings, const DecodedFrame &request)
-{
-    const ResponseTimes times(
-        {settings.session.timeoutMs, settings.session.line.characterMicroseconds()});
-    return times.timeoutMs(0, static_cast<int>(request.bytes.size()) + answerLength(request));
-}
-
-void traceReply(const RawReply &raw, Messages &messages)
-{
-    ExchangeReport report;
-    report.reply.answer = raw.answer;
-    report.reply.tookMs = raw.tookMs;
-    report.reply.strayBytes = raw.strayBytes;
-    report.reply.outcome = raw.whole              ? Outcome::Answered
-                           : raw.answer.isEmpty() ? Outcome::TimedOut
-                                                  : Outcome::Bad;
-    messages.line(traceAnswer(QTime::currentTime(), report));
-}
-
 /** A link, one frame, and the event loop until its end. */
 class SendRun
 {
@@ -118,6 +99,25 @@ private:
 };
 
 } // namespace
+
+int patienceFor(const LinkSettings &settings, const DecodedFrame &request)
+{
+    const ResponseTimes times(
+        {settings.session.timeoutMs, settings.session.line.characterMicroseconds()});
+    return times.timeoutMs(0, static_cast<int>(request.bytes.size()) + answerLength(request));
+}
+
+void traceReply(const RawReply &raw, Messages &messages)
+{
+    ExchangeReport report;
+    report.reply.answer = raw.answer;
+    report.reply.tookMs = raw.tookMs;
+    report.reply.strayBytes = raw.strayBytes;
+    report.reply.outcome = raw.whole              ? Outcome::Answered
+                           : raw.answer.isEmpty() ? Outcome::TimedOut
+                                                  : Outcome::Bad;
+    messages.line(traceAnswer(QTime::currentTime(), report));
+}
 
 std::optional<RawReply> sendFrame(const LinkSettings &settings, const QByteArray &frame,
                                   Messages &messages, int &exitCode)

@@ -35,14 +35,55 @@ Trouble loadFile(const QString &path, Bus &bus)
     return {mistakes.isEmpty() ? kExitFine : kExitUsage, mistakes};
 }
 
-} // namespace
-
-Trouble fillBus(const Options &options, Bus &bus)
+/** Reads the capture that is to be replayed, if any. @param replay receives it */
+Trouble loadReplay(const Options &options, std::shared_ptr<const Replay> &replay)
 {
-    for (const int station : options.stations) {
+    if (options.replayPath.isEmpty()) {
+        return {};
+    }
+    const cnet::Recording recording = cnet::readRecordingFile(options.replayPath);
+    const QString option = QLatin1String("--replay: ");
+    if (!recording.error.isEmpty()) {
+        return {kExitCannotOpen, {option + recording.error}};
+    }
+    QString error;
+    const cnet::RecordedLine *const line = cnet::findLine(recording, options.replayLine, error);
+    if (!line) {
+        return {kExitUsage,
+                {QString::fromLatin1("--replay-line: %1: %2").arg(options.replayPath, error)}};
+    }
+    replay = std::make_shared<Replay>(*line);
+    if (replay->stations().empty() && options.stations.empty()) {
+        return {kExitUsage,
+                {option + options.replayPath + QLatin1String(": no station answers in it")}};
+    }
+    QStringList remarks;
+    for (const QString &remark : recording.remarks) {
+        remarks << option + remark;
+    }
+    return {kExitFine, remarks};
+}
+
+Trouble fillStations(const Options &options, Bus &bus)
+{
+    std::shared_ptr<const Replay> replay;
+    const Trouble trouble = loadReplay(options, replay);
+    std::vector<int> stations = options.stations;
+    if (replay) {
+        stations.insert(stations.end(), replay->stations().cbegin(), replay->stations().cend());
+    }
+    for (const int station : stations) {
         Unit &unit = bus.add(station, options.model, options.seed);
         unit.scenario = makeScenario(options.scenario, unit.seed);
     }
+    if (replay) {
+        bus.setReplay(replay);
+    }
+    return trouble;
+}
+
+Trouble fillMemory(const Options &options, Bus &bus)
+{
     if (!options.memoryPath.isEmpty()) {
         const Trouble trouble = loadFile(options.memoryPath, bus);
         if (trouble.code != kExitFine) {
@@ -65,6 +106,19 @@ Trouble fillBus(const Options &options, Bus &bus)
         }
     }
     return {};
+}
+
+} // namespace
+
+Trouble fillBus(const Options &options, Bus &bus)
+{
+    Trouble trouble = fillStations(options, bus);
+    if (trouble.code == kExitFine) {
+        const Trouble more = fillMemory(options, bus);
+        trouble.code = more.code;
+        trouble.messages += more.messages;
+    }
+    return trouble;
 }
 
 } // namespace plc

@@ -7,7 +7,7 @@
 
 namespace plc {
 
-/** Why the program does not start. */
+/** Why the program does not start, or what is to be told though it does. */
 struct Trouble
 {
     ExitCode code = kExitFine; ///< kExitFine: it does

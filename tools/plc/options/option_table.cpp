@@ -101,6 +101,12 @@ void addOptions(QCommandLineParser &parser)
             "WHERE"),
         option("control-format", "text (default) or json: how commands are answered.", "FORMAT"),
         option("control-remote", "Allow --control at addresses that other machines reach."),
+        option("replay",
+               "Answer as the stations of a capture did: each request with what came for it there, "
+               "in its order and its time. Others are answered from the memory, which has the "
+               "values of the capture.",
+               "FILE"),
+        option("replay-line", "Which line, where the capture has several.", "NAME"),
         option("seed",
                "Random seed of faults, walks and scenarios (default 1). The same seed and the same "
                "requests give the same faults.",

@@ -79,7 +79,7 @@ std::optional<TextError> readStations(const QCommandLineParser &parser, Options 
         }
         options.stations.push_back(static_cast<int>(*number));
     }
-    if (options.stations.empty()) {
+    if (options.stations.empty() && !parser.isSet(QLatin1String("replay"))) {
         options.stations.push_back(1);
     }
     return std::nullopt;
@@ -154,6 +154,19 @@ std::optional<TextError> readScenario(const QCommandLineParser &parser, Options 
     return std::nullopt;
 }
 
+std::optional<TextError> readReplay(const QCommandLineParser &parser, Options &options)
+{
+    options.replayPath = parser.value(QLatin1String("replay"));
+    options.replayLine = parser.value(QLatin1String("replay-line"));
+    if (parser.isSet(QLatin1String("replay")) && options.replayPath.isEmpty()) {
+        return TextError{QLatin1String("--replay: expected the name of a capture")};
+    }
+    if (parser.isSet(QLatin1String("replay-line")) && options.replayPath.isEmpty()) {
+        return TextError{QLatin1String("--replay-line: expected --replay FILE with it")};
+    }
+    return std::nullopt;
+}
+
 std::optional<TextError> readCapture(const QCommandLineParser &parser, Options &options)
 {
     TextError error;
@@ -186,7 +199,8 @@ Parsed<Options> readOptions(const QStringList &arguments)
           readAll(parser, "tcp", &parseTcpAddress, options.tcp),
           readAll(parser, "set", &parseSetting, options.settings), readMotions(parser, options),
           readAll(parser, "fault", &parseFault, options.faults), readControl(parser, options),
-          readScenario(parser, options), readCapture(parser, options)}) {
+          readScenario(parser, options), readReplay(parser, options),
+          readCapture(parser, options)}) {
         if (error) {
             return *error;
         }

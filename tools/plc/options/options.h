@@ -25,7 +25,7 @@ struct Options
 {
     std::vector<TcpAddress> tcp;
     std::optional<QString> ptyLink; ///< empty: a pseudo-terminal without a link
-    std::vector<int> stations;
+    std::vector<int> stations;      ///< may be empty with a replay, which has its own
     Model model = Model::Full;
     std::vector<Setting> settings;
     std::vector<MotionSetting> motions;
@@ -35,6 +35,8 @@ struct Options
     QString memoryPath; ///< empty: the memory is kept nowhere
     QString scriptPath; ///< empty: there is no script
     QString scenario;   ///< name of one that exists; empty: none
+    QString replayPath; ///< empty: there is no replay
+    QString replayLine; ///< of several in the capture; empty: the only one
     int baud = 0;
     quint32 seed = 1;
     bool trace = false;

@@ -1,5 +1,7 @@
 #include "plc/stations/bus.h"
 
+#include <utility>
+
 namespace plc {
 
 namespace {
@@ -39,8 +41,39 @@ Bus Bus::trial() const
     return copy;
 }
 
+void Bus::setReplay(std::shared_ptr<const Replay> replay)
+{
+    m_replay = std::move(replay);
+    for (const RecordedValue &value : m_replay->firstValues()) {
+        set(value);
+    }
+}
+
+void Bus::beginReplay(qint64 nowMs)
+{
+    if (m_replay && !m_replayFromMs) {
+        m_replayFromMs = nowMs;
+    }
+}
+
+// What the model of the station does not have is answered by the capture alone.
+void Bus::set(const RecordedValue &value)
+{
+    if (Unit *const unit = find(value.station)) {
+        unit->station.memory().setValue(value.point, value.value);
+    }
+}
+
 void Bus::advance(qint64 nowMs)
 {
+    if (m_replayFromMs) {
+        const std::vector<RecordedChange> &changes = m_replay->changes();
+        while (m_replayed < changes.size() &&
+               changes.at(m_replayed).atMs <= nowMs - *m_replayFromMs) {
+            set(changes.at(m_replayed).value);
+            ++m_replayed;
+        }
+    }
     for (auto &[number, unit] : m_units) {
         if (unit.scenario) {
             unit.scenario->advance(unit.station.memory(), nowMs);

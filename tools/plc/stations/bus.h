@@ -2,11 +2,13 @@
 
 #include "plc/faults/faults.h"
 #include "plc/motion/motion.h"
+#include "plc/replay/replay.h"
 #include "plc/scenario/scenario.h"
 #include "plc/stations/station.h"
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace plc {
@@ -42,11 +44,25 @@ public:
      */
     Bus trial() const;
 
-    /** Advances all scenarios and motions to time nowMs; a motion has the last word. */
+    /** Answers as a capture has them. Its stations are there; the memory gets its first values. */
+    void setReplay(std::shared_ptr<const Replay> replay);
+
+    /** null: none */
+    const Replay *replay() const { return m_replay.get(); }
+
+    /** The first request has come: from now on the memory follows the time of the capture. */
+    void beginReplay(qint64 nowMs);
+
+    /** Advances the replay, all scenarios and motions to time nowMs; a motion has the last word. */
     void advance(qint64 nowMs);
 
 private:
+    void set(const RecordedValue &value);
+
     std::map<int, Unit> m_units;
+    std::shared_ptr<const Replay> m_replay;
+    std::optional<qint64> m_replayFromMs; ///< nothing: no request has come yet
+    std::size_t m_replayed = 0;           ///< changes of the memory so far
 };
 
 } // namespace plc

@@ -26,6 +26,7 @@ void Line::setObserver(std::function<void(const Exchange &)> observer)
 
 std::vector<Chunk> Line::receive(const QByteArray &bytes, qint64 nowMs)
 {
+    m_bus.beginReplay(nowMs);
     m_bus.advance(nowMs);
     std::vector<Chunk> all;
     for (const QByteArray &frame : m_finder.take(bytes)) {
@@ -35,6 +36,17 @@ std::vector<Chunk> Line::receive(const QByteArray &bytes, qint64 nowMs)
     return all;
 }
 
+const std::vector<Chunk> *Line::replayed(const QByteArray &frame)
+{
+    const auto *const chunks =
+        m_bus.replay() ? m_bus.replay()->answer(frame, m_asked.value(frame)) : nullptr;
+    if (chunks) {
+        ++m_asked[frame];
+    }
+    return chunks;
+}
+
+// A replay has the faults of its capture, and its pace.
 std::vector<Chunk> Line::serve(const QByteArray &frame, qint64 nowMs)
 {
     Exchange exchange;
@@ -42,7 +54,10 @@ std::vector<Chunk> Line::serve(const QByteArray &frame, qint64 nowMs)
     exchange.request = frame;
     const std::optional<Envelope> envelope = openEnvelope(frame);
     Unit *const unit = envelope ? m_bus.find(envelope->station) : nullptr;
-    if (unit) {
+    if (const std::vector<Chunk> *const chunks = replayed(frame)) {
+        exchange.answer = joined(*chunks);
+        exchange.sent = *chunks;
+    } else if (unit) {
         exchange.fired = unit->faults.draw();
         const auto refuse = Faults::find(exchange.fired, FaultKind::Refuse);
         if (Faults::find(exchange.fired, FaultKind::Silence)) {

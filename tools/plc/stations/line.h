@@ -4,6 +4,7 @@
 #include "plc/wire/frame_finder.h"
 
 #include <QByteArray>
+#include <QHash>
 
 #include <functional>
 #include <vector>
@@ -15,7 +16,7 @@ struct Exchange
 {
     qint64 nowMs = 0;         ///< when the end of the request arrived
     QByteArray request;       ///< the frame as received
-    QByteArray answer;        ///< the answer before faults and pacing; empty: silence
+    QByteArray answer;        ///< before faults and pacing, or as a replay has it; empty: silence
     std::vector<Fault> fired; ///< the faults that fired for this request
     std::vector<Chunk> sent;  ///< what goes to the master, and when
 };
@@ -50,12 +51,14 @@ public:
     std::vector<Chunk> receive(const QByteArray &bytes, qint64 nowMs = 0);
 
 private:
+    const std::vector<Chunk> *replayed(const QByteArray &frame);
     std::vector<Chunk> serve(const QByteArray &frame, qint64 nowMs);
     std::vector<Chunk> paced(const std::vector<Chunk> &chunks, int requestBytes) const;
 
     Bus &m_bus;
     FrameFinder m_finder;
     int m_baud = 0;
+    QHash<QByteArray, int> m_asked; ///< how often, of the requests that a replay has
     std::function<void(const Exchange &)> m_observer;
 };
 
