@@ -91,6 +91,36 @@ void addFrameRows()
     row("send as a table", {"send", "--bcc", read, "--format", "csv"}, kUsage, "text or json");
 }
 
+void addReplayRows()
+{
+    row("replay of nothing", {"replay", "--offline"}, kUsage, "expected one capture");
+    row("replay of two", {"replay", "--offline", "a", "b"}, kUsage, "expected one capture");
+    row("replay nowhere", {"--trace", "replay", PRESS_CAPTURE}, kUsage,
+        "expected --link LINK, where to send the requests, or --offline");
+    row("replay at two places", {"replay", PRESS_CAPTURE, "--offline", "--link", "sim"}, kUsage,
+        "or --offline");
+    const auto offline = [](const char *name, const QByteArray &file, const char *message) {
+        row(name, {"replay", "--offline", file}, kUsage, message);
+    };
+    offline("replay of no file", "/nowhere/a\nb", "/nowhere/a?b");
+    offline("replay of a directory", "/", "/");
+    offline("replay of an endless name", "/" + longText(), "File name too long");
+    offline("replay of an empty file", "/dev/null", "it is empty");
+    offline("replay of text", "/etc/passwd", "/etc/passwd: it is no pcapng file");
+    row("replay of a line that is not there",
+        {"replay", "--offline", PRESS_CAPTURE, "--replay-line", "x\ny"}, kUsage,
+        "no line 'x?y' in it; there is '");
+    for (const QByteArray speed : {"0", "-1", "1001", "nan", "inf", "1x", ""}) {
+        row(("replay at a speed of '" + speed + "'").constData(),
+            {"replay", "--offline", PRESS_CAPTURE, "--speed", speed}, kUsage,
+            "expected a number from 0.01 to 1000, or full");
+    }
+    row("replay at an endless speed",
+        {"replay", "--offline", PRESS_CAPTURE, "--speed", longText('9')}, kUsage, "to 1000");
+    row("replay as a table", {"replay", "--offline", PRESS_CAPTURE, "--format", "csv"}, kUsage,
+        "expected text or json");
+}
+
 void addScanRows()
 {
     row("scan without a line", {"scan"}, kUsage, "expected --link LINK, or --serial DEVICE");
@@ -262,6 +292,7 @@ void TestBadArguments::refuses_data()
     addCommandRows();
     addCaptureRows();
     addFrameRows();
+    addReplayRows();
     addScanRows();
     addNumberRows();
     addItemRows();

@@ -124,6 +124,18 @@ void addControlRows()
     option("commands from nowhere", "--control", "", "or a path with a \"/\"");
     option("line break in a control address", "--control", "x\ny", "expected [HOST:]PORT");
     option("unknown format", "--control-format", "x\ny", "expected text or json, not \"x?y\"");
+    option("replay of nothing", "--replay", "", "expected the name of a capture");
+    option("line of no replay", "--replay-line", "x", "expected --replay FILE with it");
+    row("replay of no file", {"--tcp", "0", "--replay", "/nowhere/a\nb"}, kCannotOpen,
+        "--replay: /nowhere/a?b: No such file");
+    row("replay of a directory", {"--tcp", "0", "--replay", "/"}, kCannotOpen, "--replay: /: ");
+    row("endless replay", {"--tcp", "0", "--replay", "/dev/zero"}, kCannotOpen, "longer than");
+    row("empty replay", {"--tcp", "0", "--replay", "/dev/null"}, kCannotOpen, "it is empty");
+    row("replay of text", {"--tcp", "0", "--replay", "/etc/passwd"}, kCannotOpen,
+        "/etc/passwd: it is no pcapng file");
+    row("line that is not there",
+        {"--tcp", "0", "--replay", PRESS_CAPTURE, "--replay-line", "x\ny"}, kUsage,
+        "no line 'x?y' in it; there is '");
     option("unknown scenario", "--scenario", "x\ny", "expected press, or list");
     row("file in the place of the socket", {"--tcp", "0", "--control", "/etc/passwd"}, kCannotOpen,
         "cannot take commands at /etc/passwd: File exists");

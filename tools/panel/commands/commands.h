@@ -23,6 +23,7 @@ extern const Command kReadCommand;
 extern const Command kWriteCommand;
 extern const Command kRecipeWriteCommand;
 extern const Command kRecipeReadCommand;
+extern const Command kReplayCommand;
 extern const Command kScanCommand;
 extern const Command kSendCommand;
 extern const Command kCheckCommand;

@@ -19,10 +19,10 @@ namespace {
 const QVector<const Command *> &allCommands()
 {
     static const QVector<const Command *> commands = {
-        &kMonitorCommand,     &kReadCommand,       &kWriteCommand,  &kIdentifyCommand,
-        &kRecipeWriteCommand, &kRecipeReadCommand, &kDecodeCommand, &kDescribeCommand,
-        &kScanCommand,        &kSendCommand,       &kCheckCommand,  &kSeriesCommand,
-        &kTagsCheckCommand,   &kTagsListCommand};
+        &kMonitorCommand,     &kReadCommand,       &kWriteCommand,   &kIdentifyCommand,
+        &kRecipeWriteCommand, &kRecipeReadCommand, &kDecodeCommand,  &kDescribeCommand,
+        &kReplayCommand,      &kScanCommand,       &kSendCommand,    &kCheckCommand,
+        &kSeriesCommand,      &kTagsCheckCommand,  &kTagsListCommand};
     return commands;
 }
 

@@ -90,6 +90,7 @@ private:
     QTimer m_limit;
     bool m_countersAtEnd = false; ///< the output itself does not show them
     bool m_wasOpen = false;
+    int m_requests = 0; ///< of the one that ends it
 };
 
 RunningMonitor::RunningMonitor(Driver &driver, const LinkSettings &link, const MonitorRun &run,
@@ -129,6 +130,11 @@ void RunningMonitor::wire()
     });
     QObject::connect(&m_session, &Session::roundEnded, m_monitor, [this](int rounds) {
         if (m_run.rounds > 0 && rounds >= m_run.rounds) {
+            finish();
+        }
+    });
+    QObject::connect(&m_session, &Session::requestSent, m_monitor, [this](const QByteArray &frame) {
+        if (frame == m_run.request && ++m_requests > m_run.rounds) {
             finish();
         }
     });

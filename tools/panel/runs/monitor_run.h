@@ -23,6 +23,7 @@ struct MonitorRun
     OutputFormat format = OutputFormat::Text;
     qint64 durationMs = 0; ///< 0: no limit
     int rounds = 0;        ///< 0: no limit
+    QByteArray request;    ///< ends when this is sent more often than in `rounds`; empty: no limit
 };
 
 /**
