@@ -73,33 +73,65 @@ cnet.experts = E
 cnet.prefs.tcp_ports = Pref.range("TCP ports", "8000", "Ports of serial servers and of cnet-plc. Streams at other "
   .. "ports are found by what they look like.", 65535)
 
--- Lines: what belongs together --------------------------------------------------------------------------------
+-- Lines: what belongs together --------------------------------------------------------------------
 
-local lines = {} -- by stream or interface
-local notes = {} -- what was found out about a frame when it was seen first, which is in its order
+-- What is known of the lines, and what was found out about each frame when it was seen first, in its
+-- order. Which interface a packet is of stands in the tree, and not every first pass has one. Until it
+-- is known, all interfaces are taken for one line, in a book of its own.
+local known, guessed
+local previous -- of each packet the one before it
+local newest
 
 function cnet.init()
-  lines, notes = {}, {}
+  known = { lines = {}, notes = {}, last = 0 }
+  guessed = { lines = {}, notes = {} }
+  previous = {}
+  newest = 0
 end
 
-local stream_field = Field.new("tcp.stream")
 local interface_field = Field.new("frame.interface_id")
 local event_field = Field.new("rtacser.eventtype")
+Listener.new("frame", "frame") -- so that Wireshark builds a tree when it loads a file
+
+local TCP = 2
 
 local function last_of(field)
   local all = { field() }
   return #all > 0 and all[#all].value or nil
 end
 
-local function line_of(stream)
-  local key = stream and "stream " .. stream or "interface " .. tostring(last_of(interface_field))
-  lines[key] = lines[key] or { open = {} }
-  return lines[key]
+-- @return book and whether it may be added to: packet by packet, in their order
+local function book_of(pinfo, has_line)
+  local number = pinfo.number
+  if not pinfo.visited and number ~= newest then
+    previous[number], newest = newest, number
+  end
+  if has_line and previous[number] == known.last then
+    known.last = number
+  end
+  if number <= known.last then
+    return known, number == known.last
+  end
+  return guessed, not pinfo.visited
+end
+
+local function line_of(pinfo)
+  local key
+  if pinfo.port_type == TCP then
+    local one, other = pinfo.src_port .. " " .. tostring(pinfo.src), pinfo.dst_port .. " " .. tostring(pinfo.dst)
+    key = one < other and one .. " " .. other or other .. " " .. one
+  else
+    key = last_of(interface_field)
+  end
+  local book, learns = book_of(pinfo, key ~= nil)
+  key = key or "all"
+  book.lines[key] = book.lines[key] or { open = {} }
+  return book.lines[key], book, learns
 end
 
 -- Requests and answers of a line go different ways; an echo goes the way of the answers. nil: not known
-local function way_of(pinfo, stream)
-  if stream then
+local function way_of(pinfo)
+  if pinfo.port_type == TCP then
     return tostring(pinfo.src) .. " " .. pinfo.src_port
   end
   if pinfo.p2p_dir == 0 or pinfo.p2p_dir == 1 then
@@ -150,9 +182,10 @@ local function note_answer(line, note, frame, pinfo)
   request.settled = frame.verdict == "good"
 end
 
--- Decodes a frame. State changes only when it is seen for the first time.
-local function understand(raw, key, line, way, pinfo, whole)
-  local note = notes[key]
+-- Decodes a frame. What is known of its line changes only when it is seen for the first time.
+local function understand(raw, key, place, pinfo, whole)
+  local line, book = place.line, place.book
+  local note = book.notes[key]
   if note then
     return frames.decode(raw, function() return note.request end), note
   end
@@ -161,17 +194,17 @@ local function understand(raw, key, line, way, pinfo, whole)
     note.request = request_of(line, answer)
     return note.request
   end)
-  if pinfo.visited then
+  if not place.learns then
     return frame, note
   end
-  notes[key] = note
+  book.notes[key] = note
   if frame.head and not frame.asks and line.latest then
     line.latest.heard = true
     note.unasked = frame.command and not note.request
   end
   if frame.command and whole then
     if frame.asks then
-      note_request(line, note, frame, way, pinfo)
+      note_request(line, note, frame, place.way, pinfo)
     else
       note_answer(line, note, frame, pinfo)
     end
@@ -340,17 +373,16 @@ end
 
 function cnet.dissector(tvb, pinfo, root)
   local size = tvb:len()
-  local stream = last_of(stream_field)
-  local line = line_of(stream)
   if size == 0 then
     return 0
   end
   local raw = tvb:raw(0, size)
-  if stream and not is_ours(line, raw, pinfo.number) then
+  local line, book, learns = line_of(pinfo)
+  if pinfo.port_type == TCP and not is_ours(line, raw, pinfo.number) then
     return 0
   end
   pinfo.cols.protocol = "Cnet"
-  local way = way_of(pinfo, stream)
+  local place = { line = line, book = book, learns = learns, way = way_of(pinfo) }
   local texts = {}
   local from = 1
   while from <= size do
@@ -363,7 +395,7 @@ function cnet.dissector(tvb, pinfo, root)
     -- Where a packet holds several frames, or one and the end of another, each has its place.
     local key = string.format("%d %d %d", pinfo.number, tvb:offset() + from, size)
     local whole = not (more and tvb:reported_len() > size)
-    local frame, note = understand(raw:sub(from, last), key, line, way, pinfo, whole)
+    local frame, note = understand(raw:sub(from, last), key, place, pinfo, whole)
     texts[#texts + 1] = show(root, tvb, from - 1, frame, note, pinfo, whole)
     from = last + 1
   end
