@@ -81,12 +81,14 @@ cnet.prefs.tcp_ports = Pref.range("TCP ports", "8000", "Ports of serial servers 
 local known, guessed
 local previous -- of each packet the one before it
 local newest
+local taken -- packets of streams that were taken for Cnet
 
 function cnet.init()
   known = { lines = {}, notes = {}, last = 0 }
   guessed = { lines = {}, notes = {} }
   previous = {}
   newest = 0
+  taken = {}
 end
 
 local interface_field = Field.new("frame.interface_id")
@@ -356,32 +358,31 @@ local START = "[\5\6\21][01]%x[rRwW]S[SB]"
 local START_SO_FAR = { "^[\5\6\21]$", "^[\5\6\21][01]$", "^[\5\6\21][01]%x$", "^[\5\6\21][01]%x[rRwW]$",
   "^[\5\6\21][01]%x[rRwW]S$" }
 
--- Other protocols have the same ports. Once a stream has had a frame, all that it has belongs to it.
-local function is_ours(line, raw, number)
-  if line.since and number >= line.since then
-    return true
+-- Other protocols have the same ports. Once a stream has had a frame, all that it has belongs to it. What
+-- was not taken for Cnet on the first pass is not later, when more is known of its stream.
+local function is_ours(line, raw, pinfo)
+  if pinfo.visited then
+    return taken[pinfo.number]
   end
-  local found = raw:find(START) ~= nil
+  local found = line.has_frames or raw:find(START) ~= nil
   for _, pattern in ipairs(START_SO_FAR) do
     found = found or raw:find(pattern) ~= nil
   end
-  if found then
-    line.since = math.min(line.since or number, number)
-  end
+  line.has_frames = found
+  taken[pinfo.number] = taken[pinfo.number] or found
   return found
 end
 
-function cnet.dissector(tvb, pinfo, root)
+local function dissect(tvb, pinfo, root)
   local size = tvb:len()
   if size == 0 then
     return 0
   end
   local raw = tvb:raw(0, size)
   local line, book, learns = line_of(pinfo)
-  if pinfo.port_type == TCP and not is_ours(line, raw, pinfo.number) then
+  if pinfo.port_type == TCP and not is_ours(line, raw, pinfo) then
     return 0
   end
-  pinfo.cols.protocol = "Cnet"
   local place = { line = line, book = book, learns = learns, way = way_of(pinfo) }
   local texts = {}
   local from = 1
@@ -400,17 +401,20 @@ function cnet.dissector(tvb, pinfo, root)
     from = last + 1
   end
   if #texts > 0 then
+    pinfo.cols.protocol = "Cnet"
     pinfo.cols.info = table.concat(texts, " | ")
   end
   return size
 end
+
+cnet.dissector = dissect
 
 local function dissect_if_cnet(tvb, pinfo, root)
   if not tvb:raw(0, math.min(tvb:len(), 6)):find("^" .. START) then
     return false
   end
   pinfo.conversation = cnet
-  cnet.dissector(tvb, pinfo, root)
+  dissect(tvb, pinfo, root)
   return true
 end
 
