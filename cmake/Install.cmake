@@ -1,6 +1,6 @@
 # The installed files, in components: `library` is needed on a panel, `development` what a
 # host of its own is built with, `host_development` what a program on the host library is built with,
-# `tools` the programs, `documents` what there is to read, and the examples.
+# `tools` the programs, `wireshark` the dissector, `documents` what there is to read, and the examples.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ls_master_k_cnet)
@@ -59,6 +59,18 @@ if(BUILD_TOOLS)
     ${PROJECT_SOURCE_DIR}/doc/man/cnet-plc.1
     DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
     COMPONENT tools)
+
+  # Wireshark loads what is in its plugin folder, which is another one for each architecture.
+  set(dissector_dir ${CMAKE_INSTALL_DATADIR}/cnet-wireshark)
+  set(plugin_dir ${CMAKE_INSTALL_LIBDIR}/wireshark/plugins)
+  install(FILES
+    ${PROJECT_SOURCE_DIR}/wireshark/cnet.lua
+    ${PROJECT_SOURCE_DIR}/wireshark/cnet_frame.lua
+    DESTINATION ${dissector_dir}
+    COMPONENT wireshark)
+  file(RELATIVE_PATH dissector_link /${plugin_dir} /${dissector_dir})
+  file(CREATE_LINK ${dissector_link} ${generated}/cnet SYMBOLIC)
+  install(FILES ${generated}/cnet DESTINATION ${plugin_dir} COMPONENT wireshark)
 endif()
 
 # Laid out as in the sources, so that one document leads to the next.

@@ -13,7 +13,7 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_COMPONENTS_ALL library development documents)
 if(BUILD_TOOLS)
-  list(APPEND CPACK_COMPONENTS_ALL host_development tools)
+  list(APPEND CPACK_COMPONENTS_ALL host_development tools wireshark)
 endif()
 
 set(library_package libls-master-k-cnet${PROJECT_VERSION_MAJOR})
@@ -95,6 +95,7 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION comm)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
 # The panel loads the library at run time, so the program itself has no dependency on it.
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION}-${release})")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS cnet-wireshark)
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION
 "look into MASTER-K controllers from the command line
 cnet-panel watches, reads and writes the values of MASTER-K programmable
@@ -103,6 +104,17 @@ and transfers recipes. It loads the ls_master_k_cnet driver as a panel does.
 
 cnet-plc is a simulated controller that answers the same link and injects
 faults on demand, for trying panels without a machine behind them.")
+
+set(CPACK_DEBIAN_WIRESHARK_PACKAGE_NAME cnet-wireshark)
+set(CPACK_DEBIAN_WIRESHARK_PACKAGE_SECTION net)
+set(CPACK_DEBIAN_WIRESHARK_PACKAGE_RECOMMENDS "wireshark | tshark")
+set(CPACK_DEBIAN_WIRESHARK_PACKAGE_ENHANCES "wireshark, tshark")
+set(CPACK_DEBIAN_WIRESHARK_DESCRIPTION
+"MASTER-K Cnet in Wireshark
+This dissector takes the frames of the Cnet computer link apart, in captures
+of cnet-panel and cnet-plc and in TCP streams. It joins requests and answers,
+names the addresses of values, and marks wrong block checks, refusals, missing
+answers and whatever else goes wrong on a line.")
 
 # Files that only Debian requires.
 configure_file(${PROJECT_SOURCE_DIR}/packaging/debian_files.cmake.in
