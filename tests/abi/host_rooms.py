@@ -16,8 +16,8 @@ PLC_ORDER = [["tools/plc/" + room] for room in
               "servers", "control", "options", "main")]
 # Those of the command line.
 PANEL_ORDER = [["tools/panel/" + room] for room in
-               ("system", "terminal", "output", "reports", "options", "views", "runs", "commands",
-                "main")]
+               ("system", "terminal", "output", "reports", "options", "views", "runs", "replay",
+                "commands", "main")]
 MOST_FILES = 15  # of a room; a folder listing that is longer is not read
 BOUNDARY = "include/ls_master_k_cnet/"
 # The only room that knows the driver's functions by name; others ask it.

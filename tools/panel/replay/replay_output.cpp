@@ -2,7 +2,7 @@
 
 #include "host/address/value_text.h"
 #include "host/decode/frame_text.h"
-#include "panel/output/decode_output.h"
+#include "panel/reports/decode_output.h"
 
 #include <QDateTime>
 #include <QJsonArray>

@@ -4,11 +4,11 @@
 #include "host/exchange/trace.h"
 #include "host/time/system_clock.h"
 #include "panel/replay/replay_output.h"
-#include "panel/runs/bar_and_messages.h"
 #include "panel/runs/command_session.h"
 #include "panel/runs/send_run.h"
 #include "panel/system/exit_code.h"
 #include "panel/system/standard_output.h"
+#include "panel/terminal/bar_and_messages.h"
 
 #include <QEventLoop>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/recording/recording.h"
-#include "panel/commands/link_settings.h"
+#include "panel/options/link_settings.h"
 #include "panel/output/monitor_output.h"
 #include "panel/system/messages.h"
 
