@@ -51,6 +51,7 @@ void TestAnswerMemory::knowsWhatWouldRepeat_data()
     QTest::newRow("different answers")
         << kFirst << kFirstAnswer << kSecond << kSecondAnswer << false;
     QTest::newRow("the last request") << kFirst << kFirstAnswer << kFirst << kFirstAnswer << false;
+    QTest::newRow("the last write") << kWrite << kWritten << kWrite << kWritten << false;
     QTest::newRow("writes") << kWrite << kWritten << kOtherWrite << kWritten << true;
     QTest::newRow("a write after a read") << kWrite << kWritten << kFirst << kFirstAnswer << false;
 }

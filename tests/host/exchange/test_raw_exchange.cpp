@@ -167,10 +167,11 @@ void TestRawExchange::takesNoAnswerOfOthers()
 {
     const QByteArray others = answerFrame("02rSB01021234") + answerFrame("01wSB");
     m_bench->exchange.send(kRequest, kPatienceMs);
-    m_bench->link.say(others + kAnswer);
+    m_bench->link.say("xyz" + others + kAnswer);
     QCOMPARE(m_bench->replies.size(), 1);
     QCOMPARE(m_bench->replies.constFirst().answer, kAnswer);
     QCOMPARE(m_bench->replies.constFirst().elsewhere, others);
+    QCOMPARE(m_bench->replies.constFirst().strayBytes, 3);
 }
 
 void TestRawExchange::sendsAgainWhatIsAsked()
