@@ -5,6 +5,13 @@
 
 namespace cnet {
 
+namespace {
+
+// Far more than a session reads at a time. Who asks for others all its life is told of them again.
+const int kMostRefused = 1000;
+
+} // namespace
+
 QString stateName(StationState state)
 {
     switch (state) {
@@ -52,6 +59,9 @@ QString StationBook::note(const ExchangeReport &report)
     counters.lastRefusal = refusalInWords(report.refusal);
     if (watch.refused.contains(report.range)) {
         return QString();
+    }
+    if (watch.refused.size() >= kMostRefused) {
+        watch.refused.clear();
     }
     watch.refused.insert(report.range);
     return QString::fromLatin1("station %1 refuses %2: %3")

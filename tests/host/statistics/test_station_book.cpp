@@ -47,6 +47,7 @@ private Q_SLOTS:
     void keepsStationsApart();
     void saysOnce_data();
     void saysOnce();
+    void doesNotGrowForEver();
     void tellsHowLongItWasAway();
     void forgetsStates();
 };
@@ -160,6 +161,21 @@ void TestStationBook::saysOnce()
     messages.removeAll(QString());
     QTEST(messages, "messages");
     QTEST(stateName(book.all().value(2).state), "state");
+}
+
+// A program may ask for other addresses all its life.
+void TestStationBook::doesNotGrowForEver()
+{
+    StationBook book;
+    ExchangeReport refused = report(Outcome::Refused);
+    QVERIFY(!book.note(refused).isEmpty());
+    QVERIFY(book.note(refused).isEmpty());
+    for (int i = 0; i < 1000; ++i) {
+        refused.range.start = 1000 + i;
+        QVERIFY(!book.note(refused).isEmpty());
+    }
+    QVERIFY(!book.note(report(Outcome::Refused)).isEmpty()); // forgotten
+    QVERIFY(book.note(refused).isEmpty());
 }
 
 void TestStationBook::tellsHowLongItWasAway()
