@@ -40,6 +40,7 @@ private Q_SLOTS:
     void eachAnswerHasItsOwnFaults();
     void bytesOfNoRequestAreThereToo();
     void forgottenAnswersNameNoFault();
+    void aFaultIsNotToldOfALaterRequest();
 
 private:
     void ask(const QByteArray &bytes);
@@ -157,6 +158,22 @@ void TestCaptureTap::forgottenAnswersNameNoFault()
     ask(kRead);
     m_tap->sent(joined(m_answers));
     QCOMPARE(written(), (QList<QByteArray>{in(kRead), in(kRead), out(kAnswer)}));
+}
+
+// The request came in two parts, so far apart that the capture has them as two packets.
+void TestCaptureTap::aFaultIsNotToldOfALaterRequest()
+{
+    Fault once = usualFault(FaultKind::Silence);
+    once.times = 1;
+    m_bus->find(1)->faults.add(once);
+    ask(kRead.left(5));
+    QTest::qSleep(1100);
+    ask(kRead.mid(5));
+    ask(kRead);
+    m_tap.reset();
+    const QList<QByteArray> packets = written();
+    QCOMPARE(packets.first(), in(kRead.left(5)));
+    QCOMPARE(packets.last(), in(kRead));
 }
 
 QTEST_GUILESS_MAIN(TestCaptureTap)

@@ -6,6 +6,13 @@
 
 using namespace plc;
 
+struct CountingScenario : Scenario
+{
+    void advance(Memory & /*memory*/, qint64 /*nowMs*/) override { ++steps; }
+
+    int steps = 0;
+};
+
 class TestBus : public QObject
 {
     Q_OBJECT
@@ -20,6 +27,24 @@ private Q_SLOTS:
         QCOMPARE(bus.find(1)->station.number(), 1);
         QCOMPARE(int(bus.find(31)->station.memory().model()), int(Model::K120s));
         QVERIFY(!bus.find(0));
+    }
+
+    void aTrialChangesNothing()
+    {
+        Bus bus;
+        Unit &unit = bus.add(1);
+        const auto scenario = std::make_shared<CountingScenario>();
+        unit.scenario = scenario;
+        unit.station.memory().setWord('D', 0, 7);
+        Bus trial = bus.trial();
+        trial.advance(1000);
+        Memory &memory = trial.find(1)->station.memory();
+        QCOMPARE(*memory.word('D', 0), quint16(7));
+        memory.setWord('D', 0, 8);
+        QCOMPARE(*unit.station.memory().word('D', 0), quint16(7));
+        QCOMPARE(scenario->steps, 0);
+        bus.advance(1000);
+        QCOMPARE(scenario->steps, 1);
     }
 
     void replacesStations()
