@@ -1,6 +1,7 @@
 #include "host/address/item.h"
 
 #include "host/address/address.h"
+#include "host/address/value_text.h"
 
 #include <QRegularExpression>
 #include <QStringList>
@@ -13,7 +14,7 @@ namespace {
 
 QString itemError(const QString &text, const QString &what)
 {
-    return QString::fromLatin1("'%1': %2").arg(text, what);
+    return QString::fromLatin1("'%1': %2").arg(quotable(text), what);
 }
 
 // What people try who know it from elsewhere.
@@ -77,9 +78,9 @@ std::optional<Item> parseItem(const QString &text, int defaultStation,
     }
     const RegisterInfo *reg = registers.find(match.captured(2));
     if (reg == nullptr) {
-        error =
-            itemError(text, QString::fromLatin1("the driver has no register '%1', it has %2")
-                                .arg(match.captured(2), registers.names().join(QLatin1Char(' '))));
+        error = itemError(
+            text, QString::fromLatin1("the driver has no register '%1', it has %2")
+                      .arg(quotable(match.captured(2)), registers.names().join(QLatin1Char(' '))));
         return std::nullopt;
     }
     item.reg = *reg;

@@ -165,7 +165,7 @@ bool RecipeFile::readItem(const QStringList &fields, const Reading &reading, Rec
     const QString count = field(kCount);
     const QString given = QString::number(values.size());
     if (count.isEmpty() && values.isEmpty()) {
-        error = QString::fromLatin1("'%1': expected a count or values").arg(text);
+        error = QString::fromLatin1("'%1': expected a count or values").arg(quotable(text));
         return false;
     }
     text += QLatin1Char('*') + (count.isEmpty() ? given : count);
@@ -175,7 +175,7 @@ bool RecipeFile::readItem(const QStringList &fields, const Reading &reading, Rec
     const bool mayLack = reading.use == RecipeUse::Read && values.isEmpty();
     if (!mayLack && values.size() != item.item.count) {
         error = QString::fromLatin1("'%1': expected %2 values, found %3")
-                    .arg(text)
+                    .arg(quotable(text))
                     .arg(item.item.count)
                     .arg(given);
         return false;
@@ -189,7 +189,7 @@ bool RecipeFile::readAddresses(const QString &text, const QString &registerName,
 {
     if (reading.registers.find(registerName) == nullptr) {
         error = QString::fromLatin1("the driver has no register '%1', it has %2")
-                    .arg(registerName, reading.registers.names().join(QLatin1Char(' ')));
+                    .arg(quotable(registerName), reading.registers.names().join(QLatin1Char(' ')));
         return false;
     }
     const auto parsed = parseItem(text, reading.defaultStation, reading.registers, error);
@@ -201,7 +201,7 @@ bool RecipeFile::readAddresses(const QString &text, const QString &registerName,
     if (item.reg.isBit()) {
         error = QString::fromLatin1("'%1': a recipe holds words; bits and contacts are written one "
                                     "by one")
-                    .arg(text);
+                    .arg(quotable(text));
         return false;
     }
     return reading.check(item, error);

@@ -1,6 +1,7 @@
 #include "host/support/test_registers.h"
 
 #include "host/address/item.h"
+#include "host/address/value_text.h"
 #include <host/driver/driver.h>
 
 #include <QtTest>
@@ -71,6 +72,7 @@ void TestItem::refuses_data()
                              "D_W:1:2", "D_W:1*2*3", "D_W:1*-1", "/D_W:1", "D_W:1\n"}) {
         QTest::newRow(text) << form;
     }
+    QTest::newRow("\x1b[2J:1") << "'?[2J:1': the driver has no register '?[2J', it has";
     QTest::newRow("32/D_W:1") << station;
     QTest::newRow("99999999999/D_W:1") << station;
     QTest::newRow("X_W:1") << "the driver has no register 'X_W', it has D_W ";
@@ -93,7 +95,7 @@ void TestItem::refuses()
     const QString text = QLatin1String(QTest::currentDataTag());
     QVERIFY(!parseItem(text, 1, m_driver.registers(), error).has_value());
     QVERIFY2(error.contains(expected), qPrintable(error));
-    QVERIFY2(error.startsWith(QLatin1Char('\'') + text), qPrintable(error));
+    QVERIFY2(error.startsWith(QLatin1Char('\'') + quotable(text)), qPrintable(error));
 }
 
 void TestItem::cutsIntoPieces_data()

@@ -126,6 +126,8 @@ void TestRecipeFile::refuses_data()
     row("no address", "register,value\n", "1: a column is missing");
     row("no values to write", "register,address,count\nD_W,1,1\n", "1: a column is missing");
     row("unknown register", head + "Q_W,1,1,5\n", "2: the driver has no register 'Q_W'");
+    row("terminal codes", head + "\x1b[2J,1,1,5\n", "2: the driver has no register '?[2J'");
+    row("terminal codes in an address", head + "D_W,\x1b[2J,1,5\n", "2: 'D_W:?[2J*1'");
     row("empty register", head + ",1,1,5\n", "2: the driver has no register ''");
     row("station within the register", head + "2/D_W,1,1,5\n",
         "2: the driver has no register '2/D_W'");

@@ -22,9 +22,7 @@ public:
     /** Takes what has arrived. To be called when next() has nothing left. */
     void add(const QByteArray &bytes) { m_input += bytes; }
 
-    /**
-     * The last line may lack its end when no more will come.
-     */
+    /** No more will come, and the last line may lack its end. */
     void end() { m_input += '\n'; }
 
     /** Carries out the next whole line. @return its reply, or nothing if there is none yet. */

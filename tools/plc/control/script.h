@@ -22,8 +22,8 @@ struct ScriptLine
 /**
  * Reads a script. Each line is a command with its time in front: "at 5s" counts from the start,
  * "after 200ms" from the time of the line above; "every 1s" runs it again and again, for the first
- * time a second after the line above; without any it runs together with the line above. Blank lines
- * and comments behind "#" are left alone.
+ * time a second after the line above; without any it runs together with the line above. A line with
+ * "every" is none that times count from. Blank lines and comments behind "#" are left alone.
  *
  * @param mistakes receives every mistake of the file; also what its commands would be refused for
  * @param target what it is to run on; nothing happens to it
