@@ -278,9 +278,9 @@ local function add_parts(tree, frame, tvb, from)
 end
 
 local LINKS = {
-  { field = "unanswered", expert = E.no_answer, text = "No answer to the request" },
-  { field = "repeats", expert = E.repeated, text = "Repeats the request" },
-  { field = "echo_of", expert = E.echo, text = "Echo of the request" },
+  { field = "unanswered", expert = E.no_answer },
+  { field = "repeats", expert = E.repeated },
+  { field = "echo_of", expert = E.echo },
 }
 
 local function add_links(tree, note, frame, pinfo)
@@ -298,12 +298,13 @@ local function add_links(tree, note, frame, pinfo)
   for _, link in ipairs(LINKS) do
     local number = note[link.field]
     if number then
-      add_generated(tree, F[link.field], number):add_proto_expert_info(link.expert, link.text .. " in frame " .. number)
+      add_generated(tree, F[link.field], number):add_proto_expert_info(link.expert)
     end
   end
 end
 
--- What is missing is explained once, as truncated, and not as malformed where the bytes end.
+-- What is missing is explained once, as truncated, and not as malformed where the bytes end. Texts are few,
+-- so that a list of them counts.
 local function add_experts(tree, frame, note, whole)
   if not frame.head then
     return tree:add_proto_expert_info(E.noise)
@@ -312,20 +313,18 @@ local function add_experts(tree, frame, note, whole)
     return tree:add_proto_expert_info(E.not_captured)
   end
   if frame.cut then
-    tree:add_proto_expert_info(E.cut, "Truncated frame: " .. frame.fault)
+    tree:add_proto_expert_info(E.cut)
   end
   if frame.bad_check then
-    tree:add_proto_expert_info(E.bad_check, string.format("Wrong block check: %s, expected %s",
-      frame.check:gsub("[^ -~]", "?"), frame.expected))
+    tree:add_proto_expert_info(E.bad_check)
   end
   if frame.verdict == "malformed" and not (frame.cut and frame.fault_at == #frame.raw) then
     tree:add_proto_expert_info(E.malformed, "Malformed frame: " .. frame.fault)
   end
   if frame.other_station then
-    tree:add_proto_expert_info(E.other_station, string.format("Answer of station %d; the request in frame %d was "
-      .. "for station %d", frame.station, note.request.number, note.request.station))
+    tree:add_proto_expert_info(E.other_station)
   elseif frame.verdict == "mismatch" then
-    tree:add_proto_expert_info(E.mismatch, "Answer to something else: " .. frame.fault)
+    tree:add_proto_expert_info(E.mismatch)
   end
   if note.unasked then
     tree:add_proto_expert_info(E.unasked)
