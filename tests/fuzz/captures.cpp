@@ -5,7 +5,10 @@
 #include "host/recording/packet_bytes.h"
 #include "host/recording/pcapng_reader.h"
 #include "host/recording/recording.h"
+#include "plc/replay/replay.h"
+#include "plc/wire/wire.h"
 
+#include <QHash>
 #include <QtEndian>
 
 #include <vector>
@@ -58,6 +61,31 @@ void requireExchanges(const RecordedLine &line, int &frames, int packets)
     }
 }
 
+/** The simulated PLC answers with what the capture has, and no more than it has. */
+void requireReplay(const RecordedLine &line)
+{
+    const plc::Replay replay(line, 2);
+    QHash<QByteArray, int> times;
+    for (const RecordedExchange &exchange : line.exchanges) {
+        const QByteArray &request = exchange.request.bytes;
+        const std::vector<plc::Chunk> *const chunks = replay.answer(request, times[request]++);
+        require(chunks != nullptr, "each request is known");
+        require(exchange.isOpen || chunks->size() <= exchange.answers.size(), "no more than came");
+        for (std::size_t i = 0; i < chunks->size() && !exchange.isOpen; ++i) {
+            const plc::Chunk &chunk = chunks->at(i);
+            require(chunk.bytes == exchange.answers.at(i).bytes, "to the byte");
+            require(chunk.delayMs >= 0 && chunk.delayMs <= plc::Replay::kLongestPauseMs,
+                    "pauses are bounded");
+        }
+    }
+    for (const int station : replay.stations()) {
+        require(station >= 0 && station <= plc::kMaxStation, "a station has a number");
+    }
+    for (const plc::RecordedChange &change : replay.changes()) {
+        require(change.atMs >= 0, "a change has its time");
+    }
+}
+
 void readFile(const QByteArray &content)
 {
     const auto packets = static_cast<int>(packetsOf(content).size());
@@ -70,6 +98,7 @@ void readFile(const QByteArray &content)
     for (const RecordedLine &line : recording.lines) {
         requireExchanges(line, frames, packets);
         require(findLine(recording, line.name, error) == &line, "a line is found by its name");
+        requireReplay(line);
     }
     require(frames <= packets, "no packet comes twice");
     require((findLine(recording, QString(), error) != nullptr) == (recording.lines.size() == 1),

@@ -97,7 +97,7 @@ void TestReplay::capturedFaultsComeAgain()
                                       "--fault repeat@10% --fault silence@10% --fault "
                                       "delay=1..400@20% ") +
                   (byPlc ? capture : QString())));
-    panel(QString::fromLatin1("monitor --for 3 --interval 0 --timeout 150 --link %1 D_W:100*20 "
+    panel(QString::fromLatin1("monitor --for 2 --interval 0 --timeout 150 --link %1 D_W:100*20 "
                               "M_W:3 7/D_W:1 ")
               .arg(link()) +
           (byPlc ? QString() : capture));
@@ -111,7 +111,7 @@ void TestReplay::capturedFaultsComeAgain()
         QVERIFY2(code == 0, printed().constData());
         const QList<QJsonObject> lines = jsonLines(m_panel->lines());
         QCOMPARE(lines.size(), 1);
-        QVERIFY(lines.first().value(QLatin1String("same")).toInt() > 15);
+        QVERIFY(lines.first().value(QLatin1String("same")).toInt() > 10);
         QCOMPARE(m_panel->errors(), QByteArray());
     }
 }

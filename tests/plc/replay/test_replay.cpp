@@ -104,6 +104,7 @@ private Q_SLOTS:
         addExchange(line, 200, kRead, {{5, kTwo}});
         addExchange(line, 300, "[ENQ]01WSB07%DW0100020003FFFF[EOT]", {{5, "[ACK]01WSB[ETX]"}});
         addExchange(line, 400, kOther, {{5, "[NAK]02RSS1132[ETX]"}});
+        addExchange(line, 500, "[ENQ]FFRSS0107%DW0100[EOT]", {{5, "[NAK]FFRSS1132[ETX]"}});
         const Replay replay(line);
         QCOMPARE(replay.firstValues().size(), std::size_t(2));
         QCOMPARE(replay.firstValues().at(0).value, quint16(1));

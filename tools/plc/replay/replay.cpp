@@ -1,5 +1,7 @@
 #include "plc/replay/replay.h"
 
+#include "plc/wire/wire.h"
+
 #include <algorithm>
 #include <map>
 #include <set>
@@ -59,8 +61,9 @@ Replay::Replay(const cnet::RecordedLine &line, double speed)
         }
         for (const cnet::RecordedFrame &frame : exchange.answers) {
             const qint64 atNs = frame.timeNs - line.exchanges.front().request.timeNs;
-            if (isAnswerTo(exchange.request.bytes, frame.bytes)) {
-                stations.insert(exchange.request.bytes.mid(1, 2).toInt(nullptr, 16));
+            const int station = exchange.request.bytes.mid(1, 2).toInt(nullptr, 16);
+            if (station <= kMaxStation && isAnswerTo(exchange.request.bytes, frame.bytes)) {
+                stations.insert(station);
             }
             for (const RecordedValue &value : recordedValues(exchange.request.bytes, frame.bytes)) {
                 book.note(msOf(atNs, speed), value);

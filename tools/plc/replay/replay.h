@@ -37,7 +37,7 @@ public:
     /** @param speed above 0: how much faster than it was; kFullSpeed */
     explicit Replay(const cnet::RecordedLine &line, double speed = 1);
 
-    /** Stations that have answered anything, in ascending order. */
+    /** Stations from 0 to 31 that have answered anything, in ascending order. */
     const std::vector<int> &stations() const { return m_stations; }
 
     /**
