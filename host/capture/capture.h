@@ -59,7 +59,8 @@ struct CaptureInterface
  * A capture that Wireshark opens, written packet by packet as the lines talk. One for a program,
  * for any number of lines, on one thread; lines come and go (CaptureLine).
  *
- * Whatever happens to its output ends the capture and not the program.
+ * Whatever happens to its output ends the capture and not the program, which ignores SIGPIPE where
+ * the output may be a pipe.
  */
 class Capture
 {
