@@ -81,7 +81,7 @@ int run(const Invocation &invocation)
 
 const Command kMonitorCommand = {
     "monitor",
-    "ITEM...|--tags FILE [NAME|GROUP|GLOB|ITEM]...",
+    "ITEM...|--tags FILE [NAME|GROUP|GLOB]...",
     "Shows values live. ITEM is [STATION/]REGISTER:ADDRESS[*COUNT][@TYPE[*SCALE][+OFFSET]]; TYPE "
     "is bool, u16, i16, u32, i32, u64, i64, f32, f64, bcd4, bcd8, bitN, stringN or enum, and COUNT "
     "counts values of it. @FILE and - stand for items on the lines of a file and of standard "

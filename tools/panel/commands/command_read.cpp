@@ -55,7 +55,7 @@ int run(const Invocation &invocation)
 } // namespace
 
 const Command kReadCommand = {"read",
-                              "ITEM...|--tags FILE [NAME|GROUP|GLOB|ITEM]...",
+                              "ITEM...|--tags FILE [NAME|GROUP|GLOB]...",
                               "Reads values once and prints them. ITEM and --tags as for "
                               "monitor.",
                               "read --link tcp:192.168.0.100:8000 1/D_W:0*60 2/TX:7\n"
