@@ -6,9 +6,9 @@
 
 #include "poll_clock.h"
 
+#include <host/decode/frame_comments.h>
 #include <host/link/captured_link.h>
 #include <host/session.h>
-#include <host/wire/frame_words.h>
 
 #include <QCoreApplication>
 
@@ -27,8 +27,10 @@ std::unique_ptr<cnet::Link> captured(std::unique_ptr<cnet::Link> link, const QSt
         std::fprintf(stderr, "%s\n", error.toLocal8Bit().constData());
         return nullptr;
     }
-    capture->setWords(
-        [](const QByteArray &frame, cnet::CaptureDirection) { return cnet::frameInWords(frame); });
+    capture->setWords([comments = cnet::FrameComments()](const QByteArray &frame,
+                                                         cnet::CaptureDirection) mutable {
+        return comments.next(frame);
+    });
     return std::make_unique<cnet::CapturedLink>(std::move(link), capture);
 }
 

@@ -50,8 +50,13 @@ QString valueText(quint16 value, bool isBit)
     if (isBit) {
         return QString::number(value);
     }
-    const QString hex = QString::number(value, 16).toUpper().rightJustified(4, QLatin1Char('0'));
-    return QString::fromLatin1("%1 0x%2").arg(value).arg(hex);
+    // By hand: it is made for many a value of each captured frame.
+    QString text = QString::number(value) + QLatin1String(" 0x");
+    const int bitsPerDigit = 4;
+    for (int shift = 12; shift >= 0; shift -= bitsPerDigit) {
+        text += QLatin1Char("0123456789ABCDEF"[value >> shift & 0xF]);
+    }
+    return text;
 }
 
 QString valuesText(const QVector<quint16> &values, bool isBit)

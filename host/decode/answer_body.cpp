@@ -66,6 +66,8 @@ bool takeData(DecodedFrame &frame, FieldCursor &cursor, const DecodedFrame *requ
                     FrameVerdict::Mismatch);
         range.item.count = values;
     }
+    range.values.reserve(values);
+    range.valueOffsets.reserve(values);
     for (int i = 0; i < values; ++i) {
         if (!takeValue(cursor, range)) {
             return false;
@@ -138,7 +140,9 @@ bool takeValue(FieldCursor &cursor, FrameRange &range)
     }
     range.values.append(static_cast<quint16>(*value));
     range.valueOffsets.append(at);
-    cursor.means(valueMeaning(range));
+    if (cursor.explains()) {
+        cursor.means(valueMeaning(range));
+    }
     return true;
 }
 

@@ -27,6 +27,12 @@ enum class FrameVerdict {
     Good,
 };
 
+/** How much of a frame is explained. */
+enum class Detail {
+    Fields,  ///< all of it, field by field
+    Summary, ///< what frameSummary() says, in a fraction of the time
+};
+
 /** A part of a frame. The fields of a frame follow one another without gaps. */
 struct FrameField
 {
@@ -53,9 +59,10 @@ struct DecodedFrame
 {
     QByteArray bytes;
     FrameDirection direction = FrameDirection::Unknown;
-    int station = -1;             ///< 0 to 255 as it stands there; -1: none
-    QByteArray command;           ///< "rSB", upper case where there is no block check
-    QVector<FrameField> fields;   ///< from the first byte to the last
+    int station = -1;   ///< 0 to 255 as it stands there; -1: none
+    QByteArray command; ///< "rSB", upper case where there is no block check
+    Detail detail = Detail::Fields;
+    QVector<FrameField> fields;   ///< from the first byte to the last; none of a Detail::Summary
     QVector<FrameRange> ranges;   ///< as far as the frame is right
     std::optional<int> errorCode; ///< of a refusal
     QByteArray checkFound;        ///< the block check as it stands there

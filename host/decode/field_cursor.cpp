@@ -6,10 +6,15 @@ namespace cnet {
 
 namespace {
 
-bool isHexDigit(char letter)
+/// @return -1 for anything else
+int hexDigit(char letter)
 {
-    return (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'F') ||
-           (letter >= 'a' && letter <= 'f');
+    if (letter >= '0' && letter <= '9') {
+        return letter - '0';
+    }
+    const char upper =
+        letter >= 'a' && letter <= 'f' ? static_cast<char>(letter - 'a' + 'A') : letter;
+    return upper >= 'A' && upper <= 'F' ? upper - 'A' + 10 : -1;
 }
 
 } // namespace
@@ -25,52 +30,66 @@ void judge(DecodedFrame &frame, FrameVerdict verdict, int at, const QString &fau
 
 QByteArray FieldCursor::take(int count, const char *name)
 {
+    const int offset = m_position;
+    return m_frame.bytes.mid(offset, skip(count, name));
+}
+
+int FieldCursor::skip(int count, const char *name)
+{
     const int taken = std::min(count, left());
-    FrameField field;
-    field.offset = m_position;
-    field.length = taken;
-    field.name = QLatin1String(name);
-    m_frame.fields.append(field);
+    if (explains()) {
+        FrameField field;
+        field.offset = m_position;
+        field.length = taken;
+        field.name = QLatin1String(name);
+        m_frame.fields.append(field);
+    }
     m_position += taken;
     if (taken < count) {
-        fail(m_position, taken == 0 ? QString::fromLatin1("the %1 is missing").arg(field.name)
+        const auto what = QLatin1String(name);
+        fail(m_position, taken == 0 ? QString::fromLatin1("the %1 is missing").arg(what)
                                     : QString::fromLatin1("the %1 has %2 of %3 characters")
-                                          .arg(field.name)
+                                          .arg(what)
                                           .arg(taken)
                                           .arg(count));
     }
-    return m_frame.bytes.mid(field.offset, taken);
+    return taken;
 }
 
 std::optional<int> FieldCursor::takeHex(int digits, const char *name)
 {
     const int offset = m_position;
-    const QByteArray text = take(digits, name);
-    if (text.size() < digits) {
+    if (skip(digits, name) < digits) {
         return std::nullopt;
     }
-    const auto wrong = std::find_if_not(text.cbegin(), text.cend(), isHexDigit);
-    if (wrong != text.cend()) {
-        fail(offset + static_cast<int>(wrong - text.cbegin()),
-             QLatin1String("expected a hexadecimal digit"));
-        return std::nullopt;
+    const int hexadecimal = 16;
+    int value = 0;
+    for (int at = offset; at < m_position; ++at) {
+        const int digit = hexDigit(m_frame.bytes.at(at));
+        if (digit < 0) {
+            fail(at, QLatin1String("expected a hexadecimal digit"));
+            return std::nullopt;
+        }
+        value = value * hexadecimal + digit;
     }
-    const int value = text.toInt(nullptr, 16);
-    means(QString::number(value));
+    if (explains()) {
+        means(QString::number(value));
+    }
     return value;
 }
 
 void FieldCursor::means(const QString &text)
 {
-    m_frame.fields.last().meaning = text;
+    if (explains()) {
+        m_frame.fields.last().meaning = text;
+    }
 }
 
 void FieldCursor::fail(int at, const QString &text, FrameVerdict verdict)
 {
-    FrameField &field = m_frame.fields.last();
-    if (field.fault.isEmpty()) {
-        field.fault = text;
-        field.faultAt = at;
+    if (explains() && m_frame.fields.constLast().fault.isEmpty()) {
+        m_frame.fields.last().fault = text;
+        m_frame.fields.last().faultAt = at;
     }
     judge(m_frame, verdict, at, text);
     m_fine = m_fine && verdict == FrameVerdict::Mismatch;

@@ -27,6 +27,8 @@ public:
     int position() const { return m_position; }
     int left() const { return m_end - m_position; }
     bool isFine() const { return m_fine; }
+    /** False where nobody will see what means() is told. */
+    bool explains() const { return m_frame.detail == Detail::Fields; }
 
     /** Takes characters as a field. Fewer than `count` are a fault. */
     QByteArray take(int count, const char *name);
@@ -44,6 +46,8 @@ public:
     void skipRest();
 
 private:
+    int skip(int count, const char *name);
+
     DecodedFrame &m_frame;
     int m_position;
     int m_end;

@@ -26,6 +26,9 @@ bool isControl(char byte)
 
 void addField(DecodedFrame &frame, int offset, int length, const char *name, const char *meaning)
 {
+    if (frame.detail == Detail::Summary) {
+        return;
+    }
     FrameField field;
     field.offset = offset;
     field.length = length;
@@ -36,8 +39,10 @@ void addField(DecodedFrame &frame, int offset, int length, const char *name, con
 
 void failLast(DecodedFrame &frame, FrameVerdict verdict, int at, const QString &fault)
 {
-    frame.fields.last().fault = fault;
-    frame.fields.last().faultAt = at;
+    if (frame.detail == Detail::Fields) {
+        frame.fields.last().fault = fault;
+        frame.fields.last().faultAt = at;
+    }
     judge(frame, verdict, at, fault);
 }
 
@@ -84,9 +89,11 @@ bool takeAddressee(DecodedFrame &frame, FieldCursor &cursor)
                                       "without"));
         return false;
     }
-    const bool checked = letter == "r" || letter == "w";
-    cursor.means(latin1(letter == "r" || letter == "R" ? "read" : "write") +
-                 latin1(checked ? ", with block check" : ", without block check"));
+    if (cursor.explains()) {
+        const bool checked = letter == "r" || letter == "w";
+        cursor.means(latin1(letter == "r" || letter == "R" ? "read" : "write") +
+                     latin1(checked ? ", with block check" : ", without block check"));
+    }
     const QByteArray type = cursor.take(2, "type");
     if (cursor.isFine() && type != "SS" && type != "SB") {
         cursor.fail(commandAt + (type.startsWith('S') ? 2 : 1),
@@ -95,7 +102,9 @@ bool takeAddressee(DecodedFrame &frame, FieldCursor &cursor)
     if (!cursor.isFine()) {
         return false;
     }
-    cursor.means(latin1(type == "SS" ? "single names" : "a block of words"));
+    if (cursor.explains()) {
+        cursor.means(latin1(type == "SS" ? "single names" : "a block of words"));
+    }
     frame.command = letter + type;
     return true;
 }
@@ -151,11 +160,12 @@ bool takeTail(DecodedFrame &frame, int at)
 void judgeCheck(DecodedFrame &frame, int at)
 {
     const QByteArray &found = frame.checkFound;
-    frame.fields.last().meaning = latin1("right");
     if (found == frame.checkExpected) {
+        if (frame.detail == Detail::Fields) {
+            frame.fields.last().meaning = latin1("right");
+        }
         return;
     }
-    frame.fields.last().meaning.clear();
     const QString expected =
         QString::fromLatin1("expected %1").arg(QString::fromLatin1(frame.checkExpected));
     const bool cut = found.size() < kBlockCheckLength;
@@ -200,9 +210,10 @@ void judgeLength(DecodedFrame &frame)
 
 } // namespace
 
-DecodedFrame decodeFrame(const QByteArray &bytes, const DecodedFrame *request)
+DecodedFrame decodeFrame(const QByteArray &bytes, const DecodedFrame *request, Detail detail)
 {
     DecodedFrame frame;
+    frame.detail = detail;
     frame.bytes = bytes;
     if (!takeHead(frame)) {
         return frame;
@@ -243,29 +254,40 @@ int answerLength(const DecodedFrame &request)
     return length;
 }
 
+void FrameDecoder::noteRequest(const DecodedFrame &request)
+{
+    m_lastStation = request.isGood() ? request.station : -1;
+    if (request.isGood()) {
+        m_open.insert(request.station, request);
+    } else {
+        m_open.remove(request.station);
+    }
+}
+
+// What another station still had to say is late; without any request there is none to compare.
+const DecodedFrame *FrameDecoder::requestOf(const QByteArray &answer) const
+{
+    bool ok = false;
+    const int own = answer.mid(kTextPosition, 2).toInt(&ok, 16);
+    const auto request = m_open.constFind(ok && m_open.contains(own) ? own : m_lastStation);
+    return request == m_open.constEnd() ? nullptr : &*request;
+}
+
 DecodedFrame FrameDecoder::next(const QByteArray &bytes)
 {
-    DecodedFrame frame = decodeFrame(bytes);
+    const bool mayAnswer = bytes.startsWith(kAck) || bytes.startsWith(kNak);
+    const DecodedFrame *const request = mayAnswer ? requestOf(bytes) : nullptr;
+    DecodedFrame frame = decodeFrame(bytes, request, m_detail);
     if (frame.direction == FrameDirection::Unknown || frame.command.isEmpty()) {
         return frame;
     }
     if (frame.direction == FrameDirection::Request) {
-        m_lastStation = frame.isGood() ? frame.station : -1;
-        m_open.remove(frame.station);
-        if (frame.isGood()) {
-            m_open.insert(frame.station, frame);
-        }
-        return frame;
-    }
-    // What another station still had to say is late; without any request there is none to compare.
-    const int asked = m_open.contains(frame.station) ? frame.station : m_lastStation;
-    if (m_open.contains(asked)) {
-        const DecodedFrame request = m_open.value(asked);
-        frame = decodeFrame(bytes, &request);
-        if (frame.verdict != FrameVerdict::Mismatch && frame.station == asked) {
-            m_open.remove(asked);
-            m_lastStation = m_lastStation == asked ? -1 : m_lastStation;
-        }
+        noteRequest(frame);
+    } else if (request != nullptr && frame.verdict != FrameVerdict::Mismatch &&
+               frame.station == request->station) {
+        const int answered = frame.station;
+        m_lastStation = m_lastStation == answered ? -1 : m_lastStation;
+        m_open.remove(answered);
     }
     return frame;
 }

@@ -13,7 +13,8 @@ namespace cnet {
  * @param request what an answer belongs to, which says which addresses its values have and how
  * many of them there are; nullptr where it is not known
  */
-DecodedFrame decodeFrame(const QByteArray &bytes, const DecodedFrame *request = nullptr);
+DecodedFrame decodeFrame(const QByteArray &bytes, const DecodedFrame *request = nullptr,
+                         Detail detail = Detail::Fields);
 
 /** Bytes of a positive answer to a request; of one that is not good, those of the longest frame. */
 int answerLength(const DecodedFrame &request);
@@ -22,10 +23,19 @@ int answerLength(const DecodedFrame &request);
 class FrameDecoder
 {
 public:
+    /** @param detail of what next() returns */
+    explicit FrameDecoder(Detail detail = Detail::Fields)
+        : m_detail(detail)
+    {}
+
     /** The next frame that went over the line, in either direction. */
     DecodedFrame next(const QByteArray &bytes);
 
 private:
+    const DecodedFrame *requestOf(const QByteArray &answer) const;
+    void noteRequest(const DecodedFrame &request);
+
+    Detail m_detail;
     QHash<int, DecodedFrame> m_open; ///< requests without an answer, by station
     int m_lastStation = -1;          ///< of the last request, while it has no answer
 };

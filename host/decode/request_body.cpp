@@ -19,7 +19,7 @@ QString latin1(const char *text)
 bool takeName(DecodedFrame &frame, FieldCursor &cursor, FrameRange &range)
 {
     const int lengthAt = cursor.position();
-    const auto length = cursor.takeHex(2, "name length");
+    const auto length = cursor.takeHex(kLengthDigits, "name length");
     if (!length) {
         return false;
     }
@@ -40,7 +40,9 @@ bool takeName(DecodedFrame &frame, FieldCursor &cursor, FrameRange &range)
     }
     range.item = Item{frame.station, name.reg, name.address, 1};
     range.isBit = name.reg.isBit();
-    cursor.means(name.reg.name + QLatin1Char(':') + addressText(name.reg, name.address));
+    if (cursor.explains()) {
+        cursor.means(name.reg.name + QLatin1Char(':') + addressText(name.reg, name.address));
+    }
     return true;
 }
 
@@ -59,11 +61,12 @@ void takeNames(DecodedFrame &frame, FieldCursor &cursor)
     }
     for (int i = 0; i < *blocks; ++i) {
         FrameRange range;
+        const int nameAt = cursor.position() + kLengthDigits;
         if (!takeName(frame, cursor, range)) {
             return;
         }
         if (i > 0 && range.isBit != frame.ranges.constFirst().isBit) {
-            cursor.fail(frame.fields.constLast().offset,
+            cursor.fail(nameAt,
                         latin1("all names are bits or all are words (a PLC refuses with 1332)"));
             return;
         }
@@ -77,12 +80,12 @@ void takeNames(DecodedFrame &frame, FieldCursor &cursor)
 void takeBlock(DecodedFrame &frame, FieldCursor &cursor)
 {
     FrameRange range;
+    const int nameAt = cursor.position() + kLengthDigits;
     if (!takeName(frame, cursor, range)) {
         return;
     }
     if (range.isBit) {
-        cursor.fail(frame.fields.constLast().offset + 2,
-                    latin1("a block is made of words (a PLC refuses with 0007)"));
+        cursor.fail(nameAt + 2, latin1("a block is made of words (a PLC refuses with 0007)"));
         return;
     }
     const int at = cursor.position();

@@ -60,11 +60,11 @@ def wrong_public_headers(graph):
     """An installed header includes installed headers only, and each of them is there for a reason."""
     public = public_headers()
     reached = {"host/%s.h" % name for name in (
-        "session", "link/link", "link/captured_link", "recipe/recipe_file", "decode/frame_decoder",
-        "decode/frame_input", "decode/frame_text", "exchange/raw_exchange", "scan/likely_settings",
-        "scan/scan", "tagfile/tag_monitor", "tag/plausible_readings", "tag/scaling",
-        "tag/tag_values", "tag/tag_writing", "tag/typed_item", "tag/value_format",
-        "value/value_codec")}
+        "session", "link/link", "link/captured_link", "recipe/recipe_file", "decode/frame_comments",
+        "decode/frame_decoder", "decode/frame_input", "decode/frame_text", "exchange/raw_exchange",
+        "scan/likely_settings", "scan/scan", "tagfile/tag_monitor", "tag/plausible_readings",
+        "tag/scaling", "tag/tag_values", "tag/tag_writing", "tag/typed_item",
+        "tag/value_format", "value/value_codec")}
     for path in sorted(public):
         for number, other in graph.get(path, []):
             reached.add(other)

@@ -180,11 +180,11 @@ void TestCaptures::everyCommandCaptures_data()
     const auto row = [](const char *command, const char *says) {
         QTest::newRow(command) << QString::fromLatin1(command) << QByteArray(says);
     };
-    row("read D_W:5", "read 1 words from %DW00005");
-    row("monitor --count 1 D_W:6", "read 1 words from %DW00006");
-    row("write D_W:7=8", "write 1 words from %DW00007 = 0008");
-    row("recipe write RECIPE", "write 2 words from %DW00001 = 0005 0006");
-    row("recipe read RECIPE", "read 2 words from %DW00001");
+    row("read D_W:5", "read 1/D_W:5\nstation 1, rSB answered: 1/D_W:5 = 0 0x0000");
+    row("monitor --count 1 D_W:6", "rSB answered: 1/D_W:6 = 0 0x0000");
+    row("write D_W:7=8", "write 1/D_W:7 = 8 0x0008\nstation 1, wSB done");
+    row("recipe write RECIPE", "write 1/D_W:1*2 = 5 0x0005, 6 0x0006");
+    row("recipe read RECIPE", "rSB answered: 1/D_W:1*2 = ");
 }
 
 void TestCaptures::everyCommandCaptures()
@@ -258,7 +258,7 @@ void TestCaptures::liveIntoWireshark()
     QVERIFY2(shell.exitCode() == 0, shell.errors().constData());
     const QList<QByteArray> packets =
         shark(words(QString::fromLatin1("-r %1 -e frame.comment").arg(file)));
-    QVERIFY2(packets.contains("station 1, read 2 words from %DW00100"),
+    QVERIFY2(packets.contains("station 1, rSB answered: 1/D_W:100*2 = 100 0x0064, 101 0x0065"),
              packets.join('\n').constData());
     QFile values(path("values"));
     QVERIFY(values.open(QIODevice::ReadOnly));

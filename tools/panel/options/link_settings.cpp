@@ -2,7 +2,7 @@
 
 #include "host/address/item.h"
 #include "host/capture/capture_command_line.h"
-#include "host/wire/frame_words.h"
+#include "host/decode/frame_comments.h"
 #include "panel/system/output_file.h"
 
 namespace cnet::panel {
@@ -61,7 +61,9 @@ bool openCapture(const QCommandLineParser &parser, LinkSettings &settings, QStri
             return false;
         }
         settings.capture->setWords(
-            [](const QByteArray &frame, CaptureDirection) { return frameInWords(frame); });
+            [comments = FrameComments()](const QByteArray &frame, CaptureDirection) mutable {
+                return comments.next(frame);
+            });
     }
     return true;
 }
