@@ -65,6 +65,67 @@ void addCommandRows()
         "an address of D_W is a number from 0 to 9999");
 }
 
+void addIdentifyAndTagRows()
+{
+    row("identify nothing", {"identify"}, kUsage, "expected at least one item");
+    row("identify two items", {"identify", "D_W:1", "D_W:2"}, kUsage, "expected one item of 1 to");
+    row("identify 61 words", {"identify", "D_W:1*61"}, kUsage, "expected one item of 1 to 60");
+    row("identify what has a type", {"identify", "D_W:1@u16"}, kUsage, "words without a type");
+    row("identify an endless item", {"identify", longText()}, kUsage, "for example 1/D_W:100*10");
+    row("identify in no format", {"identify", "--format", "x\ny", "D_W:1"}, kUsage, "'x?y'");
+    row("value for --all", {"identify", "--all=1", "D_W:1"}, kUsage, "all");
+    row("tags alone", {"tags"}, kUsage, "expected tags check FILE or tags list FILE");
+    row("unknown command of tags", {"tags", "b\ngus"}, kUsage, "expected tags check FILE or");
+    row("check of no tags", {"tags", "check"}, kUsage, "expected tags check FILE");
+    row("check of two tag files", {"tags", "check", "a", "b"}, kUsage, "expected tags check FILE");
+    row("tags that are not there", {"tags", "check", "/no/s\nch"}, kUsage, "/no/s?ch: No such");
+    row("tags in a directory", {"tags", "list", "/"}, kUsage, "cannot read /: Is a directory");
+    row("tags without end", {"tags", "check", "/dev/zero"}, kUsage, "longer than 33554432 bytes");
+    row("tags of an endless name", {"tags", "list", "/" + longText()}, kUsage, "name too long");
+    row("negative limit", {"tags", "check", "--limit", "-1", "x"}, kUsage, "from 0 to 1000000");
+    row("endless limit", {"tags", "check", "--limit", longText('9'), "x"}, kUsage, "from 0 to");
+    row("limit of a list", {"tags", "list", "--limit", "1", "x"}, kUsage, "option 'limit'");
+    row("tags of station 32", {"tags", "check", "--station", "32", "x"}, kUsage, "from 0 to 31");
+    row("tags checked as a table", {"tags", "check", "--format", "csv", "x"}, kUsage, "or json");
+    row("list of no tags", {"tags", "list"}, kUsage, "expected tags list FILE");
+    row("list in no format", {"tags", "list", "--format", "x\ny", "x"}, kUsage, "'x?y'");
+    row("names of nothing", {"read", "--link", "sim", "--tags"}, kUsage, "Missing value");
+    row("names of a file without a name", {"read", "--tags", "", "x"}, kUsage, "cannot read : No");
+    row("names without end", {"monitor", "--tags", "/dev/zero", "x"}, kUsage, "longer than");
+    row("names of a directory", {"write", "--tags", "/", "x=1"}, kUsage, "Is a directory");
+    row("names of what is no text", {"identify", "--tags", "/bin/true", "x"}, kUsage,
+        "a zero byte");
+    row("list that is no text", {"read", "@/bin/true"}, kUsage,
+        ":1: a zero byte; expected text in UTF-8");
+}
+
+void addRecipeAndFileRows()
+{
+    row("recipe alone", {"recipe"}, kUsage, "expected recipe write FILE or recipe read FILE");
+    row("unknown command of recipe", {"recipe", "b\ngus"}, kUsage, "expected recipe write FILE");
+    row("recipe from nowhere", {"recipe", "write", "x"}, kUsage, "expected --link, where to");
+    row("no recipe", {"recipe", "read"}, kUsage, "expected recipe read FILE");
+    row("two recipes", {"recipe", "write", "a", "b", "--link", "sim"}, kUsage, "recipe write FILE");
+    row("read of a recipe that verifies", {"recipe", "read", "--no-verify", "x"}, kUsage, "verify");
+    row("written recipe with an output", {"recipe", "write", "--output", "x", "y"}, kUsage,
+        "Unknown option 'output'");
+    const auto stats = [](const char *name, const QByteArray &file, const char *message) {
+        row(name, {"monitor", "--stats", file, "D_W:1"}, kUsage, message);
+    };
+    stats("statistics without a name", "", "cannot write : the name is empty");
+    stats("statistics into a directory", "/", "cannot write /: it is no regular file");
+    stats("statistics in no directory", "/nowhere/a\nb", "/nowhere/a?b: No such file");
+    stats("statistics with an endless name", "/" + longText(), "File name too long");
+    row("statistics of a scan", {"scan", "--link", "sim", "--stats", "/nowhere/x"}, kUsage,
+        "Unknown option 'stats'");
+    row("check of words and bits", {"check", "--words", "1", "--bits", "1", "D_W", "1"}, kUsage,
+        "expected --words or --bits, not both");
+    row("check of a third argument", {"check", "D_W", "1", "2"}, kUsage, "expected a register");
+    row("value for --write", {"check", "--write=1", "D_W", "1"}, kUsage, "write");
+    row("series from nowhere", {"series", "D_W", "--count", "1"}, kUsage, "expected a register");
+    row("describe in a format", {"describe", "--format", "json"}, kUsage, "option 'format'");
+}
+
 void addFrameRows()
 {
     row("decode of nothing", {"decode"}, kUsage, "expected a frame, a file or -");
@@ -157,6 +218,14 @@ void addCaptureRows()
         "expected bytes from 16k to 1024G");
     row("capture of no age", {"read", "--capture", "x", "--capture-age", "-1", "D_W:1"}, kUsage,
         "expected seconds from 1 to 366d");
+    row("capture that is too small", {"read", "--capture", "x", "--capture-size", "1", "D_W:1"},
+        kUsage, "expected bytes from 16k to 1024G");
+    row("ring of no captures", {"read", "--capture", "x", "--capture-files", "0", "D_W:1"}, kUsage,
+        "--capture-files '0': expected a number from 1 to 1000");
+    row("capture of a frame to a directory",
+        {"send", "--bcc", "01rSB08%DW0010001", "--capture", "/"}, kUsage, "/: Is a directory");
+    row("capture of a scan to a directory", {"scan", "--link", "sim", "--capture", "/"}, kUsage,
+        "/: Is a directory");
     row("ring of captures that is none",
         {"read", "--capture", "/dev/null", "--capture-age", "1", "D_W:1"}, kUsage,
         "it is no regular file, which a size or an age needs");
@@ -291,6 +360,8 @@ void TestBadArguments::refuses_data()
     QTest::addColumn<QByteArray>("message");
     addCommandRows();
     addCaptureRows();
+    addIdentifyAndTagRows();
+    addRecipeAndFileRows();
     addFrameRows();
     addReplayRows();
     addScanRows();
@@ -304,9 +375,9 @@ void TestBadArguments::refuses()
     QFETCH(QList<QByteArray>, arguments);
     QFETCH(QByteArray, message);
     // Everything that would be sent would go here, but where the link itself is wrong.
-    const bool talks =
-        !arguments.isEmpty() && !arguments.contains("--link") &&
-        QList<QByteArray>{"read", "write", "monitor", "send"}.contains(arguments.first());
+    const bool talks = !arguments.isEmpty() && !arguments.contains("--link") &&
+                       QList<QByteArray>{"read", "write", "monitor", "send", "identify"}.contains(
+                           arguments.first());
     if (talks) {
         arguments << "--link"
                   << "tcp:127.0.0.1:" + QByteArray::number(m_plc.serverPort());

@@ -111,6 +111,11 @@ void addSettingRows()
         "cannot write the capture to /nowhere/a?b: No such file");
     row("ring of captures that is none", {"--tcp", "0", "--capture", "-", "--capture-age", "1"},
         kCannotOpen, "it is no regular file");
+    option("ring of captures of nothing", "--capture-age", "5", "expected --capture FILE with it");
+    row("ring of no captures", {"--tcp", "0", "--capture", "x", "--capture-files", "0"}, kUsage,
+        "--capture-files '0': expected a number from 1 to 1000");
+    row("capture of no age", {"--tcp", "0", "--capture", "x", "--capture-age", "-1"}, kUsage,
+        "expected seconds from 1 to 366d");
     option("counter of one word", "--counter", "D_W:1-3", "a counter takes pairs of words");
     option("sine beyond 64 bits", "--sine", "D_W:1=0.." + longText('9'), "expected =LOW..HIGH");
     option("endless range", "--walk", "D_W:1*" + longText('9'), "FIRST*COUNT");
@@ -136,6 +141,16 @@ void addControlRows()
     row("line that is not there",
         {"--tcp", "0", "--replay", PRESS_CAPTURE, "--replay-line", "x\ny"}, kUsage,
         "no line 'x?y' in it; there is '");
+    option("port of commands beyond 16 bits", "--control", "127.0.0.1:65536", "a port from 0 to");
+    row("value for an option of commands", {"--tcp", "0", "--control-remote=1"}, kUsage, "remote");
+    option("scenario without a name", "--scenario", "", "expected press, or list");
+    option("script without a name", "--script", "", "expected the name of a file");
+    option("memory without a name", "--memory", "", "expected the name of a file");
+    row("directory as script", {"--tcp", "0", "--script", "/"}, kCannotOpen, "--script: /: ");
+    row("script that is no text", {"--tcp", "0", "--script", "/bin/true"}, kCannotOpen,
+        ":1: a zero byte; expected text");
+    row("memory that is no text", {"--tcp", "0", "--memory", "/bin/true"}, kCannotOpen,
+        ":1: a zero byte; expected text");
     option("unknown scenario", "--scenario", "x\ny", "expected press, or list");
     row("file in the place of the socket", {"--tcp", "0", "--control", "/etc/passwd"}, kCannotOpen,
         "cannot take commands at /etc/passwd: File exists");

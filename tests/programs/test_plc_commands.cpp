@@ -17,6 +17,7 @@ class TestPlcCommands : public QObject
 private Q_SLOTS:
     void standardInput();
     void standardInputInJson();
+    void badCommandsChangeNothing();
     void goesOnWithoutInput_data();
     void goesOnWithoutInput();
     void severalConnections();
@@ -68,6 +69,52 @@ void TestPlcCommands::standardInput()
     QCOMPARE(plc.exitCode(), 0);
     QCOMPARE(plc.lines().mid(1),
              QList<QByteArray>({"ok", "1/D_W:100 = 5 0", "none", "ok", "1:silence*3", "ok"}));
+    QCOMPARE(plc.errors(), QByteArray());
+}
+
+// An answer in one line for each of them, fit for a terminal, and then it goes on.
+void TestPlcCommands::badCommandsChangeNothing()
+{
+    const QList<QByteArray> bad{"set",
+                                "set D_W:1",
+                                "set D_W:1=65536",
+                                "set D_W:10000=1",
+                                "set 9/D_W:1=1",
+                                "set D_W:1=1 D_W:2=x",
+                                "set D_W:" + QByteArray(1000, '9') + "=1",
+                                "show",
+                                "show D_W:1*99999",
+                                "ramp D_W:2-1",
+                                "ramp D_W:1@0",
+                                "sine D_W:1=0..99999",
+                                "square",
+                                "walk D_W:1*0",
+                                "counter D_W:1-3",
+                                "motions D_W:1",
+                                "fault bogus",
+                                "fault 9:silence",
+                                "fault silence*0",
+                                "faults 1",
+                                "clients x",
+                                "save",
+                                "help set",
+                                "quit now",
+                                "load",
+                                "\x1b[2J",
+                                "\xff\xfe",
+                                QByteArray(4000, 'x')};
+    PlcProgram plc;
+    QVERIFY(plc.serve(options("--tcp 0"), {}));
+    plc.type(bad.join('\n') + "\nshow D_W:1*2\nfaults\nmotions\nquit\n");
+    QCOMPARE(plc.exitCode(), 0);
+    const QList<QByteArray> answers = plc.lines().mid(1);
+    QCOMPARE(answers.size(), bad.size() + 4);
+    for (int i = 0; i < bad.size(); ++i) {
+        const QByteArray &answer = answers.at(i);
+        QVERIFY2(answer.startsWith("error: ") && !answer.contains('\x1b') && answer.size() < 1000,
+                 bad.at(i).left(50) + " -> " + answer.left(1000));
+    }
+    QCOMPARE(answers.mid(bad.size()), QList<QByteArray>({"1/D_W:1 = 0 0", "none", "none", "ok"}));
     QCOMPARE(plc.errors(), QByteArray());
 }
 

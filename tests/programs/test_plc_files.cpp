@@ -75,6 +75,20 @@ void TestPlcFiles::tellsAllMistakes_data()
     QTest::addColumn<QByteArray>("option");
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QList<QByteArray>>("places");
+    QTest::newRow("times of a script")
+        << QByteArray("--script")
+        << QByteArray("at x set D_W:1=1\nevery 0s show D_W:1\nafter -1s quit\n"
+                      "at 99999999999s quit\nat 1s at 2s quit\n")
+        << QList<QByteArray>({":1: \"x\": expected a time", ":2: \"0s\": expected 10ms or more",
+                              ":3: \"-1s\": expected a time", ":4: \"99999999999s\": expected",
+                              ":5: \"at\": expected one of set"});
+    QTest::newRow("endless memory line")
+        << QByteArray("--memory") << "D_W:1=" + QByteArray("1,").repeated(100000) + "x"
+        << QList<QByteArray>({":1: "});
+    QTest::newRow("addresses of a memory")
+        << QByteArray("--memory")
+        << QByteArray("D_W:10000=1\nD_W:1=65536\nQ:1=1\nset D_W:1=1\n\x1b[2J\n")
+        << QList<QByteArray>({":1: D_W:10000 does not exist", ":2: ", ":3: ", ":4: ", ":5: "});
     QTest::newRow("script") << QByteArray("--script")
                             << QByteArray("set D_W:1=1\nsing\nat 5s\n\x1b\xff\n")
                             << QList<QByteArray>({":2: ", ":3: ", ":4: "});

@@ -88,6 +88,14 @@ void TestItemList::saysWhyNot()
     QString error;
     QVERIFY(!readLists({QStringLiteral("@/no/such/list")}, items, error));
     QCOMPARE(error, QStringLiteral("cannot read /no/such/list: No such file or directory"));
+    // What stands behind it must not be left out without a word.
+    const QString path = m_directory.filePath(QStringLiteral("zero"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write("D_W:1=1\nD_W:2\0=2\nD_W:3=3\n", 25), 25);
+    file.close();
+    QVERIFY(!readLists({QLatin1Char('@') + path}, items, error));
+    QCOMPARE(error, path + QStringLiteral(":2: a zero byte; expected text in UTF-8"));
 }
 
 QTEST_APPLESS_MAIN(TestItemList)

@@ -40,7 +40,15 @@ bool readLists(const QStringList &arguments, QVector<ListedItem> &items, QString
         if (!content) {
             return false;
         }
-        addLines(*content, isInput ? QLatin1String("standard input") : path, items);
+        const QString name = isInput ? QLatin1String("standard input") : path;
+        // What stands behind it would be lost, and nobody would notice.
+        if (const auto zero = content->indexOf('\0'); zero >= 0) {
+            error = QString::fromLatin1("%1:%2: a zero byte; expected text in UTF-8")
+                        .arg(name)
+                        .arg(content->left(zero).count('\n') + 1);
+            return false;
+        }
+        addLines(*content, name, items);
     }
     return true;
 }

@@ -43,6 +43,9 @@ bool readLine(const QCommandLineParser &parser, LinkSettings &settings, QString 
 // Whether it can be written is found out before anything is sent.
 bool readStatsFile(const QCommandLineParser &parser, LinkSettings &settings, QString &error)
 {
+    if (!parser.optionNames().contains(QLatin1String("stats"))) {
+        return true;
+    }
     settings.statsFile = parser.value(QLatin1String("stats"));
     return !parser.isSet(QLatin1String("stats")) ||
            openOutputFile(settings.statsFile, error) != nullptr;
@@ -91,10 +94,6 @@ void addLineOptions(QCommandLineParser &parser)
                             "The serial line behind a TCP port, BAUD[,8,NONE,1], for time-outs "
                             "and for the line's load in percent.",
                             "LINE"));
-    parser.addOption(option("stats",
-                            "Stores counters, response times and the line's load in this file as "
-                            "JSON, at the end and on SIGUSR1.",
-                            "FILE"));
     parser.addOption(QCommandLineOption(
         QLatin1String("trace"), QLatin1String("Shows every frame, in hexadecimal and in words.")));
     addCaptureOptions(parser);
@@ -103,6 +102,10 @@ void addLineOptions(QCommandLineParser &parser)
 void addLinkOptions(QCommandLineParser &parser)
 {
     addLineOptions(parser);
+    parser.addOption(option("stats",
+                            "Stores counters, response times and the line's load in this file as "
+                            "JSON, at the end and on SIGUSR1.",
+                            "FILE"));
     parser.addOption(option("station", "Station of items that name none, 0-31 (default 1).", "N"));
     parser.addOption(option("block-words",
                             "Words of one block read, 1-255 (default 60; a MASTER-K refuses more).",

@@ -109,8 +109,13 @@ std::optional<TextError> readSingles(const QCommandLineParser &parser, Options &
         }
         options.seed = static_cast<quint32>(*seed);
     }
-    options.memoryPath = parser.value(QLatin1String("memory"));
-    options.scriptPath = parser.value(QLatin1String("script"));
+    for (const auto &[name, path] :
+         {std::pair("memory", &options.memoryPath), std::pair("script", &options.scriptPath)}) {
+        *path = parser.value(QLatin1String(name));
+        if (parser.isSet(QLatin1String(name)) && path->isEmpty()) {
+            return expected(name, "the name of a file", *path);
+        }
+    }
     if (parser.isSet(QLatin1String("pty"))) {
         options.ptyLink = parser.value(QLatin1String("pty"));
     }

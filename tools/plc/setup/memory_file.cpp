@@ -72,6 +72,12 @@ Parsed<QStringList> readLines(const QString &path)
         return TextError{
             QString::fromLatin1("%1: longer than %2 bytes").arg(path).arg(kMostFileBytes)};
     }
+    // What stands behind it would be lost, and nobody would notice.
+    if (const auto zero = content.indexOf('\0'); zero >= 0) {
+        return TextError{QString::fromLatin1("%1:%2: a zero byte; expected text in UTF-8")
+                             .arg(path)
+                             .arg(content.left(zero).count('\n') + 1)};
+    }
     return QString::fromUtf8(content).split(QLatin1Char('\n'));
 }
 
