@@ -96,7 +96,7 @@ void TestTagsProgram::readsByName_data()
         "recipe.zones[2]  185.0 \xc2\xb0"
         "C; recipe.zones[0]  ");
     row("items among names",
-        {"read", "press.speed", "D_W:200*2", "D_W:201@u16*0.1", "press.speed", "D_W:200*2"},
+        {"read", "press.speed", "D_W:200*2", "press.speed", "D_W:200*2", "D_W:201@u16*0.1"},
         "press.speed  30.0 1/min; 1/D_W:200  1 0x0001; 1/D_W:201  300 0x012C; "
         "1/D_W:201@u16*0.1  30.0");
     row("items among names as json", {"read", "D_W:201", "recipe.zones[1]", "--format", "json"},
