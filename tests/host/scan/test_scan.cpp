@@ -1,116 +1,14 @@
+#include "host/scan/scan_bench.h"
 #include "host/support/frames.h"
-#include "host/support/test_registers.h"
-#include "host/support/virtual_line.h"
 
 #include <host/decode/frame_decoder.h>
 #include <host/scan/likely_settings.h>
-#include <host/scan/scan.h>
 
 #include <QtTest>
-
-#include <random>
 
 using namespace cnet;
 
 Q_DECLARE_METATYPE(cnet::LineManners)
-
-namespace {
-
-RegisterInfo words(const char *name, int highest)
-{
-    RegisterInfo reg = testRegister("D_W");
-    reg.name = QLatin1String(name);
-    reg.highest = highest;
-    return reg;
-}
-
-QVector<int> firstStations(int count)
-{
-    QVector<int> stations;
-    for (int station = 0; station < count; ++station) {
-        stations.append(station);
-    }
-    return stations;
-}
-
-// A serial line: stations take only what comes with their settings, and what they say gets to
-// whoever has the line open by then.
-class SerialLine : public VirtualLine
-{
-public:
-    SerialLine(VirtualClock &clock, bool right, quint32 seed)
-        : VirtualLine(clock, seed)
-        , m_right(right)
-    {}
-    void send(const QByteArray &bytes) override
-    {
-        if (m_right) {
-            VirtualLine::send(bytes);
-        } else {
-            ++requests;
-        }
-    }
-
-private:
-    bool m_right;
-};
-
-// A scan of stations that are there from the beginning.
-struct Bench
-{
-    explicit Bench(const ScanOptions &options, const QVector<int> &stations = {1},
-                   const LineSettings &spoken = LineSettings())
-    {
-        const auto factory = [this, stations, spoken](const LineSettings &line) {
-            tried.append(line.text());
-            auto made = std::make_unique<SerialLine>(clock, line.text() == spoken.text(), seed);
-            made->manners = manners;
-            made->opensFine = opensFine;
-            for (const int station : stations) {
-                made->bus.add(station, plc::Model::K120s);
-            }
-            if (prepare) {
-                prepare(*made);
-            }
-            return made;
-        };
-        scan = std::make_unique<Scan>(factory, options, clock);
-        QObject::connect(scan.get(), &Scan::frameSent, scan.get(),
-                         [this](const QByteArray &frame) { sent.append(frame); });
-    }
-    bool run(qint64 ms = 3600000)
-    {
-        scan->start();
-        return clock.runUntil([this] { return scan->isFinished(); }, ms);
-    }
-    int most() const
-    {
-        return scan->mostSearchFrames() +
-               static_cast<int>(scan->found().size()) * scan->mostSurveyFrames();
-    }
-
-    VirtualClock clock;
-    LineManners manners;
-    bool opensFine = true;
-    quint32 seed = 1;
-    std::function<void(VirtualLine &)> prepare;
-    QStringList tried;
-    QList<QByteArray> sent;
-    std::unique_ptr<Scan> scan;
-};
-
-ScanOptions optionsFor(const QVector<int> &stations, const QVector<RegisterInfo> &registers = {})
-{
-    ScanOptions options;
-    options.stations = stations;
-    options.registers = registers;
-    return options;
-}
-
-// As a K120S has them: D to 4999, M to 191, T to 255.
-const QVector<RegisterInfo> kRegisters{words("D_W", 9999), words("M_W", 255), words("T_W", 255)};
-
-} // namespace
 
 class TestScan : public QObject
 {
@@ -125,9 +23,6 @@ private Q_SLOTS:
     void slowStationsAreFound();
     void lateAnswersCountForTheirSettings_data();
     void lateAnswersCountForTheirSettings();
-    void aRefusalForTheMomentIsNoLimit();
-    void refusalsAtRandomAreNoLimit_data();
-    void refusalsAtRandomAreNoLimit();
     void badLinesGiveNoWrongResult_data();
     void badLinesGiveNoWrongResult();
     void saysThatTheLineFails();
@@ -254,101 +149,6 @@ void TestScan::lateAnswersCountForTheirSettings()
     QVERIFY(bench.run());
     QVERIFY(bench.scan->found().isEmpty());
     QCOMPARE(bench.tried.size(), 48);
-}
-
-namespace {
-
-// A K120S that refuses what it has whenever it likes.
-class Moody
-{
-public:
-    using Mood = std::function<bool(int frame)>;
-
-    /** @param refuses of the first frame 1 and so on @param code "1132" */
-    Moody(Bench &bench, const Mood &refuses, const QByteArray &code)
-    {
-        m_bus.add(1, plc::Model::K120s);
-        bench.prepare = [this](VirtualLine &line) { m_open = &line; };
-        QObject::connect(bench.scan.get(), &Scan::frameSent, bench.scan.get(),
-                         [this, &bench, refuses, code](const QByteArray &frame) {
-                             const QByteArray answer = refuses(static_cast<int>(bench.sent.size()))
-                                                           ? refusalFrame(frame.mid(1, 5) + code)
-                                                           : m_bus.find(1)->station.answer(frame);
-                             bench.clock.after(10,
-                                               [this, answer] { Q_EMIT m_open->received(answer); });
-                         });
-    }
-
-private:
-    plc::Bus m_bus;
-    Link *m_open = nullptr;
-};
-
-} // namespace
-
-// As while a program is loaded into it.
-void TestScan::aRefusalForTheMomentIsNoLimit()
-{
-    for (int spoiled = 2; spoiled < 20; ++spoiled) {
-        for (const char *code : {"1132", "9999"}) {
-            Bench bench(optionsFor({1}, {words("D_W", 9999)}), {});
-            const Moody plc(
-                bench, [spoiled](int frame) { return frame == spoiled; }, code);
-            QVERIFY(bench.run());
-            const RegisterReach reach = bench.scan->found().at(0).registers.at(0);
-            QVERIFY2(reach.state == RegisterReach::State::Present,
-                     QByteArray::number(spoiled) + code);
-            QCOMPARE(reach.highest, 4999);
-        }
-    }
-}
-
-void TestScan::refusalsAtRandomAreNoLimit_data()
-{
-    QTest::addColumn<int>("percent");
-    QTest::addColumn<QByteArray>("code");
-    QTest::addColumn<int>("known");
-    QTest::addColumn<int>("misled");
-    QTest::newRow("one in twenty") << 5 << QByteArray("1132") << 95 << 0;
-    QTest::newRow("one in ten") << 10 << QByteArray("1132") << 95 << 0;
-    QTest::newRow("one in ten, busy") << 10 << QByteArray("9999") << 75 << 0;
-    QTest::newRow("one in four") << 25 << QByteArray("1132") << 75 << 10;
-}
-
-// How often all is right, of a hundred scans, and that no frame is sent that was not announced.
-void TestScan::refusalsAtRandomAreNoLimit()
-{
-    QFETCH(int, percent);
-    QFETCH(QByteArray, code);
-    QFETCH(int, known);
-    QFETCH(int, misled);
-    int right = 0;
-    int wrong = 0;
-    for (quint32 seed = 1; seed <= 100; ++seed) {
-        Bench bench(optionsFor({1}, kRegisters), {});
-        std::minstd_rand random(seed);
-        const auto mood = [&](int frame) {
-            return frame > 1 && static_cast<int>(random() / 7 % 100) < percent;
-        };
-        const Moody plc(bench, mood, code);
-        QVERIFY(bench.run());
-        QVERIFY2(bench.scan->frames() <= bench.most(),
-                 qPrintable(QString::number(bench.scan->frames())));
-        const QVector<RegisterReach> reaches = bench.scan->found().at(0).registers;
-        const QVector<int> highest{4999, 191, 255};
-        int fine = 0;
-        bool isWrong = false;
-        for (int i = 0; i < reaches.size(); ++i) {
-            const bool present = reaches.at(i).state == RegisterReach::State::Present;
-            fine += present && reaches.at(i).highest == highest.at(i) ? 1 : 0;
-            isWrong = isWrong || reaches.at(i).state == RegisterReach::State::Absent ||
-                      (present && reaches.at(i).highest != highest.at(i));
-        }
-        right += fine == highest.size() ? 1 : 0;
-        wrong += isWrong ? 1 : 0;
-    }
-    const QByteArray found = QByteArray::number(right) + " right, " + QByteArray::number(wrong);
-    QVERIFY2(right >= known && wrong <= misled, found + " wrong");
 }
 
 void TestScan::badLinesGiveNoWrongResult_data()
