@@ -22,6 +22,7 @@ private Q_SLOTS:
     void joins();
     void linesAreApart();
     void linksBothWays();
+    void linksWithoutATree();
     void showsWhatDecodeShows();
     void survivesDamage();
 
@@ -146,6 +147,31 @@ void TestCaptures::linksBothWays()
     QCOMPARE(dissectFields(file, fields), (QList<QByteArray>{"|", "|", "2|", "|", "|", "4|"}));
     QCOMPARE(dissectFields(file, fields, QLatin1String("-2 -Y cnet")),
              (QList<QByteArray>{"|", "|3", "2|", "|6", "|", "4|"}));
+}
+
+// Whoever only looks at packets, as Wireshark does behind its list, builds no tree when a file is
+// loaded.
+void TestCaptures::linksWithoutATree()
+{
+    const QString plugins = path(".local/lib/wireshark/plugins");
+    QVERIFY(QDir().mkpath(plugins));
+    QFile::link(QFileInfo(QLatin1String(DISSECTOR)).path(), plugins + QLatin1String("/cnet"));
+    const QString file = capture(path("load.pcapng"), {kAsk1, kSay1});
+    Program sharkd;
+    sharkd.setVariable("HOME", m_directory.path().toLocal8Bit().constData());
+    QVERIFY(sharkd.start(QLatin1String("sharkd"), {QLatin1String("-")}));
+    const auto ask = [&sharkd](const QByteArray &method, const QByteArray &parameters) {
+        const auto before = sharkd.lines().size();
+        sharkd.type(R"({"jsonrpc":"2.0","id":1,"method":")" + method + R"(","params":{)" +
+                    parameters + "}}\n");
+        return sharkd.waitForLine([before, &sharkd](const QByteArray &line) {
+            return sharkd.lines().size() > before && line == sharkd.lines().last();
+        });
+    };
+    QVERIFY(ask("load", R"("file":")" + file.toLocal8Bit() + '"').contains("OK"));
+    const QByteArray answer = ask("frame", R"("frame":2,"proto":true)");
+    QVERIFY2(answer.contains("Request in: 1"), answer.constData());
+    QVERIFY2(answer.contains("D_W:101 = 255 0x00FF"), answer.constData());
 }
 
 void TestCaptures::showsWhatDecodeShows()
