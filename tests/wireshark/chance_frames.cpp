@@ -176,7 +176,7 @@ void ChanceFrames::damage(QByteArray &frame)
 // A block check where the command asks for one.
 QByteArray ChanceFrames::framed(char head, const QByteArray &text, char tail) const
 {
-    const QByteArray frame = head + text + tail;
+    QByteArray frame = head + text + tail;
     if (text.size() < 3 || text.at(2) < 'a') {
         return frame;
     }

@@ -6,8 +6,8 @@
 #include <QString>
 #include <QStringList>
 
-/** What is there to say where tshark is not; empty: it is there. */
-QByteArray whyNoShark();
+/** For initTestCase(): all is skipped where there is no tshark. */
+void skipWithoutShark();
 
 /** tshark with the project's dissector, on a capture of any kind. It runs while the test does. */
 class Dissection

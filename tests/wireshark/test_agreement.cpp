@@ -52,6 +52,7 @@ bool writeCapture(const QString &path, CaptureFormat format, quint64 seed)
     ChanceFrames frames(seed);
     Random random(seed);
     std::vector<std::unique_ptr<CaptureLine>> lines;
+    lines.reserve(kLines);
     for (int i = 0; i < kLines; ++i) {
         lines.push_back(std::make_unique<CaptureLine>(*capture, QString::number(i)));
     }
@@ -161,16 +162,14 @@ QList<QByteArray> dissected(const QByteArray &line)
 
 void TestAgreement::initTestCase()
 {
-    if (!whyNoShark().isEmpty()) {
-        QSKIP(whyNoShark().constData());
-    }
+    skipWithoutShark();
 }
 
 void TestAgreement::sayTheSame_data()
 {
     QTest::addColumn<quint64>("seed");
     QTest::addColumn<int>("format");
-    const quint64 seed = qEnvironmentVariableIntValue("CNET_SEED");
+    const auto seed = static_cast<quint64>(qEnvironmentVariableIntValue("CNET_SEED"));
     for (int i = 0; i < 4; ++i) {
         QTest::newRow(qPrintable(QString::fromLatin1("capture %1").arg(i)))
             << seed + static_cast<quint64>(i) << i % 2;

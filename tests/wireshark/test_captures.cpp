@@ -46,6 +46,7 @@ QString capture(const QString &file, const QList<QByteArray> &frames, int lines 
         return error;
     }
     std::vector<std::unique_ptr<CaptureLine>> all;
+    all.reserve(static_cast<std::size_t>(lines));
     for (int i = 0; i < lines; ++i) {
         all.push_back(std::make_unique<CaptureLine>(*capture, QString::number(i)));
     }
@@ -101,9 +102,7 @@ const Story kStories[] = {
 
 void TestCaptures::initTestCase()
 {
-    if (!whyNoShark().isEmpty()) {
-        QSKIP(whyNoShark().constData());
-    }
+    skipWithoutShark();
 }
 
 void TestCaptures::joins_data()

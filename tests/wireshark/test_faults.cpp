@@ -141,9 +141,7 @@ private:
 
 void TestFaults::initTestCase()
 {
-    if (!whyNoShark().isEmpty()) {
-        QSKIP(whyNoShark().constData());
-    }
+    skipWithoutShark();
 }
 
 void TestFaults::areFound_data()

@@ -144,9 +144,7 @@ const Row kRows[] = {
 
 void TestStreams::initTestCase()
 {
-    if (!whyNoShark().isEmpty()) {
-        QSKIP(whyNoShark().constData());
-    }
+    skipWithoutShark();
 }
 
 void TestStreams::findsFrames_data()
