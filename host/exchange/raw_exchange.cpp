@@ -28,11 +28,14 @@ RawAnswer::RawAnswer(const QByteArray &frame)
     m_reply.frame = frame;
 }
 
+// Where no block check is due, an answer ends with ETX, whatever follows it.
 bool RawAnswer::add(const QByteArray &bytes)
 {
     QByteArray rest = bytes;
     while (!rest.isEmpty() && !m_reply.whole) {
-        rest.remove(0, m_collector.add(rest, 0));
+        const auto etxAt = rest.indexOf(kEtx);
+        const auto piece = static_cast<int>(etxAt < 0 ? rest.size() : etxAt + 1);
+        rest.remove(0, m_collector.add(rest.left(piece), 0));
         if (endsHere()) {
             const QByteArray answer = m_collector.answer();
             const QByteArray asked = addresseeOf(m_reply.frame);
@@ -47,7 +50,6 @@ bool RawAnswer::add(const QByteArray &bytes)
     return m_reply.whole;
 }
 
-// Where no block check is due, nothing follows the end.
 bool RawAnswer::endsHere() const
 {
     const QByteArray answer = m_collector.answer();

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void findsWhatIsRefusedNowAndWhatIsSilent();
     void sendsWritesWhereAsked();
     void keepsTheTime();
+    void waitsForWhatCameLate();
     void saysThatTheLinkIsLost();
     void plcAnswersOthersFromTheMemory();
     void plcChoosesALine();
@@ -55,6 +56,8 @@ const QByteArray kWrite("\x05"
                         "01WSB08%DW00200010007\x04");
 const QByteArray kOne("\x06"
                       "01RSB01020001\x03");
+const QByteArray kSeven("\x06"
+                        "01RSB01020007\x03");
 const QByteArray kTwo("\x06"
                       "02RSB01020002\x03");
 const QByteArray kDone("\x06"
@@ -210,6 +213,23 @@ void TestReplay::keepsTheTime()
     const qint64 fast = takes("full");
     QVERIFY2(fast >= 0 && fast < 2000, QByteArray::number(fast).constData());
     QVERIFY(takes("2") >= 1000);
+}
+
+// Or it would pass for the answer to the next request, which had another value.
+void TestReplay::waitsForWhatCameLate()
+{
+    const QString file = path("late.pcapng");
+    QVERIFY(CaptureFile()
+                .line("tcp 1")
+                .sent(kReadOne)
+                .received(kOne)
+                .received(kOne, 300)
+                .sent(kReadOne)
+                .received(kSeven)
+                .store(file));
+    QVERIFY(serve(QLatin1String("--replay ") + file));
+    QCOMPARE(panel(QString::fromLatin1("replay %1 --speed full --link %2").arg(file, link())), 0);
+    QCOMPARE(printed(), QByteArray("2 of 2 requests: 2 same"));
 }
 
 void TestReplay::saysThatTheLinkIsLost()

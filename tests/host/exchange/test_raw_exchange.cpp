@@ -64,6 +64,10 @@ const Sent kSent[] = {
      "\x05"
      "01RSB08%DW0010001\x04",
      kUnchecked, kUnchecked, true, 0},
+    {"no block check due, and more behind it",
+     "\x05"
+     "01RSB08%DW0010001\x04",
+     kUnchecked + "\x06" + "01RSB01025678\x03", kUnchecked, true, 0},
     {"a wrong block check", kRequest, kAnswer.left(15) + "00", kAnswer.left(15) + "00", true, 0},
     {"half of it", kRequest, kAnswer.left(9), kAnswer.left(9), false, 0},
     {"anything to a frame of nobody", "\x05\x04", kAnswer, kAnswer, true, 0},

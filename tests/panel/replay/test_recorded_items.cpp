@@ -103,6 +103,7 @@ void TestRecordedItems::leaveSignsOfLifeOut()
     file.line("tcp 1")
         .sent(requestFrame("01rSS0108%DW00000"))
         .received(answerFrame("01rSS01020000"));
+    file.sent(requestFrame("02rSS0108%DW00000")).received(answerFrame("02rSS01020000"));
     file.sent(read("DW0000003")).received(kTwo);
     for (int i = 0; i < 3; ++i) {
         file.sent(read("DW0000001")).received(kWord).sent(read("DW0010001")).received(kWord);

@@ -20,6 +20,8 @@ namespace {
 
 constexpr qint64 kNsPerMs = 1000000;
 constexpr int kLongestPatienceMs = 10000;
+// What comes late may come a little later still.
+constexpr int kLaterMs = 50;
 // What an alarm holds with ease; a longer pause takes several.
 constexpr qint64 kLongestAlarmMs = 3600000;
 
@@ -179,7 +181,7 @@ private:
         }
         const bool clean = m_recorded.isClean && reply.whole;
         m_quietMs = clean ? 0 : RawExchange::kQuietMs;
-        m_notBeforeMs = clean ? 0 : m_sentMs + m_recorded.lastByteMs;
+        m_notBeforeMs = clean ? 0 : m_sentMs + m_recorded.lastByteMs + kLaterMs;
         ++m_next;
         m_shown.bar().show(m_summary.sent, m_summary.requests);
         proceed();
