@@ -163,8 +163,7 @@ void writeAndRead(Input &input)
         CapturePacket packet;
         packet.interfaceNumber =
             static_cast<quint32>(input.below(static_cast<int>(formats.size())));
-        packet.timeNs = qint64(what) << 40 | input.number();
-        packet.timeNs = qAbs(packet.timeNs);
+        packet.timeNs = qAbs(qint64(what) << 40 | input.number());
         packet.direction = (what & 1) != 0 ? CaptureDirection::Sent : CaptureDirection::Received;
         packet.lost = (what & 2) != 0 ? static_cast<quint64>(input.byte()) : 0;
         packet.comment = QString::fromUtf8(input.bytes());

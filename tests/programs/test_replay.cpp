@@ -194,13 +194,9 @@ void TestReplay::sendsWritesWhereAsked()
 void TestReplay::keepsTheTime()
 {
     const QString file = path("slow.pcapng");
-    QVERIFY(CaptureFile()
-                .line("tcp 1")
-                .sent(kReadOne)
-                .received(kOne)
-                .sent(kReadOne, 2000)
-                .received(kOne)
-                .store(file));
+    CaptureFile capture;
+    capture.line("tcp 1").sent(kReadOne).received(kOne).sent(kReadOne, 2000).received(kOne);
+    QVERIFY(capture.store(file));
     QVERIFY(serve(QLatin1String("--set D_W:100=1")));
     const auto takes = [&](const char *speed) {
         QElapsedTimer timer;
@@ -235,13 +231,9 @@ void TestReplay::waitsForWhatCameLate()
 void TestReplay::saysThatTheLinkIsLost()
 {
     const QString file = path("lost.pcapng");
-    QVERIFY(CaptureFile()
-                .line("tcp 1")
-                .sent(kReadOne)
-                .received(kOne)
-                .sent(kReadOne, 60000)
-                .received(kOne)
-                .store(file));
+    CaptureFile capture;
+    capture.line("tcp 1").sent(kReadOne).received(kOne).sent(kReadOne, 60000).received(kOne);
+    QVERIFY(capture.store(file));
     QVERIFY(serve(QLatin1String("--set D_W:100=1")));
     Program lost;
     QVERIFY(
