@@ -67,7 +67,7 @@ Trouble loadReplay(const Options &options, std::shared_ptr<const Replay> &replay
 Trouble fillStations(const Options &options, Bus &bus)
 {
     std::shared_ptr<const Replay> replay;
-    const Trouble trouble = loadReplay(options, replay);
+    Trouble trouble = loadReplay(options, replay);
     std::vector<int> stations = options.stations;
     if (replay) {
         stations.insert(stations.end(), replay->stations().cbegin(), replay->stations().cend());
@@ -85,7 +85,7 @@ Trouble fillStations(const Options &options, Bus &bus)
 Trouble fillMemory(const Options &options, Bus &bus)
 {
     if (!options.memoryPath.isEmpty()) {
-        const Trouble trouble = loadFile(options.memoryPath, bus);
+        Trouble trouble = loadFile(options.memoryPath, bus);
         if (trouble.code != kExitFine) {
             return trouble;
         }
