@@ -1,8 +1,8 @@
 #include "host/decode/frame_input.h"
 
-#include "host/decode/frame_splitter.h"
 #include "host/text/byte_text.h"
 #include "host/wire/characters.h"
+#include "host/wire/frame_splitter.h"
 
 #include <QRegularExpression>
 

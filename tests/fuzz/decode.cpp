@@ -2,10 +2,10 @@
 #include "fuzz/input.h"
 #include "host/decode/frame_decoder.h"
 #include "host/decode/frame_input.h"
-#include "host/decode/frame_splitter.h"
 #include "host/decode/frame_text.h"
 #include "host/wire/block_check.h"
 #include "host/wire/characters.h"
+#include "host/wire/frame_splitter.h"
 
 #include <algorithm>
 

@@ -177,6 +177,10 @@ void TestValues::writtenBitsAndWords()
     WriteJob *const job = plant.write("M_bit:3.5=1 D_bit:8.2=1 D_W:9=1");
     QCOMPARE(shown(bits, 0, 1), QLatin1String("1?"));
     QCOMPARE(shown(bits, 1), QLatin1String("1?"));
+    // The words do not show what no PLC has confirmed.
+    plant.run(4);
+    QCOMPARE(shown(words, 0), QLatin1String("0"));
+    QCOMPARE(shown(words, 1), QLatin1String("0"));
     QVERIFY(plant.finishes(job));
     QCOMPARE(job->failure(), QString());
     plant.run(500);

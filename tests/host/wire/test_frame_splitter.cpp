@@ -1,8 +1,8 @@
 #include "host/decode/wire_text.h"
 #include "support/rows.h"
 
-#include <host/decode/frame_splitter.h>
 #include <host/decode/frame_text.h>
+#include <host/wire/frame_splitter.h>
 
 #include <QStringList>
 

@@ -1,4 +1,4 @@
-#include "host/decode/frame_splitter.h"
+#include "host/wire/frame_splitter.h"
 
 #include "host/wire/characters.h"
 
