@@ -9,6 +9,7 @@ namespace {
 
 const int kMostBlocks = 16;
 const int kLongestName = 16;
+const int kLengthDigits = 2;
 
 QString latin1(const char *text)
 {
