@@ -180,7 +180,7 @@ void TestTypedItem::parsesAssignments()
     const Assigned &row = currentRow(kAssigned);
     QString error;
     const auto read = parseTypedAssignment(QLatin1String(row.what), 1, testCatalog(), error);
-    QCOMPARE(read.has_value(), row.values.size() > 0);
+    QCOMPARE(read.has_value(), !row.values.isEmpty());
     if (read) {
         QCOMPARE(typedItemText(read->tag), QLatin1String(row.item));
         QVERIFY(read->values == row.values);
