@@ -30,7 +30,7 @@ template <typename Setting>
 std::optional<TextError> applyInTurn(const std::vector<Setting> &settings, Bus &bus)
 {
     for (const Setting &setting : settings) {
-        if (const auto error = apply(setting, bus)) {
+        if (auto error = apply(setting, bus)) {
             return error;
         }
     }
@@ -147,7 +147,7 @@ Reply clearRange(const QString &text, const ControlTarget &target)
 
 Reply clear(const Arguments &arguments, const ControlTarget &target)
 {
-    const QString what = arguments.at(0);
+    const QString &what = arguments.at(0);
     if (what.contains(QLatin1Char(':'))) {
         return arguments.size() == 1 ? clearRange(what, target)
                                      : failure(QLatin1String("expected one range"));

@@ -16,7 +16,7 @@ const char *const kTimeExpected =
 QString takeWord(QString &text)
 {
     const auto blank = text.indexOf(QLatin1Char(' '));
-    const QString word = blank < 0 ? text : text.left(blank);
+    QString word = blank < 0 ? text : text.left(blank);
     text = blank < 0 ? QString() : text.mid(blank + 1);
     return word;
 }

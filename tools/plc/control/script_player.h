@@ -22,8 +22,8 @@ public:
     ScriptPlayer(const ControlTarget &target, std::vector<ScriptLine> lines, Report report,
                  QObject *parent = nullptr);
 
-    /** Runs what is due at once, and from now on every line in time. */
-    void start() { play(); }
+    /** From now on every line runs in time, on the event loop: a line may end the program. */
+    void start() { m_timer.start(0); }
 
 private:
     void play();

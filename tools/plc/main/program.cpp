@@ -181,8 +181,7 @@ int Program::run()
         m_tick.start(kTickMs);
     }
     if (m_player) {
-        // On the event loop, for the script may end the program at once.
-        QTimer::singleShot(0, m_player.get(), [this] { m_player->start(); });
+        m_player->start();
     }
     if (m_capture) {
         m_capture->begin();

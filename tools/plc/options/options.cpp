@@ -126,7 +126,7 @@ std::optional<TextError> readSingles(const QCommandLineParser &parser, Options &
 /** Commands change everything, so they come from this machine only, unless it is said twice. */
 std::optional<TextError> readControl(const QCommandLineParser &parser, Options &options)
 {
-    if (const auto error = readAll(parser, "control", &parseControlAddress, options.control)) {
+    if (auto error = readAll(parser, "control", &parseControlAddress, options.control)) {
         return error;
     }
     const bool remote = parser.isSet(QLatin1String("control-remote"));
