@@ -1,17 +1,12 @@
 #include "host/capture/packet_format.h"
 
+#include "host/capture/pcapng_numbers.h"
+
 #include <QtEndian>
 
 namespace cnet {
 
 namespace {
-
-constexpr quint16 kExportedPdu = 252;
-constexpr quint16 kRtacSerial = 250;
-
-constexpr quint16 kEndTag = 0;
-constexpr quint16 kDissectorName = 12;
-constexpr quint16 kPointToPointDirection = 35;
 
 // Big-endian, unlike the blocks around it.
 template <typename Number>
@@ -25,7 +20,7 @@ void append(QByteArray &to, Number number)
 // Tags begin at multiples of four bytes; the name has just four.
 QByteArray exportedPduHeader(CaptureDirection direction)
 {
-    const QByteArray dissector("cnet");
+    const QByteArray dissector(kCnetDissector);
     const quint32 sent = 0;
     const quint32 received = 1;
     QByteArray header;

@@ -1,27 +1,14 @@
 #include "host/capture/pcapng_block.h"
 
+#include "host/capture/pcapng_numbers.h"
+
 #include <QtEndian>
 
 namespace cnet {
 
 namespace {
 
-constexpr quint32 kSectionBlock = 0x0A0D0D0A;
-constexpr quint32 kInterfaceBlock = 1;
-constexpr quint32 kPacketBlock = 6;
-constexpr quint32 kByteOrderMagic = 0x1A2B3C4D;
-
-constexpr quint16 kEndOfOptions = 0;
-constexpr quint16 kComment = 1;
-constexpr quint16 kInterfaceName = 2;
-constexpr quint16 kPacketFlags = 2;
-constexpr quint16 kProgram = 4;
-constexpr quint16 kLostPackets = 4;
-constexpr quint16 kTimeResolution = 9;
-
 constexpr quint8 kNanoseconds = 9; // ten to the minus ninth
-constexpr quint32 kInbound = 1;
-constexpr quint32 kOutbound = 2;
 
 template <typename Number>
 void append(QByteArray &to, Number number)
@@ -33,9 +20,8 @@ void append(QByteArray &to, Number number)
 
 void appendPadded(QByteArray &to, const QByteArray &bytes)
 {
-    constexpr int kAlignment = 4;
     to += bytes;
-    const auto padding = (kAlignment - bytes.size() % kAlignment) % kAlignment;
+    const auto padding = (kBlockAlignment - bytes.size() % kBlockAlignment) % kBlockAlignment;
     to.append(static_cast<int>(padding), '\0');
 }
 
@@ -57,8 +43,7 @@ void appendNumberOption(QByteArray &to, quint16 code, Number number)
 // The length stands on both ends, so that a file can be read backwards.
 QByteArray block(quint32 type, const QByteArray &body)
 {
-    constexpr int kFrame = 12;
-    const auto length = static_cast<quint32>(body.size() + kFrame);
+    const auto length = static_cast<quint32>(body.size() + kBesidesBody);
     QByteArray all;
     all.reserve(static_cast<int>(length));
     append(all, type);
@@ -77,7 +62,7 @@ QByteArray sectionBlock(const QString &program)
     append(body, quint16(1)); // version 1.0
     append(body, quint16(0));
     append(body, qint64(-1)); // a length that is not known yet
-    appendOption(body, kProgram, program.toUtf8());
+    appendOption(body, kSectionProgram, program.toUtf8());
     appendOption(body, kEndOfOptions, {});
     return block(kSectionBlock, body);
 }

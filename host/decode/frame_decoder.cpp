@@ -1,6 +1,7 @@
 #include "host/decode/frame_decoder.h"
 
 #include "host/decode/frame_body.h"
+#include "host/wire/answer_shape.h"
 #include "host/wire/block_check.h"
 #include "host/wire/characters.h"
 
@@ -267,9 +268,8 @@ void FrameDecoder::noteRequest(const DecodedFrame &request)
 // What another station still had to say is late; without any request there is none to compare.
 const DecodedFrame *FrameDecoder::requestOf(const QByteArray &answer) const
 {
-    bool ok = false;
-    const int own = answer.mid(kTextPosition, 2).toInt(&ok, 16);
-    const auto request = m_open.constFind(ok && m_open.contains(own) ? own : m_lastStation);
+    const int own = stationOf(answer);
+    const auto request = m_open.constFind(m_open.contains(own) ? own : m_lastStation);
     return request == m_open.constEnd() ? nullptr : &*request;
 }
 

@@ -13,12 +13,6 @@ namespace {
 const int kLongestLine = 65536;
 const int kMostErrors = 20;
 
-enum class LineKind {
-    Hex,
-    Text,
-    Nothing, ///< no frame, or only a remark
-};
-
 // What stands within the brackets of this project's trace, or of another log in hexadecimal.
 QString partWith(const QRegularExpression &pattern, const QString &line)
 {

@@ -1,17 +1,12 @@
 #include "host/recording/packet_bytes.h"
 
+#include "host/capture/pcapng_numbers.h"
+
 #include <QtEndian>
 
 namespace cnet {
 
 namespace {
-
-constexpr quint16 kExportedPdu = 252;
-constexpr quint16 kRtacSerial = 250;
-
-constexpr quint16 kEndTag = 0;
-constexpr quint16 kDissectorName = 12;
-constexpr quint16 kPointToPointDirection = 35;
 
 quint16 numberAt(const QByteArray &data, int at)
 {
@@ -40,7 +35,7 @@ std::optional<PacketBytes> readExportedPdu(const QByteArray &data)
         const QByteArray value = data.mid(at, length);
         if (tag == kDissectorName) {
             // Some programs fill it up with zeros.
-            ours = QByteArray(value.constData()) == "cnet";
+            ours = QByteArray(value.constData()) == kCnetDissector;
         } else if (tag == kPointToPointDirection && length == kHead) {
             packet.direction = qFromBigEndian<quint32>(value.constData()) == 0
                                    ? CaptureDirection::Sent

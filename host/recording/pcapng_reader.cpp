@@ -1,5 +1,7 @@
 #include "host/recording/pcapng_reader.h"
 
+#include "host/capture/pcapng_numbers.h"
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -9,33 +11,18 @@ namespace cnet {
 
 namespace {
 
-constexpr quint32 kSectionBlock = 0x0A0D0D0A;
-constexpr quint32 kInterfaceBlock = 1;
-constexpr quint32 kSimplePacketBlock = 3;
-constexpr quint32 kPacketBlock = 6;
-constexpr quint32 kByteOrderMagic = 0x1A2B3C4D;
 constexpr quint32 kSwappedMagic = 0x4D3C2B1A;
 
-constexpr int kAlignment = 4;
 constexpr int kBeforeBody = 8; // type, length
-constexpr int kBesidesBody = 12;
 constexpr int kSectionFields = 16;
 constexpr int kInterfaceFields = 8;
 constexpr int kPacketFields = 20;
-
-constexpr quint16 kEndOfOptions = 0;
-constexpr quint16 kComment = 1;
-constexpr quint16 kInterfaceName = 2;
-constexpr quint16 kPacketFlags = 2;
-constexpr quint16 kLostPackets = 4;
-constexpr quint16 kTimeResolution = 9;
-constexpr quint16 kTimeOffset = 14;
 
 constexpr quint64 kNsPerSecond = 1000000000;
 
 int padded(int size)
 {
-    return (size + kAlignment - 1) / kAlignment * kAlignment;
+    return (size + kBlockAlignment - 1) / kBlockAlignment * kBlockAlignment;
 }
 
 // Two to the minus n where the highest bit is set, else ten. @return 0 beyond 64 bits
@@ -181,7 +168,8 @@ bool PcapngReader::readBlock(Block &block)
         return false;
     }
     const char *const bytes = m_content.constData() + m_position;
-    const bool section = left >= kAlignment && qFromLittleEndian<quint32>(bytes) == kSectionBlock;
+    const bool section =
+        left >= kBlockAlignment && qFromLittleEndian<quint32>(bytes) == kSectionBlock;
     if (!m_inSection && !section) {
         return m_error.isEmpty() && failAtStart();
     }
@@ -198,15 +186,15 @@ bool PcapngReader::readBlock(Block &block)
     }
     block.bigEndian = m_bigEndian;
     block.type = block.numberOf<quint32>(bytes);
-    const auto length = block.numberOf<quint32>(bytes + kAlignment);
-    if (length < kBesidesBody || length % kAlignment != 0) {
+    const auto length = block.numberOf<quint32>(bytes + kBlockAlignment);
+    if (length < kBesidesBody || length % kBlockAlignment != 0) {
         return fail("a block of a wrong length");
     }
     if (length > static_cast<quint32>(left)) {
         return fail("it ends within a block");
     }
     const auto size = static_cast<int>(length);
-    if (block.numberOf<quint32>(bytes + size - kAlignment) != length) {
+    if (block.numberOf<quint32>(bytes + size - kBlockAlignment) != length) {
         return fail("a block of a wrong length");
     }
     block.body = m_content.mid(m_position + kBeforeBody, size - kBesidesBody);
@@ -218,7 +206,7 @@ void PcapngReader::readSection(const Block &block)
 {
     if (block.size() < kSectionFields) {
         fail("a section that is too short");
-    } else if (block.number<quint16>(kAlignment) != 1) {
+    } else if (block.number<quint16>(kBlockAlignment) != 1) {
         fail("a section of an unknown version");
     }
     m_firstOfSection = static_cast<int>(m_interfaces.size());
@@ -275,7 +263,7 @@ bool PcapngReader::readPacket(const Block &block, PacketRecord &packet)
     const InterfaceRecord &interface =
         m_interfaces.at(static_cast<std::size_t>(packet.interfaceNumber));
     packet.timeNs = nanoseconds(interface, quint64(block.number<quint32>(kTimeAt)) << kUpperHalf |
-                                               block.number<quint32>(kTimeAt + kAlignment));
+                                               block.number<quint32>(kTimeAt + kBlockAlignment));
     packet.data = block.body.mid(kPacketFields, static_cast<int>(size));
     for (const Block::Option &option :
          block.options(kPacketFields + padded(static_cast<int>(size)))) {
@@ -283,10 +271,11 @@ bool PcapngReader::readPacket(const Block &block, PacketRecord &packet)
             packet.comment += (packet.comment.isEmpty() ? QString() : QString::fromLatin1("; ")) +
                               QString::fromUtf8(option.value);
         } else if (option.code == kPacketFlags && option.value.size() == sizeof(quint32)) {
-            const quint32 direction = block.numberOf<quint32>(option.value.constData()) & 3;
-            if (direction == 1 || direction == 2) {
+            const quint32 direction =
+                block.numberOf<quint32>(option.value.constData()) & kDirectionBits;
+            if (direction == kInbound || direction == kOutbound) {
                 packet.direction =
-                    direction == 1 ? CaptureDirection::Received : CaptureDirection::Sent;
+                    direction == kInbound ? CaptureDirection::Received : CaptureDirection::Sent;
             }
         } else if (option.code == kLostPackets && option.value.size() == sizeof(quint64)) {
             packet.lost = block.numberOf<quint64>(option.value.constData());
@@ -298,12 +287,12 @@ bool PcapngReader::readPacket(const Block &block, PacketRecord &packet)
 // Of the section's first interface, without a time; padding follows it up to the block's end.
 bool PcapngReader::readSimplePacket(const Block &block, PacketRecord &packet)
 {
-    if (block.size() < kAlignment) {
+    if (block.size() < kBlockAlignment) {
         return fail("a packet that is too short");
     }
     const quint32 size =
-        std::min(block.number<quint32>(0), static_cast<quint32>(block.size() - kAlignment));
-    packet.data = block.body.mid(kAlignment, static_cast<int>(size));
+        std::min(block.number<quint32>(0), static_cast<quint32>(block.size() - kBlockAlignment));
+    packet.data = block.body.mid(kBlockAlignment, static_cast<int>(size));
     return takeInterface(0, packet);
 }
 

@@ -3,6 +3,7 @@
 #include "host/decode/frame_decoder.h"
 #include "host/exchange/trace.h"
 #include "host/time/system_clock.h"
+#include "host/wire/answer_shape.h"
 #include "panel/replay/replay_output.h"
 #include "panel/runs/command_session.h"
 #include "panel/runs/send_run.h"
@@ -53,8 +54,8 @@ QVector<int> stationsOf(const std::vector<RecordedExchange> &exchanges)
 {
     QVector<int> stations;
     for (const RecordedExchange &exchange : exchanges) {
-        const int station = exchange.request.bytes.mid(1, 2).toInt(nullptr, 16);
-        if (!stations.contains(station) && station <= kHighestStation) {
+        const int station = stationOf(exchange.request.bytes);
+        if (station >= 0 && station <= kHighestStation && !stations.contains(station)) {
             stations.append(station);
         }
     }
