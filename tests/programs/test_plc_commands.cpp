@@ -102,7 +102,8 @@ void TestPlcCommands::badCommandsChangeNothing()
                                 "load",
                                 "\x1b[2J",
                                 "\xff\xfe",
-                                QByteArray(4000, 'x')};
+                                QByteArray(4000, 'x'),
+                                QByteArray(4097, 'x')};
     PlcProgram plc;
     QVERIFY(plc.serve(options("--tcp 0"), {}));
     plc.type(bad.join('\n') + "\nshow D_W:1*2\nfaults\nmotions\nquit\n");

@@ -6,6 +6,7 @@
 using namespace plc;
 
 static const char *const kOk = "ok\n";
+static const char *const kTooLong = "error: a line is longer than 4096 bytes\n";
 
 static const Case<QByteArray, QByteArray> kTalks[] = {
     {"one", "set D_W:1=7\n", kOk},
@@ -31,6 +32,15 @@ static const Case<QByteArray, const char *> kNonsense[] = {
     {"endless line with its end", QByteArray(4097, ' ') + "\nset D_W:1=7\n", "longer than 4096"},
     {"web page", "GET / HTTP/1.1\r\nset D_W:1=7\n", "no web server"},
     {"web form", "POST /x HTTP/1.0\r\n\r\nset D_W:1=7\n", "no web server"},
+};
+
+// Behind them comes "show D_W:1".
+static const Case<QByteArray, QByteArray> kLongLines[] = {
+    {"with its end", QByteArray(4097, 'x') + '\n', kTooLong},
+    {"much longer", QByteArray(20000, 'x') + '\n', kTooLong},
+    {"a command at its end", QByteArray(9000, 'x') + " set D_W:1=7\n", kTooLong},
+    {"two", QByteArray(5000, 'x') + '\n' + QByteArray(5000, 'y') + '\n',
+     QByteArray(kTooLong) + kTooLong},
 };
 
 class TestControlSession : public QObject
@@ -88,6 +98,36 @@ private Q_SLOTS:
         session.add("\nset D_W:1=7\n");
         QVERIFY(!session.next());
         QCOMPARE(*m_bus.find(1)->station.memory().word('D', 1), quint16(0));
+    }
+
+    void aLongLineMayBeLeftOut_data() { addRows(kLongLines); }
+    void aLongLineMayBeLeftOut()
+    {
+        const auto &row = currentRow(kLongLines);
+        const QByteArray all = row.given + "show D_W:1\n";
+        for (const int step : {1, 4096, static_cast<int>(all.size())}) {
+            ControlSession session(m_target, ReplyFormat::Text, LongLine::IsLeftOut);
+            QByteArray replies;
+            for (int i = 0; i < all.size(); i += step) {
+                session.add(all.mid(i, step));
+                replies += repliesOf(session);
+            }
+            QCOMPARE(replies, row.expected + "1/D_W:1 = 0\n");
+        }
+    }
+
+    void anEndlessLineEndsIt()
+    {
+        ControlSession session(m_target, ReplyFormat::Text, LongLine::IsLeftOut);
+        QByteArray replies;
+        for (int size = 0; size <= ControlSession::kEndlessLine; size += 4096) {
+            QVERIFY(!session.isOver());
+            session.add(QByteArray(4096, '\0'));
+            replies += repliesOf(session);
+        }
+        QVERIFY(session.isOver());
+        session.add("\nset D_W:1=7\n");
+        QCOMPARE(replies + repliesOf(session), QByteArray(kTooLong));
     }
 
     void theLongestLineIsTaken()

@@ -4,6 +4,8 @@ namespace plc {
 
 namespace {
 
+constexpr char kTooLong[] = "a line is longer than 4096 bytes";
+
 /**
  * Whether a web browser speaks: a page may make it send anything to a port of its own machine,
  * where a line of that anything could be a command.
@@ -15,9 +17,10 @@ bool isWebRequest(const QByteArray &line)
 
 } // namespace
 
-ControlSession::ControlSession(const ControlTarget &target, ReplyFormat format)
+ControlSession::ControlSession(const ControlTarget &target, ReplyFormat format, LongLine longLine)
     : m_target(target)
     , m_format(format)
+    , m_longLine(longLine)
 {}
 
 QByteArray ControlSession::leave(const char *why)
@@ -27,12 +30,27 @@ QByteArray ControlSession::leave(const char *why)
     return failure(QLatin1String(why)).bytes(m_format);
 }
 
+/** @return false while its end has not come */
+bool ControlSession::leaveOutTheRest()
+{
+    const auto end = m_input.indexOf('\n');
+    m_inLongLine = end < 0;
+    m_leftOut = m_inLongLine ? m_leftOut + m_input.size() : 0;
+    m_over = m_leftOut > kEndlessLine;
+    m_input.remove(0, m_inLongLine ? m_input.size() : end + 1);
+    return !m_inLongLine;
+}
+
 std::optional<QByteArray> ControlSession::next()
 {
-    while (!m_over) {
+    while (!m_over && (!m_inLongLine || leaveOutTheRest())) {
         const auto end = m_input.indexOf('\n');
         if (end > kLongestLine || (end < 0 && m_input.size() > kLongestLine)) {
-            return leave("a line is longer than 4096 bytes");
+            if (m_longLine == LongLine::EndsTheTalk) {
+                return leave(kTooLong);
+            }
+            m_inLongLine = true;
+            return failure(QLatin1String(kTooLong)).bytes(m_format);
         }
         if (end < 0) {
             return std::nullopt;

@@ -17,7 +17,7 @@ constexpr int kLaterMs = 500;
 StandardInput::StandardInput(const ControlTarget &target, ReplyFormat format,
                              std::function<void(const QByteArray &)> reply, QObject *parent)
     : QObject(parent)
-    , m_session(target, format)
+    , m_session(target, format, LongLine::IsLeftOut)
     , m_reply(std::move(reply))
     , m_notifier(STDIN_FILENO, QSocketNotifier::Read)
 {
