@@ -35,6 +35,8 @@ private Q_SLOTS:
         m_bus = Bus();
         m_bus.add(1);
         m_target.bus = &m_bus;
+        m_nowMs = 0;
+        m_target.nowMs = [this] { return m_nowMs; };
         m_server = std::make_unique<ControlServer>(m_target, ReplyFormat::Text);
         QVERIFY(m_server->listen(QHostAddress(QHostAddress::LocalHost), 0));
     }
@@ -70,6 +72,31 @@ private Q_SLOTS:
         const auto next = connected();
         next->write("stations\n");
         QCOMPARE(lineOf(*next), QByteArray("1 full\n"));
+    }
+
+    void whoIsSilentLongestMakesRoom()
+    {
+        std::vector<std::unique_ptr<QTcpSocket>> clients;
+        for (int i = 0; i < ControlServer::kMostClients; ++i) {
+            m_nowMs = i;
+            clients.push_back(connected());
+            QTRY_COMPARE(m_server->clients(), i + 1);
+        }
+        // The first one is there still.
+        m_nowMs = ControlServer::kIdleMs;
+        clients.at(0)->write("stations\n");
+        QCOMPARE(lineOf(*clients.at(0)), QByteArray("1 full\n"));
+        const auto early = connected();
+        QTRY_COMPARE(early->state(), QAbstractSocket::UnconnectedState);
+        m_nowMs = ControlServer::kIdleMs + 1;
+        const auto further = connected();
+        further->write("stations\n");
+        QCOMPARE(lineOf(*further), QByteArray("1 full\n"));
+        QTRY_COMPARE(clients.at(1)->state(), QAbstractSocket::UnconnectedState);
+        QCOMPARE(m_server->clients(), ControlServer::kMostClients);
+        for (std::size_t i = 0; i < clients.size(); ++i) {
+            QCOMPARE(clients.at(i)->state() == QAbstractSocket::ConnectedState, i != 1);
+        }
     }
 
     void nonsenseIsLeftWithAWord()
@@ -172,6 +199,7 @@ private:
     }
 
     Bus m_bus;
+    qint64 m_nowMs = 0;
     ControlTarget m_target;
     std::unique_ptr<ControlServer> m_server;
 };

@@ -10,6 +10,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace plc {
@@ -18,51 +19,6 @@ namespace {
 
 constexpr int kReadBytes = 4096;
 constexpr int kAcceptAgainMs = 200;
-
-/** The conversation with one client. */
-class ControlClient : public QObject
-{
-public:
-    ControlClient(QIODevice *device, const ControlTarget &target, ReplyFormat format,
-                  std::function<void()> flush, std::function<void()> leave, QObject *parent)
-        : QObject(parent)
-        , m_device(device)
-        , m_session(target, format)
-        , m_flush(std::move(flush))
-        , m_leave(std::move(leave))
-    {
-        device->setParent(this);
-        connect(device, &QIODevice::readyRead, this, &ControlClient::work);
-        connect(device, &QIODevice::bytesWritten, this, &ControlClient::work);
-    }
-
-    /** Goes on until the client has to send, or to read. */
-    void work()
-    {
-        while (!m_session.isOver() && m_device->bytesToWrite() < ControlServer::kMostUnreadBytes) {
-            if (const auto reply = m_session.next()) {
-                m_device->write(*reply);
-                // At once: the command may have been the one that ends the program.
-                m_flush();
-                continue;
-            }
-            const QByteArray bytes = m_device->read(kReadBytes);
-            if (bytes.isEmpty()) {
-                return;
-            }
-            m_session.add(bytes);
-        }
-        if (m_session.isOver()) {
-            m_leave();
-        }
-    }
-
-private:
-    QIODevice *m_device;
-    ControlSession m_session;
-    std::function<void()> m_flush;
-    std::function<void()> m_leave; ///< closes the connection behind what is written
-};
 
 /** Makes way for a socket. @return false if something else, or somebody, is there. */
 bool removeOldSocket(const QString &path)
@@ -95,6 +51,59 @@ void endBehindReplies(QLocalSocket &socket)
 }
 
 } // namespace
+
+/** The conversation with one client. */
+class ControlServer::Client : public QObject
+{
+public:
+    Client(ControlServer &server, QIODevice *device, std::function<void()> flush,
+           std::function<void()> leave)
+        : QObject(&server)
+        , m_server(server)
+        , m_device(device)
+        , m_session(server.m_target, server.m_format)
+        , m_heardMs(server.nowMs())
+        , m_flush(std::move(flush))
+        , m_leave(std::move(leave))
+    {
+        device->setParent(this);
+        connect(device, &QIODevice::readyRead, this, &Client::work);
+        connect(device, &QIODevice::bytesWritten, this, &Client::work);
+    }
+
+    /** Goes on until the client has to send, or to read. */
+    void work()
+    {
+        while (!m_session.isOver() && m_device->bytesToWrite() < ControlServer::kMostUnreadBytes) {
+            if (const auto reply = m_session.next()) {
+                m_device->write(*reply);
+                // At once: the command may have been the one that ends the program.
+                m_flush();
+                continue;
+            }
+            const QByteArray bytes = m_device->read(kReadBytes);
+            if (bytes.isEmpty()) {
+                return;
+            }
+            m_heardMs = m_server.nowMs();
+            m_session.add(bytes);
+        }
+        if (m_session.isOver()) {
+            m_leave();
+        }
+    }
+
+    /** When it sent something, or came. */
+    qint64 heardMs() const { return m_heardMs; }
+
+private:
+    ControlServer &m_server;
+    QIODevice *m_device;
+    ControlSession m_session;
+    qint64 m_heardMs;
+    std::function<void()> m_flush;
+    std::function<void()> m_leave; ///< closes the connection behind what is written
+};
 
 ControlServer::ControlServer(const ControlTarget &target, ReplyFormat format, QObject *parent)
     : QObject(parent)
@@ -145,22 +154,38 @@ QString ControlServer::address() const
                                : m_local.fullServerName();
 }
 
+bool ControlServer::makeRoom()
+{
+    if (clients() < kMostClients) {
+        return true;
+    }
+    const auto longest = std::min_element(
+        m_clients.begin(), m_clients.end(),
+        [](const Client *one, const Client *other) { return one->heardMs() < other->heardMs(); });
+    if (nowMs() - (*longest)->heardMs() < kIdleMs) {
+        return false;
+    }
+    delete *longest;
+    return true;
+}
+
 template <typename Socket>
 void ControlServer::take(Socket *socket)
 {
-    if (m_clients >= kMostClients) {
+    if (!makeRoom()) {
         socket->abort();
         socket->deleteLater();
         return;
     }
-    ++m_clients;
     // Qt reads no more than this ahead; the rest waits with the sender.
     socket->setReadBufferSize(kReadBytes);
-    auto *const client = new ControlClient(
-        socket, m_target, m_format, [socket] { socket->flush(); },
-        [socket] { endBehindReplies(*socket); }, this);
+    auto *const client = new Client(
+        *this, socket, [socket] { socket->flush(); }, [socket] { endBehindReplies(*socket); });
+    m_clients.push_back(client);
     connect(socket, &Socket::disconnected, client, &QObject::deleteLater);
-    connect(client, &QObject::destroyed, this, [this] { --m_clients; });
+    connect(client, &QObject::destroyed, this, [this, client] {
+        m_clients.erase(std::find(m_clients.begin(), m_clients.end(), client));
+    });
     client->work();
 }
 

@@ -8,6 +8,7 @@
 #include <QTcpServer>
 
 #include <functional>
+#include <vector>
 
 namespace plc {
 
@@ -17,12 +18,17 @@ class ControlServer : public QObject
     Q_OBJECT
 
 public:
-    /** Further connections are closed at once. */
+    /**
+     * At a time. A further one takes the place of the one that was silent longest, if that was for
+     * kIdleMs at least; otherwise it is closed at once.
+     */
     static constexpr int kMostClients = 16;
+    /** Who sends nothing for so long may have died without a word. */
+    static constexpr qint64 kIdleMs = 60000;
     /** Bytes that one client may leave unread before its next command has to wait. */
     static constexpr qint64 kMostUnreadBytes = 65536;
 
-    /** @param target must outlive the server. */
+    /** @param target must outlive the server; its clock tells who is silent. */
     ControlServer(const ControlTarget &target, ReplyFormat format, QObject *parent = nullptr);
 
     /**
@@ -40,18 +46,22 @@ public:
     QString errorString() const { return m_error; }
     /** "127.0.0.1:8001" or the path. */
     QString address() const;
-    int clients() const { return m_clients; }
+    int clients() const { return static_cast<int>(m_clients.size()); }
 
 private:
+    class Client;
+
     template <typename Socket>
     void take(Socket *socket);
+    bool makeRoom();
+    qint64 nowMs() const { return m_target.nowMs ? m_target.nowMs() : 0; }
 
     const ControlTarget &m_target;
     ReplyFormat m_format;
     QTcpServer m_tcp;
     QLocalServer m_local;
     QString m_error;
-    int m_clients = 0;
+    std::vector<Client *> m_clients; ///< its children
 };
 
 } // namespace plc
