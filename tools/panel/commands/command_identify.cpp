@@ -98,8 +98,7 @@ const Command kIdentifyCommand = {
     "ITEM|--tags FILE NAME",
     "Reads words once and shows all that they may mean: whole numbers, floats and BCD in either "
     "word order, text, bits; each with the item to give to the other commands. With --tags the "
-    "words "
-    "of a tag, whatever its type.",
+    "words of a tag, whatever its type.",
     "identify --link tcp:192.168.0.100:8000 'D_W:100*4'\n"
     "identify --link tcp:192.168.0.100:8000 --tags press.csv press.speed\n",
     addOptions,
