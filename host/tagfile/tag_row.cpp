@@ -3,6 +3,7 @@
 #include "host/address/address.h"
 #include "host/address/value_text.h"
 #include "host/text/near_miss.h"
+#include "host/value/value_codec.h"
 
 #include <limits>
 
@@ -144,13 +145,10 @@ void TagRow::readType()
         return;
     }
     m_tag.type = *parsed;
-    const bool fitsBits = parsed->kind == ValueKind::Raw || parsed->kind == ValueKind::Bool;
-    if (m_hasRegister && m_tag.item.reg.isBit() && !fitsBits) {
+    const QString misfit = m_hasRegister ? typeMisfit(m_tag.item.reg, *parsed) : QString();
+    if (!misfit.isEmpty()) {
         m_hasType = false;
-        complain(TagColumn::Type,
-                 QString::fromLatin1("'%1' is a type of words, and %2 has bits; expected bool, or "
-                                     "a register of words, for example D_W")
-                     .arg(quotable(type), m_tag.item.reg.name));
+        complain(TagColumn::Type, misfit);
     }
 }
 

@@ -139,9 +139,8 @@ void TagRow::readTexts()
     const bool isEnum = m_tag.type.kind == ValueKind::Enum;
     if (all.isEmpty()) {
         if (isEnum && field(TagColumn::Texts).trouble == CsvTrouble::None) {
-            warn(TagColumn::Type, QLatin1String("enum without texts is no more than u16; ") +
-                                      QLatin1String("give it texts, for example "
-                                                    "0=stopped;1=running"));
+            warn(TagColumn::Type, QLatin1String("enum without texts is no more than a number; give "
+                                                "it texts, for example 0=stopped;1=running"));
         }
         return;
     }
@@ -152,6 +151,7 @@ void TagRow::readTexts()
                      .arg(m_tag.type.text()));
         return;
     }
+    const qint64 highest = m_hasRegister && m_tag.item.reg.isBit() ? 1 : kHighestEnum;
     QSet<QString> known;
     for (const QString &part : all.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
         const int equals = static_cast<int>(part.indexOf(QLatin1Char('=')));
@@ -161,8 +161,8 @@ void TagRow::readTexts()
         QString what;
         if (equals < 0 || !isNumber || meaning.isEmpty()) {
             what = QLatin1String("is no NUMBER=TEXT");
-        } else if (key < 0 || key > kHighestEnum) {
-            what = QLatin1String("has a number that is not from 0 to 65535");
+        } else if (key < 0 || key > highest) {
+            what = QString::fromLatin1("has a number that is not from 0 to %1").arg(highest);
         } else if (m_tag.texts.contains(key)) {
             what = QLatin1String("has a number that has a text already");
         } else if (known.contains(meaning)) {

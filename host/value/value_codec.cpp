@@ -195,7 +195,7 @@ QString typeMisfit(const RegisterInfo &reg, const ValueType &type)
                       type.kind == ValueKind::Enum;
     return fits ? QString()
                 : QString::fromLatin1("%1 takes words, and %2 has %3; expected bool, enum or raw, "
-                                      "for example %2:...@bool")
+                                      "or a register of words, for example D_W")
                       .arg(type.text(), reg.name,
                            QLatin1String(reg.isContact() ? "contacts" : "bits"));
 }

@@ -40,7 +40,8 @@ const Case<const char *, const char *> kMistakes[] = {
     {"station that is no number", "station=-1", "station: '-1' is no station"},
     {"unknown type", "type=int", "type: 'int' is no type; expected bool"},
     {"type of words on bits", "register=M_bit address=3.5 type=u16",
-     "type: 'u16' is a type of words, and M_bit has bits; expected bool, or a register of words"},
+     "type: u16 takes words, and M_bit has bits; expected bool, enum or raw, or a register of "
+     "words, for example D_W"},
     {"type longer than its area", "address=9999 type=f32",
      "type: 1 value of f32 do not fit: from D_W:9999 there are 1 word up to the end at 9999, which "
      "is room for 0"},
@@ -71,6 +72,8 @@ const Case<const char *, const char *> kMistakes[] = {
     {"text without a number", "type=enum texts=a", "texts: 'a' is no NUMBER=TEXT; expected"},
     {"number without a text", "type=enum texts=1=", "texts: '1=' is no NUMBER=TEXT; expected"},
     {"number of no word", "type=enum texts=65536=a", "texts: '65536=a' has a number that is not"},
+    {"number of no bit", "register=M_bit address=3.5 type=enum texts=0=a;2=b",
+     "texts: '2=b' has a number that is not from 0 to 1; expected"},
     {"number twice", "type=enum texts=1=a;1=b", "texts: '1=b' has a number that has a text"},
     {"text twice", "type=enum texts=1=a;2=a", "texts: '2=a' has a text that another number has"},
     {"control characters", "unit=\x07", "unit: control characters, which no screen shows"},
@@ -78,7 +81,10 @@ const Case<const char *, const char *> kMistakes[] = {
 };
 
 const Case<const char *, const char *> kWarnings[] = {
-    {"an enum without texts", "type=enum", "type: enum without texts is no more than u16"},
+    {"an enum without texts", "type=enum",
+     "type: enum without texts is no more than a number; give it texts"},
+    {"a bit with a text to each number", "register=M_bit address=3.5 type=enum",
+     "type: enum without texts"},
     {"a long number with a scale", "type=u64 scale=0.1", "scale: u64 with a scale or an offset is"},
 };
 
