@@ -34,6 +34,12 @@ constexpr int kOneOffRead = 100;
 constexpr int kWrite = 101;
 
 /**
+ * More attempts than any setting of the driver allows for one frame: a driver that never gives up
+ * must not hang the host.
+ */
+constexpr int kMostAttempts = 2000;
+
+/**
  * One loaded driver and all that it is lent: the shared block, the recipe buffer, the callback.
  * Within the library only; programs have Driver.
  *

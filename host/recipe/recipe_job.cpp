@@ -10,13 +10,6 @@
 
 namespace cnet {
 
-namespace {
-
-// More attempts than any setting of the driver allows for one frame.
-const int kMostAttempts = 2000;
-
-} // namespace
-
 RecipeJob::RecipeJob(DriverCore &driver, const QVector<RecipeItem> &items,
                      RecipeDirection direction, Verify verify, const RegisterCatalog &registers,
                      int blockWords, QObject *parent)

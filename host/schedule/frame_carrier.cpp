@@ -6,13 +6,6 @@
 
 namespace cnet {
 
-namespace {
-
-// More than any setting of the driver has; a driver that never gives up must not hang the host.
-const int kMostAttempts = 2000;
-
-} // namespace
-
 FrameCarrier::FrameCarrier(DriverCore &driver, Conversation &conversation)
     : m_driver(driver)
     , m_conversation(conversation)
