@@ -118,6 +118,8 @@ void addRecipeAndFileRows()
     stats("statistics with an endless name", "/" + longText(), "File name too long");
     row("statistics of a scan", {"scan", "--link", "sim", "--stats", "/nowhere/x"}, kUsage,
         "Unknown option 'stats'");
+    row("statistics of a replay", {"replay", "--link", "sim", "--stats", "/nowhere/x", "y"}, kUsage,
+        "Unknown option 'stats'");
     row("check of words and bits", {"check", "--words", "1", "--bits", "1", "D_W", "1"}, kUsage,
         "expected --words or --bits, not both");
     row("check of a third argument", {"check", "D_W", "1", "2"}, kUsage, "expected a register");
