@@ -60,9 +60,9 @@ private Q_SLOTS:
 
     void furtherClientsAreLeft()
     {
-        std::vector<std::unique_ptr<QTcpSocket>> clients;
-        for (int i = 0; i < ControlServer::kMostClients; ++i) {
-            clients.push_back(connected());
+        std::vector<std::unique_ptr<QTcpSocket>> clients(ControlServer::kMostClients);
+        for (auto &client : clients) {
+            client = connected();
         }
         QTRY_COMPARE(m_server->clients(), ControlServer::kMostClients);
         const auto further = connected();

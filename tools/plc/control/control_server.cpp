@@ -6,7 +6,6 @@
 #include <QFile>
 #include <QLocalSocket>
 #include <QTcpSocket>
-#include <QTimer>
 
 #include <sys/stat.h>
 
@@ -119,9 +118,10 @@ ControlServer::ControlServer(const ControlTarget &target, ReplyFormat format, QO
         }
     });
     // For example, no file descriptor is left. Qt then stops accepting until it is resumed.
-    connect(&m_tcp, &QTcpServer::acceptError, this, [this] {
-        QTimer::singleShot(kAcceptAgainMs, this, [this] { m_tcp.resumeAccepting(); });
-    });
+    m_acceptAgain.setSingleShot(true);
+    connect(&m_acceptAgain, &QTimer::timeout, &m_tcp, &QTcpServer::resumeAccepting);
+    connect(&m_tcp, &QTcpServer::acceptError, this,
+            [this] { m_acceptAgain.start(kAcceptAgainMs); });
     connect(&m_local, &QLocalServer::newConnection, this, [this] {
         while (QLocalSocket *const socket = m_local.nextPendingConnection()) {
             take(socket);

@@ -6,6 +6,7 @@
 #include <QLocalServer>
 #include <QObject>
 #include <QTcpServer>
+#include <QTimer>
 
 #include <functional>
 #include <vector>
@@ -59,6 +60,7 @@ private:
     const ControlTarget &m_target;
     ReplyFormat m_format;
     QTcpServer m_tcp;
+    QTimer m_acceptAgain;
     QLocalServer m_local;
     QString m_error;
     std::vector<Client *> m_clients; ///< its children
