@@ -83,7 +83,7 @@ const Case<const char *, const char *> kMistakes[] = {
 const Case<const char *, const char *> kWarnings[] = {
     {"an enum without texts", "type=enum",
      "type: enum without texts is no more than a number; give it texts"},
-    {"a bit with a text to each number", "register=M_bit address=3.5 type=enum",
+    {"an enum of a bit without texts", "register=M_bit address=3.5 type=enum",
      "type: enum without texts"},
     {"a long number with a scale", "type=u64 scale=0.1", "scale: u64 with a scale or an offset is"},
 };
