@@ -1,4 +1,5 @@
 #include "plc/setup/memory_file.h"
+#include "support/full_disk.h"
 #include "support/rows.h"
 
 #include <QFile>
@@ -76,6 +77,23 @@ private Q_SLOTS:
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), 1);
         const auto error = saveMemory(folder.filePath(latin("no/memory")), bus);
         QVERIFY(error && error->message.contains(latin("cannot save the memory to ")));
+    }
+
+    void aFullDiskLeavesTheOldOne()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(latin("memory"));
+        Bus bus = twoStations();
+        QVERIFY(!saveMemory(path, bus));
+        const auto before = readLines(path);
+        for (int i = 0; i < 100; ++i) {
+            bus.find(1)->station.memory().setWord('D', 2 * i, 5);
+        }
+        {
+            const cnet::FullDisk full(100);
+            QVERIFY(saveMemory(path, bus));
+        }
+        QCOMPARE(std::get<QStringList>(readLines(path)), std::get<QStringList>(before));
     }
 
     void readsWhatIsThere()

@@ -10,7 +10,6 @@ namespace {
 
 constexpr int kStationPosition = 1;
 // head st(2) command: its case tells whether a block check ends the frame
-constexpr int kCommandPosition = 3;
 // head st(2) command type(2) tail
 constexpr int kShortestAnswer = 7;
 /** No fault makes an answer longer than this, whatever its values. */

@@ -6,8 +6,6 @@ namespace plc {
 
 namespace {
 
-constexpr int kBitsPerWord = 16;
-
 struct Size
 {
     int full;

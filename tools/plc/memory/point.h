@@ -4,6 +4,8 @@
 
 namespace plc {
 
+constexpr int kBitsPerWord = 16;
+
 /** Kind of one value of the memory. */
 enum class PointKind {
     Word,    ///< 16-bit word: current value of a timer or counter, data register, relay word

@@ -7,10 +7,8 @@ namespace plc {
 
 namespace {
 
-constexpr double kTurn = 6.283185307179586;
 constexpr int kStepsPerTurn = 360;
 constexpr int kWordsPerCounter = 2;
-constexpr int kBitsPerWord = 16;
 
 /** A random number for each place; neighbouring places have nothing in common. */
 quint64 mixed(quint64 place)

@@ -6,6 +6,8 @@
 
 namespace plc {
 
+constexpr double kTurn = 6.283185307179586; ///< in radians
+
 /** How values change with time. */
 enum class MotionKind {
     Ramp,    ///< up from low to high in steps of 1, then from low again

@@ -1,5 +1,6 @@
 #include "plc/scenario/press.h"
 
+#include "plc/motion/motion.h"
 #include "plc/scenario/words.h"
 
 #include <algorithm>
@@ -11,7 +12,6 @@ using namespace press_map;
 
 namespace {
 
-constexpr double kTurn = 6.283185307179586;
 constexpr double kStepsPerMinute = 60000.0 / Press::kStepMs;
 constexpr int kUsualJobSize = 100;
 constexpr int kStepsUntilAcknowledged = 160;

@@ -118,7 +118,9 @@ std::optional<TextError> saveMemory(const QString &path, Bus &bus)
 {
     QSaveFile file(path);
     const QByteArray text = memoryText(bus);
-    if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit()) {
+    // commit() would take what was left in Qt's buffer by a full disk for written.
+    if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush() &&
+        file.commit()) {
         return std::nullopt;
     }
     return TextError{

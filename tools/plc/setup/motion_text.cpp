@@ -8,8 +8,6 @@ namespace plc {
 
 namespace {
 
-constexpr int kHighestWord = 0xFFFF;
-constexpr int kLowestWord = -0x8000;
 constexpr qint64 kHighestCount = 0xFFFFFFFFLL;
 constexpr int kMostPerStep = 1000000;
 constexpr int kLongestStepMs = 3600000;

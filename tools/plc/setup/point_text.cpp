@@ -10,7 +10,6 @@ namespace plc {
 
 namespace {
 
-constexpr int kBitsPerWord = 16;
 // Larger than any device, and small enough not to overflow.
 constexpr int kMostWords = 100000;
 

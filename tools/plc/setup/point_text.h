@@ -9,6 +9,10 @@
 
 namespace plc {
 
+/** Words are given as whole numbers with or without a sign. */
+constexpr int kHighestWord = 0xFFFF;
+constexpr int kLowestWord = -0x8000;
+
 /** Consecutive addresses of one station or of all. */
 struct Range
 {

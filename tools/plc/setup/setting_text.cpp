@@ -4,13 +4,6 @@
 
 namespace plc {
 
-namespace {
-
-constexpr int kHighestWord = 0xFFFF;
-constexpr int kLowestWord = -0x8000;
-
-} // namespace
-
 Parsed<Setting> parseSetting(const QString &text)
 {
     const auto equals = text.indexOf(QLatin1Char('='));

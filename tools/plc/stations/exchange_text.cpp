@@ -9,7 +9,6 @@ namespace plc {
 
 namespace {
 
-constexpr int kCommandPosition = 3;
 // head st(2) command type(2)
 constexpr int kTextPosition = 6;
 

@@ -4,11 +4,7 @@
 
 namespace plc {
 
-namespace {
-
-constexpr int kCommandPosition = 3;
-
-}
+namespace {}
 
 std::vector<QByteArray> FrameFinder::take(const QByteArray &bytes)
 {

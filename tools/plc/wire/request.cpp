@@ -10,7 +10,6 @@ namespace {
 
 // ENQ st(2) command type(2) EOT
 constexpr int kEnvelopeBytes = 7;
-constexpr int kCommandPosition = 3;
 constexpr int kBodyPosition = 6;
 constexpr int kBitDigits = 2;
 constexpr int kWordDigits = 4;

@@ -15,6 +15,8 @@ constexpr char kNak = 0x15;
 /** Longest frame in both directions, with head, text, tail and block check. */
 constexpr int kMaxFrameBytes = 256;
 constexpr int kMaxStation = 31;
+/** Behind head and station. */
+constexpr int kCommandPosition = 3;
 constexpr int kMaxBlocks = 16;
 constexpr int kMaxNameLength = 16;
 /** Most words of one rSB or wSB request. */
