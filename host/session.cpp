@@ -112,11 +112,16 @@ void Session::wireLink()
     });
     connect(m_link.get(), &Link::failed, this, [this](const QString &reason) {
         const bool wasOpen = m_state == State::Open;
+        // Before values are told to be good no more: who hears it may ask why.
+        m_lineError = reason;
         if (wasOpen) {
             m_lostAtMs = m_clock.nowMs();
             m_works->scheduler.lineLost();
         }
         setState(wasOpen || m_state == State::Lost ? State::Lost : m_state, reason);
+        if (!wasOpen) {
+            Q_EMIT openFailed();
+        }
     });
     connect(&m_works->reconnector, &Reconnector::firstOpenFailed, this,
             [this](const QString &reason) {

@@ -101,6 +101,8 @@ public:
 
 Q_SIGNALS:
     void stateChanged(cnet::Session::State state);
+    /** The line could not be opened, for the first time or again; see lineError(). */
+    void openFailed();
     /** A station has stopped or resumed answering; see stations(). */
     void stationChanged(int station);
     /** One line of text for the user: a station comes or goes, an address is refused, the line is

@@ -10,11 +10,6 @@ const int kBytesPerWord = 2;
 const int kWordDigits = 4;
 const int kBitDigits = 2;
 
-QString latin1(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 QString valueMeaning(const FrameRange &range)
 {
     const int last = static_cast<int>(range.values.size()) - 1;

@@ -6,6 +6,11 @@
 
 namespace cnet {
 
+inline QString latin1(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
 /**
  * Takes the text of a frame apart from left to right and notes the fields. The first fault ends it:
  * nothing behind it can be told.

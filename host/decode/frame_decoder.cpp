@@ -14,11 +14,6 @@ namespace {
 // Head, station, command, type
 const int kTextPosition = 1;
 
-QString latin1(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 bool isControl(char byte)
 {
     const auto code = static_cast<unsigned char>(byte);

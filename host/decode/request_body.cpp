@@ -11,11 +11,6 @@ const int kMostBlocks = 16;
 const int kLongestName = 16;
 const int kLengthDigits = 2;
 
-QString latin1(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 // Name length and name.
 bool takeName(DecodedFrame &frame, FieldCursor &cursor, FrameRange &range)
 {

@@ -11,8 +11,6 @@ namespace cnet {
 namespace {
 
 const int kMostFences = 3;
-const int kLongestBabbleMs = 2000;
-const double kNsPerMs = 1000000;
 
 } // namespace
 
@@ -54,6 +52,7 @@ bool Conversation::cancel()
     const bool asked = m_phase != Phase::Idle && m_asked;
     m_phase = Phase::Idle;
     m_alarm->cancel();
+    m_link.expect(0);
     return asked;
 }
 
@@ -146,16 +145,17 @@ void Conversation::handleBytes(const QByteArray &bytes)
             handleAnswer(m_collector.answer());
         }
         if (taken == rest.size()) {
-            return;
+            break;
         }
         rest.remove(0, taken);
     }
+    m_link.expect(isWaiting() ? m_collector.missing(m_shape.length) : 0);
 }
 
 void Conversation::handleAnswer(const QByteArray &answer)
 {
     const bool whole = isWholeAnswer(answer);
-    const bool waits = m_phase == Phase::Asking || m_phase == Phase::Fencing;
+    const bool waits = isWaiting();
     if (whole && m_phase == Phase::Fencing) {
         handleAnswerToFence(answer);
     } else if (whole && waits && m_shape.admits(answer)) {
@@ -271,6 +271,12 @@ double Conversation::noteTime()
 
 void Conversation::handleAlarm()
 {
+    // What the link holds back may be all that there is of an answer.
+    const quint64 sending = m_sendings;
+    m_link.expect(0);
+    if (sending != m_sendings) {
+        return;
+    }
     switch (m_phase) {
     case Phase::Idle:
         break;
@@ -340,6 +346,8 @@ Reply Conversation::beginReply(Outcome outcome) const
 void Conversation::finish(const Reply &reply)
 {
     m_phase = Phase::Idle;
+    // Of a part of an answer nothing more is waited for: whatever comes now is to be heard of.
+    m_link.expect(0);
     m_disturbed = m_disturbed || reply.outcome == Outcome::Bad ||
                   (reply.outcome == Outcome::TimedOut && !reply.answer.isEmpty());
     Q_EMIT ended(reply);

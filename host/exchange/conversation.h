@@ -99,6 +99,7 @@ private:
     };
 
     void begin(Goal goal);
+    bool isWaiting() const { return m_phase == Phase::Asking || m_phase == Phase::Fencing; }
     bool isConfusable(const AnswerShape &shape) const;
     void proceed();
     void send(const QByteArray &request, int patienceMs);

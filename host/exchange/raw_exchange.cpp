@@ -1,5 +1,6 @@
 #include "host/exchange/raw_exchange.h"
 
+#include "host/exchange/reply.h"
 #include "host/wire/characters.h"
 
 #include <algorithm>
@@ -8,8 +9,6 @@ namespace cnet {
 
 namespace {
 
-const int kLongestBabbleMs = 2000;
-const double kNsPerMs = 1000000;
 // Behind the head: station (2), command, type (2)
 const int kAddresseeLength = 5;
 

@@ -5,6 +5,9 @@
 
 namespace cnet {
 
+/** How long a line that is never quiet is listened to before the next frame is sent. */
+constexpr int kLongestBabbleMs = 2000;
+
 /** How one request ended. */
 enum class Outcome {
     Answered, ///< a positive answer came

@@ -39,6 +39,12 @@ public:
     /** Hands bytes to the line; without effect while closed. What comes back is reported later. */
     virtual void send(const QByteArray &bytes) = 0;
 
+    /**
+     * So many bytes are still missing of what is being received: it may report them together, once
+     * all of them are there. With 0 it reports at once whatever comes, and what it held back.
+     */
+    virtual void expect(int /*bytes*/) {}
+
     /** For messages: "tcp 192.168.0.100:8000". */
     virtual QString name() const = 0;
 

@@ -1,8 +1,11 @@
 #include "host/link/link_tcp.h"
 
+#include <algorithm>
+
 #ifdef Q_OS_LINUX
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #endif
 
@@ -38,8 +41,7 @@ LinkTcp::LinkTcp(const QString &host, quint16 port, QObject *parent)
     connect(&m_socket, &QTcpSocket::errorOccurred, this, [this] { lose(m_socket.errorString()); });
     connect(&m_socket, &QTcpSocket::disconnected, this,
             [this] { lose(QLatin1String("the connection was closed")); });
-    connect(&m_socket, &QTcpSocket::readyRead, this,
-            [this] { Q_EMIT received(m_socket.read(m_socket.bytesAvailable())); });
+    connect(&m_socket, &QTcpSocket::readyRead, this, &LinkTcp::report);
 }
 
 // A connected socket reports its own end, when part of this object is gone already.
@@ -75,6 +77,33 @@ void LinkTcp::send(const QByteArray &bytes)
     }
 }
 
+// A serial server hands on an answer as it comes from the line, a few characters at a time. To be
+// woken for each of them costs more than all that is done with the answer.
+void LinkTcp::expect([[maybe_unused]] int bytes)
+{
+#ifdef Q_OS_LINUX
+    const int least = std::max(1, bytes);
+    if (!m_open || least == m_leastBytes) {
+        return;
+    }
+    m_leastBytes = least;
+    const auto socket = static_cast<int>(m_socket.socketDescriptor());
+    setsockopt(socket, SOL_SOCKET, SO_RCVLOWAT, &least, sizeof least);
+    int held = 0;
+    // To wait in vain would count as an error of the socket.
+    if (least == 1 && !m_isReporting && ioctl(socket, FIONREAD, &held) == 0 && held > 0) {
+        m_socket.waitForReadyRead(0);
+    }
+#endif
+}
+
+void LinkTcp::report()
+{
+    m_isReporting = true;
+    Q_EMIT received(m_socket.read(m_socket.bytesAvailable()));
+    m_isReporting = false;
+}
+
 QString LinkTcp::name() const
 {
     return QString::fromLatin1("tcp %1:%2").arg(m_host, QString::number(m_port));
@@ -85,6 +114,7 @@ void LinkTcp::connected()
     m_connectLimit.stop();
     m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
     limitUnacknowledged(m_socket);
+    m_leastBytes = 1;
     m_open = true;
     Q_EMIT opened();
 }

@@ -20,9 +20,11 @@ public:
     void close() override;
     bool isOpen() const override { return m_open; }
     void send(const QByteArray &bytes) override;
+    void expect(int bytes) override;
     QString name() const override;
 
 private:
+    void report();
     void connected();
     void lose(const QString &reason);
 
@@ -32,6 +34,8 @@ private:
     QTimer m_connectLimit;
     bool m_busy = false; ///< connecting or open
     bool m_open = false;
+    bool m_isReporting = false;
+    int m_leastBytes = 1; ///< that the system waits for before it tells of them
 };
 
 } // namespace cnet

@@ -6,7 +6,7 @@ namespace cnet {
 
 namespace {
 
-const int kMostAttempts = 3;
+const int kAttempts = 3;
 const int kMostSilent = 2;
 const int kNoSuchAddress = 0x1132;
 // So often an address must be refused, by a station that was never caught and by one that was.
@@ -100,7 +100,7 @@ void StationSurvey::handleEnded(const Reply &reply)
         m_attempts = 0;
         m_form = m_form == ProbeForm::Single ? ProbeForm::Block : ProbeForm::Single;
         handleAnswer(reply);
-    } else if (m_attempts < kMostAttempts) {
+    } else if (m_attempts < kAttempts) {
         ask();
     } else {
         ++m_silent;

@@ -15,7 +15,6 @@ namespace {
 // What a machine measures lies well within; words that mean something else mostly do not.
 const double kSmallestSize = 1e-9;
 const double kGreatestSize = 1e12;
-const int kBitsOfWord = 16;
 
 const std::array<ValueKind, 10> kNumbers = {
     ValueKind::U16, ValueKind::I16, ValueKind::U32, ValueKind::I32,  ValueKind::F32,

@@ -1,5 +1,7 @@
 #include "host/tag/scaling.h"
 
+#include "host/text/number_text.h"
+
 #include <QLocale>
 
 #include <algorithm>
@@ -28,11 +30,6 @@ int decimalsOf(double number)
     const QString text = QString::number(number, 'f', QLocale::FloatingPointShortest);
     const int point = static_cast<int>(text.indexOf(QLatin1Char('.')));
     return point < 0 ? 0 : std::min(kMostDecimals, static_cast<int>(text.size()) - point - 1);
-}
-
-QString numberText(double number)
-{
-    return QString::number(number, 'g', QLocale::FloatingPointShortest);
 }
 
 /// The greatest numbers are beyond a qint64; they are scaled by 1 only.

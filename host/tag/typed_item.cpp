@@ -4,10 +4,10 @@
 #include "host/address/value_text.h"
 #include "host/tag/scaling.h"
 #include "host/tag/value_format.h"
+#include "host/text/number_text.h"
 #include "host/value/string_text.h"
 #include "host/value/value_codec.h"
 
-#include <QLocale>
 #include <QRegularExpression>
 
 namespace cnet {
@@ -17,11 +17,6 @@ namespace {
 QString itemError(const QString &text, const QString &what)
 {
     return QString::fromLatin1("'%1': %2").arg(quotable(text), what);
-}
-
-QString numberText(double number)
-{
-    return QString::number(number, 'g', QLocale::FloatingPointShortest);
 }
 
 QString scaleText(const Tag &tag)

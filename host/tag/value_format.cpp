@@ -14,7 +14,6 @@ namespace cnet {
 
 namespace {
 
-const int kBitsOfWord = 16;
 const int kFloatDigits = 9; // as many as any float needs
 
 /// 0.1 as a float is 0.100000001490116 as a double, and 0.1 to people.

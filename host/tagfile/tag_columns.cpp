@@ -1,8 +1,7 @@
 #include "host/tagfile/tag_columns.h"
 
 #include "host/address/address.h"
-
-#include <QLocale>
+#include "host/text/number_text.h"
 
 #include <algorithm>
 #include <array>
@@ -17,13 +16,7 @@ const std::array<const char *, kTagColumns> kNames = {
     "name", "register", "address", "station",  "type",   "count", "scale",       "offset",
     "unit", "min",      "max",     "deadband", "access", "texts", "description", "group"};
 
-// The shortest text that gives the same number again.
-QString numberText(double number)
-{
-    return QString::number(number, 'g', QLocale::FloatingPointShortest);
-}
-
-QString numberText(const std::optional<double> &number)
+QString boundText(const std::optional<double> &number)
 {
     return number ? numberText(*number) : QString();
 }
@@ -95,11 +88,11 @@ QString tagFieldText(const Tag &tag, TagColumn column)
     case TagColumn::Unit:
         return tag.unit;
     case TagColumn::Min:
-        return numberText(tag.min);
+        return boundText(tag.min);
     case TagColumn::Max:
-        return numberText(tag.max);
+        return boundText(tag.max);
     case TagColumn::Deadband:
-        return numberText(tag.deadband);
+        return boundText(tag.deadband);
     case TagColumn::Texts:
         return textsText(tag.texts);
     case TagColumn::Description:

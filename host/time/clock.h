@@ -6,6 +6,8 @@
 
 namespace cnet {
 
+constexpr qint64 kNsPerMs = 1000000;
+
 /** A single-shot timer, to be used on its own thread. */
 class Alarm : public QObject
 {

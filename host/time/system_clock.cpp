@@ -35,8 +35,6 @@ public:
     void cancel() override { m_set = false; }
 
 private:
-    static constexpr qint64 kNsPerMs = 1000000;
-
     void look()
     {
         if (!m_set) {

@@ -14,7 +14,6 @@ namespace cnet {
 
 namespace {
 
-const int kBitsOfWord = 16;
 const int kBitsOfDigit = 4;
 const int kHighestDigit = 9;
 const quint64 kFourDigits = 10000;

@@ -10,6 +10,8 @@
 
 namespace cnet {
 
+constexpr int kBitsOfWord = 16;
+
 /**
  * Whether the values of a register can be of a type: a bit or contact is raw, bool or enum.
  * @return empty, or why not, in one sentence with an example

@@ -75,6 +75,12 @@ int AnswerCollector::add(const QByteArray &bytes, int expectedLength)
     return taken;
 }
 
+int AnswerCollector::missing(int expectedLength) const
+{
+    const bool isAnswer = !m_answer.isEmpty() && m_answer.at(0) == kAck && m_bytesMissing < 0;
+    return isAnswer ? std::max(0, expectedLength - static_cast<int>(m_answer.size())) : 0;
+}
+
 void AnswerCollector::addByte(char byte)
 {
     if (isHeadOfAnswer(byte)) {

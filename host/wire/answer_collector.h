@@ -32,6 +32,9 @@ public:
     /** True once ACK or NAK was seen. */
     bool hasBegun() const { return !m_answer.isEmpty(); }
 
+    /** Bytes that are missing of an answer of this length that has begun; a refusal is short. */
+    int missing(int expectedLength) const;
+
     /** What has come of the answer, from ACK or NAK on; where none began, the noise, as far as
      * kept. */
     QByteArray answer() const { return m_answer.isEmpty() ? m_noise : m_answer; }

@@ -54,7 +54,10 @@ bool Program::startBytes(const QByteArray &file, const QList<QByteArray> &argume
 
 void Program::setVariable(const char *name, const char *value)
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    QProcessEnvironment environment = m_process.processEnvironment();
+    if (environment.isEmpty()) {
+        environment = QProcessEnvironment::systemEnvironment();
+    }
     environment.insert(QLatin1String(name), QLatin1String(value));
     m_process.setProcessEnvironment(environment);
 }

@@ -157,11 +157,15 @@ int Terminal::wait()
 
 int Terminal::signalUntilEnd(int number)
 {
-    constexpr int kMostSignals = 200;
-    constexpr timespec kPause{0, 50000000};
+    // One that comes while it ends already would kill it.
+    constexpr int kMostSignals = 30;
+    constexpr int kLooksPerSignal = 40;
+    constexpr timespec kPause{0, 10000000};
     int status = -1;
-    for (int i = 0; i < kMostSignals; ++i) {
-        kill(m_child, number);
+    for (int i = 0; i < kMostSignals * kLooksPerSignal; ++i) {
+        if (i % kLooksPerSignal == 0) {
+            kill(m_child, number);
+        }
         nanosleep(&kPause, nullptr);
         if (waitpid(m_child, &status, WNOHANG) == m_child) {
             return exitCode(status);

@@ -54,7 +54,7 @@ void TestBabblingLine::isEnded()
 {
     QFETCH(QByteArray, command);
     QFETCH(QByteArray, babble);
-    constexpr int kBabbleMs = 1500; // beyond the first time-outs
+    constexpr int kBabbleMs = 1000; // beyond the first time-outs
     constexpr qint64 kMostGrowth = 16 * kMegabyte;
     QTcpServer plc;
     QVERIFY(plc.listen(QHostAddress(QHostAddress::LocalHost), 0));
@@ -73,12 +73,13 @@ void TestBabblingLine::isEnded()
     clock.start();
     while (clock.elapsed() < kBabbleMs) {
         const ssize_t count = push(*line, babble);
-        QVERIFY(count >= 0);
+        // A busy computer may come here late, when the panel has given up.
+        QVERIFY(count >= 0 || clock.elapsed() > kBabbleMs);
         // Not each time: it takes longer than the panel needs to come after.
         if (sent / kMegabyte != (sent + count) / kMegabyte) {
             most = std::max(most, panel.memory());
         }
-        sent += count;
+        sent += std::max<ssize_t>(count, 0);
     }
     QVERIFY2(before > 0 && most - before < kMostGrowth,
              qPrintable(QString::fromLatin1("grew by %1 bytes").arg(most - before)));

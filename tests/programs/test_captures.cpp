@@ -239,7 +239,7 @@ void TestCaptures::linesComeAndGo()
     QVERIFY(m_plc->serve({QLatin1String("--tcp"), place}, {}));
     QVERIFY(!monitor.waitForLine([](const QByteArray &line) { return line.endsWith("line open"); })
                  .isEmpty());
-    QTRY_VERIFY_WITH_TIMEOUT(readPcapngFile(panelFile).packets.size() > before + 2, 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(readPcapngFile(panelFile).packets.size() > before + 2, 60000);
     monitor.signal(SIGINT);
     QVERIFY(monitor.exitCode() >= 0);
     QCOMPARE(readPcapngFile(panelFile).error, QByteArray());
@@ -326,7 +326,7 @@ void TestCaptures::plcSaysElsewhereWhereItServes()
     plc.setOutput(file.toLocal8Bit().constData());
     QVERIFY(plc.startBytes(CNET_PLC, {"--tcp", "127.0.0.1:0", "--capture", "-"}));
     QByteArray said;
-    QTRY_VERIFY_WITH_TIMEOUT((said = plc.errors()).endsWith('\n'), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT((said = plc.errors()).endsWith('\n'), 60000);
     QVERIFY2(said.startsWith("listening on 127.0.0.1:"), said.constData());
     const QByteArray place = said.mid(said.lastIndexOf(' ') + 1).trimmed();
     QCOMPARE(panel(QLatin1String("read D_W:1 --link tcp:") + QString::fromLatin1(place)), 0);

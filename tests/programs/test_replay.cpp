@@ -239,7 +239,7 @@ void TestReplay::saysThatTheLinkIsLost()
     QVERIFY(
         lost.start(QLatin1String(CNET_PANEL),
                    words(QString::fromLatin1("replay %1 --trace --link %2").arg(file, link()))));
-    QTRY_VERIFY_WITH_TIMEOUT(lost.errors().contains("<- "), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(lost.errors().contains("<- "), 60000);
     m_plc->signal(SIGTERM);
     QCOMPARE(lost.exitCode(), kDeviceFailed);
     QVERIFY2(lost.errors().contains(" is lost: "), lost.errors().constData());

@@ -1,10 +1,10 @@
 #include "host/capture/capture_output.h"
+#include "support/full_disk.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -100,19 +100,16 @@ void TestCaptureOutput::oneWriterOnly()
 
 void TestCaptureOutput::fullFileHoldsWholeBlocks()
 {
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit small{1000, before.rlim_max};
     CaptureOutput output;
     QVERIFY(output.open(path("full")));
     const QByteArray block(300, 'b');
-    setrlimit(RLIMIT_FSIZE, &small);
     QList<CaptureWrite> results;
-    for (int i = 0; i < 4; ++i) {
-        results.append(output.write(block));
+    {
+        const FullDisk full(1000);
+        for (int i = 0; i < 4; ++i) {
+            results.append(output.write(block));
+        }
     }
-    setrlimit(RLIMIT_FSIZE, &before);
     QCOMPARE(results, (QList<CaptureWrite>{CaptureWrite::Done, CaptureWrite::Done,
                                            CaptureWrite::Done, CaptureWrite::Failed}));
     QCOMPARE(output.errorText(), QLatin1String("File too large"));

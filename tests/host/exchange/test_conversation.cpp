@@ -15,6 +15,9 @@ private Q_SLOTS:
     void ends();
     void greets_data();
     void greets();
+    void saysHowMuchIsMissing();
+    void takesWhatWasHeldBack();
+    void waitsForNoRestOfWhatIsOver();
     void forgetsACancelledQuestion();
     void waitsForQuietAfterTheLinkOpened();
     void waitsForQuietAfterADamagedAnswer_data();
@@ -111,6 +114,59 @@ void TestConversation::greets()
     QVERIFY(talk.replies.first().tookMs <= 40);
     QVERIFY(talk.fences.isEmpty());
     QVERIFY(talk.takeSent().isEmpty());
+}
+
+void TestConversation::saysHowMuchIsMissing()
+{
+    Talk talk;
+    talk.ask(kFirst);
+    QCOMPARE(talk.link.expected, 0); // it may be a refusal
+    talk.say("zz");
+    QCOMPARE(talk.link.expected, 0);
+    talk.say(kFirstAnswer.left(3));
+    QCOMPARE(talk.link.expected, kLength - 3);
+    talk.say(kFirstAnswer.mid(3, kLength - 4));
+    QCOMPARE(talk.link.expected, 0); // the end is near
+    talk.say(kFirstAnswer.right(1));
+    QCOMPARE(talk.link.expected, 0);
+    QCOMPARE(static_cast<int>(talk.replies.size()), 1);
+    talk.ask(kSecond);
+    talk.say(refusalFrame("01rSB1132").left(3));
+    QCOMPARE(talk.link.expected, 0);
+}
+
+// A link that waits for more has to be asked before a question is given up.
+void TestConversation::takesWhatWasHeldBack()
+{
+    Talk talk;
+    QObject::connect(&talk.conversation, &Conversation::ended, &talk.link, [&talk] {
+        if (talk.replies.size() == 1) {
+            talk.ask(kSecond);
+        }
+    });
+    talk.ask(kFirst);
+    talk.say(kFirstAnswer.left(3));
+    talk.link.held = kFirstAnswer.mid(3);
+    talk.clock.runFor(kTimeoutMs);
+    QCOMPARE(static_cast<int>(talk.replies.size()), 1);
+    QCOMPARE(talk.replies.first().outcome, Outcome::Answered);
+    QCOMPARE(talk.replies.first().answer, kFirstAnswer);
+    // The next question has time of its own.
+    talk.say(kSecondAnswer);
+    QCOMPARE(static_cast<int>(talk.replies.size()), 2);
+    QCOMPARE(talk.replies.last().answer, kSecondAnswer);
+}
+
+void TestConversation::waitsForNoRestOfWhatIsOver()
+{
+    Talk talk;
+    talk.ask(kFirst);
+    talk.say(kFirstAnswer.left(3));
+    talk.link.held = kFirstAnswer.mid(3, 2);
+    talk.clock.runFor(kTimeoutMs);
+    QCOMPARE(static_cast<int>(talk.replies.size()), 1);
+    QCOMPARE(talk.replies.first().outcome, Outcome::Bad);
+    QCOMPARE(talk.link.expected, 0);
 }
 
 void TestConversation::forgetsACancelledQuestion()

@@ -81,6 +81,7 @@ private Q_SLOTS:
     void makesEachKind_data();
     void makesEachKind();
     void tcpCarriesBytes();
+    void tcpWaitsForWhatIsExpected();
     void tcpTellsWhenTheOtherEndHangsUp();
     void tcpTellsWhenNobodyListens();
     void tcpIsSilentAboutItsOwnEnd();
@@ -129,6 +130,49 @@ void TestLinks::tcpCarriesBytes()
     far->write("pong");
     QTRY_COMPARE(joined(received), QByteArray("pong"));
     QVERIFY(!server.hasPendingConnections());
+}
+
+void TestLinks::tcpWaitsForWhatIsExpected()
+{
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    LinkTcp link(QLatin1String("127.0.0.1"), server.serverPort());
+    QSignalSpy received(&link, &Link::received);
+    link.open();
+    QTRY_VERIFY(link.isOpen());
+    QTRY_VERIFY(server.hasPendingConnections());
+    QTcpSocket *far = server.nextPendingConnection();
+    const auto write = [&far](const char *bytes) {
+        far->write(bytes);
+        far->flush();
+    };
+    link.expect(6);
+    write("pong");
+    QVERIFY(!received.wait(30));
+    write("pong");
+    QTRY_COMPARE(received.size(), 1);
+    QCOMPARE(joined(received), QByteArray("pongpong"));
+    write("ping");
+    QVERIFY(!received.wait(30));
+    link.expect(0);
+    QCOMPARE(joined(received), QByteArray("pongpongping"));
+    link.expect(6);
+    link.expect(0);
+    QVERIFY(link.isOpen());
+    write("!");
+    QTRY_COMPARE(joined(received), QByteArray("pongpongping!"));
+    // Another connection knows nothing of what was expected.
+    link.expect(6);
+    far->close();
+    QTRY_VERIFY(!link.isOpen());
+    link.open();
+    QTRY_VERIFY(link.isOpen());
+    QTRY_VERIFY(server.hasPendingConnections());
+    far = server.nextPendingConnection();
+    link.expect(6);
+    received.clear();
+    write("ping");
+    QVERIFY(!received.wait(30));
 }
 
 void TestLinks::tcpTellsWhenTheOtherEndHangsUp()

@@ -4,6 +4,8 @@
 
 #include <QList>
 
+#include <utility>
+
 namespace cnet {
 
 /** A line at whose other end a test stands. */
@@ -15,6 +17,8 @@ public:
     QList<QByteArray> sentFrames;
     int openCalls = 0;
     bool opensFine = true;
+    int expected = 0; ///< bytes, as it was told last
+    QByteArray held;  ///< that it reports as soon as nothing is expected any more
 
     void open() override
     {
@@ -31,6 +35,14 @@ public:
     bool isOpen() const override { return m_open; }
     QString name() const override { return QLatin1String("fake"); }
     void send(const QByteArray &bytes) override { sentFrames.append(bytes); }
+
+    void expect(int bytes) override
+    {
+        expected = bytes;
+        if (bytes == 0 && !held.isEmpty()) {
+            say(std::exchange(held, QByteArray()));
+        }
+    }
 
     /** What the stations say. */
     void say(const QByteArray &bytes) { Q_EMIT received(bytes); }

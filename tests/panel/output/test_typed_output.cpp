@@ -2,11 +2,6 @@
 
 #include "host/support/test_types.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-
-#include <limits>
-
 using namespace cnet;
 using namespace cnet::panel;
 
@@ -15,33 +10,12 @@ class TestTypedOutput : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void keepsNumbersExact();
     void quotesFields();
     void namesEachValueOnce();
     void tellsOutsideTheDeadband_data();
     void tellsOutsideTheDeadband();
     void showsTheWorst();
 };
-
-namespace {
-
-QByteArray jsonOf(const Scalar &value)
-{
-    return QJsonDocument(QJsonArray{jsonValue(value)}).toJson(QJsonDocument::Compact);
-}
-
-} // namespace
-
-void TestTypedOutput::keepsNumbersExact()
-{
-    QCOMPARE(jsonOf(qint64(9007199254740992)), QByteArray("[9007199254740992]"));
-    QCOMPARE(jsonOf(qint64(9007199254740993)), QByteArray("[\"9007199254740993\"]"));
-    QCOMPARE(jsonOf(qint64(-9007199254740993)), QByteArray("[\"-9007199254740993\"]"));
-    QCOMPARE(jsonOf(std::numeric_limits<quint64>::max()), QByteArray("[\"18446744073709551615\"]"));
-    QCOMPARE(jsonOf(12.5), QByteArray("[12.5]"));
-    QCOMPARE(jsonOf(false), QByteArray("[false]"));
-    QCOMPARE(jsonOf(Scalar()), QByteArray("[null]"));
-}
 
 void TestTypedOutput::quotesFields()
 {

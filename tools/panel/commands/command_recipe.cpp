@@ -1,3 +1,4 @@
+#include "host/text/whole_file.h"
 #include "panel/commands/commands.h"
 #include "panel/options/link_settings.h"
 #include "panel/runs/recipe_run.h"
@@ -101,7 +102,7 @@ int runRead(const Invocation &invocation)
     const QByteArray content = file->filled(values);
     if (!output) {
         writeToStandardOutput(content);
-    } else if (output->write(content) != content.size() || !output->commit()) {
+    } else if (!replaceFile(*output, content)) {
         invocation.messages.say(QString::fromLatin1("cannot write %1: %2")
                                     .arg(output->fileName(), output->errorString()));
         return kOutputLost;

@@ -1,5 +1,6 @@
 #include "panel/output/statistics_file.h"
 
+#include "host/text/whole_file.h"
 #include "panel/output/statistics_json.h"
 #include "panel/system/output_file.h"
 
@@ -24,7 +25,7 @@ bool StatisticsFile::write()
     const StatisticsMoment moment{m_session.linkName(), m_session.nowMs(),
                                   QDateTime::currentDateTime()};
     const QByteArray json = statisticsJson(m_session.statistics(), moment);
-    if (file->write(json) != json.size() || !file->commit()) {
+    if (!replaceFile(*file, json)) {
         m_messages.say(QString::fromLatin1("cannot write %1: %2").arg(m_path, file->errorString()));
         return false;
     }

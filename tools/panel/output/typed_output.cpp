@@ -8,31 +8,6 @@
 
 namespace cnet::panel {
 
-namespace {
-
-const qint64 kExactInDouble = qint64(1) << 53;
-
-} // namespace
-
-QJsonValue jsonValue(const Scalar &value)
-{
-    if (const auto *truth = std::get_if<bool>(&value)) {
-        return *truth;
-    }
-    if (const auto *number = std::get_if<qint64>(&value)) {
-        const bool isExact = *number >= -kExactInDouble && *number <= kExactInDouble;
-        return isExact ? QJsonValue(*number) : QJsonValue(QString::number(*number));
-    }
-    if (const auto *number = std::get_if<quint64>(&value)) {
-        return QString::number(*number);
-    }
-    if (const auto *number = std::get_if<double>(&value)) {
-        return *number;
-    }
-    const auto *text = std::get_if<QString>(&value);
-    return text == nullptr ? QJsonValue() : QJsonValue(*text);
-}
-
 QString csvField(const QString &text)
 {
     const bool needsMarks = std::any_of(text.cbegin(), text.cend(), [](QChar letter) {

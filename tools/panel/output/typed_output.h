@@ -2,20 +2,14 @@
 
 #include "host/monitor/monitor.h"
 #include "host/tag/tag_values.h"
+#include "host/value/json_value.h"
 
 #include <QHash>
 #include <QJsonObject>
-#include <QJsonValue>
 #include <QString>
 #include <QVector>
 
 namespace cnet::panel {
-
-/**
- * A value for JSON: null where there is none. A whole number beyond 2^53, which most readers of
- * JSON would round, is a string of its digits.
- */
-QJsonValue jsonValue(const Scalar &value);
 
 /** A value as a field of CSV, as people read it but for strings, which are without marks. */
 QString csvValue(const Tag &tag, const TypedValue &value);

@@ -2,6 +2,7 @@
 
 #include "host/decode/frame_decoder.h"
 #include "host/exchange/raw_exchange.h"
+#include "host/time/clock.h"
 
 #include <QHash>
 
@@ -140,7 +141,6 @@ bool isSpare(const Row &row, const QVector<Row> &rows)
 
 RecordedItems recordedItems(const RecordedLine &line, Driver &driver)
 {
-    constexpr qint64 kNsPerMs = 1000000;
     constexpr qint64 kLongestMs = 600000;
     RecordedItems result;
     const QVector<Asked> requests = requestsOf(line);

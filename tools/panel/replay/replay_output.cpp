@@ -2,6 +2,7 @@
 
 #include "host/address/value_text.h"
 #include "host/decode/frame_text.h"
+#include "host/time/clock.h"
 #include "panel/reports/decode_output.h"
 
 #include <QDateTime>
@@ -14,7 +15,6 @@ namespace cnet::panel {
 namespace {
 
 constexpr double kNsPerSecond = 1000000000;
-constexpr qint64 kNsPerMs = 1000000;
 
 QString summaryOf(const DecodedFrame &frame)
 {

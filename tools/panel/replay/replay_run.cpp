@@ -2,6 +2,7 @@
 
 #include "host/decode/frame_decoder.h"
 #include "host/exchange/trace.h"
+#include "host/time/clock.h"
 #include "host/time/system_clock.h"
 #include "host/wire/answer_shape.h"
 #include "panel/replay/replay_output.h"
@@ -19,7 +20,6 @@ namespace cnet::panel {
 
 namespace {
 
-constexpr qint64 kNsPerMs = 1000000;
 constexpr int kLongestPatienceMs = 10000;
 // What comes late may come a little later still.
 constexpr int kLaterMs = 50;

@@ -2,10 +2,6 @@
 
 #include "panel/options/planned_write.h"
 
-#include <unistd.h>
-
-#include <array>
-
 namespace cnet::panel {
 
 MonitorKeys::MonitorKeys(const Driver &driver, Session &session, Messages &messages, int station)
@@ -29,12 +25,10 @@ bool MonitorKeys::listenTo(int fileDescriptor)
 
 void MonitorKeys::readKeys(int fileDescriptor)
 {
-    std::array<char, 256> keys{};
-    const ssize_t count = read(fileDescriptor, keys.data(), keys.size());
-    if (count > 0) {
-        type(QByteArray(keys.data(), static_cast<int>(count)));
+    if (const auto keys = typedKeys(fileDescriptor)) {
+        type(*keys);
     } else {
-        // The terminal is gone; it would report that for ever.
+        // It would report for ever that the terminal is gone.
         m_notifier->setEnabled(false);
     }
 }

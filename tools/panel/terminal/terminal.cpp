@@ -1,9 +1,10 @@
 #include "panel/terminal/terminal.h"
 
-#include <QByteArray>
-
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
+
+#include <array>
 
 namespace cnet::panel {
 
@@ -32,7 +33,7 @@ RawTerminal::RawTerminal(int fileDescriptor)
     }
     termios raw = m_before;
     raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
-    raw.c_cc[VMIN] = 1;
+    raw.c_cc[VMIN] = 0;
     raw.c_cc[VTIME] = 0;
     // Neither lets the program restore the terminal.
     raw.c_cc[VQUIT] = _POSIX_VDISABLE;
@@ -45,6 +46,19 @@ RawTerminal::~RawTerminal()
     if (m_active) {
         tcsetattr(m_fileDescriptor, TCSANOW, &m_before);
     }
+}
+
+std::optional<QByteArray> typedKeys(int fileDescriptor)
+{
+    std::array<char, 256> keys{};
+    const ssize_t count = read(fileDescriptor, keys.data(), keys.size());
+    if (count > 0) {
+        return QByteArray(keys.data(), static_cast<int>(count));
+    }
+    // Of a terminal that is gone nothing comes, either.
+    pollfd end{fileDescriptor, POLLIN, 0};
+    const bool isGone = count < 0 || poll(&end, 1, 0) < 0 || (end.revents & POLLHUP) != 0;
+    return isGone ? std::nullopt : std::optional<QByteArray>(QByteArray());
 }
 
 } // namespace cnet::panel

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <QByteArray>
 #include <QSize>
 
 #include <termios.h>
+
+#include <optional>
 
 namespace cnet::panel {
 
@@ -15,6 +18,9 @@ QSize terminalSize(int fileDescriptor);
 /**
  * Makes a terminal hand over each key at once and without echo, for as long as the object lives.
  * Ctrl-C still is SIGINT. Where the program does not own the terminal nothing happens.
+ *
+ * Reading does not wait meanwhile: Ctrl-C throws away what was typed before it, also a key that the
+ * program has heard of and is about to read.
  */
 class RawTerminal
 {
@@ -31,5 +37,11 @@ private:
     termios m_before{};
     bool m_active = false;
 };
+
+/**
+ * What was typed and not read yet, of a terminal that a RawTerminal has; empty: it was thrown away.
+ * @return nothing: the terminal is gone
+ */
+std::optional<QByteArray> typedKeys(int fileDescriptor);
 
 } // namespace cnet::panel

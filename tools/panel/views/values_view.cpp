@@ -106,7 +106,7 @@ QString shownAge(qint64 ageMs)
     return ageMs >= 0 && ageMs < kSecondMs ? QLatin1String("< 1 s") : ageText(ageMs);
 }
 
-QString numberText(double number)
+QString fiveDigits(double number)
 {
     return QString::number(number, 'g', 5);
 }
@@ -155,8 +155,8 @@ void ValuesView::addTrend(StyledLine &line, const Row &row) const
 {
     if (widths.extremes > 0) {
         const ValueHistory::Value value = input.history.of(row.item, row.first);
-        line.appendCell(value.known ? numberText(value.min) : QLatin1String("-"), kExtreme);
-        line.appendCell(value.known ? numberText(value.max) : QLatin1String("-"), kExtreme);
+        line.appendCell(value.known ? fiveDigits(value.min) : QLatin1String("-"), kExtreme);
+        line.appendCell(value.known ? fiveDigits(value.max) : QLatin1String("-"), kExtreme);
         line.appendCell(sparkline(value.samples, input.glyphs), widths.extremes - 2 * kExtreme);
     }
 }
@@ -214,8 +214,8 @@ StyledLine ValuesView::line(const Row &row) const
 StyledLine ValuesView::trendLine(const Row &row) const
 {
     const ValueHistory::Value value = input.history.of(row.item, row.first);
-    const QString range = value.known ? QString::fromLatin1("%1..%2").arg(numberText(value.min),
-                                                                          numberText(value.max))
+    const QString range = value.known ? QString::fromLatin1("%1..%2").arg(fiveDigits(value.min),
+                                                                          fiveDigits(value.max))
                                       : QLatin1String("-");
     return StyledLine(QString(kIndent, QLatin1Char(' ')) + range + QLatin1String("  ") +
                       sparkline(value.samples, input.glyphs));
