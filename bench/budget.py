@@ -15,9 +15,11 @@ import tempfile
 from pathlib import Path
 
 MOST_GROWTH = 0.05
+PROGRAMS = ("bench_instructions", "bench_gateway_instructions")
 
 HEADER = """\
-# Instructions of one step of each case of bench/instructions.cpp, counted on {machine}.
+# Instructions of one step of each case of bench/instructions.cpp, and of one value of each case of
+# bench/gateway/instructions.cpp, counted on {machine}.
 # script/bench --check-budget checks them, script/bench --update-budget rewrites this file.
 """
 
@@ -35,12 +37,12 @@ def environment():
     }
 
 
-def counted(directory):
-    """Returns the instructions per step of each case, by name."""
+def counted(program):
+    """Returns the instructions per step of each case of a program, by name."""
     with tempfile.TemporaryDirectory() as work:
         run = subprocess.run(
             ["valgrind", "--tool=callgrind", "--collect-atstart=no",
-             f"--callgrind-out-file={work}/out", str(Path(directory) / "bench_instructions")],
+             f"--callgrind-out-file={work}/out", str(program)],
             env=environment(), text=True, capture_output=True)
         if run.returncode != 0:
             sys.exit(run.stderr)
@@ -77,7 +79,9 @@ def check(steps, budget):
 
 
 def main(order, directory, path):
-    steps = counted(directory)
+    steps = {}
+    for program in PROGRAMS:
+        steps.update(counted(Path(directory) / program))
     if order == "update":
         rows = "".join(f"{name:24} {count:>8}\n" for name, count in steps.items())
         Path(path).write_text(HEADER.format(machine=platform.machine()) + rows)

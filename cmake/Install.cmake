@@ -1,6 +1,7 @@
 # The installed files, in components: `library` is needed on a panel, `development` what a
 # host of its own is built with, `host_development` what a program on the host library is built with,
-# `tools` the programs, `wireshark` the dissector, `documents` what there is to read, and the examples.
+# `tools` the programs, `gateway` cnet-gateway, `wireshark` the dissector, `documents` what there is to read,
+# and the examples.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ls_master_k_cnet)
@@ -71,6 +72,12 @@ if(BUILD_TOOLS)
   file(RELATIVE_PATH dissector_link /${plugin_dir} /${dissector_dir})
   file(CREATE_LINK ${dissector_link} ${generated}/cnet SYMBOLIC)
   install(FILES ${generated}/cnet DESTINATION ${plugin_dir} COMPONENT wireshark)
+  if(BUILD_GATEWAY)
+    install(FILES ${PROJECT_SOURCE_DIR}/doc/man/cnet-gateway.1
+      DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
+      COMPONENT gateway)
+    include(cmake/InstallGateway.cmake)
+  endif()
 endif()
 
 # Laid out as in the sources, so that one document leads to the next.

@@ -15,6 +15,11 @@ set(CPACK_COMPONENTS_ALL library development documents)
 if(BUILD_TOOLS)
   list(APPEND CPACK_COMPONENTS_ALL host_development tools wireshark)
 endif()
+set(gateway_package "")
+if(BUILD_GATEWAY)
+  list(APPEND CPACK_COMPONENTS_ALL gateway)
+  set(gateway_package "gateway cnet-gateway")
+endif()
 
 set(library_package libls-master-k-cnet${PROJECT_VERSION_MAJOR})
 set(documents_package ls-master-k-cnet-doc)
@@ -115,6 +120,22 @@ This dissector takes the frames of the Cnet computer link apart, in captures
 of cnet-panel and cnet-plc and in TCP streams. It joins requests and answers,
 names the addresses of values, and marks wrong block checks, refusals, missing
 answers and whatever else goes wrong on a line.")
+set(CPACK_DEBIAN_GATEWAY_PACKAGE_NAME cnet-gateway)
+set(CPACK_DEBIAN_GATEWAY_PACKAGE_SECTION comm)
+set(CPACK_DEBIAN_GATEWAY_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_GATEWAY_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION}-${release}), \
+systemd | systemd-standalone-sysusers | systemd-sysusers")
+set(gateway_scripts ${PROJECT_SOURCE_DIR}/packaging/gateway)
+set(CPACK_DEBIAN_GATEWAY_PACKAGE_CONTROL_EXTRA
+  ${gateway_scripts}/conffiles ${gateway_scripts}/postinst ${gateway_scripts}/prerm
+  ${gateway_scripts}/postrm)
+set(CPACK_DEBIAN_GATEWAY_PACKAGE_SUGGESTS "cnet-tools, ${documents_package}")
+set(CPACK_DEBIAN_GATEWAY_DESCRIPTION
+"bring the values of MASTER-K controllers to one place
+cnet-gateway watches tags of MASTER-K programmable controllers on many lines
+of their Cnet computer link and stores each change, with its time and quality,
+in an SQLite file. What it has taken survives a crash and a full disk. It
+loads the ls_master_k_cnet driver as a panel does.")
 
 # Files that only Debian requires.
 configure_file(${PROJECT_SOURCE_DIR}/packaging/debian_files.cmake.in

@@ -1,4 +1,4 @@
-"""Checks who includes whom in the host library, in cnet-panel and in cnet-plc; see script/rooms."""
+"""Checks who includes whom in the host library and in the programs on it; see script/rooms."""
 import glob
 import re
 import sys
@@ -18,6 +18,10 @@ PLC_ORDER = [["tools/plc/" + room] for room in
 PANEL_ORDER = [["tools/panel/" + room] for room in
                ("system", "terminal", "output", "reports", "options", "views", "runs", "replay",
                 "commands", "main")]
+# Those of the gateway.
+GATEWAY_ORDER = [["tools/gateway/" + room] for room in
+                 ("store", "change", "toml", "config", "sinks", "mqtt", "mosquitto", "sparkplug",
+                  "postgresql", "delivery", "write", "lines", "status", "service", "main")]
 MOST_FILES = 15  # of a room; a folder listing that is longer is not read
 BOUNDARY = "include/ls_master_k_cnet/"
 # The only room that knows the driver's functions by name; others ask it.
@@ -78,6 +82,7 @@ def main():
     host = graph_of("host")
     panel = graph_of("tools/panel")
     plc = graph_of("tools/plc")
+    gateway = graph_of("tools/gateway")
     capture = {path: includes for path, includes in host.items() if room_of(path) in CAPTURE_ROOMS}
     own = {path: [(number, other) for number, other in includes
                   if not other.startswith((BOUNDARY, "src/", "tools/"))]
@@ -86,6 +91,8 @@ def main():
     wrong += includes_from(host, ("src/", "tools/"))
     wrong += includes_from(host, (BOUNDARY,), [DRIVER_ROOM])
     wrong += includes_from(panel, ("src/", BOUNDARY))
+    wrong += includes_from(gateway, ("src/", BOUNDARY, "tools/panel/"))
+    wrong += includes_from(gateway, ("tools/plc/", "tools/simulation/"), ["tools/gateway/main"])
     wrong += includes_from({path: [pair for pair in includes if room_of(pair[1]) not in CAPTURE_ROOMS]
                             for path, includes in {**plc, **capture}.items()},
                            ("src/", "include/", "host/", "tools/panel/", "tools/simulation/"))
@@ -96,11 +103,15 @@ def main():
     panel = {path: [pair for pair in includes if pair[1].startswith("tools/panel/")]
              for path, includes in panel.items()}
     wrong += list(wrong_includes(panel, PANEL_ORDER, lambda room: room + "/")) + list(circles(panel))
-    wrong += crowded({**host, **panel, **plc})
+    gateway = {path: [pair for pair in includes if pair[1].startswith("tools/gateway/")]
+               for path, includes in gateway.items()}
+    wrong += list(wrong_includes(gateway, GATEWAY_ORDER, lambda room: room + "/"))
+    wrong += list(circles(gateway))
+    wrong += crowded({**host, **panel, **plc, **gateway})
     if wrong:
         sys.exit("\n".join(wrong))
-    print("rooms: includes run one way in the host library, cnet-panel and cnet-plc; cnet-panel leaves the "
-          "driver to the library, and cnet-plc has nothing of that but captures")
+    print("rooms: includes run one way in the host library and the programs; cnet-panel and cnet-gateway "
+          "leave the driver to the library, and cnet-plc has nothing of that but captures")
 
 
 main()

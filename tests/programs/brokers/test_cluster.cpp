@@ -1,0 +1,96 @@
+#include "brokers/listener.h"
+#include "brokers/nats_cluster.h"
+#include "brokers/site.h"
+#include "outages/audit.h"
+
+#include <QDateTime>
+#include <QtTest>
+
+/** Of a cluster of three brokers one is killed under load: what the ledger took is not lost. */
+class TestCluster : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void losesNothing();
+
+private:
+    void kill(int server);
+    void bringBack(int server);
+
+    NatsCluster m_cluster;
+    Listener m_listener;
+    Site m_site;
+    int m_listensAt = 2;
+};
+
+namespace {
+
+const int kPatienceMs = 60000;
+// Until the servers of a new cluster have agreed on the streams that MQTT needs, they turn clients
+// away for five seconds at a time.
+const int kStartMs = 150000;
+
+} // namespace
+
+/** Says for how long nobody heard anything new. */
+void TestCluster::kill(int server)
+{
+    const qint64 killMs = QDateTime::currentMSecsSinceEpoch();
+    m_cluster.kill(server);
+    if (server == m_listensAt) {
+        m_listensAt = (server + 1) % NatsCluster::kServers;
+        QVERIFY(m_listener.start(m_cluster.port(m_listensAt)));
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(m_listener.firstLiveSince(killMs + 1) > 0, kPatienceMs);
+    const qint64 firstMs = m_listener.firstLiveSince(killMs + 1);
+    // What had to wait comes beside what is new.
+    QTRY_VERIFY_WITH_TIMEOUT(m_listener.lastOld() > killMs, kPatienceMs);
+    QTest::qWait(500);
+    qInfo("server %d killed: the first new value came after %lld ms, the last of those that had "
+          "to wait after %lld ms",
+          server, firstMs - killMs, std::max<qint64>(0, m_listener.lastOld() - killMs));
+}
+
+void TestCluster::bringBack(int server)
+{
+    QVERIFY(m_cluster.restart(server));
+    QVERIFY2(m_cluster.waitUntilMember(server), m_cluster.lastWords().constData());
+    if (!m_cluster.waitUntilCaughtUp(server)) {
+        qInfo("server %d is still catching up", server);
+    }
+}
+
+void TestCluster::losesNothing()
+{
+    if (NatsCluster::program().isEmpty()) {
+        QSKIP("nats-server is not installed; script/bootstrap --test brings it");
+    }
+    QVERIFY2(m_cluster.start(), m_cluster.lastWords().constData());
+    QVERIFY(m_listener.start(m_cluster.port(m_listensAt)));
+    QByteArrayList brokers;
+    for (int i = 0; i < NatsCluster::kServers; ++i) {
+        brokers.append("tcp:127.0.0.1:" + QByteArray::number(m_cluster.port(i)));
+    }
+    QVERIFY(m_site.start("brokers = \"" + brokers.join(", ") + "\"\nescape = \". \"\n"));
+    QTRY_VERIFY_WITH_TIMEOUT(m_listener.arrivals().size() > 2000, kStartMs);
+    // That of the gateway, and then that of the subscriber.
+    kill(0);
+    bringBack(0);
+    kill(m_listensAt);
+    m_site.endChanges();
+    QVERIFY(m_site.waitUntilDrained());
+    const LedgerRecord ledger = m_site.end();
+    QVERIFY(ledger.isWhole);
+    QCOMPARE(ledger.dropped.value(QLatin1String("centre"), -1), 0);
+    const auto distinct = [&] { return m_listener.arrivals().size() - m_listener.repeated(); };
+    QTRY_VERIFY_WITH_TIMEOUT(distinct() >= ledger.taken.size(), kPatienceMs);
+    Audit audit(ledger.taken);
+    audit.checkFirsts("listener", m_listener.all());
+    QVERIFY2(audit.faults().isEmpty(), qPrintable(audit.faults().join(QLatin1Char('\n'))));
+    qInfo("%d changes, %d messages at the listener, %d of them again", int(ledger.taken.size()),
+          int(m_listener.arrivals().size()), m_listener.repeated());
+}
+
+QTEST_GUILESS_MAIN(TestCluster)
+#include "test_cluster.moc"
