@@ -22,6 +22,10 @@ PANEL_ORDER = [["tools/panel/" + room] for room in
 GATEWAY_ORDER = [["tools/gateway/" + room] for room in
                  ("store", "change", "toml", "config", "sinks", "mqtt", "mosquitto", "sparkplug",
                   "postgresql", "delivery", "write", "lines", "status", "service", "main")]
+# Those of the window.
+VIEW_ORDER = [["tools/view/" + room] for room in
+              ("look", "connect", "tags", "values", "trend/series", "trend", "frames", "stations",
+               "recipes", "simulator", "project", "shell")]
 MOST_FILES = 15  # of a room; a folder listing that is longer is not read
 BOUNDARY = "include/ls_master_k_cnet/"
 # The only room that knows the driver's functions by name; others ask it.
@@ -83,6 +87,7 @@ def main():
     panel = graph_of("tools/panel")
     plc = graph_of("tools/plc")
     gateway = graph_of("tools/gateway")
+    view = graph_of("tools/view")
     capture = {path: includes for path, includes in host.items() if room_of(path) in CAPTURE_ROOMS}
     own = {path: [(number, other) for number, other in includes
                   if not other.startswith((BOUNDARY, "src/", "tools/"))]
@@ -93,6 +98,9 @@ def main():
     wrong += includes_from(panel, ("src/", BOUNDARY))
     wrong += includes_from(gateway, ("src/", BOUNDARY, "tools/panel/"))
     wrong += includes_from(gateway, ("tools/plc/", "tools/simulation/"), ["tools/gateway/main"])
+    wrong += includes_from(view, ("src/", BOUNDARY, "tools/panel/", "tools/gateway/"))
+    wrong += includes_from(view, ("tools/plc/", "tools/simulation/"),
+                           ["tools/view/connect", "tools/view/simulator"])
     wrong += includes_from({path: [pair for pair in includes if room_of(pair[1]) not in CAPTURE_ROOMS]
                             for path, includes in {**plc, **capture}.items()},
                            ("src/", "include/", "host/", "tools/panel/", "tools/simulation/"))
@@ -107,11 +115,14 @@ def main():
                for path, includes in gateway.items()}
     wrong += list(wrong_includes(gateway, GATEWAY_ORDER, lambda room: room + "/"))
     wrong += list(circles(gateway))
-    wrong += crowded({**host, **panel, **plc, **gateway})
+    view = {path: [pair for pair in includes if pair[1].startswith("tools/view/")]
+            for path, includes in view.items()}
+    wrong += list(wrong_includes(view, VIEW_ORDER, lambda room: room + "/")) + list(circles(view))
+    wrong += crowded({**host, **panel, **plc, **gateway, **view})
     if wrong:
         sys.exit("\n".join(wrong))
-    print("rooms: includes run one way in the host library and the programs; cnet-panel and cnet-gateway "
-          "leave the driver to the library, and cnet-plc has nothing of that but captures")
+    print("rooms: includes run one way in the host library and the programs; cnet-panel, cnet-gateway "
+          "and cnet-view leave the driver to the library, and cnet-plc has nothing of that but captures")
 
 
 main()
