@@ -1,0 +1,73 @@
+#pragma once
+
+#include "view/trend/series/trace_series.h"
+
+#include <qwt_plot_item.h>
+
+#include <QColor>
+
+namespace cnet::view {
+
+/** What is between two samples. */
+enum class TraceStyle {
+    Hold,   ///< a value holds until the next
+    Linear, ///< a straight line
+};
+
+/** How much a trace stands out among others. */
+enum class Emphasis {
+    Usual,
+    Strong, ///< two pixels wide where there is room between its samples, and above the others
+    Faint,  ///< half transparent
+};
+
+/**
+ * A trace in a plot whose x axis is the time in ms since the epoch. Where there are more samples
+ * than pixel columns, each column shows all from its least to its greatest value, a pixel wide; a
+ * gap is drawn as nothing.
+ */
+class TraceItem : public QwtPlotItem
+{
+public:
+    /** @param store outlives this; who appends to it replots */
+    explicit TraceItem(const TraceStore &store);
+
+    void setColour(const QColor &colour);
+    const QColor &colour() const { return m_colour; }
+
+    /** Hold at first. */
+    void setStyle(TraceStyle style);
+    TraceStyle style() const { return m_style; }
+
+    void setEmphasis(Emphasis emphasis);
+    Emphasis emphasis() const { return m_emphasis; }
+
+    /** Draws a bit: 0 at the low place of the y axis and anything else at the high one, filled
+     * between while it is not 0. It holds, whatever the style. */
+    void setLane(double low, double high);
+
+    /** Draws values where the y axis has them, as at first. */
+    void clearLane();
+    bool isLane() const { return m_isLane; }
+
+    /** In a live view the last value is drawn on to this time (ms) as it holds; 0, as at first: it
+     * ends at the last sample. */
+    void setHoldUntil(qint64 atMs);
+
+    int rtti() const override { return QwtPlotItem::Rtti_PlotUserItem + 1; }
+    QRectF boundingRect() const override;
+    void draw(QPainter *painter, const QwtScaleMap &xMap, const QwtScaleMap &yMap,
+              const QRectF &canvasRect) const override;
+
+private:
+    const TraceStore &m_store;
+    QColor m_colour{Qt::black};
+    TraceStyle m_style = TraceStyle::Hold;
+    Emphasis m_emphasis = Emphasis::Usual;
+    bool m_isLane = false;
+    double m_low = 0;
+    double m_high = 1;
+    qint64 m_holdUntilMs = 0;
+};
+
+} // namespace cnet::view
