@@ -1,18 +1,13 @@
 #pragma once
 
-#include "view/trend/series/trace_series.h"
+#include "view/trend/series/trace_store.h"
+#include "view/trend/series/trace_strokes.h"
 
 #include <qwt_plot_item.h>
 
 #include <QColor>
 
 namespace cnet::view {
-
-/** What is between two samples. */
-enum class TraceStyle {
-    Hold,   ///< a value holds until the next
-    Linear, ///< a straight line
-};
 
 /** How much a trace stands out among others. */
 enum class Emphasis {
@@ -37,7 +32,7 @@ public:
 
     /** Hold at first. */
     void setStyle(TraceStyle style);
-    TraceStyle style() const { return m_style; }
+    TraceStyle style() const { return m_form.style; }
 
     void setEmphasis(Emphasis emphasis);
     Emphasis emphasis() const { return m_emphasis; }
@@ -48,7 +43,7 @@ public:
 
     /** Draws values where the y axis has them, as at first. */
     void clearLane();
-    bool isLane() const { return m_isLane; }
+    bool isLane() const { return m_form.isLane; }
 
     /** In a live view the last value is drawn on to this time (ms) as it holds; 0, as at first: it
      * ends at the last sample. */
@@ -62,12 +57,8 @@ public:
 private:
     const TraceStore &m_store;
     QColor m_colour{Qt::black};
-    TraceStyle m_style = TraceStyle::Hold;
     Emphasis m_emphasis = Emphasis::Usual;
-    bool m_isLane = false;
-    double m_low = 0;
-    double m_high = 1;
-    qint64 m_holdUntilMs = 0;
+    TraceForm m_form;
 };
 
 } // namespace cnet::view

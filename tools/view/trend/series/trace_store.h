@@ -90,29 +90,42 @@ public:
     void clear();
 
 private:
+    /** A row of entries that come and go together. */
     struct Chunk
     {
         qint64 baseMs = 0;
         std::vector<quint32> offsets; ///< from baseMs; empty where one does not fit
         std::vector<qint64> times;    ///< instead of offsets, then
         std::vector<double> values;   ///< NaN: a gap
+        int samples = 0;
     };
-    struct Node ///< a full row of entries
+    /** A full row of 16, 256... entries. */
+    struct Node
     {
         double least = 0;
         double greatest = 0;
         double mean = 0;
-        int count = 0; ///< samples; below its entries where there is a gap
+        int count = 0; ///< samples
     };
     struct Level
     {
-        qint64 begin = 0; ///< of the nodes since the start
+        qint64 begin = 0; ///< the number of its oldest node since the start
         std::deque<Node> nodes;
     };
 
+    void add(qint64 atMs, double value);
+    void dropOldest();
+    void addNodes();
+    Node nodeOf(qint64 begin, int entries) const;
+    const Node *nodeAt(qint64 at, qint64 end, int &entries) const;
+    const double *valuesAt(qint64 at) const;
+    qint64 timeAt(int index) const;
+    bool isGapAt(int index) const;
+    bool isKnown() const;
+
     int m_most;
     int m_chunkBits;
-    qint64 m_begin = 0; ///< the oldest kept of all entries that there have been
+    qint64 m_begin = 0; ///< the number of the oldest entry kept since the start
     qint64 m_end = 0;
     int m_samples = 0;
     std::deque<Chunk> m_chunks;
