@@ -1,6 +1,6 @@
 # The installed files, in components: `library` is needed on a panel, `development` what a
 # host of its own is built with, `host_development` what a program on the host library is built with,
-# `tools` the programs, `gateway` cnet-gateway, `wireshark` the dissector, `documents` what there is to read,
+# `tools` the programs, `gateway` cnet-gateway, `view` cnet-view, `wireshark` the dissector, `documents` what there is to read,
 # and the examples.
 include(CMakePackageConfigHelpers)
 
@@ -77,6 +77,9 @@ if(BUILD_TOOLS)
       DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
       COMPONENT gateway)
     include(cmake/InstallGateway.cmake)
+  endif()
+  if(TARGET cnet-view)
+    include(cmake/InstallView.cmake)
   endif()
 endif()
 

@@ -20,6 +20,11 @@ if(BUILD_GATEWAY)
   list(APPEND CPACK_COMPONENTS_ALL gateway)
   set(gateway_package "gateway cnet-gateway")
 endif()
+set(view_package "")
+if(BUILD_VIEW)
+  list(APPEND CPACK_COMPONENTS_ALL view)
+  set(view_package "view cnet-view")
+endif()
 
 set(library_package libls-master-k-cnet${PROJECT_VERSION_MAJOR})
 set(documents_package ls-master-k-cnet-doc)
@@ -136,6 +141,17 @@ cnet-gateway watches tags of MASTER-K programmable controllers on many lines
 of their Cnet computer link and stores each change, with its time and quality,
 in an SQLite file. What it has taken survives a crash and a full disk. It
 loads the ls_master_k_cnet driver as a panel does.")
+set(CPACK_DEBIAN_VIEW_PACKAGE_NAME cnet-view)
+set(CPACK_DEBIAN_VIEW_PACKAGE_SECTION comm)
+set(CPACK_DEBIAN_VIEW_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_VIEW_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION}-${release})")
+set(CPACK_DEBIAN_VIEW_PACKAGE_SUGGESTS "cnet-tools, ${documents_package}")
+set(CPACK_DEBIAN_VIEW_DESCRIPTION
+"window on MASTER-K controllers, for commissioning
+cnet-view shows the values of MASTER-K programmable controllers over their
+Cnet computer link as they change, draws trends, explains the frames on the
+line, writes values and recipes, and finds stations. It simulates a press
+line, for trying it without a controller.")
 
 # Files that only Debian requires.
 configure_file(${PROJECT_SOURCE_DIR}/packaging/debian_files.cmake.in

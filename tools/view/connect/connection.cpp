@@ -32,6 +32,15 @@ QString linkText(const Connection &connection)
 
 } // namespace
 
+LineSettings Connection::lineSettings() const
+{
+    LineSettings line = address.line;
+    if (line.baud <= 0) {
+        line.baud = LineSettings().baud;
+    }
+    return line;
+}
+
 QString Connection::text() const
 {
     return kind == Kind::Simulator

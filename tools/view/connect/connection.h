@@ -19,10 +19,15 @@ struct Connection
     };
 
     Kind kind = Kind::Simulator;
-    LinkAddress address;  ///< of Tcp and Serial; its line also tells what frames take
+    /** Of Tcp and Serial; its line also tells what frames take. A simulator with 0 baud answers as
+     * fast as it can. */
+    LinkAddress address;
     int station = 1;      ///< of what names none, 0 to 31
     int intervalMs = 100; ///< between the begins of two rounds, 0 to 60000; 0: at once
     int timeoutMs = 0;    ///< for an answer, 0 to 60000; 0: found out
+
+    /** What frames take on its line; with the usual speed where it has none. */
+    LineSettings lineSettings() const;
 
     /** What people call it: "tcp:192.168.0.100:8000", "serial:/dev/ttyS0,38400,8,NONE,1". */
     QString text() const;

@@ -1,21 +1,17 @@
 #include "view/connect/line.h"
 
-#include "plc/scenario/scenarios.h"
-#include "simulation/link_sim.h"
+#include "view/connect/connection_link.h"
 
 namespace cnet::view {
 
 namespace {
-
-// The press is the same one each time.
-constexpr quint32 kSeed = 1;
 
 SessionOptions optionsOf(const Connection &connection)
 {
     SessionOptions options;
     options.intervalMs = connection.intervalMs;
     options.timeoutMs = connection.timeoutMs;
-    options.line = connection.address.line;
+    options.line = connection.lineSettings();
     options.lineSpeed =
         connection.kind == Connection::Kind::Tcp ? LineSpeed::Assumed : LineSpeed::Known;
     // The window stays open and goes on trying: that is what one looks at it for.
@@ -45,7 +41,9 @@ void Line::open(const Connection &connection)
 {
     close();
     m_connection = connection;
-    m_session = std::make_unique<Session>(m_driver, makeLineLink(), optionsOf(connection));
+    auto link = makeConnectionLink(connection, connection.lineSettings());
+    m_bus = simulatorOf(*link);
+    m_session = std::make_unique<Session>(m_driver, std::move(link), optionsOf(connection));
     connect(m_session.get(), &Session::stateChanged, this, &Line::stateChanged);
     connect(m_session.get(), &Session::openFailed, this, &Line::stateChanged);
     connect(m_session.get(), &Session::noticed, this, &Line::noticed);
@@ -88,18 +86,6 @@ QString Line::stateText() const
         break;
     }
     return tr("lost: %1").arg(error);
-}
-
-std::unique_ptr<Link> Line::makeLineLink()
-{
-    if (m_connection.kind != Connection::Kind::Simulator) {
-        return makeLink(m_connection.address);
-    }
-    auto link = std::make_unique<LinkSim>(QVector<int>(), m_connection.address.line.baud);
-    link->bus().add(m_connection.station).scenario =
-        plc::makeScenario(QLatin1String("press"), kSeed);
-    m_bus = &link->bus();
-    return link;
 }
 
 } // namespace cnet::view

@@ -68,8 +68,6 @@ Q_SIGNALS:
     void noticed(const QString &text);
 
 private:
-    std::unique_ptr<Link> makeLineLink();
-
     Driver m_driver;
     Connection m_connection;
     std::unique_ptr<Session> m_session;

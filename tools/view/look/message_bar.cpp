@@ -4,12 +4,14 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QToolButton>
 
 namespace cnet::view {
 
 MessageBar::MessageBar(QWidget *parent)
     : QFrame(parent)
+    , m_row(new QHBoxLayout(this))
     , m_text(new QLabel)
     , m_close(new QToolButton)
 {
@@ -22,25 +24,50 @@ MessageBar::MessageBar(QWidget *parent)
     m_close->setText(tr("Close"));
     m_close->setAccessibleName(tr("Close the message"));
     m_close->setAutoRaise(true);
-    auto *row = new QHBoxLayout(this);
-    row->addWidget(m_text, 1);
-    row->addWidget(m_close, 0, Qt::AlignTop);
+    m_row->addWidget(m_text, 1);
+    m_row->addWidget(m_close, 0, Qt::AlignTop);
     connect(m_close, &QToolButton::clicked, this, &MessageBar::clear);
     hide();
 }
 
 void MessageBar::tell(const QString &text, const QString &advice)
 {
+    clear();
+    say(advice.isEmpty() ? text : text + QLatin1Char('\n') + advice);
+}
+
+void MessageBar::ask(const QString &text, const QVector<Answer> &answers)
+{
+    clear();
+    for (const Answer &answer : answers) {
+        auto *button = new QPushButton(answer.text);
+        const auto action = answer.action;
+        connect(button, &QPushButton::clicked, this, [this, action] {
+            clear();
+            action();
+        });
+        m_buttons.append(button);
+        m_row->insertWidget(m_row->count() - 1, button, 0, Qt::AlignTop);
+    }
+    say(text);
+}
+
+void MessageBar::say(const QString &text)
+{
     QPalette own = parentWidget() != nullptr ? parentWidget()->palette() : palette();
     own.setColor(QPalette::Window, washColour(Tone::Bad, own));
     own.setColor(QPalette::WindowText, own.color(QPalette::Text));
     setPalette(own);
-    m_text->setText(advice.isEmpty() ? text : text + QLatin1Char('\n') + advice);
+    m_text->setText(text);
     show();
 }
 
 void MessageBar::clear()
 {
+    for (QPushButton *button : qAsConst(m_buttons)) {
+        button->deleteLater(); // it may be the one that was clicked
+    }
+    m_buttons.clear();
     m_text->clear();
     hide();
 }

@@ -2,7 +2,13 @@
 
 #include <QFrame>
 
+#include <QVector>
+
+#include <functional>
+
+class QHBoxLayout;
 class QLabel;
+class QPushButton;
 class QToolButton;
 
 namespace cnet::view {
@@ -20,9 +26,24 @@ public:
     void tell(const QString &text, const QString &advice = QString());
     void clear();
 
+    /** One of the answers to a question: a button, which also takes the message away. */
+    struct Answer
+    {
+        QString text; ///< with a mnemonic
+        std::function<void()> action;
+    };
+    /** Asks without being in the way of anything. Closing the message is no answer. */
+    void ask(const QString &text, const QVector<Answer> &answers);
+
     QString text() const;
+    /** Of the question that is asked. */
+    const QVector<QPushButton *> &buttons() const { return m_buttons; }
 
 private:
+    void say(const QString &text);
+
+    QHBoxLayout *m_row;
+    QVector<QPushButton *> m_buttons;
     QLabel *m_text;
     QToolButton *m_close;
 };

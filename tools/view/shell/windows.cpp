@@ -1,0 +1,53 @@
+#include "view/shell/windows.h"
+
+namespace cnet::view {
+
+Windows::Windows(const RecentFiles &recent, QObject *parent)
+    : QObject(parent)
+    , m_recent(recent)
+{}
+
+Windows::~Windows()
+{
+    for (MainWindow *window : all()) {
+        delete window;
+    }
+}
+
+MainWindow &Windows::add()
+{
+    auto *window = new MainWindow(m_recent);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    m_windows.append(window);
+    connect(window, &MainWindow::anotherWanted, this, &Windows::add);
+    window->show();
+    return *window;
+}
+
+MainWindow &Windows::begin(const Start &start)
+{
+    MainWindow &window = add();
+    if (start.isDemo) {
+        window.pages().openDemo();
+    }
+    if (!start.file.isEmpty()) {
+        window.openFile(start.file);
+    }
+    if (start.connection) {
+        window.pages().connectPage().connectTo(*start.connection);
+    }
+    return window;
+}
+
+QVector<MainWindow *> Windows::all() const
+{
+    QVector<MainWindow *> open;
+    for (const auto &window : m_windows) {
+        if (!window.isNull()) {
+            open.append(window.data());
+        }
+    }
+    return open;
+}
+
+} // namespace cnet::view
