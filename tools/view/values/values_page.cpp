@@ -1,0 +1,217 @@
+#include "view/values/values_page.h"
+
+#include "view/values/list/group_tree.h"
+#include "view/values/list/mistake_list.h"
+#include "view/values/list/tag_entry.h"
+#include "view/values/list/tag_list.h"
+#include "view/values/table/values_view.h"
+
+#include "host/tag/typed_item.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QSet>
+
+namespace cnet::view {
+
+ValuesPage::ValuesPage(WatchedTags &tags, QWidget *parent)
+    : Page(parent)
+    , m_tags(tags)
+    , m_model(new ValuesModel(tags, this))
+    , m_shown(new ValuesFilter(*m_model, this))
+    , m_list(new TagList(tags, this))
+    , m_filter(new QLineEdit)
+    , m_entry(new TagEntry(tags))
+    , m_mistakes(new MistakeList)
+    , m_groups(new GroupTree)
+    , m_view(new ValuesView(*m_model, *m_shown))
+    , m_count(new QLabel)
+    , m_menu(new QMenu(this))
+{
+    makeLayout();
+    makeActions();
+    wire();
+    m_groups->setTags(tags.tags());
+    showCount();
+}
+
+// The view uses the models, which go first otherwise.
+ValuesPage::~ValuesPage()
+{
+    m_groups->disconnect(this);
+    delete m_view;
+}
+
+QString ValuesPage::title() const
+{
+    return tr("&Values");
+}
+
+QUndoStack &ValuesPage::undoStack() const
+{
+    return m_list->undoStack();
+}
+
+void ValuesPage::wire()
+{
+    connect(m_filter, &QLineEdit::textChanged, this, [this](const QString &text) {
+        m_shown->setWords(text);
+        showCount();
+        Q_EMIT changed();
+    });
+    connect(m_groups, &GroupTree::groupChosen, this, [this](const QString &group) {
+        m_shown->setGroup(group);
+        showCount();
+        Q_EMIT changed();
+    });
+    connect(m_entry, &TagEntry::entered, this, &ValuesPage::addTag);
+    connect(m_entry, &TagEntry::lookedFor, this, [this](const QString &name) {
+        if (!m_view->reveal(name)) {
+            Q_EMIT told(tr("%1 is in the table, and the filter hides it").arg(name));
+        }
+    });
+    connect(m_view, &ValuesView::readOnlyTouched, this,
+            [this](const QString &name) { Q_EMIT told(tr("%1 can only be read").arg(name)); });
+    connect(&m_tags, &WatchedTags::tagsChanged, this, [this] {
+        m_groups->setTags(m_tags.tags());
+        showCount();
+        Q_EMIT changed();
+    });
+    connect(m_shown, &QAbstractItemModel::rowsInserted, this, &ValuesPage::showCount);
+    connect(m_shown, &QAbstractItemModel::rowsRemoved, this, &ValuesPage::showCount);
+    const QHeaderView *const header = m_view->horizontalHeader();
+    connect(header, &QHeaderView::sectionResized, this, &ValuesPage::changed);
+    connect(header, &QHeaderView::sortIndicatorChanged, this, &ValuesPage::changed);
+}
+
+void ValuesPage::showCount()
+{
+    const int all = m_model->rowCount();
+    const int shown = m_shown->rowCount();
+    m_count->setText(shown == all ? tr("%n value(s)", "", all)
+                                  : tr("%1 of %n value(s)", "", all).arg(shown));
+}
+
+void ValuesPage::setTags(const TagSet &tags)
+{
+    m_list->reset(tags);
+    m_entry->setKnown(tags);
+    m_mistakes->clear();
+}
+
+void ValuesPage::addTag(const Tag &tag)
+{
+    QString error;
+    if (!m_list->add(tag, error)) {
+        Q_EMIT troubled(error, QString());
+        return;
+    }
+    const QString name = tagText(tag, 0);
+    if (!m_view->reveal(name)) {
+        Q_EMIT told(tr("%1 is in the table now, and the filter hides it").arg(name));
+    }
+}
+
+bool ValuesPage::openFile(const QString &path)
+{
+    TagDocument document = m_list->document();
+    const DocumentResult result = document.open(path, m_tags.reading());
+    const QString name = QFileInfo(path).fileName();
+    if (!result.file) {
+        Q_EMIT troubled(result.error, result.advice);
+        return false;
+    }
+    if (!result.isDone) {
+        const QString what = tr("%1 has %n mistake(s) and was not opened; the table is as it was",
+                                "", result.file->mistakes().count());
+        m_mistakes->tell(what.arg(name), result.file->mistakes());
+        return false;
+    }
+    m_mistakes->clear();
+    const TagSet tags(result.file->tags());
+    m_list->open(tags, document);
+    m_entry->setKnown(tags);
+    Q_EMIT told(
+        tr("%n tag(s) were read from %1", "", static_cast<int>(tags.all().size())).arg(name));
+    return true;
+}
+
+bool ValuesPage::saveFile(const QString &path)
+{
+    const QVector<Tag> named = namedTags(m_tags.tags().all());
+    const DocumentResult result = m_list->document().save(path, named, m_tags.reading());
+    if (!result.isDone) {
+        Q_EMIT troubled(result.error, result.advice);
+        return false;
+    }
+    const int given = m_list->nameAll();
+    const QString name = QFileInfo(path).fileName();
+    const QString saved =
+        tr("%n tag(s) were saved in %1", "", static_cast<int>(named.size())).arg(name);
+    Q_EMIT told(given == 0
+                    ? saved
+                    : tr("%1; %n got a name, as a file has no tag without", "", given).arg(saved));
+    return true;
+}
+
+void ValuesPage::askOpen()
+{
+    auto *const dialog = new QFileDialog(this, tr("Open tags"), m_list->document().path(),
+                                         tr("Tag files (*.csv);;All files (*)"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    connect(dialog, &QFileDialog::fileSelected, this, &ValuesPage::openFile);
+    dialog->open();
+}
+
+void ValuesPage::askSave()
+{
+    auto *const dialog = new QFileDialog(this, tr("Save tags"), m_list->document().path(),
+                                         tr("Tag files (*.csv);;All files (*)"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(QLatin1String("csv"));
+    connect(dialog, &QFileDialog::fileSelected, this, &ValuesPage::saveFile);
+    dialog->open();
+}
+
+void ValuesPage::save()
+{
+    const QString path = m_list->document().path();
+    if (path.isEmpty()) {
+        askSave();
+    } else {
+        saveFile(path);
+    }
+}
+
+void ValuesPage::removeSelected()
+{
+    QSet<int> tags;
+    const QList<int> rows = m_view->selectedRows();
+    for (const int row : rows) {
+        tags.insert(m_model->row(m_shown->mapToSource(m_shown->index(row, 0)).row()).tag);
+    }
+    m_list->remove(QVector<int>(tags.cbegin(), tags.cend()));
+}
+
+void ValuesPage::copySelected()
+{
+    QApplication::clipboard()->setText(m_view->selectedText());
+}
+
+void ValuesPage::showTrend()
+{
+    const QStringList names = m_view->selectedNames();
+    if (!names.isEmpty()) {
+        Q_EMIT trendWanted(names);
+    }
+}
+
+} // namespace cnet::view
