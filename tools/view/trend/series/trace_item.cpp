@@ -1,11 +1,13 @@
 #include "view/trend/series/trace_item.h"
 
+#include "view/trend/series/trace_raster.h"
 #include "view/trend/series/trace_series.h"
 
+#include <qwt_plot.h>
 #include <qwt_scale_map.h>
 
+#include <QPaintEngine>
 #include <QPainter>
-#include <QPen>
 
 namespace cnet::view {
 
@@ -14,10 +16,12 @@ namespace {
 constexpr int kUsualZ = 20; // as a curve of Qwt
 constexpr int kStrongZ = 21;
 constexpr double kFaint = 0.35;
-constexpr double kFill = 0.25;
 constexpr int kColumnsToWiden =
     4; // a sample: fewer, and two pixels would hide what is between them
 constexpr int kColumnsToSmooth = 8; // a sample: fewer, and nobody sees it, but it costs ten times
+
+constexpr qint64 kMostPixels = 1 << 26; // far more than there are on a screen
+constexpr int kFewTraces = 4;           // that are drawn as fast by the painter
 
 QwtScaleMap scaled(const QwtScaleMap &map, double factor, double offset)
 {
@@ -48,31 +52,11 @@ QColor faded(const QColor &colour, double factor)
     return faded;
 }
 
-/** A pixel more to the right or below, whichever is across the line. */
-QRect widened(const QLine &line)
+/** Of all plots of a thread, as they draw one after the other: it takes some megabytes. */
+TraceRaster &sharedRaster()
 {
-    const QRect rect(line.p1(), line.p2());
-    return line.x1() == line.x2() ? rect.adjusted(0, 0, 1, 0) : rect.adjusted(0, 0, 0, 1);
-}
-
-void drawLines(QPainter &painter, const TraceStrokes &strokes, const QColor &colour, bool isWide)
-{
-    if (isWide) {
-        for (const QLine &line : strokes.lines) {
-            painter.fillRect(widened(line), colour);
-        }
-        return;
-    }
-    painter.drawLines(strokes.lines.data(), static_cast<int>(strokes.lines.size()));
-}
-
-void drawSlopes(QPainter &painter, const TraceStrokes &strokes, bool isSmooth)
-{
-    painter.setRenderHint(QPainter::Antialiasing, isSmooth);
-    if (isSmooth) {
-        painter.translate(0.5, 0.5); // where the middle of a pixel is, then
-    }
-    painter.drawLines(strokes.slopes.data(), static_cast<int>(strokes.slopes.size()));
+    static thread_local TraceRaster raster;
+    return raster;
 }
 
 } // namespace
@@ -147,24 +131,57 @@ void TraceItem::draw(QPainter *painter, const QwtScaleMap &xMap, const QwtScaleM
     painter->save();
     const TraceArea area = deviceArea(*painter, xMap, yMap, canvasRect);
     const TraceStrokes strokes = traceStrokes(m_store, m_form, area);
-    const QColor colour = m_emphasis == Emphasis::Faint ? faded(m_colour, kFaint) : m_colour;
+    TracePen pen;
+    pen.colour = m_emphasis == Emphasis::Faint ? faded(m_colour, kFaint) : m_colour;
     const qint64 columns = area.pixels.width();
-    const bool isWide =
-        m_emphasis == Emphasis::Strong && strokes.samples * qint64(kColumnsToWiden) <= columns;
-    const bool isSmooth = painter->testRenderHint(QPainter::Antialiasing) &&
-                          strokes.samples * qint64(kColumnsToSmooth) <= columns;
-
-    for (const QRect &fill : strokes.fills) {
-        painter->fillRect(fill, faded(colour, kFill));
+    if (m_emphasis == Emphasis::Strong && strokes.samples * qint64(kColumnsToWiden) <= columns) {
+        pen.width = TracePen::Width::Two;
     }
-    QPen pen(colour, isWide ? 2 : 1);
-    pen.setCosmetic(true);
-    painter->setPen(pen);
-    painter->setBrush(Qt::NoBrush);
-    painter->setRenderHint(QPainter::Antialiasing, false);
-    drawLines(*painter, strokes, colour, isWide);
-    drawSlopes(*painter, strokes, isSmooth);
+    if (painter->testRenderHint(QPainter::Antialiasing) &&
+        strokes.samples * qint64(kColumnsToSmooth) <= columns) {
+        pen.edges = TracePen::Edges::Smooth;
+    }
+    const Place place = placeAmongTraces(*painter, area.pixels);
+    TraceRaster &raster = sharedRaster();
+    if (place == Place::First) {
+        raster.begin(plot(), area.pixels);
+    }
+    const bool isShared = place != Place::Alone && raster.isBegun(plot(), area.pixels);
+    if (!isShared || !raster.add(strokes, pen)) {
+        paintStrokes(*painter, strokes, pen);
+    }
+    if (isShared && place == Place::Last) {
+        raster.paint(*painter);
+    }
     painter->restore();
+}
+
+TraceItem::Place TraceItem::placeAmongTraces(const QPainter &painter, const QRect &pixels) const
+{
+    const bool isRaster =
+        painter.paintEngine() != nullptr && painter.paintEngine()->type() == QPaintEngine::Raster;
+    const qint64 size = qint64(pixels.width()) * pixels.height();
+    if (plot() == nullptr || !isRaster || pixels.isEmpty() || size > kMostPixels) {
+        return Place::Alone;
+    }
+    const QwtPlotItem *first = nullptr;
+    const QwtPlotItem *last = nullptr;
+    int count = 0;
+    const QwtPlotItemList items = plot()->itemList(rtti()); // as they are drawn
+    for (const QwtPlotItem *item : items) {
+        if (item->isVisible()) {
+            first = count == 0 ? item : first;
+            last = item;
+            ++count;
+        }
+    }
+    if (count < kFewTraces) {
+        return Place::Alone;
+    }
+    if (this == first) {
+        return Place::First;
+    }
+    return this == last ? Place::Last : Place::Between;
 }
 
 } // namespace cnet::view

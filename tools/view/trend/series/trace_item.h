@@ -55,6 +55,10 @@ public:
               const QRectF &canvasRect) const override;
 
 private:
+    /** Where among the traces that a plot draws one after the other. */
+    enum class Place { Alone, First, Between, Last };
+    Place placeAmongTraces(const QPainter &painter, const QRect &pixels) const;
+
     const TraceStore &m_store;
     QColor m_colour{Qt::black};
     Emphasis m_emphasis = Emphasis::Usual;

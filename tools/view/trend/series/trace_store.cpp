@@ -8,7 +8,7 @@ namespace cnet::view {
 
 namespace {
 
-constexpr int kNodeBits = 4; // of one level to the next
+constexpr int kNodeBits = 4; // what a node is of the level below
 constexpr int kNodeEntries = 1 << kNodeBits;
 constexpr int kLeastMost = 256;
 constexpr int kGreatestMost =
@@ -22,33 +22,6 @@ quint64 distance(qint64 from, qint64 to)
 {
     return static_cast<quint64>(to) - static_cast<quint64>(from);
 }
-
-/** The least and the greatest of a few values; those that are not numbers are none. Two of each, as
- * one would wait for itself. */
-struct Extremes
-{
-    double least = kInfinity;
-    double greatest = -kInfinity;
-
-    void add(const double *values, int count)
-    {
-        double otherLeast = least;
-        double otherGreatest = greatest;
-        int i = 0;
-        for (; i + 1 < count; i += 2) {
-            least = values[i] < least ? values[i] : least;
-            greatest = values[i] > greatest ? values[i] : greatest;
-            otherLeast = values[i + 1] < otherLeast ? values[i + 1] : otherLeast;
-            otherGreatest = values[i + 1] > otherGreatest ? values[i + 1] : otherGreatest;
-        }
-        if (i < count) {
-            least = values[i] < least ? values[i] : least;
-            greatest = values[i] > greatest ? values[i] : greatest;
-        }
-        least = std::min(least, otherLeast);
-        greatest = std::max(greatest, otherGreatest);
-    }
-};
 
 int countSamples(const double *values, int count)
 {
@@ -78,6 +51,62 @@ double joinedMean(double mean, int count, double otherMean, int otherCount)
     const double share = static_cast<double>(count) / (static_cast<double>(count) + otherCount);
     return mean * share + otherMean * (1 - share);
 }
+
+/** The least and the greatest of what it is given. Values that are not numbers are none. */
+struct Extremes
+{
+    double least = kInfinity;
+    double greatest = -kInfinity;
+    int count = 0;
+
+    template <class Node>
+    void addNode(const Node &node)
+    {
+        least = std::min(least, node.least);
+        greatest = std::max(greatest, node.greatest);
+        count += node.count;
+    }
+
+    /** Two of each side by side, as one would wait for itself. */
+    void addValues(const double *values, int entries, int samples)
+    {
+        double otherLeast = least;
+        double otherGreatest = greatest;
+        int i = 0;
+        for (; i + 1 < entries; i += 2) {
+            least = values[i] < least ? values[i] : least;
+            greatest = values[i] > greatest ? values[i] : greatest;
+            otherLeast = values[i + 1] < otherLeast ? values[i + 1] : otherLeast;
+            otherGreatest = values[i + 1] > otherGreatest ? values[i + 1] : otherGreatest;
+        }
+        if (i < entries) {
+            least = values[i] < least ? values[i] : least;
+            greatest = values[i] > greatest ? values[i] : greatest;
+        }
+        least = std::min(least, otherLeast);
+        greatest = std::max(greatest, otherGreatest);
+        count += samples;
+    }
+};
+
+/** Their mean, too. */
+struct ExtremesAndMean : Extremes
+{
+    double mean = 0;
+
+    template <class Node>
+    void addNode(const Node &node)
+    {
+        mean = joinedMean(mean, count, node.mean, node.count);
+        Extremes::addNode(node);
+    }
+
+    void addValues(const double *values, int entries, int samples)
+    {
+        mean = joinedMean(mean, count, meanOf(values, entries, samples), samples);
+        Extremes::addValues(values, entries, samples);
+    }
+};
 
 } // namespace
 
@@ -141,77 +170,83 @@ void TraceStore::add(qint64 atMs, double value)
 
 void TraceStore::addNodes()
 {
-    qint64 entries = kNodeEntries;
-    for (size_t i = 0; (m_end & (entries - 1)) == 0; ++i) {
+    if ((m_end & (kNodeEntries - 1)) != 0) {
+        return;
+    }
+    Chunk &chunk = m_chunks.back();
+    chunk.nodes.push_back(nodeOf(m_end - kNodeEntries, m_end));
+    qint64 length = qint64(kNodeEntries) << kNodeBits;
+    for (size_t i = 0; (m_end & (length - 1)) == 0 && length <= 2 * qint64(m_most); ++i) {
         if (i == m_levels.size()) {
             m_levels.emplace_back();
         }
         Level &level = m_levels[i];
-        const qint64 begin = m_end - entries;
+        const qint64 begin = m_end - length;
         if (begin < m_begin) { // its begin has gone, and with it all nodes before
-            level.begin = m_end / entries;
+            level.begin = m_end / length;
         } else {
-            level.nodes.push_back(nodeOf(begin, static_cast<int>(entries)));
+            level.nodes.push_back(nodeOf(begin, m_end));
         }
-        if (entries > m_most) {
-            break;
-        }
-        entries <<= kNodeBits;
+        length <<= kNodeBits;
     }
 }
 
-TraceStore::Node TraceStore::nodeOf(qint64 begin, int entries) const
+/** Shows `extremes` the entries from one to another, as few nodes and values as will do. */
+template <class Extremes>
+void TraceStore::look(qint64 at, qint64 end, Extremes &extremes) const
 {
-    Node sum;
-    Extremes extremes;
-    qint64 at = begin;
-    const qint64 end = begin + entries;
     while (at < end) {
-        int part = 0;
-        const Node *node = nodeAt(at, end, part);
-        if (node != nullptr) {
-            extremes.least = std::min(extremes.least, node->least);
-            extremes.greatest = std::max(extremes.greatest, node->greatest);
-            sum.mean = joinedMean(sum.mean, sum.count, node->mean, node->count);
-            sum.count += node->count;
-        } else {
-            const double *values = valuesAt(at);
-            extremes.add(values, part);
-            const int samples = countSamples(values, part);
-            const double mean = meanOf(values, part, samples);
-            sum.mean = joinedMean(sum.mean, sum.count, mean, samples);
-            sum.count += samples;
+        qint64 length = 0;
+        const Node *large = nodeAt(at, end, length);
+        if (large != nullptr) {
+            extremes.addNode(*large);
+            at += length;
+            continue;
         }
-        at += part;
+        // Only whole chunks go, so that the oldest entry is the first of its chunk.
+        const Chunk &chunk = m_chunks[static_cast<size_t>((at - m_begin) >> m_chunkBits)];
+        const auto place = static_cast<size_t>(at & ((qint64(1) << m_chunkBits) - 1));
+        const size_t node = place >> kNodeBits;
+        const qint64 next = (at | (kNodeEntries - 1)) + 1;
+        if (next - at == kNodeEntries && next <= end && node < chunk.nodes.size()) {
+            extremes.addNode(chunk.nodes[node]);
+            at = next;
+            continue;
+        }
+        const double *values = chunk.values.data() + place;
+        const auto entries = static_cast<int>(std::min(next, end) - at);
+        const bool hasGaps = static_cast<size_t>(chunk.samples) != chunk.values.size();
+        extremes.addValues(values, entries, hasGaps ? countSamples(values, entries) : entries);
+        at += entries;
     }
-    // However it was rounded, the mean of equal values is that value.
-    sum.least = extremes.least;
-    sum.greatest = extremes.greatest;
-    sum.mean = std::max(sum.least, std::min(sum.mean, sum.greatest));
-    return sum;
 }
 
-/** The largest node that begins there and ends before an end; null: there is none, and `entries` is
- * how many there are to look at one by one. */
-const TraceStore::Node *TraceStore::nodeAt(qint64 at, qint64 end, int &entries) const
+TraceStore::Node TraceStore::nodeOf(qint64 begin, qint64 end) const
+{
+    ExtremesAndMean all;
+    look(begin, end, all);
+    // However it was rounded, the mean of equal values is that value.
+    const double mean = std::max(all.least, std::min(all.mean, all.greatest));
+    return {all.least, all.greatest, mean, all.count};
+}
+
+/** The largest node of a level that begins there and does not go past an end, and how many entries
+ * it has; null: there is none. */
+const TraceStore::Node *TraceStore::nodeAt(qint64 at, qint64 end, qint64 &length) const
 {
     const Node *found = nullptr;
-    qint64 length = kNodeEntries;
+    qint64 tried = qint64(kNodeEntries) << kNodeBits;
     for (const Level &level : m_levels) {
-        if ((at & (length - 1)) != 0 || at + length > end) {
+        if ((at & (tried - 1)) != 0 || at + tried > end) {
             break;
         }
-        const qint64 number = at / length - level.begin;
+        const qint64 number = at / tried - level.begin;
         if (number < 0 || number >= static_cast<qint64>(level.nodes.size())) {
             break;
         }
         found = &level.nodes[static_cast<size_t>(number)];
-        entries = static_cast<int>(length);
-        length <<= kNodeBits;
-    }
-    if (found == nullptr) {
-        const qint64 next = (at | (kNodeEntries - 1)) + 1;
-        entries = static_cast<int>(std::min(next, end) - at);
+        length = tried;
+        tried <<= kNodeBits;
     }
     return found;
 }
@@ -220,8 +255,8 @@ void TraceStore::dropOldest()
 {
     m_samples -= m_chunks.front().samples;
     m_begin += static_cast<qint64>(m_chunks.front().values.size());
-    m_chunks.pop_front();
-    qint64 length = kNodeEntries;
+    m_chunks.erase(m_chunks.begin());
+    qint64 length = qint64(kNodeEntries) << kNodeBits;
     for (Level &level : m_levels) {
         while (!level.nodes.empty() && level.begin * length < m_begin) {
             level.nodes.pop_front();
@@ -231,24 +266,17 @@ void TraceStore::dropOldest()
     }
 }
 
-const double *TraceStore::valuesAt(qint64 at) const
-{
-    const auto chunk = static_cast<size_t>((at - m_begin) >> m_chunkBits);
-    const auto place = static_cast<size_t>(at & ((qint64(1) << m_chunkBits) - 1));
-    return m_chunks[chunk].values.data() + place;
-}
-
 qint64 TraceStore::timeAt(int index) const
 {
-    // Only whole chunks go, so that the oldest entry is the first of its chunk.
     const Chunk &chunk = m_chunks[static_cast<size_t>(index >> m_chunkBits)];
     const auto place = static_cast<size_t>(index & ((1 << m_chunkBits) - 1));
     return chunk.times.empty() ? chunk.baseMs + chunk.offsets[place] : chunk.times[place];
 }
 
-bool TraceStore::isGapAt(int index) const
+double TraceStore::valueAt(int index) const
 {
-    return std::isnan(*valuesAt(m_begin + index));
+    const Chunk &chunk = m_chunks[static_cast<size_t>(index >> m_chunkBits)];
+    return chunk.values[static_cast<size_t>(index & ((1 << m_chunkBits) - 1))];
 }
 
 qint64 TraceStore::firstMs() const
@@ -266,7 +294,7 @@ TraceStore::Sample TraceStore::sample(int index) const
     if (index < 0 || index >= entries()) {
         return {0, kGap, true};
     }
-    const double value = *valuesAt(m_begin + index);
+    const double value = valueAt(index);
     return {timeAt(index), value, std::isnan(value)};
 }
 
@@ -319,28 +347,17 @@ TraceStore::Span TraceStore::span(int from, int to) const
         return span;
     }
     Extremes extremes;
-    qint64 at = m_begin + begin;
-    while (at < m_begin + end) {
-        int part = 0;
-        const Node *node = nodeAt(at, m_begin + end, part);
-        if (node != nullptr) {
-            extremes.least = std::min(extremes.least, node->least);
-            extremes.greatest = std::max(extremes.greatest, node->greatest);
-            span.count += node->count;
-        } else {
-            const double *values = valuesAt(at);
-            extremes.add(values, part);
-            span.count += countSamples(values, part);
-        }
-        at += part;
-    }
+    look(m_begin + begin, m_begin + end, extremes);
+    span.count = extremes.count;
     span.hasGap = span.count < end - begin;
     if (span.count > 0) {
-        // No two gaps are side by side: the next entry is a sample where one is a gap.
-        span.first = sample(isGapAt(begin) ? begin + 1 : begin).value;
-        span.last = sample(isGapAt(end - 1) ? end - 2 : end - 1).value;
         span.least = extremes.least;
         span.greatest = extremes.greatest;
+        // No two gaps are side by side: the next entry is a sample where one is a gap.
+        const double first = valueAt(begin);
+        const double last = valueAt(end - 1);
+        span.first = std::isnan(first) ? valueAt(begin + 1) : first;
+        span.last = std::isnan(last) ? valueAt(end - 2) : last;
     }
     return span;
 }
@@ -352,7 +369,7 @@ TraceStore::Summary TraceStore::summary(qint64 fromMs, qint64 toMs) const
     if (from >= to) {
         return {};
     }
-    const Node all = nodeOf(m_begin + from, to - from);
+    const Node all = nodeOf(m_begin + from, m_begin + to);
     if (all.count == 0) {
         return {};
     }
@@ -364,7 +381,8 @@ qint64 TraceStore::bytes() const
     size_t bytes = sizeof(*this);
     for (const Chunk &chunk : m_chunks) {
         bytes += sizeof(chunk) + chunk.offsets.capacity() * sizeof(quint32) +
-                 chunk.times.capacity() * sizeof(qint64) + chunk.values.capacity() * sizeof(double);
+                 chunk.times.capacity() * sizeof(qint64) +
+                 chunk.values.capacity() * sizeof(double) + chunk.nodes.capacity() * sizeof(Node);
     }
     for (const Level &level : m_levels) {
         bytes += sizeof(level) + level.nodes.size() * sizeof(Node);

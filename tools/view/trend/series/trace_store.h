@@ -90,15 +90,6 @@ public:
     void clear();
 
 private:
-    /** A row of entries that come and go together. */
-    struct Chunk
-    {
-        qint64 baseMs = 0;
-        std::vector<quint32> offsets; ///< from baseMs; empty where one does not fit
-        std::vector<qint64> times;    ///< instead of offsets, then
-        std::vector<double> values;   ///< NaN: a gap
-        int samples = 0;
-    };
     /** A full row of 16, 256... entries. */
     struct Node
     {
@@ -107,20 +98,32 @@ private:
         double mean = 0;
         int count = 0; ///< samples
     };
+    /** A row of entries that come and go together. */
+    struct Chunk
+    {
+        qint64 baseMs = 0;
+        std::vector<quint32> offsets; ///< from baseMs; empty where one does not fit
+        std::vector<qint64> times;    ///< instead of offsets, then
+        std::vector<double> values;   ///< NaN: a gap
+        std::vector<Node> nodes;      ///< of 16 entries each
+        int samples = 0;
+    };
+    /** Nodes of 256, 4096... entries. */
     struct Level
     {
         qint64 begin = 0; ///< the number of its oldest node since the start
         std::deque<Node> nodes;
     };
+    template <class Extremes>
+    void look(qint64 at, qint64 end, Extremes &extremes) const;
 
     void add(qint64 atMs, double value);
     void dropOldest();
     void addNodes();
-    Node nodeOf(qint64 begin, int entries) const;
-    const Node *nodeAt(qint64 at, qint64 end, int &entries) const;
-    const double *valuesAt(qint64 at) const;
+    Node nodeOf(qint64 begin, qint64 end) const;
+    const Node *nodeAt(qint64 at, qint64 end, qint64 &length) const;
     qint64 timeAt(int index) const;
-    bool isGapAt(int index) const;
+    double valueAt(int index) const;
     bool isKnown() const;
 
     int m_most;
@@ -128,8 +131,8 @@ private:
     qint64 m_begin = 0; ///< the number of the oldest entry kept since the start
     qint64 m_end = 0;
     int m_samples = 0;
-    std::deque<Chunk> m_chunks;
-    std::vector<Level> m_levels; ///< of 16, 256... entries a node
+    std::vector<Chunk> m_chunks;
+    std::vector<Level> m_levels; ///< of 256, 4096... entries a node
 };
 
 } // namespace cnet::view

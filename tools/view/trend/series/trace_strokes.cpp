@@ -67,18 +67,25 @@ public:
             know(m_store.sample(at - 1), m_left - 2);
         }
         int length = 1; // of the entries in a column, as one expects it
+        int column = m_left;
+        qint64 end = columnBegin(column + 1);
         while (at < entries) {
             const TraceStore::Sample entry = m_store.sample(at);
-            const int column = std::max(columnOf(entry.atMs), m_nextColumn);
+            // Mostly the next column, whose begin is the end of the last.
+            if (entry.atMs >= end) {
+                column = std::max(columnOf(entry.atMs), m_nextColumn);
+                end = columnBegin(column + 1);
+            }
             if (column > m_right) {
                 break;
             }
             leadTo(column, entry);
-            const int next = std::max(
-                m_store.indexAt(columnBegin(column + 1), std::min(at + length, entries)), at + 1);
+            const int next = std::max(m_store.indexAt(end, at + length), at + 1);
             drawColumn(column, at, next);
             length = next - at;
             at = next;
+            column = m_nextColumn;
+            end = columnBegin(column + 1);
         }
         leadOut(at);
         endRun();
