@@ -99,7 +99,7 @@ std::optional<QVector<int>> parseStations(const QString &text)
 
 QVector<SpeedChoice> speedChoices(const Connection &connection)
 {
-    const LineSettings &now = connection.address.line;
+    const LineSettings now = connection.lineSettings();
     if (connection.kind != Connection::Kind::Serial) {
         return {{ScanChoice::tr("as the line is"), {now}}};
     }
