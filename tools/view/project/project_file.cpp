@@ -52,7 +52,7 @@ QString troubleText(QJsonParseError::ParseError trouble)
     default:
         break;
     }
-    return QCoreApplication::translate("ProjectFile", "expected a value, or '{' at the beginning");
+    return QCoreApplication::translate("ProjectFile", "expected a value");
 }
 
 std::optional<QJsonObject> objectAt(const QJsonObject &object, const QString &key,
@@ -147,18 +147,21 @@ std::optional<QJsonObject> parseObject(const QByteArray &bytes, QString &error)
     // Some editors put a mark in front.
     const QByteArray mark("\xEF\xBB\xBF");
     const QByteArray text = bytes.startsWith(mark) ? bytes.mid(mark.size()) : bytes;
-    if (text.trimmed().isEmpty()) {
+    const auto first = std::find_if(text.cbegin(), text.cend(), [](char letter) {
+        return letter != ' ' && letter != '\t' && letter != '\r' && letter != '\n';
+    });
+    if (first == text.cend()) {
         error = QCoreApplication::translate("ProjectFile", "the file is empty");
         return std::nullopt;
     }
     QJsonParseError trouble{};
     const QJsonDocument document = QJsonDocument::fromJson(text, &trouble);
-    if (trouble.error == QJsonParseError::NoError && document.isObject()) {
+    if (*first == '{' && trouble.error == QJsonParseError::NoError) {
         return document.object();
     }
-    const bool isOther = trouble.error == QJsonParseError::NoError;
+    const bool isOther = *first != '{';
     error = QString::fromLatin1("%1: %2").arg(
-        placeText(text, isOther ? 0 : trouble.offset),
+        placeText(text, isOther ? first - text.cbegin() : trouble.offset),
         isOther ? QCoreApplication::translate("ProjectFile", "expected an object, { ... }")
                 : troubleText(trouble.error));
     return std::nullopt;
