@@ -130,7 +130,10 @@ void FramesPage::arrange()
 void FramesPage::wire()
 {
     connect(m_pause, &QAction::toggled, this, &FramesPage::setPaused);
-    connect(m_follow, &QAction::triggered, m_table, &FrameTable::setFollows);
+    connect(m_follow, &QAction::triggered, this, [this] {
+        m_table->setFollows(true);
+        m_follow->setChecked(true); // who wants to stay elsewhere scrolls there
+    });
     connect(m_table, &FrameTable::followsChanged, m_follow, &QAction::setChecked);
     connect(m_clear, &QAction::triggered, this, &FramesPage::clearFrames);
     connect(m_copy, &QAction::triggered, this, &FramesPage::copySelected);

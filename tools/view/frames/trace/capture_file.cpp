@@ -34,7 +34,7 @@ QString commentOf(const FrameLog &log, qint64 number)
 {
     const FrameRow &row = *log.find(number);
     if (row.packet > 0 && !row.note.isEmpty()) {
-        return row.note;
+        return row.note.left(kLongestComment);
     }
     QString text = frameSummary(log.decode(number, Detail::Summary));
     const auto add = [&text](const FrameRow &of) {
@@ -69,9 +69,7 @@ public:
         if (exchange.answers.empty() && !exchange.isOpen) {
             addSilence(request);
         }
-        const FrameRow *const answer = m_log.find(m_log.find(request)->answer);
-        const bool answered = answer != nullptr && !answer->bytes.isEmpty() &&
-                              (answer->faults & ~FrameFaults(FrameFault::Refused)) == FrameFaults();
+        const bool answered = isAnswered(request);
         m_unanswered = answered ? QByteArray() : asked;
         m_open = answered ? m_open : request;
     }
@@ -93,34 +91,56 @@ private:
     void addAnswer(const RecordedFrame &frame, const RecordedFrame &asked, qint64 request)
     {
         FrameRow row = rowOf(frame, FrameWay::Received);
-        const bool first = m_log.find(request)->answer < 0;
         const FrameRow *const open = m_log.find(m_open);
-        const bool whole = isWholeAnswer(frame.bytes);
         row.request = request;
-        if (whole && mayAnswer(frame.bytes, asked.bytes) && first) {
+        if (!isWholeAnswer(frame.bytes)) {
+            row.faults = faultOfPart(frame.bytes);
+        } else if (mayAnswer(frame.bytes, asked.bytes) && !isAnswered(request)) {
             row.faults.setFlag(FrameFault::Refused, frame.bytes.at(0) == kNak);
-        } else if (whole && open != nullptr && mayAnswer(frame.bytes, open->bytes)) {
+        } else if (open != nullptr && mayAnswer(frame.bytes, open->bytes)) {
             row.faults = FrameFault::Late;
             row.request = std::exchange(m_open, -1);
         } else {
-            row.faults = whole ? FrameFault::Unusable : faultOfPart(frame.bytes);
+            row.faults = FrameFault::Unusable;
         }
+        tie(row);
+        m_log.append(std::move(row));
+    }
+
+    /** Notes a row that is to come with its request. */
+    void tie(FrameRow &row)
+    {
         FrameRow &its = *m_log.find(row.request);
         row.kind = its.kind;
-        row.station = stationOf(frame.bytes);
+        row.station = stationOf(row.bytes);
         if (row.timeNs >= 0 && its.timeNs >= 0) {
             row.tookMs = static_cast<double>(row.timeNs - its.timeNs) / kNsPerMs;
         }
         if (row.faults.testFlag(FrameFault::Late)) {
             its.late = m_log.end();
-        } else if (first) {
+        } else if (its.answer < 0 || isGood(row)) {
             its.answer = m_log.end();
         }
-        m_log.append(std::move(row));
     }
 
+    static bool isGood(const FrameRow &answer)
+    {
+        return !answer.bytes.isEmpty() &&
+               (answer.faults & ~FrameFaults(FrameFault::Refused)) == FrameFaults();
+    }
+
+    bool isAnswered(qint64 request) const
+    {
+        const FrameRow *const answer = m_log.find(m_log.find(request)->answer);
+        return answer != nullptr && isGood(*answer);
+    }
+
+    // What does not begin as an answer is noise, or the echo of a request.
     static FrameFault faultOfPart(const QByteArray &bytes)
     {
+        if (bytes.at(0) != kAck && bytes.at(0) != kNak) {
+            return FrameFault::Stray;
+        }
         const FrameVerdict verdict = decodeFrame(bytes, nullptr, Detail::Summary).verdict;
         return verdict == FrameVerdict::WrongCheck ? FrameFault::WrongCheck : FrameFault::Unusable;
     }

@@ -16,6 +16,7 @@ namespace {
 
 // More of a frame no column is wide enough for.
 constexpr int kBytesInTable = 64;
+constexpr int kBatches = 40; // in which the rows of a full table go
 
 QString bytesStart(const QByteArray &bytes)
 {
@@ -25,6 +26,11 @@ QString bytesStart(const QByteArray &bytes)
 }
 
 } // namespace
+
+int FrameModel::batch() const
+{
+    return std::max(1, m_mostExchanges / kBatches);
+}
 
 // What is too much goes before the new ones come, so that there never is too much.
 void FrameModel::add(FrameLog rows)
@@ -36,9 +42,9 @@ void FrameModel::add(FrameLog rows)
         show(std::move(rows));
         return;
     }
-    const int excess = m_log.exchanges() + rows.exchanges() - kMostExchanges;
+    const int excess = m_log.exchanges() + rows.exchanges() - m_mostExchanges;
     if (excess > 0) {
-        removeOldest(std::max(excess, kBatch));
+        removeOldest(std::max(excess, batch()));
     }
     beginInsertRows({}, m_log.size(), m_log.size() + rows.size() - 1);
     m_log.append(std::move(rows));
@@ -147,7 +153,7 @@ int FrameModel::columnCount(const QModelIndex &parent) const
 
 QVariant FrameModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+    if (!index.isValid() || index.row() >= m_log.size()) {
         return {};
     }
     const FrameRow &row = m_log.at(index.row());

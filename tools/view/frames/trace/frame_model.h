@@ -23,16 +23,21 @@ class FrameModel : public QAbstractTableModel
 public:
     enum Column { Time, Way, Station, Kind, Meaning, Bytes, Response, Result, ColumnCount };
 
-    /** Of a running line; when there are more, the oldest go, many at a time. */
     static constexpr int kMostExchanges = 20000;
-    /** How many go at least. */
-    static constexpr int kBatch = 500;
 
-    using QAbstractTableModel::QAbstractTableModel;
+    /** @param mostExchanges of a running line, 1 or more; when there are more, the oldest go */
+    explicit FrameModel(int mostExchanges = kMostExchanges, QObject *parent = nullptr)
+        : QAbstractTableModel(parent)
+        , m_mostExchanges(mostExchanges)
+    {}
+
+    int mostExchanges() const { return m_mostExchanges; }
+    /** How many exchanges go at least: moving the rest for each of them would take long. */
+    int batch() const;
 
     /**
      * Takes in what came last, and gives up the oldest where it is too much.
-     * @param rows at most kMostExchanges; where their numbers do not follow, they replace the rest
+     * @param rows at most mostExchanges(); where their numbers do not follow, they replace the rest
      */
     void add(FrameLog rows);
 
@@ -78,6 +83,7 @@ private:
     static constexpr int kRemembered = 2000;
 
     FrameLog m_log;
+    int m_mostExchanges;
     qint64 m_marked = -1;
     QPalette m_palette;
     mutable std::array<QIcon, 3> m_icons; ///< by tone: bad, waiting, doubtful

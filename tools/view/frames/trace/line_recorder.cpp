@@ -86,6 +86,7 @@ void LineRecorder::end()
 
 void LineRecorder::setPaused(bool paused)
 {
+    flush(); // what came before is not held back
     m_paused = paused;
     flush();
 }
@@ -118,8 +119,8 @@ void LineRecorder::append(FrameRow row)
     const int before = m_waiting.exchanges();
     m_waiting.append(std::move(row));
     m_total += m_waiting.exchanges() - before;
-    if (m_waiting.exchanges() > FrameModel::kMostExchanges) {
-        m_waiting.removeOldest(m_waiting.rowsOfOldest(FrameModel::kBatch));
+    if (m_waiting.exchanges() > m_model.mostExchanges()) {
+        m_waiting.removeOldest(m_waiting.rowsOfOldest(m_model.batch()));
     }
     if (!m_timer.isActive()) {
         m_timer.start();

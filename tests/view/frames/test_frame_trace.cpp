@@ -1,0 +1,490 @@
+#include "view/frames/trace/frame_filter.h"
+#include "view/frames/trace/frame_words.h"
+#include "view/frames/trace/line_recorder.h"
+
+#include "frames_made.h"
+
+#include <QAbstractItemModelTester>
+
+#include <support/rows.h>
+
+using namespace cnet;
+using namespace cnet::view;
+
+namespace {
+
+// Enough for each test, and few enough for each row to be looked at after each change.
+constexpr int kMost = 80;
+
+} // namespace
+
+/** What goes over a line as rows of a table. */
+class TestFrameTrace : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void tiesAnAnswerToItsRequest();
+    void saysWhatIsWrong_data();
+    void saysWhatIsWrong();
+    void marksWhatIsSentAgain();
+    void leavesOpenWhatNobodyWaitedFor();
+    void tiesALateAnswerToWhatWasAsked();
+    void knowsSignsOfLife();
+    void endsWithTheSession();
+    void isBounded();
+    void givesUpTheOldestFirst();
+    void holdsTheTable();
+    void dropsTheOldestOfAPause();
+    void clears();
+    void explainsEveryRow();
+    void remembersWhatItExplained();
+    void copiesARow();
+    void marksAnExchange();
+    void filters_data();
+    void filters();
+    void filtersWhatEndsLater();
+
+private:
+    void ask(const QByteArray &request) { m_recorder->noteRequest(request); }
+    void exchange(const QByteArray &request, const QByteArray &answer,
+                  Outcome outcome = Outcome::Answered)
+    {
+        ask(request);
+        m_recorder->noteEnd(report(request, answer, outcome));
+    }
+    const FrameRow &row(int index) const { return m_model->log().at(index); }
+    QString text(int row, FrameModel::Column column) const
+    {
+        return m_model->index(row, column).data().toString();
+    }
+
+    std::unique_ptr<Line> m_line;
+    std::unique_ptr<FrameModel> m_model;
+    std::unique_ptr<QAbstractItemModelTester> m_tester;
+    std::unique_ptr<LineRecorder> m_recorder;
+};
+
+void TestFrameTrace::init()
+{
+    m_recorder.reset();
+    m_tester.reset();
+    m_model = std::make_unique<FrameModel>(kMost);
+    m_line = std::make_unique<Line>();
+    m_tester = std::make_unique<QAbstractItemModelTester>(
+        m_model.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    m_recorder = std::make_unique<LineRecorder>(*m_line, *m_model);
+}
+
+void TestFrameTrace::tiesAnAnswerToItsRequest()
+{
+    exchange(readRequest(), readAnswer());
+    QCOMPARE(m_model->rowCount(), 0); // a few times a second is enough
+    QTRY_COMPARE_WITH_TIMEOUT(m_model->rowCount(), 2, 60000);
+    QCOMPARE(row(0).answer, 1);
+    QCOMPARE(row(1).request, 0);
+    QCOMPARE(row(1).timeNs - row(0).timeNs, 12500000);
+    QCOMPARE(text(0, FrameModel::Way), QLatin1String("-> request"));
+    QCOMPARE(text(1, FrameModel::Way), QLatin1String("<- answer"));
+    QCOMPARE(text(0, FrameModel::Station), QLatin1String("1"));
+    QCOMPARE(text(1, FrameModel::Kind), QLatin1String("read"));
+    QCOMPARE(text(1, FrameModel::Response), QLatin1String("12.5 ms"));
+    QCOMPARE(text(1, FrameModel::Result), QLatin1String("good"));
+    QVERIFY(text(1, FrameModel::Meaning).contains(QLatin1String("D_W:10*2 = 1 0x0001, 2 0x0002")));
+    QVERIFY(text(0, FrameModel::Bytes).startsWith(QLatin1String("05 30 31 72")));
+    QVERIFY(!m_model->index(1, FrameModel::Result).data(Qt::DecorationRole).isValid());
+    QCOMPARE(m_recorder->total(), 1);
+    QCOMPARE(m_recorder->faulty(), 0);
+}
+
+namespace {
+
+struct Wrong
+{
+    const char *what;
+    Outcome outcome;
+    Defect defect;
+    bool good;
+    int stray;
+    bool answers;
+    const char *words;
+};
+
+const Wrong kWrong[] = {
+    {"silence", Outcome::TimedOut, Defect::None, false, 0, false, "no answer"},
+    {"refusal", Outcome::Refused, Defect::None, false, 0, true, "refused: 1132"},
+    {"check", Outcome::Bad, Defect::BlockCheck, false, 0, true, "block check wrong"},
+    {"other", Outcome::Bad, Defect::Other, false, 0, true, "not used; a reason"},
+    {"driver", Outcome::Answered, Defect::None, false, 0, true, "not used"},
+    {"noise", Outcome::Answered, Defect::None, true, 3, true, "stray bytes"},
+};
+
+} // namespace
+
+void TestFrameTrace::saysWhatIsWrong_data()
+{
+    addRows(kWrong);
+}
+
+void TestFrameTrace::saysWhatIsWrong()
+{
+    const auto &wrong = currentRow(kWrong);
+    const bool refused = wrong.outcome == Outcome::Refused;
+    ExchangeReport report = view::report(readRequest(), QByteArray(), wrong.outcome);
+    report.reply.answer = !wrong.answers ? QByteArray() : refused ? refusal() : readAnswer();
+    report.reply.defect = wrong.defect;
+    report.reply.strayBytes = wrong.stray;
+    report.reply.note = QLatin1String(wrong.defect == Defect::Other ? "a reason" : "");
+    report.good = wrong.good;
+    ask(readRequest());
+    m_recorder->noteEnd(report);
+    m_recorder->flush();
+    QVERIFY2(text(1, FrameModel::Result).startsWith(QLatin1String(wrong.words)),
+             qPrintable(text(1, FrameModel::Result)));
+    // By its sign and its ground, too.
+    QVERIFY(m_model->index(1, FrameModel::Result).data(Qt::DecorationRole).isValid());
+    QVERIFY(m_model->index(1, FrameModel::Time).data(Qt::BackgroundRole).isValid());
+    QVERIFY(!m_model->index(0, FrameModel::Time).data(Qt::BackgroundRole).isValid());
+    QCOMPARE(m_recorder->faulty(), 1);
+    QCOMPARE(text(1, FrameModel::Way), QLatin1String(!wrong.answers ? "<- nothing"
+                                                     : refused      ? "<- refusal"
+                                                                    : "<- answer"));
+}
+
+void TestFrameTrace::marksWhatIsSentAgain()
+{
+    ExchangeReport first = report(readRequest(), {}, Outcome::TimedOut);
+    first.final = false;
+    ask(readRequest());
+    m_recorder->noteEnd(first);
+    exchange(readRequest(), readAnswer());
+    exchange(readRequest(), readAnswer()); // the next round
+    m_recorder->flush();
+    QCOMPARE(text(0, FrameModel::Result), QString());
+    QCOMPARE(text(2, FrameModel::Result), QLatin1String("sent again"));
+    QCOMPARE(text(4, FrameModel::Result), QString());
+}
+
+// A fence goes out between a question whose answer was not believed, and the question once more.
+void TestFrameTrace::leavesOpenWhatNobodyWaitedFor()
+{
+    ask(readRequest());
+    m_recorder->flush();
+    exchange(readRequest("0099"), readAnswer());
+    exchange(readRequest(), readAnswer());
+    m_recorder->flush();
+    QCOMPARE(text(0, FrameModel::Result), QLatin1String("ended without a result"));
+    QCOMPARE(row(0).answer, -1);
+    QCOMPARE(text(3, FrameModel::Result), QLatin1String("sent again"));
+    QCOMPARE(row(3).answer, 4);
+    QCOMPARE(m_recorder->total(), 3);
+}
+
+void TestFrameTrace::tiesALateAnswerToWhatWasAsked()
+{
+    exchange(readRequest("0010", "02"), {}, Outcome::TimedOut);
+    exchange(readRequest(), {}, Outcome::TimedOut);
+    m_recorder->flush();
+    exchange(readRequest("0020"), readAnswer());
+    m_recorder->noteLate(1, readAnswer("00070008"), 300);
+    m_recorder->noteLate(3, readAnswer("00070008", "03"), 300);
+    m_recorder->flush();
+    QCOMPARE(row(6).request, 2);
+    QCOMPARE(row(2).late, 6);
+    QCOMPARE(text(6, FrameModel::Result), QLatin1String("too late"));
+    QCOMPARE(text(6, FrameModel::Response), QLatin1String("300.0 ms"));
+    QVERIFY(text(6, FrameModel::Meaning).contains(QLatin1String("D_W:10*2 = 7")));
+    QCOMPARE(row(7).request, -1); // nobody asked station 3
+    QVERIFY(!text(7, FrameModel::Meaning).isEmpty());
+}
+
+void TestFrameTrace::knowsSignsOfLife()
+{
+    ask(readRequest());
+    m_recorder->flush();
+    ExchangeReport fence = report(readRequest(), readAnswer());
+    fence.purpose = Purpose::Fence;
+    m_recorder->noteEnd(fence);
+    m_recorder->flush();
+    QCOMPARE(text(0, FrameModel::Kind), QLatin1String("sign of life"));
+    QCOMPARE(text(1, FrameModel::Kind), QLatin1String("sign of life"));
+}
+
+void TestFrameTrace::endsWithTheSession()
+{
+    QCOMPARE(m_line->prepare(), QString());
+    Connection fast;
+    fast.address.line.baud = 0;
+    m_line->open(fast);
+    QString error;
+    const auto item = parseItem(QLatin1String("D_W:100"), 1, m_line->registers(), error);
+    QVERIFY2(item, qPrintable(error));
+    m_line->session()->monitor({*item});
+    QTRY_VERIFY_WITH_TIMEOUT(m_recorder->total() > 5, 60000);
+    QVERIFY(!m_recorder->lineName().isEmpty());
+    m_line->close();
+    m_recorder->flush();
+    const int rows = m_model->rowCount();
+    for (int i = 0; i + 1 < rows; ++i) {
+        QVERIFY(row(i).request == i ? row(i).kind != FrameKind::Other : row(i).request == i - 1);
+    }
+    m_line->open(fast);
+    m_line->session()->monitor({*item});
+    QTRY_VERIFY_WITH_TIMEOUT(m_model->rowCount() > rows + 4, 60000);
+}
+
+void TestFrameTrace::isBounded()
+{
+    const int batches = 60;
+    const int perBatch = 7;
+    for (int batch = 0; batch < batches; ++batch) {
+        for (int i = 0; i < perBatch; ++i) {
+            exchange(readRequest(), readAnswer());
+        }
+        m_recorder->flush();
+        QVERIFY(m_model->log().exchanges() <= kMost);
+    }
+    QVERIFY(m_model->log().exchanges() > kMost - 2 * m_model->batch());
+    QCOMPARE(m_recorder->total(), batches * perBatch);
+    QCOMPARE(m_model->log().end(), 2 * batches * perBatch);
+    // An exchange goes as a whole.
+    QCOMPARE(row(0).request, m_model->log().first());
+    QCOMPARE(row(1).request, row(0).request);
+}
+
+void TestFrameTrace::givesUpTheOldestFirst()
+{
+    QSignalSpy removed(m_model.get(), &QAbstractItemModel::rowsRemoved);
+    QSignalSpy inserted(m_model.get(), &QAbstractItemModel::rowsInserted);
+    for (int i = 0; i < kMost; ++i) {
+        exchange(readRequest(), {}, Outcome::TimedOut);
+    }
+    m_recorder->flush();
+    QCOMPARE(removed.count(), 0);
+    FrameFilter filter;
+    filter.setFrames(m_model.get());
+    FrameQuery query;
+    query.station = 1;
+    filter.setQuery(query);
+    m_recorder->noteLate(1, readAnswer(), 1);
+    m_recorder->flush();
+    exchange(readRequest(), readAnswer());
+    m_recorder->flush();
+    QCOMPARE(removed.count(), 1);
+    QCOMPARE(inserted.count(), 3);
+    QCOMPARE(m_model->rowCount(), 2 * kMost - 2 * m_model->batch() + 3);
+    QCOMPARE(filter.rowCount(), m_model->rowCount());
+}
+
+void TestFrameTrace::holdsTheTable()
+{
+    exchange(readRequest(), readAnswer());
+    m_recorder->setPaused(true);
+    QCOMPARE(m_model->rowCount(), 2);
+    QSignalSpy counted(m_recorder.get(), &LineRecorder::counted);
+    exchange(readRequest(), readAnswer());
+    QTRY_VERIFY_WITH_TIMEOUT(counted.count() > 0, 60000);
+    QCOMPARE(m_model->rowCount(), 2);
+    QCOMPARE(m_recorder->waiting(), 1);
+    QCOMPARE(m_recorder->total(), 2);
+    m_recorder->setPaused(false);
+    QCOMPARE(m_model->rowCount(), 4);
+    QCOMPARE(row(3).request, 2);
+}
+
+void TestFrameTrace::dropsTheOldestOfAPause()
+{
+    exchange(readRequest(), readAnswer());
+    m_recorder->setPaused(true);
+    const int many = kMost + 30;
+    for (int i = 0; i < many; ++i) {
+        exchange(readRequest(), i + 1 < many ? readAnswer() : readAnswer("00090009"));
+    }
+    QVERIFY(m_recorder->waiting() <= kMost);
+    QCOMPARE(m_recorder->total(), many + 1);
+    QCOMPARE(m_model->rowCount(), 2);
+    m_recorder->setPaused(false);
+    QCOMPARE(m_model->log().end(), 2 * (many + 1));
+    QVERIFY(m_model->log().exchanges() <= kMost);
+    QVERIFY(text(m_model->rowCount() - 1, FrameModel::Meaning).contains(QLatin1String("= 9")));
+    QCOMPARE(row(0).request, m_model->log().first());
+}
+
+void TestFrameTrace::clears()
+{
+    exchange(readRequest(), {}, Outcome::TimedOut);
+    m_recorder->flush();
+    ask(readRequest());
+    m_recorder->clear();
+    QCOMPARE(m_model->rowCount(), 0);
+    QCOMPARE(m_recorder->total(), 0);
+    QCOMPARE(m_recorder->faulty(), 0);
+    m_recorder->noteEnd(report(readRequest(), readAnswer())); // of a request that is gone
+    exchange(readRequest("0020"), readAnswer());
+    m_recorder->flush();
+    QCOMPARE(m_model->rowCount(), 3);
+    QCOMPARE(row(0).request, -1);
+    QVERIFY(text(2, FrameModel::Meaning).contains(QLatin1String("D_W:20*2 = 1")));
+}
+
+namespace {
+
+const Given<QByteArray> kBytes[] = {
+    {"nothing", ""},
+    {"a head", "\x06"},
+    {"noise", "\xff\x01\x02 nothing"},
+    {"long", QByteArray(100000, 'x')},
+    {"cut", "\x06"
+            "01rSB0104"},
+};
+
+} // namespace
+
+// Whatever a line delivers, and as whatever it is looked at.
+void TestFrameTrace::explainsEveryRow()
+{
+    for (const auto &bytes : kBytes) {
+        exchange(bytes.given, bytes.given, Outcome::Bad);
+        exchange(readRequest(), bytes.given, Outcome::Bad);
+        m_recorder->noteLate(1, bytes.given, 5);
+    }
+    m_recorder->flush();
+    for (int i = 0; i < m_model->rowCount(); ++i) {
+        QCOMPARE(text(i, FrameModel::Meaning).isEmpty(), row(i).bytes.isEmpty());
+        QVERIFY(text(i, FrameModel::Bytes).size() < 300);
+        for (int role = Qt::DisplayRole; role <= Qt::ToolTipRole; ++role) {
+            m_model->index(i, FrameModel::Result).data(role);
+        }
+    }
+}
+
+// Rows that are taken in are not looked at; a change of one is seen.
+void TestFrameTrace::remembersWhatItExplained()
+{
+    exchange(readRequest(), readAnswer());
+    m_recorder->flush();
+    const QString before = text(1, FrameModel::Meaning);
+    m_model->edit(1)->bytes = readAnswer("00050006");
+    QCOMPARE(text(1, FrameModel::Meaning), before);
+    QSignalSpy changed(m_model.get(), &QAbstractItemModel::dataChanged);
+    m_model->touch({1, 77});
+    QCOMPARE(changed.count(), 1);
+    QVERIFY(text(1, FrameModel::Meaning).contains(QLatin1String("= 5")));
+}
+
+void TestFrameTrace::copiesARow()
+{
+    const QByteArray request = completedRequest("01wSB08%DW0010020" + QByteArray(128, '7'));
+    exchange(request, {}, Outcome::TimedOut);
+    m_recorder->flush();
+    const QStringList columns = m_model->line(0).split(QLatin1Char('\t'));
+    QCOMPARE(columns.size(), static_cast<int>(FrameModel::ColumnCount));
+    QCOMPARE(columns.at(FrameModel::Bytes).size(), request.size() * 3 - 1); // all of them
+    QVERIFY(text(0, FrameModel::Bytes).endsWith(QLatin1String("...")));
+    QCOMPARE(m_model->line(1).split(QLatin1Char('\t')).at(FrameModel::Result),
+             QLatin1String("no answer"));
+}
+
+void TestFrameTrace::marksAnExchange()
+{
+    exchange(readRequest(), {}, Outcome::TimedOut);
+    exchange(readRequest("0020"), readAnswer());
+    m_recorder->noteLate(1, readAnswer(), 300);
+    m_recorder->flush();
+    const auto isBold = [this](int row) {
+        return m_model->index(row, 0).data(Qt::FontRole).value<QFont>().bold();
+    };
+    QSignalSpy changed(m_model.get(), &QAbstractItemModel::dataChanged);
+    m_model->mark(0);
+    QCOMPARE(changed.count(), 3);
+    QCOMPARE(QVector<bool>({isBold(0), isBold(1), isBold(2), isBold(3), isBold(4)}),
+             QVector<bool>({true, true, false, false, true}));
+    m_model->mark(2);
+    QVERIFY(!isBold(0) && isBold(3));
+    m_model->mark(-1);
+    QVERIFY(!isBold(3));
+}
+
+namespace {
+
+struct Filtered
+{
+    const char *what;
+    int station;
+    int kind;
+    bool faults;
+    const char *text;
+    QVector<int> rows;
+};
+
+// Rows: 0, 1 station 1 reads D10; 2, 3 station 1 does not answer; 4, 5 station 2 reads; 6, 7 a
+// write; 8 the late answer to row 2.
+const Filtered kFiltered[] = {
+    {"all", -1, -1, false, "", {0, 1, 2, 3, 4, 5, 6, 7, 8}},
+    {"a station", 2, -1, false, "", {4, 5}},
+    {"writes", -1, 1, false, "", {6, 7}},
+    {"reads of a station", 1, 0, false, "", {0, 1, 2, 3, 8}},
+    {"faults with their requests", -1, -1, true, "", {2, 3, 8}},
+    {"an address, with the answer", -1, -1, false, "d_w:30", {4, 5}},
+    {"what a result says", -1, -1, false, "No Answer", {2, 3}},
+    {"characters", -1, -1, false, "wSB", {6, 7}},
+    {"bytes", -1, -1, false, "77 53 42", {6, 7}},
+    {"nothing", -1, -1, false, "\xe4 nowhere", {}},
+    {"no such station", 31, -1, false, "", {}},
+    {"all together", 1, 0, true, "d_w:20", {2, 3, 8}},
+};
+
+} // namespace
+
+void TestFrameTrace::filters_data()
+{
+    addRows(kFiltered);
+}
+
+void TestFrameTrace::filters()
+{
+    const auto &its = currentRow(kFiltered);
+    exchange(readRequest(), readAnswer());
+    exchange(readRequest("0020"), {}, Outcome::TimedOut);
+    exchange(readRequest("0030", "02"), readAnswer("00010002", "02"));
+    exchange(completedRequest("01wSB07%DW0040010001"), answered("01wSB"));
+    m_recorder->noteLate(1, readAnswer(), 300);
+    FrameFilter filter;
+    const QAbstractItemModelTester tester(&filter,
+                                          QAbstractItemModelTester::FailureReportingMode::QtTest);
+    filter.setFrames(m_model.get());
+    FrameQuery query;
+    query.station = its.station < 0 ? std::nullopt : std::optional<int>(its.station);
+    if (its.kind >= 0) {
+        query.kind = static_cast<FrameKind>(its.kind);
+    }
+    query.faultsOnly = its.faults;
+    query.text = QString::fromLatin1(its.text);
+    filter.setQuery(query);
+    m_recorder->flush();
+    QVector<int> rows;
+    for (int i = 0; i < filter.rowCount(); ++i) {
+        rows << filter.mapToSource(filter.index(i, 0)).row();
+    }
+    QCOMPARE(rows, its.rows);
+}
+
+// A request is seen before it is known that nothing comes.
+void TestFrameTrace::filtersWhatEndsLater()
+{
+    FrameFilter filter;
+    filter.setFrames(m_model.get());
+    FrameQuery query;
+    query.faultsOnly = true;
+    filter.setQuery(query);
+    ask(readRequest());
+    m_recorder->flush();
+    QCOMPARE(filter.rowCount(), 0);
+    m_recorder->noteEnd(report(readRequest(), {}, Outcome::TimedOut));
+    m_recorder->flush();
+    QCOMPARE(filter.rowCount(), 2);
+}
+
+QTEST_MAIN(TestFrameTrace)
+#include "test_frame_trace.moc"
