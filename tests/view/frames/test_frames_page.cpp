@@ -79,7 +79,7 @@ void TestFramesPage::init()
     m_page = std::make_unique<FramesPage>(*m_line);
     m_page->resize(900, 600);
     m_page->show();
-    m_page->activateWindow();
+    m_page->activateWindow(); // for its shortcuts
     QVERIFY(QTest::qWaitForWindowActive(m_page.get(), 60000));
 }
 
@@ -217,15 +217,15 @@ void TestFramesPage::followsTheEnd()
     QVERIFY(table().follows());
     exchanges(10);
     QCOMPARE(bar().value(), bar().maximum());
+    table().setFocus();
+    bar().setValue(5);
+    QTest::keyClick(&table(), Qt::Key_End, Qt::ControlModifier);
+    QVERIFY(table().follows());
+    QCOMPARE(bar().value(), bar().maximum());
     // Not for a table that nobody sees; once it is seen again.
     m_page->hide();
     exchanges(100);
     m_page->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_page.get(), 60000));
-    QCOMPARE(bar().value(), bar().maximum());
-    bar().setValue(5);
-    QTest::keyClick(&table(), Qt::Key_End, Qt::ControlModifier);
-    QVERIFY(table().follows());
     QCOMPARE(bar().value(), bar().maximum());
 }
 
