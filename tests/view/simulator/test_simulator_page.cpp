@@ -216,7 +216,7 @@ void TestSimulatorPage::eachKindHasWords()
     fault.times = 3;
     QCOMPARE(faultInWords(fault),
              QLatin1String("Late answer (delay in milliseconds: 50 to 500), at "
-                           "10 % of the requests, 3 more time(s)"));
+                           "10 % of the requests, 3 more times"));
     QCOMPARE(faultInWords(plc::usualFault(plc::FaultKind::Refuse)),
              QLatin1String("Refusal (error code, hexadecimal: 1132), at each request"));
 }
@@ -288,12 +288,15 @@ void TestSimulatorPage::isKeptForTheNextSession()
     m_simulator->cause(kStation, QLatin1String("delay=5..7@10%"));
     m_simulator->move(kStation, plc::MotionKind::Square, QLatin1String("M_bit:3.5"));
     const QJsonObject saved = m_simulator->saved();
+    QSignalSpy changes(m_page.get(), &Page::changed);
     m_line->close();
     QVERIFY(m_simulator->actions().isEmpty());
     QCOMPARE(m_simulator->saved(), saved);
     open();
     QCOMPARE(int(m_simulator->actions().size()), 2);
+    QCOMPARE(m_page->findChild<ActionTable *>()->rowCount(), 2);
     QCOMPARE(m_simulator->saved(), saved);
+    QCOMPARE(int(changes.size()), 0);
     m_line->close();
     m_simulator->allOff();
     open();

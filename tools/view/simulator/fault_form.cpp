@@ -84,7 +84,7 @@ QLayout *FaultForm::makeChoices()
     m_percent->setAccessibleName(tr("Share of the requests with the fault"));
     m_times->setRange(0, kMostTimes);
     m_times->setSpecialValueText(tr("until it is unticked"));
-    m_times->setSuffix(tr(" time(s)"));
+    m_times->setSuffix(tr(" times"));
     m_times->setAccessibleName(tr("How many times the fault happens"));
     auto *percent = new QLabel(tr("&Happens at:"));
     percent->setBuddy(m_percent);

@@ -134,7 +134,7 @@ QString faultInWords(const plc::Fault &fault)
     text += fault.percent == 100 ? Words::tr(", at each request")
                                  : Words::tr(", at %1 % of the requests").arg(fault.percent);
     if (fault.times >= 0) {
-        text += Words::tr(", %n more time(s)", "", fault.times);
+        text += Words::tr(", %n more times", "", fault.times);
     }
     return text;
 }

@@ -85,8 +85,7 @@ Simulator::Simulator(Line &line, QObject *parent)
 {
     connect(&line, &Line::sessionBegan, this, [this] {
         if (isThere()) {
-            const Kept again = m_kept;
-            apply(again);
+            apply(m_kept);
         }
         Q_EMIT plcChanged();
     });
@@ -280,7 +279,6 @@ void Simulator::apply(const Kept &again)
             plc::apply(*setting, bus);
         }
     }
-    Q_EMIT actionsChanged();
 }
 
 QJsonObject Simulator::saved() const
@@ -299,6 +297,7 @@ void Simulator::restore(const QJsonObject &state)
     if (isThere()) {
         apply(wanted);
     }
+    Q_EMIT actionsChanged();
 }
 
 } // namespace cnet::view

@@ -85,6 +85,7 @@ QWidget *SimulatorPage::makeActions()
     m_table->verticalHeader()->hide();
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_table->horizontalHeader()->setStretchLastSection(true);
+    m_table->horizontalHeader()->setHighlightSections(false);
     auto *buttons = new QVBoxLayout;
     buttons->addWidget(m_remove);
     buttons->addWidget(m_allOff);

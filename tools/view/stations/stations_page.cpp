@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSplitter>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -42,6 +43,8 @@ StationsPage::StationsPage(Line &line, QWidget *parent)
     , m_tabs(new QTabWidget)
 {
     makeTable();
+    m_tabs->setAccessibleName(tr("Parts of the page"));
+    m_tabs->tabBar()->setAccessibleName(tr("Parts of the page"));
     m_tabs->addTab(makeNumbers(), tr("N&umbers"));
     m_tabs->addTab(m_scanPanel, tr("Scan the &line"));
     auto *all = new QVBoxLayout(this);
@@ -66,6 +69,7 @@ void StationsPage::makeTable()
     m_table->setTabKeyNavigation(false);
     m_table->verticalHeader()->hide();
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_table->horizontalHeader()->setHighlightSections(false);
     m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
     auto *copyAction = new QAction(tr("Copy as table"), this);
     copyAction->setShortcut(QKeySequence::Copy);
@@ -157,8 +161,8 @@ QString StationsPage::sinceWords() const
     const qint64 seconds = (session->nowMs() - sinceMs) / kMsPerSecond;
     const QString since =
         seconds < kLongSeconds
-            ? tr("counted for %n second(s)", "", static_cast<int>(seconds))
-            : tr("counted for %n minute(s)", "", static_cast<int>(seconds / kSecondsPerMinute));
+            ? tr("counted for %n seconds", "", static_cast<int>(seconds))
+            : tr("counted for %n minutes", "", static_cast<int>(seconds / kSecondsPerMinute));
     return tr("%1: %2; %3").arg(line, m_line.stateText(), since);
 }
 
@@ -186,7 +190,7 @@ void StationsPage::resetNumbers()
 void StationsPage::copyTable()
 {
     QGuiApplication::clipboard()->setText(tableText(*m_model));
-    Q_EMIT told(tr("%n row(s) were copied.", "", m_model->rowCount()));
+    Q_EMIT told(tr("%n rows were copied.", "", m_model->rowCount()));
 }
 
 void StationsPage::showEvent(QShowEvent *event)

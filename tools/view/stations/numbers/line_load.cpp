@@ -53,6 +53,7 @@ LineLoad::LineLoad(QWidget *parent)
     , m_history(new Sparkline)
 {
     m_bar->setRange(0, static_cast<int>(kFull));
+    m_bar->setTextVisible(false); // the words beside it say it
     m_bar->setAccessibleName(tr("Line load"));
     m_history->setAccessibleName(tr("Line load of the last minutes"));
     m_words->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -13,7 +13,8 @@ namespace cnet::view {
 
 namespace {
 
-QTreeWidget *makeList(const QStringList &columns, const QString &name)
+/** @param wide the column that gets what room there is */
+QTreeWidget *makeList(const QStringList &columns, int wide, const QString &name)
 {
     auto *list = new QTreeWidget;
     list->setHeaderLabels(columns);
@@ -22,6 +23,7 @@ QTreeWidget *makeList(const QStringList &columns, const QString &name)
     list->setAccessibleName(name);
     list->header()->setStretchLastSection(false);
     list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    list->header()->setSectionResizeMode(wide, QHeaderView::Stretch);
     return list;
 }
 
@@ -60,8 +62,8 @@ StationDetails::StationDetails(QWidget *parent)
     , m_title(new QLabel)
     , m_figures(new QLabel)
     , m_histogram(new HistogramView)
-    , m_troubles(makeList({tr("What"), tr("Times")}, tr("What went wrong, by kind")))
-    , m_refused(makeList({tr("Addresses"), tr("Reason"), tr("Times")}, tr("Refused addresses")))
+    , m_troubles(makeList({tr("What"), tr("Times")}, 0, tr("What went wrong, by kind")))
+    , m_refused(makeList({tr("Addresses"), tr("Reason"), tr("Times")}, 1, tr("Refused addresses")))
 {
     QFont bold = m_title->font();
     bold.setBold(true);

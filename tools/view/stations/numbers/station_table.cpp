@@ -215,11 +215,20 @@ QVariant StationTable::headerData(int section, Qt::Orientation orientation, int 
     if (orientation != Qt::Horizontal || section < 0 || section >= Columns) {
         return QVariant();
     }
-    const QString names[Columns] = {
-        tr("Station"),           tr("State"),        tr("Requests"),          tr("Per second"),
-        tr("No answer"),         tr("Wrong checks"), tr("Other bad answers"), tr("Refusals"),
-        tr("Refused addresses"), tr("Late answers"), tr("Repeated"),          tr("Median, ms"),
-        tr("95 %, ms"),          tr("Longest, ms")};
+    const QString names[Columns] = {tr("Station"),
+                                    tr("State"),
+                                    tr("Requests"),
+                                    tr("Per\nsecond"),
+                                    tr("No\nanswer"),
+                                    tr("Wrong\nchecks"),
+                                    tr("Other bad\nanswers"),
+                                    tr("Refusals"),
+                                    tr("Refused\naddresses"),
+                                    tr("Late\nanswers"),
+                                    tr("Repeated"),
+                                    tr("Median,\nms"),
+                                    tr("95 %,\nms"),
+                                    tr("Longest,\nms")};
     const QString meanings[Columns] = {
         tr("Its number on the line"),
         tr("How its last request ended"),

@@ -116,7 +116,7 @@ void HistogramView::paintEvent(QPaintEvent * /*event*/)
         return;
     }
     const double line = fontMetrics().height();
-    const QRectF area = QRectF(rect()).adjusted(line, line / 2, -line * 2, -(line * 1.5));
+    const QRectF area = QRectF(rect()).adjusted(line * 2, line / 2, -line * 2, -(line * 1.5));
     if (area.width() < line || area.height() < line) {
         return;
     }

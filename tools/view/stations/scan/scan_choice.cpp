@@ -77,10 +77,9 @@ QVector<int> likelyBauds()
 
 QString reachText(const RegisterReach &reach)
 {
-    const QString span = QString::fromLatin1("%1 %2-%3")
-                             .arg(reach.reg.name, addressText(reach.reg, reach.reg.lowest),
-                                  addressText(reach.reg, reach.highest));
-    return reach.toLimit ? ScanChoice::tr("%1 or more").arg(span) : span;
+    return QString::fromLatin1("%1 %2-%3")
+        .arg(reach.reg.name, addressText(reach.reg, reach.reg.lowest),
+             addressText(reach.reg, reach.highest));
 }
 
 } // namespace

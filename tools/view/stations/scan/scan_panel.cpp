@@ -49,7 +49,8 @@ ScanPanel::ScanPanel(Line &line, QWidget *parent)
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(m_start);
     buttons->addWidget(m_cancel);
-    buttons->addWidget(m_progress, 1);
+    buttons->addWidget(m_progress, 4);
+    buttons->addStretch(1);
     grid->addLayout(buttons, 4, 0, 1, 2);
     grid->addWidget(m_status, 5, 0, 1, 2);
     grid->addWidget(m_table, 6, 0, 1, 2);
@@ -100,6 +101,7 @@ void ScanPanel::makeTable()
     m_table->verticalHeader()->hide();
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_table->horizontalHeader()->setStretchLastSection(true);
+    m_table->horizontalHeader()->setHighlightSections(false);
     m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
     auto *copyAction = new QAction(tr("Copy as table"), this);
     copyAction->setShortcut(QKeySequence::Copy);
@@ -125,6 +127,9 @@ void ScanPanel::wire()
     connect(&m_scan, &LineScan::progressed, this, &ScanPanel::showProgress);
     connect(&m_scan, &LineScan::foundChanged, this, [this] {
         m_model->setFound(m_scan.found());
+        if (!m_table->currentIndex().isValid()) {
+            m_table->setCurrentIndex(m_model->index(0, 0));
+        }
         showState();
     });
     connect(&m_scan, &LineScan::trying, this, [this](const LineSettings &settings) {
@@ -191,16 +196,16 @@ QString ScanPanel::stateWords() const
         return tr("Not scanned yet.");
     case LineScan::State::Running:
         return found > 0
-                   ? tr("Scanning with %1; %n station(s) so far. The live values stand still.", "",
+                   ? tr("Scanning with %1; %n stations so far. The live values stand still.", "",
                         found)
                          .arg(m_trying.text())
                    : tr("Scanning with %1. The live values stand still.").arg(m_trying.text());
     case LineScan::State::Complete:
-        return found > 0 ? tr("%n station(s) answered.", "", found)
+        return found > 0 ? tr("%n stations answered.", "", found)
                          : tr("No station answered. Check the cable, the speed, and that the PLC's "
                               "port is set to its link protocol.");
     case LineScan::State::Cancelled:
-        return tr("Stopped; %n station(s) had answered until then.", "", found);
+        return tr("Stopped; %n stations had answered until then.", "", found);
     case LineScan::State::LineFailed:
         break;
     }
@@ -240,7 +245,7 @@ void ScanPanel::connectTo(const QModelIndex &index)
 void ScanPanel::copy()
 {
     QGuiApplication::clipboard()->setText(tableText(*m_model));
-    Q_EMIT told(tr("%n row(s) were copied.", "", m_model->rowCount()));
+    Q_EMIT told(tr("%n rows were copied.", "", m_model->rowCount()));
 }
 
 QJsonObject ScanPanel::saved() const
