@@ -75,7 +75,11 @@ void TagEntry::listWords()
     for (const QString &name : registers) {
         words.append(name + QLatin1Char(':'));
     }
-    words += m_tags.tags().names() + m_known.names();
+    for (const TagSet &set : {m_tags.tags(), m_known}) {
+        for (const Tag &tag : set.all()) {
+            words.append(tagText(tag));
+        }
+    }
     words.removeDuplicates();
     m_words->setStringList(words);
 }

@@ -48,7 +48,7 @@ int ValuesModel::columnCount(const QModelIndex &parent) const
 
 bool ValuesModel::isRow(const QModelIndex &index) const
 {
-    return checkIndex(index, CheckIndexOption::IndexIsValid) &&
+    return index.isValid() && checkIndex(index) &&
            m_rows.at(index.row()).tag < m_tags.tags().all().size();
 }
 
