@@ -1,5 +1,7 @@
 #include "view/trend/series/trace_store.h"
 
+#include "view/trend/series/trace_sums.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -8,13 +10,9 @@ namespace cnet::view {
 
 namespace {
 
-constexpr int kNodeBits = 4; // what a node is of the level below
-constexpr int kNodeEntries = 1 << kNodeBits;
 constexpr int kLeastMost = 256;
-constexpr int kGreatestMost =
-    1 << 29; // entries are counted in an int, and each sample may have a gap
+constexpr int kGreatestMost = 1 << 28; // each may have a gap beside, and an int counts both
 constexpr int kGreatestChunkBits = 12;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kGap = std::numeric_limits<double>::quiet_NaN();
 
 /** What differs between two times, which may be further apart than a qint64 can tell. */
@@ -22,91 +20,6 @@ quint64 distance(qint64 from, qint64 to)
 {
     return static_cast<quint64>(to) - static_cast<quint64>(from);
 }
-
-int countSamples(const double *values, int count)
-{
-    int samples = 0;
-    for (int i = 0; i < count; ++i) {
-        samples += std::isnan(values[i]) ? 0 : 1;
-    }
-    return samples;
-}
-
-/** Of no more than a node's entries; their sum may be more than a double holds. */
-double meanOf(const double *values, int count, int samples)
-{
-    double sum = 0;
-    for (int i = 0; i < count; ++i) {
-        sum += std::isnan(values[i]) ? 0 : values[i] / kNodeEntries;
-    }
-    return samples == 0 ? 0 : sum / samples * kNodeEntries;
-}
-
-/** The mean of two parts; as above. */
-double joinedMean(double mean, int count, double otherMean, int otherCount)
-{
-    if (count == 0 || otherCount == 0) {
-        return count == 0 ? otherMean : mean;
-    }
-    const double share = static_cast<double>(count) / (static_cast<double>(count) + otherCount);
-    return mean * share + otherMean * (1 - share);
-}
-
-/** The least and the greatest of what it is given. Values that are not numbers are none. */
-struct Extremes
-{
-    double least = kInfinity;
-    double greatest = -kInfinity;
-    int count = 0;
-
-    template <class Node>
-    void addNode(const Node &node)
-    {
-        least = std::min(least, node.least);
-        greatest = std::max(greatest, node.greatest);
-        count += node.count;
-    }
-
-    /** Two of each side by side, as one would wait for itself. */
-    void addValues(const double *values, int entries, int samples)
-    {
-        double otherLeast = least;
-        double otherGreatest = greatest;
-        int i = 0;
-        for (; i + 1 < entries; i += 2) {
-            least = values[i] < least ? values[i] : least;
-            greatest = values[i] > greatest ? values[i] : greatest;
-            otherLeast = values[i + 1] < otherLeast ? values[i + 1] : otherLeast;
-            otherGreatest = values[i + 1] > otherGreatest ? values[i + 1] : otherGreatest;
-        }
-        if (i < entries) {
-            least = values[i] < least ? values[i] : least;
-            greatest = values[i] > greatest ? values[i] : greatest;
-        }
-        least = std::min(least, otherLeast);
-        greatest = std::max(greatest, otherGreatest);
-        count += samples;
-    }
-};
-
-/** Their mean, too. */
-struct ExtremesAndMean : Extremes
-{
-    double mean = 0;
-
-    template <class Node>
-    void addNode(const Node &node)
-    {
-        mean = joinedMean(mean, count, node.mean, node.count);
-        Extremes::addNode(node);
-    }
-
-    void addValues(const double *values, int entries, int samples)
-    {
-        mean = joinedMean(mean, count, meanOf(values, entries, samples), samples);
-        Extremes::addValues(values, entries, samples);
-    }
-};
 
 } // namespace
 
@@ -191,15 +104,15 @@ void TraceStore::addNodes()
     }
 }
 
-/** Shows `extremes` the entries from one to another, as few nodes and values as will do. */
-template <class Extremes>
-void TraceStore::look(qint64 at, qint64 end, Extremes &extremes) const
+/** Shows a sum the entries from one to another, in as few nodes and values as will do. */
+template <class Sum>
+void TraceStore::look(qint64 at, qint64 end, Sum &sum) const
 {
     while (at < end) {
         qint64 length = 0;
         const Node *large = nodeAt(at, end, length);
         if (large != nullptr) {
-            extremes.addNode(*large);
+            sum.addNode(*large);
             at += length;
             continue;
         }
@@ -209,14 +122,14 @@ void TraceStore::look(qint64 at, qint64 end, Extremes &extremes) const
         const size_t node = place >> kNodeBits;
         const qint64 next = (at | (kNodeEntries - 1)) + 1;
         if (next - at == kNodeEntries && next <= end && node < chunk.nodes.size()) {
-            extremes.addNode(chunk.nodes[node]);
+            sum.addNode(chunk.nodes[node]);
             at = next;
             continue;
         }
         const double *values = chunk.values.data() + place;
         const auto entries = static_cast<int>(std::min(next, end) - at);
         const bool hasGaps = static_cast<size_t>(chunk.samples) != chunk.values.size();
-        extremes.addValues(values, entries, hasGaps ? countSamples(values, entries) : entries);
+        sum.addValues(values, entries, hasGaps ? countSamples(values, entries) : entries);
         at += entries;
     }
 }
@@ -360,6 +273,24 @@ TraceStore::Span TraceStore::span(int from, int to) const
         span.last = std::isnan(last) ? valueAt(end - 2) : last;
     }
     return span;
+}
+
+void TraceStore::expect(int index) const
+{
+    if (index < 0 || index >= entries()) {
+        return;
+    }
+    const Chunk &chunk = m_chunks[static_cast<size_t>(index >> m_chunkBits)];
+    const int place = index & ((1 << m_chunkBits) - 1);
+    const int row = place & ~(kNodeEntries - 1);
+    __builtin_prefetch(chunk.values.data() + row);
+    __builtin_prefetch(chunk.values.data() + row + kNodeEntries / 2);
+    __builtin_prefetch(chunk.nodes.data() + (place >> kNodeBits));
+    if (chunk.times.empty()) {
+        __builtin_prefetch(chunk.offsets.data() + place);
+    } else {
+        __builtin_prefetch(chunk.times.data() + place);
+    }
 }
 
 TraceStore::Summary TraceStore::summary(qint64 fromMs, qint64 toMs) const

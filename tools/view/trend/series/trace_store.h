@@ -81,6 +81,10 @@ public:
     /** What there is in the entries [from, to), cut to those there are. */
     Span span(int from, int to) const;
 
+    /** That span() and indexAt() will soon be asked for a place around this entry: fetching it from
+     * memory is most of what they take. @param index any */
+    void expect(int index) const;
+
     /** What there is from one time to another, both included. */
     Summary summary(qint64 fromMs, qint64 toMs) const;
 
@@ -114,8 +118,9 @@ private:
         qint64 begin = 0; ///< the number of its oldest node since the start
         std::deque<Node> nodes;
     };
-    template <class Extremes>
-    void look(qint64 at, qint64 end, Extremes &extremes) const;
+
+    template <class Sum>
+    void look(qint64 at, qint64 end, Sum &sum) const;
 
     void add(qint64 atMs, double value);
     void dropOldest();

@@ -9,35 +9,39 @@ namespace cnet::view {
 
 namespace {
 
-/** The part of a line within left, top, right and bottom. @return false: none */
-bool clip(QLineF &line, const QRectF &to)
+constexpr int kColumnsAhead = 4; // memory answers within that time
+
+/** Cuts what goes past the top or the bottom off the begin of a line. */
+void cutBegin(QLineF &line, double top, double bottom)
 {
-    double begin = 0;
-    double end = 1;
-    const double dx = line.dx();
-    const double dy = line.dy();
-    const double steps[] = {-dx, dx, -dy, dy};
-    const double rooms[] = {line.x1() - to.left(), to.right() - line.x1(), line.y1() - to.top(),
-                            to.bottom() - line.y1()};
-    for (int i = 0; i < 4; ++i) {
-        if (!std::isfinite(steps[i]) || !std::isfinite(rooms[i])) {
-            return false;
-        }
-        if (steps[i] == 0) {
-            if (rooms[i] < 0) {
-                return false;
-            }
-        } else if (steps[i] < 0) {
-            begin = std::max(begin, rooms[i] / steps[i]);
-        } else {
-            end = std::min(end, rooms[i] / steps[i]);
-        }
+    const double edge = qBound(top, line.y1(), bottom);
+    if (edge != line.y1()) {
+        line.setP1({line.x1() + (edge - line.y1()) * (line.dx() / line.dy()), edge});
     }
-    if (begin > end) {
+}
+
+/** Cuts a line that goes to the right to its part within a rectangle. First at the left and the
+ * right, so that little of a line across ages is found exactly. @return false: there is none */
+bool cut(QLineF &line, const QRectF &to)
+{
+    if (!std::isfinite(line.y1()) || !std::isfinite(line.y2()) || !std::isfinite(line.dy()) ||
+        line.x2() < to.left() || line.x1() > to.right()) {
         return false;
     }
-    line = QLineF(line.x1() + begin * dx, line.y1() + begin * dy, line.x1() + end * dx,
-                  line.y1() + end * dy);
+    const double slope = line.dx() > 0 ? line.dy() / line.dx() : 0;
+    const double left = std::max(line.x1(), to.left());
+    const double right = std::min(line.x2(), to.right());
+    line = QLineF(left, line.y1() + (left - line.x1()) * slope, right,
+                  line.y2() - (line.x2() - right) * slope);
+    const double top = std::min(line.y1(), line.y2());
+    const double bottom = std::max(line.y1(), line.y2());
+    if (top > to.bottom() || bottom < to.top()) {
+        return false;
+    }
+    cutBegin(line, to.top(), to.bottom());
+    line = QLineF(line.p2(), line.p1());
+    cutBegin(line, to.top(), to.bottom());
+    line = QLineF(line.p2(), line.p1());
     return true;
 }
 
@@ -81,8 +85,10 @@ public:
             }
             leadTo(column, entry);
             const int next = std::max(m_store.indexAt(end, at + length), at + 1);
-            drawColumn(column, at, next);
             length = next - at;
+            m_store.expect(length < entries / kColumnsAhead ? next + kColumnsAhead * length
+                                                            : entries);
+            drawColumn(column, at, next);
             at = next;
             column = m_nextColumn;
             end = columnBegin(column + 1);
@@ -180,7 +186,7 @@ private:
     {
         QLineF line(xOf(m_last.atMs), m_area.y.transform(m_last.value), xOf(entry.atMs),
                     m_area.y.transform(entry.value));
-        if (clip(line, QRectF(m_area.pixels).adjusted(-1, -1, 0, 0))) {
+        if (cut(line, QRectF(m_area.pixels).adjusted(-1, -1, 0, 0))) {
             m_strokes.slopes.push_back(line);
         }
     }
