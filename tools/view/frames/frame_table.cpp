@@ -11,7 +11,7 @@ namespace cnet::view {
 namespace {
 
 // Enough for what mostly stands there; in widths of a digit.
-constexpr double kFirstWidths[] = {15, 11, 8, 11, 60, 36, 11, 30};
+constexpr double kFirstWidths[] = {14, 11, 8, 11, 10, 18, 42, 30};
 constexpr double kNarrowest = 2;
 constexpr double kWidest = 1000;
 

@@ -117,9 +117,11 @@ void FramesPage::arrange()
     split->addWidget(m_table);
     split->addWidget(m_detail);
     split->setChildrenCollapsible(false);
-    const int tablePart = 3;
+    const int tablePart = 2;
     split->setStretchFactor(0, tablePart);
     split->setStretchFactor(1, 1);
+    const int line = fontMetrics().height();
+    split->setSizes({line * tablePart * 10, line * 10});
     auto *const rows = new QVBoxLayout(this);
     rows->addWidget(m_captureBar);
     rows->addLayout(buttons);

@@ -21,7 +21,7 @@ class FrameModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
-    enum Column { Time, Way, Station, Kind, Meaning, Bytes, Response, Result, ColumnCount };
+    enum Column { Time, Way, Station, Kind, Response, Result, Meaning, Bytes, ColumnCount };
 
     static constexpr int kMostExchanges = 20000;
 
@@ -56,7 +56,7 @@ public:
     /** Makes all rows of an exchange stand out. @param number of its request; -1: none */
     void mark(qint64 number);
 
-    /** What a frame says, in one line. Remembered for the rows that were seen last. */
+    /** What a frame says, in one line. Remembered for the rows that were looked at last. */
     QString meaning(qint64 number) const;
 
     /** Columns of a row with tabs between them, all bytes included. @param row of the table */
@@ -80,7 +80,8 @@ private:
     void removeOldest(int exchanges);
     void repaint(const QVector<qint64> &numbers);
 
-    static constexpr int kRemembered = 2000;
+    // All rows of a full table: who looks for a text types it letter by letter.
+    static constexpr int kRemembered = 2 * kMostExchanges;
 
     FrameLog m_log;
     int m_mostExchanges;
