@@ -184,13 +184,15 @@ private Q_SLOTS:
 
     void standsAnyFile()
     {
-        const QByteArray whole = bytesOf(QLatin1String(EXAMPLES "/bracket.csv")) + kTwo;
+        const QByteArray whole = bytesOf(QLatin1String(EXAMPLES "/bracket.csv"));
+        const auto size = static_cast<int>(whole.size());
         Random random(31);
         int read = 0;
         for (int round = 0; round < 1500; ++round) {
-            QByteArray content = random.chance(50) ? whole.left(random.below(whole.size())) : whole;
+            QByteArray content = random.chance(50) ? whole.left(random.below(size)) : whole;
             for (int i = random.below(4); i > 0 && !content.isEmpty(); --i) {
-                content[random.below(content.size())] = static_cast<char>(random.below(256));
+                content[random.below(static_cast<int>(content.size()))] =
+                    static_cast<char>(random.below(256));
             }
             QVector<Finding> mistakes;
             const auto sheet = RecipeSheet::read(content, reading(), mistakes);
@@ -295,7 +297,8 @@ private Q_SLOTS:
         QCOMPARE(rows.rowCount(), 3);
         const RowCounts counts = model.counts();
         QCOMPARE(counts.same, 2);
-        QCOMPARE(counts.different, 3);
+        QCOMPARE(counts.different, 2);
+        QCOMPARE(counts.unknown, 1);
         QCOMPARE(counts.missing, 2);
         QVERIFY(model.setData(model.index(1, RecipeModel::kValue), QLatin1String("7")));
         QCOMPARE(rows.rowCount(), 2);

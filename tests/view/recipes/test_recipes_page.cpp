@@ -11,6 +11,8 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTableView>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTreeWidget>
 
@@ -328,6 +330,34 @@ private Q_SLOTS:
         QCOMPARE(bench.states(), QSet<QString>{QLatin1String("verified")});
     }
 
+    void aLineThatBreaksLosesNothing()
+    {
+        Bench bench;
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        QObject::connect(&server, &QTcpServer::newConnection, &server, [&server] {
+            QTcpSocket *const socket = server.nextPendingConnection();
+            QObject::connect(socket, &QTcpSocket::readyRead, &server, [&server, socket] {
+                server.close(); // it does not come back
+                socket->abort();
+            });
+        });
+        Connection connection;
+        connection.kind = Connection::Kind::Tcp;
+        connection.address.kind = LinkAddress::Kind::Tcp;
+        connection.address.host = QLatin1String("127.0.0.1");
+        connection.address.port = server.serverPort();
+        bench.line.open(connection);
+        QTRY_VERIFY_WITH_TIMEOUT(bench.line.isOpen(), 60000);
+        QVERIFY(bench.page.openFile(QLatin1String(EXAMPLES "/bracket.csv")));
+        QVERIFY(bench.run(Kind::Write));
+        QVERIFY2(bench.trouble().contains(QLatin1String("0 of 11 words are in the PLC")),
+                 qPrintable(bench.trouble()));
+        QVERIFY(bench.at(0, RecipeModel::kState).startsWith(QLatin1String("not confirmed: ")));
+        QVERIFY(!bench.page.startTransfer(Kind::Write));
+        QVERIFY2(bench.trouble().contains(QLatin1String("lost: ")), qPrintable(bench.trouble()));
+    }
+
     void aReadingEndsWithItsSession()
     {
         Bench bench;
@@ -454,6 +484,13 @@ private Q_SLOTS:
         bench.type(0, "2");
         QVERIFY(!bench.page.openFile(QLatin1String(EXAMPLES "/bracket.csv")));
         QVERIFY(bench.question().contains(path));
+        QVERIFY(bench.connectTo(9600));
+        QVERIFY(bench.page.startTransfer(Kind::Compare));
+        bench.answer("Open without saving")->click(); // not now
+        QVERIFY(bench.trouble().contains(QLatin1String("a transfer is running")));
+        QCOMPARE(bench.page.path(), path);
+        bench.line.close();
+        QVERIFY(!bench.page.openFile(QLatin1String(EXAMPLES "/bracket.csv")));
         bench.answer("Keep editing")->click();
         QVERIFY(bench.question().isEmpty());
         QCOMPARE(bench.page.path(), path);

@@ -80,7 +80,9 @@ void RecipesPage::makeTable()
                              QAbstractItemView::AnyKeyPressed);
     m_table->setTabKeyNavigation(false);
     m_table->verticalHeader()->hide();
-    m_table->horizontalHeader()->setStretchLastSection(true);
+    QHeaderView *const header = m_table->horizontalHeader();
+    header->setHighlightSections(false);
+    header->setSectionResizeMode(RecipeModel::kState, QHeaderView::Stretch);
     m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
@@ -151,8 +153,12 @@ void RecipesPage::layOut(QToolBar *bar)
     auto *const open = new QPushButton(tr("Open a reci&pe..."), m_empty);
     connect(open, &QPushButton::clicked, m_open, &QAction::trigger);
     auto *const middle = new QVBoxLayout(m_empty);
+    auto *const wide = new QHBoxLayout;
+    wide->addStretch(1);
+    wide->addWidget(text, 3); // not aligned, so that it is as high as its lines
+    wide->addStretch(1);
     middle->addStretch(1);
-    middle->addWidget(text, 0, Qt::AlignHCenter);
+    middle->addLayout(wide);
     middle->addWidget(open, 0, Qt::AlignHCenter);
     middle->addStretch(2);
     m_stack->addWidget(m_empty);
@@ -251,6 +257,9 @@ void RecipesPage::updateSummary()
     } else {
         parts.append(tr("%n the same", "", counts.same));
         parts.append(tr("%n different", "", counts.different));
+        if (counts.unknown > 0) {
+            parts.append(tr("%n not known", "", counts.unknown));
+        }
         parts.append(tr("PLC as at %1").arg(m_plcAt));
     }
     if (hasUnsavedEdits()) {

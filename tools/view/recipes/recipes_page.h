@@ -92,6 +92,7 @@ private:
     RecipeReading reading() const;
     bool readFile(const QString &path);
     void showSheet(const RecipeSheet &sheet);
+    void sizeColumns();
     void closeFile();
     void restoreEdits(const QJsonArray &edits);
     bool isChangedOnDisk(const QString &path) const;

@@ -10,6 +10,7 @@
 #include <QJsonArray>
 #include <QSaveFile>
 #include <QStackedWidget>
+#include <QStyle>
 #include <QTableView>
 
 namespace cnet::view {
@@ -154,12 +155,7 @@ RecipeReading RecipesPage::reading() const
 
 bool RecipesPage::openFile(const QString &path)
 {
-    if (m_transfer.isRunning()) {
-        Q_EMIT troubled(tr("%1 was not opened: a transfer is running.").arg(path),
-                        tr("Cancel it, or wait until it has ended."));
-        return false;
-    }
-    if (!hasUnsavedEdits()) {
+    if (m_transfer.isRunning() || !hasUnsavedEdits()) {
         return readFile(path);
     }
     m_question->ask(tr("%1 has edits that are not saved.").arg(m_path),
@@ -176,6 +172,12 @@ bool RecipesPage::openFile(const QString &path)
 
 bool RecipesPage::readFile(const QString &path)
 {
+    // A question may be answered later than it was asked.
+    if (m_transfer.isRunning()) {
+        Q_EMIT troubled(tr("%1 was not opened: a transfer is running.").arg(path),
+                        tr("Cancel it, or wait until it has ended."));
+        return false;
+    }
     QString why;
     const auto content = contentOf(path, why);
     if (!content) {
@@ -214,8 +216,26 @@ void RecipesPage::showSheet(const RecipeSheet &sheet)
     m_mistakes->clear();
     m_model.setSheet(sheet);
     m_stack->setCurrentWidget(m_table);
-    m_table->resizeColumnsToContents();
+    sizeColumns();
     m_table->setCurrentIndex(m_rows.index(0, RecipeModel::kValue));
+}
+
+void RecipesPage::sizeColumns()
+{
+    QFont bold = m_table->font();
+    bold.setBold(true); // as edited values are
+    const int ofValues =
+        QFontMetrics(bold).horizontalAdvance(QLatin1String("-32768 0x")) +
+        2 * m_table->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, m_table);
+    m_table->resizeColumnToContents(RecipeModel::kAddress);
+    m_table->resizeColumnToContents(RecipeModel::kNote);
+    m_table->setColumnWidth(RecipeModel::kValue, ofValues);
+    m_table->setColumnWidth(RecipeModel::kPlc, ofValues);
+    // A long comment leaves room for the values.
+    const int most = QFontMetrics(bold).averageCharWidth() * 40;
+    if (m_table->columnWidth(RecipeModel::kNote) > most) {
+        m_table->setColumnWidth(RecipeModel::kNote, most);
+    }
 }
 
 void RecipesPage::closeFile()

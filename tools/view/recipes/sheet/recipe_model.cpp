@@ -82,7 +82,9 @@ RowCounts RecipeModel::counts() const
     for (int row = 0; row < counts.rows; ++row) {
         const RowState::Kind kind = stateOf(row).kind;
         counts.same += kind == RowState::Same ? 1 : 0;
-        counts.different += kind == RowState::Different ? 1 : 0;
+        const bool isKnown = m_words.value(row).plc.has_value();
+        counts.different += kind == RowState::Different && isKnown ? 1 : 0;
+        counts.unknown += kind == RowState::Different && !isKnown ? 1 : 0;
         counts.missing += m_values.at(row) ? 0 : 1;
     }
     return counts;
@@ -221,7 +223,7 @@ QVariant RecipeModel::data(const QModelIndex &index, int role) const
     if (role == Qt::DecorationRole && column == kState && state.kind != RowState::Unknown) {
         return icon(state.like);
     }
-    if (role == Qt::BackgroundRole && state.kind == RowState::Different && column >= kValue) {
+    if (role == Qt::BackgroundRole && state.kind == RowState::Different && column >= kPlc) {
         return washColour(toneOf(state.like), QApplication::palette());
     }
     return {};

@@ -23,7 +23,8 @@ struct RowCounts
 {
     int rows = 0;
     int same = 0;      ///< as the PLC has it
-    int different = 0; ///< the PLC has another value, or it is not known whether it has this one
+    int different = 0; ///< the PLC has another value
+    int unknown = 0;   ///< a transfer could not tell what the PLC has
     int missing = 0;   ///< without a value in the file
 };
 
