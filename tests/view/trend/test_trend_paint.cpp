@@ -1,77 +1,14 @@
 #include "plain_store.h"
+#include "trace_scene.h"
 
-#include "view/trend/series/trace_item.h"
-
-#include <qwt_plot.h>
-#include <qwt_scale_map.h>
-
-#include <QImage>
-#include <QPainter>
-#include <QPicture>
 #include <QtTest>
 
-#include <cmath>
 #include <limits>
-#include <memory>
 #include <random>
 
 using namespace cnet::view;
 
 namespace {
-
-constexpr QRgb kGround = 0xffffffff;
-constexpr int kWidth = 400;
-constexpr int kHeight = 200;
-
-QwtScaleMap mapOf(double s1, double s2, double p1, double p2)
-{
-    QwtScaleMap map;
-    map.setScaleInterval(s1, s2);
-    map.setPaintInterval(p1, p2);
-    return map;
-}
-
-/** A picture of a part of time and of values, in which a trace is black. */
-struct Scene
-{
-    QwtScaleMap x = mapOf(0, kWidth - 1, 0, kWidth - 1);
-    QwtScaleMap y = mapOf(0, kHeight - 1, kHeight - 1, 0);
-    QRect canvas{0, 0, kWidth, kHeight};
-    QImage image = emptyImage();
-
-    static QImage emptyImage()
-    {
-        QImage image(kWidth, kHeight, QImage::Format_RGB32);
-        image.fill(kGround);
-        return image;
-    }
-
-    void draw(const TraceItem &item)
-    {
-        QPainter painter(&image);
-        item.draw(&painter, x, y, canvas);
-    }
-
-    bool isPainted(int column, int row) const { return image.pixel(column, row) != kGround; }
-
-    /** The rows that are painted in a column. */
-    std::vector<int> rows(int column) const
-    {
-        std::vector<int> rows;
-        for (int row = 0; row < image.height(); ++row) {
-            if (isPainted(column, row)) {
-                rows.push_back(row);
-            }
-        }
-        return rows;
-    }
-
-    int columnOf(qint64 atMs) const
-    {
-        return static_cast<int>(std::floor(x.transform(static_cast<double>(atMs)) + 0.5));
-    }
-    int rowOf(double value) const { return static_cast<int>(std::floor(y.transform(value) + 0.5)); }
-};
 
 /** What a column has to show: the rows of all its samples and of what held before. */
 struct Column
@@ -119,20 +56,6 @@ TraceStore &filled(TraceStore &store, std::initializer_list<QPointF> samples)
     return store;
 }
 
-QwtScaleMap *mapsOf(const Scene &scene)
-{
-    static QwtScaleMap maps[QwtPlot::axisCnt];
-    maps[QwtPlot::xBottom] = scene.x;
-    maps[QwtPlot::yLeft] = scene.y;
-    return maps;
-}
-
-void drawPlot(Scene &scene, const QwtPlot &plot)
-{
-    QPainter painter(&scene.image);
-    plot.drawItems(&painter, scene.canvas, mapsOf(scene));
-}
-
 } // namespace
 
 class TestTrendPaint : public QObject
@@ -148,11 +71,6 @@ private Q_SLOTS:
     void holdsUntil();
     void drawsBitsAsLanes();
     void staysAPixelWideWhereItIsDense();
-    void drawsManyTracesAsOne();
-    void drawsMoreTracesThanThereAreColours();
-    void drawsWithoutThoseThatAreHidden();
-    void drawsPixelsOfTheDevice();
-    void drawsOnOtherDevices();
     void drawsNothingWithoutAScale_data();
     void drawsNothingWithoutAScale();
     void bearsAllTimesThereAre();
@@ -204,8 +122,9 @@ void TestTrendPaint::losesNoExtreme()
         QVERIFY2(!rows.empty(), where);
         QVERIFY2(rows.front() == expected.top, where);
         QVERIFY2(rows.back() == expected.bottom, where);
-        QVERIFY2(static_cast<int>(rows.size()) == expected.bottom - expected.top + 1 || gaps > 0,
-                 where);
+        if (gaps == 0) {
+            QVERIFY2(static_cast<int>(rows.size()) == expected.bottom - expected.top + 1, where);
+        }
     }
 }
 
@@ -321,150 +240,6 @@ void TestTrendPaint::staysAPixelWideWhereItIsDense()
     }
 }
 
-/** Traces of which each covers some of those before, in a plot. */
-struct Traces
-{
-    std::vector<std::unique_ptr<TraceStore>> stores;
-    QwtPlot plot;
-    std::vector<TraceItem *> items; ///< the plot's
-
-    explicit Traces(int count, int samples)
-    {
-        for (int i = 0; i < count; ++i) {
-            stores.push_back(std::make_unique<TraceStore>());
-            fill(*stores.back(), {samples, 0.1, 10}, static_cast<unsigned>(i));
-            items.push_back(new TraceItem(*stores.back()));
-            items.back()->setColour(QColor::fromHsv(i * 37 % 360, 255, 200));
-            items.back()->attach(&plot);
-        }
-    }
-
-    Scene scene() const
-    {
-        Scene scene;
-        const auto first = static_cast<double>(stores.front()->firstMs());
-        const auto last = static_cast<double>(stores.front()->lastMs());
-        scene.x = mapOf(first, last, 0, kWidth - 1);
-        scene.y = mapOf(-1000, 1000, kHeight - 1, 0);
-        return scene;
-    }
-};
-
-void TestTrendPaint::drawsManyTracesAsOne()
-{
-    Traces traces(9, 150);
-    traces.items[2]->setLane(-500, 500);
-    traces.items[4]->setLane(600, 800);
-    traces.items[8]->setStyle(TraceStyle::Linear);
-    traces.items[2]->setZ(1); // so that its filling is below the others here and there
-    traces.items[4]->setZ(2);
-    Scene together = traces.scene();
-    together.canvas = QRect(3, 5, kWidth - 10, kHeight - 17); // no whole tiles
-    drawPlot(together, traces.plot);
-
-    Scene apart = traces.scene();
-    apart.canvas = together.canvas;
-    QPainter painter(&apart.image);
-    for (QwtPlotItem *item : traces.plot.itemList()) {
-        QwtPlotItem *const drawn = item;
-        drawn->detach();
-        drawn->draw(&painter, apart.x, apart.y, apart.canvas);
-        std::unique_ptr<QwtPlotItem> owned(drawn);
-    }
-    painter.end();
-    int different = 0;
-    for (int row = 0; row < kHeight; ++row) {
-        for (int column = 0; column < kWidth; ++column) {
-            different +=
-                together.image.pixel(column, row) == apart.image.pixel(column, row) ? 0 : 1;
-        }
-    }
-    // Where two fillings overlap one of them is seen.
-    QVERIFY2(different == 0, QByteArray::number(different));
-    QVERIFY(apart.image != Scene::emptyImage());
-}
-
-void TestTrendPaint::drawsMoreTracesThanThereAreColours()
-{
-    Traces traces(0, 0);
-    for (int i = 0; i < 400; ++i) {
-        traces.stores.push_back(std::make_unique<TraceStore>());
-        filled(*traces.stores.back(), {{0, i / 2.0}, {399, i / 2.0}});
-        (new TraceItem(*traces.stores.back()))->attach(&traces.plot);
-    }
-    Scene scene;
-    drawPlot(scene, traces.plot);
-    QCOMPARE(scene.rows(200).size(), size_t(kHeight));
-}
-
-void TestTrendPaint::drawsWithoutThoseThatAreHidden()
-{
-    Traces traces(8, 500);
-    Scene all = traces.scene();
-    drawPlot(all, traces.plot);
-    traces.items.back()->setVisible(false); // it would have painted them
-    traces.items.front()->setVisible(false);
-    Scene fewer = traces.scene();
-    drawPlot(fewer, traces.plot);
-    QVERIFY(fewer.image != all.image);
-    QVERIFY(fewer.image != Scene::emptyImage());
-
-    traces.items.back()->setVisible(true);
-    traces.items.front()->setVisible(true);
-    Scene again = traces.scene();
-    drawPlot(again, traces.plot);
-    QVERIFY(again.image == all.image);
-    traces.items[3]->setYAxis(QwtPlot::yRight); // without a scale it has no place
-    Scene odd = traces.scene();
-    drawPlot(odd, traces.plot);
-    QVERIFY(odd.image != Scene::emptyImage());
-}
-
-void TestTrendPaint::drawsPixelsOfTheDevice()
-{
-    TraceStore store;
-    fill(store, {20000, 0.01, 10}, 12);
-    const TraceItem item(store);
-    const auto first = static_cast<double>(store.firstMs());
-    const auto last = static_cast<double>(store.lastMs());
-
-    Scene large;
-    large.image = QImage(2 * kWidth, 2 * kHeight, QImage::Format_RGB32);
-    large.image.fill(kGround);
-    large.canvas = QRect(0, 0, 2 * kWidth, 2 * kHeight);
-    large.x = mapOf(first, last, 0, 2 * (kWidth - 1));
-    large.y = mapOf(-1000, 1000, 2 * (kHeight - 1), 0);
-    large.draw(item);
-
-    Scene dense;
-    dense.image = QImage(2 * kWidth, 2 * kHeight, QImage::Format_RGB32);
-    dense.image.fill(kGround);
-    dense.image.setDevicePixelRatio(2);
-    dense.x = mapOf(first, last, 0, kWidth - 1);
-    dense.y = mapOf(-1000, 1000, kHeight - 1, 0);
-    dense.draw(item);
-    dense.image.setDevicePixelRatio(1);
-    QVERIFY(!dense.rows(2 * kWidth - 3).empty());
-    QVERIFY(dense.image == large.image);
-}
-
-void TestTrendPaint::drawsOnOtherDevices()
-{
-    Traces traces(6, 2000);
-    Scene scene = traces.scene();
-    drawPlot(scene, traces.plot);
-    QPicture picture;
-    {
-        QPainter painter(&picture);
-        traces.plot.drawItems(&painter, scene.canvas, mapsOf(scene));
-    }
-    Scene replayed = traces.scene();
-    QPainter painter(&replayed.image);
-    painter.drawPicture(0, 0, picture);
-    painter.end();
-    QVERIFY(replayed.image == scene.image);
-}
-
 void TestTrendPaint::drawsNothingWithoutAScale_data()
 {
     QTest::addColumn<double>("s1");
@@ -504,8 +279,7 @@ void TestTrendPaint::drawsNothingWithoutAScale()
         value.canvas = canvas;
         value.y = mapOf(s1, s2, kHeight - 1, 0);
         value.draw(item);
-        QVERIFY(canvas.isEmpty() ? value.image == Scene::emptyImage() : true);
-        QVERIFY(std::isfinite(s1) && std::isfinite(s2) ? true : value.image == Scene::emptyImage());
+        QVERIFY(value.image == Scene::emptyImage());
     }
     Scene usual;
     usual.draw(item);

@@ -277,7 +277,8 @@ private:
 
     void addFill(int from, int to)
     {
-        if (!m_strokes.fills.empty() && m_strokes.fills.back().right() + 1 == from) {
+        // A column in which a gap begins may have been filled up to it.
+        if (!m_strokes.fills.empty() && m_strokes.fills.back().right() + 1 >= from) {
             m_strokes.fills.back().setRight(to);
             return;
         }
