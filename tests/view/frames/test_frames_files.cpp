@@ -1,0 +1,205 @@
+#include "view/frames/frames_page.h"
+
+#include "frames_made.h"
+
+#include <support/capture_file.h>
+#include <support/full_disk.h>
+#include <support/rows.h>
+
+#include <QTemporaryDir>
+
+using namespace cnet;
+using namespace cnet::view;
+
+/** Captures that the page of frames saves and opens. */
+class TestFramesFiles : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void savesAndOpens();
+    void saysWhyItCannotSave();
+    void losesNothingToABrokenFile_data();
+    void losesNothingToABrokenFile();
+    void opensAsFarAsAFileGoes();
+    void choosesALineOfAFile();
+
+private:
+    void exchange(const QByteArray &request, const QByteArray &answer,
+                  Outcome outcome = Outcome::Answered)
+    {
+        m_page->recorder().noteRequest(request);
+        m_page->recorder().noteEnd(report(request, answer, outcome));
+    }
+    void exchanges(int count)
+    {
+        for (int i = 0; i < count; ++i) {
+            exchange(readRequest(), readAnswer());
+        }
+        m_page->recorder().flush();
+    }
+    void select(int row)
+    {
+        m_page->table().setCurrentIndex(m_page->table().model()->index(row, 0));
+    }
+    FrameTable &table() const { return m_page->table(); }
+    QString path(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
+
+    QTemporaryDir m_folder;
+    std::unique_ptr<Line> m_line;
+    std::unique_ptr<FramesPage> m_page;
+};
+
+void TestFramesFiles::init()
+{
+    m_line = std::make_unique<Line>();
+    m_page = std::make_unique<FramesPage>(*m_line);
+    m_page->resize(900, 600);
+    m_page->show();
+    m_page->activateWindow(); // for its shortcuts
+    QVERIFY(QTest::qWaitForWindowActive(m_page.get(), 60000));
+}
+
+void TestFramesFiles::cleanup()
+{
+    m_page.reset();
+    m_line.reset();
+}
+
+void TestFramesFiles::savesAndOpens()
+{
+    QSignalSpy told(m_page.get(), &Page::told);
+    QSignalSpy troubled(m_page.get(), &Page::troubled);
+    exchanges(3);
+    exchange(readRequest(), refusal(), Outcome::Refused);
+    m_page->recorder().flush();
+    QVERIFY(m_page->saveCapture(path("some.pcapng")));
+    QCOMPARE(told.takeFirst().at(0).toString(),
+             QLatin1String("8 frames were saved in some.pcapng."));
+    exchanges(2);
+    QVERIFY(m_page->openCapture(path("some.pcapng")));
+    QVERIFY(!m_page->isLive());
+    QCOMPARE(table().model()->rowCount(), 8);
+    QVERIFY(m_page->captureBar().isVisible());
+    QVERIFY(m_page->captureBar().text().contains(QLatin1String("some.pcapng")));
+    QVERIFY(!m_page->captureBar().lines().isVisible());
+    // The line goes on meanwhile, and nobody disturbs the file.
+    exchanges(5);
+    QCOMPARE(table().model()->rowCount(), 8);
+    QTest::keyClick(&table(), Qt::Key_L, Qt::ControlModifier);
+    QCOMPARE(table().model()->rowCount(), 8);
+    select(7);
+    QVERIFY(m_page->detail().headline().contains(QLatin1String("refused")));
+    QVERIFY(m_page->saveCapture(path("again.pcapng")));
+    QTest::keyClick(&table(), Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
+    QVERIFY(m_page->isLive());
+    QVERIFY(!m_page->captureBar().isVisible());
+    QCOMPARE(table().model()->rowCount(), 22);
+    QCOMPARE(troubled.count(), 0);
+}
+
+void TestFramesFiles::saysWhyItCannotSave()
+{
+    QSignalSpy troubled(m_page.get(), &Page::troubled);
+    QVERIFY(!m_page->saveCapture(path("none.pcapng")));
+    QCOMPARE(troubled.count(), 1);
+    exchanges(300);
+    QVERIFY(!m_page->saveCapture(path("no/such/folder.pcapng")));
+    QCOMPARE(troubled.count(), 2);
+    QVERIFY(troubled.at(1).at(0).toString().contains(QLatin1String("folder.pcapng")));
+    QVERIFY(m_page->saveCapture(path("full.pcapng")));
+    QFile file(path("full.pcapng"));
+    const qint64 size = file.size();
+    exchanges(10);
+    {
+        const FullDisk full(1000);
+        QVERIFY(!m_page->saveCapture(path("full.pcapng")));
+    }
+    QCOMPARE(troubled.count(), 3);
+    QCOMPARE(file.size(), size);
+}
+
+namespace {
+
+const Given<const char *> kBroken[] = {
+    {"no capture", "hello"},
+    {"empty", ""},
+    {"cut at once", "\x0a\x0d\x0d\x0a\x1c"},
+    {"not there", nullptr},
+};
+
+} // namespace
+
+void TestFramesFiles::losesNothingToABrokenFile_data()
+{
+    addRows(kBroken);
+}
+
+void TestFramesFiles::losesNothingToABrokenFile()
+{
+    const auto &broken = currentRow(kBroken);
+    const QString name = path("broken.pcapng");
+    QFile::remove(name);
+    if (broken.given != nullptr) {
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(broken.given);
+    }
+    QSignalSpy troubled(m_page.get(), &Page::troubled);
+    exchanges(3);
+    select(2);
+    const QString before = m_page->detail().headline();
+    QVERIFY(!m_page->openCapture(name));
+    QCOMPARE(troubled.count(), 1);
+    QVERIFY(troubled.at(0).at(0).toString().contains(name));
+    QVERIFY(m_page->isLive());
+    QCOMPARE(table().model()->rowCount(), 6);
+    QCOMPARE(m_page->detail().headline(), before);
+    // The same beside a file that is shown.
+    CaptureFile good;
+    QVERIFY(good.line("a").sent(readRequest()).store(path("good.pcapng")));
+    QVERIFY(m_page->openCapture(path("good.pcapng")));
+    QVERIFY(!m_page->openCapture(name));
+    QCOMPARE(table().model()->rowCount(), 1);
+    QVERIFY(m_page->captureBar().text().contains(QLatin1String("good.pcapng")));
+}
+
+void TestFramesFiles::opensAsFarAsAFileGoes()
+{
+    CaptureFile whole;
+    whole.line("a").sent(readRequest()).received(readAnswer()).sent(readRequest());
+    QFile file(path("cut.pcapng"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(whole.bytes().chopped(10));
+    file.close();
+    QSignalSpy troubled(m_page.get(), &Page::troubled);
+    QVERIFY(m_page->openCapture(file.fileName()));
+    QCOMPARE(table().model()->rowCount(), 2);
+    QCOMPARE(troubled.count(), 1);
+    QVERIFY2(troubled.at(0).at(0).toString().contains(QLatin1String("at byte")),
+             qPrintable(troubled.at(0).at(0).toString()));
+}
+
+void TestFramesFiles::choosesALineOfAFile()
+{
+    CaptureFile file;
+    file.line("press").sent(readRequest()).received(readAnswer());
+    file.line("kiln").sent(readRequest("0020"));
+    QVERIFY(file.store(path("two.pcapng")));
+    QVERIFY(m_page->openCapture(path("two.pcapng")));
+    QVERIFY(m_page->captureBar().lines().isVisible());
+    QCOMPARE(table().model()->rowCount(), 2);
+    m_page->captureBar().lines().setCurrentIndex(1);
+    QCOMPARE(table().model()->rowCount(), 1);
+    QVERIFY(table()
+                .model()
+                ->index(0, FrameModel::Meaning)
+                .data()
+                .toString()
+                .contains(QLatin1String("D_W:20")));
+}
+
+QTEST_MAIN(TestFramesFiles)
+#include "test_frames_files.moc"

@@ -1,0 +1,117 @@
+#include "view/frames/frames_page.h"
+#include "view/frames/trace/capture_file.h"
+
+#include "host/text/whole_file.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLocale>
+#include <QSaveFile>
+
+#include <utility>
+
+// What the page does with files.
+namespace cnet::view {
+
+bool FramesPage::saveCapture(const QString &path)
+{
+    const FrameLog &log = shown().log();
+    const int frames = framesOf(log);
+    if (frames == 0) {
+        Q_EMIT troubled(tr("There is no frame to save."), tr("Connect to a line first."));
+        return false;
+    }
+    const QString name = isLive() ? m_recorder.lineName() : m_captureBar->lines().currentText();
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || !replaceFile(file, captureOf(log, name))) {
+        Q_EMIT troubled(tr("The frames were not saved: %1: %2").arg(path, file.errorString()),
+                        tr("Save them in another place. They are still here."));
+        return false;
+    }
+    Q_EMIT told(tr("%n frames were saved in %1.", "", frames).arg(QFileInfo(path).fileName()));
+    return true;
+}
+
+bool FramesPage::openCapture(const QString &path)
+{
+    Recording recording = readRecordingFile(path);
+    if (recording.lines.empty()) {
+        Q_EMIT troubled(
+            tr("The capture cannot be opened: %1").arg(recording.error),
+            tr("What is shown stays. Choose a pcapng file with frames of such a line."));
+        return false;
+    }
+    m_recording = std::move(recording);
+    QStringList names;
+    QStringList remarks = m_recording.remarks;
+    for (const RecordedLine &line : m_recording.lines) {
+        names << line.name;
+        if (line.exchanges.size() > static_cast<std::size_t>(kMostOpened)) {
+            remarks << tr("%1: of %2 only the first %3 exchanges are shown")
+                           .arg(path, line.name, QLocale().toString(kMostOpened));
+        }
+    }
+    m_captureBar->setFile(path, names);
+    m_captureBar->show();
+    m_back->setEnabled(true);
+    showLine(0);
+    if (!remarks.isEmpty()) {
+        Q_EMIT troubled(remarks.join(QLatin1Char('\n')), tr("The rest of the file is shown."));
+    }
+    return true;
+}
+
+void FramesPage::showLine(int line)
+{
+    const auto index = static_cast<std::size_t>(line);
+    if (line < 0 || index >= m_recording.lines.size()) {
+        return;
+    }
+    m_opened.show(logOf(m_recording.lines.at(index)));
+    m_captureBar->setCount(m_opened.log().exchanges());
+    choose(m_opened);
+    m_table->setFollows(false);
+    m_table->scrollToTop();
+}
+
+void FramesPage::showLive()
+{
+    if (isLive()) {
+        return;
+    }
+    choose(m_live);
+    m_captureBar->hide();
+    m_back->setEnabled(false);
+    m_opened.show(FrameLog());
+    m_recording = Recording();
+    m_table->setFollows(true);
+}
+
+void FramesPage::askWhereToSave()
+{
+    auto *const dialog =
+        new QFileDialog(this, tr("Save the frames"), m_folder, tr("Captures (*.pcapng)"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(QLatin1String("pcapng"));
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &path) {
+        m_folder = QFileInfo(path).path();
+        saveCapture(path);
+    });
+    dialog->open();
+}
+
+void FramesPage::askWhatToOpen()
+{
+    auto *const dialog = new QFileDialog(this, tr("Show a capture"), m_folder,
+                                         tr("Captures (*.pcapng);;All files (*)"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &path) {
+        m_folder = QFileInfo(path).path();
+        openCapture(path);
+    });
+    dialog->open();
+}
+
+} // namespace cnet::view
