@@ -25,7 +25,7 @@ GATEWAY_ORDER = [["tools/gateway/" + room] for room in
 # Those of the window.
 VIEW_ORDER = [["tools/view/" + room] for room in
               ("look", "connect", "tags", "values", "trend/series", "trend", "frames", "stations",
-               "recipes", "simulator", "project", "shell")]
+               "recipes/sheet", "recipes", "simulator", "project", "shell")]
 MOST_FILES = 15  # of a room; a folder listing that is longer is not read
 BOUNDARY = "include/ls_master_k_cnet/"
 # The only room that knows the driver's functions by name; others ask it.

@@ -24,7 +24,7 @@ void MainWindow::addFileMenu()
     connect(m_recentMenu, &QMenu::aboutToShow, this, &MainWindow::fillRecent);
     menu->addSeparator();
     menu->addAction(tr("&Save"), this, &MainWindow::save, QKeySequence::Save);
-    menu->addAction(tr("Save &as..."), this, &MainWindow::saveAs, QKeySequence(tr("Ctrl+Shift+S")));
+    menu->addAction(tr("Save &as..."), this, &MainWindow::saveAs);
     menu->addSeparator();
     menu->addAction(tr("&Close window"), this, &QWidget::close, QKeySequence(tr("Ctrl+W")));
     menu->addAction(tr("&Quit"), qApp, &QApplication::closeAllWindows, QKeySequence(tr("Ctrl+Q")));
