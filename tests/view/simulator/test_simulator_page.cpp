@@ -179,7 +179,7 @@ void TestSimulatorPage::faultsTeach()
     QCOMPARE(m_simulator->set(kStation, QLatin1String("D_W:500=77")), QString());
     if (row.quality == Quality::Good) {
         QTRY_COMPARE_WITH_TIMEOUT(read(), 77, kLongMs);
-        QVERIFY(m_tags->quality(0) == Quality::Good);
+        QTRY_VERIFY_WITH_TIMEOUT(m_tags->quality(0) == Quality::Good, kLongMs);
         return;
     }
     QTRY_VERIFY_WITH_TIMEOUT(m_tags->quality(0) == row.quality, kLongMs);

@@ -11,6 +11,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSignalBlocker>
 #include <QStackedWidget>
 #include <QTableView>
@@ -20,6 +21,17 @@ namespace cnet::view {
 namespace {
 
 constexpr int kLookMs = 1000;
+
+/** Small windows and great fonts scroll what does not fit. */
+QScrollArea *scrolling(QWidget *content)
+{
+    auto *area = new QScrollArea;
+    area->setWidget(content);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    return area;
+}
 
 } // namespace
 
@@ -41,7 +53,7 @@ SimulatorPage::SimulatorPage(Line &line, QWidget *parent)
     m_away->setAlignment(Qt::AlignCenter);
     m_away->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_stack->addWidget(m_away);
-    m_stack->addWidget(makeControls());
+    m_stack->addWidget(scrolling(makeControls()));
     auto *all = new QVBoxLayout(this);
     all->addWidget(m_stack);
     wire();

@@ -13,6 +13,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
@@ -27,6 +28,17 @@ constexpr int kLookMs = 1000;
 constexpr qint64 kMsPerSecond = 1000;
 constexpr qint64 kSecondsPerMinute = 60;
 constexpr qint64 kLongSeconds = 120;
+
+/** Small windows and great fonts scroll what does not fit. */
+QScrollArea *scrolling(QWidget *content)
+{
+    auto *area = new QScrollArea;
+    area->setWidget(content);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    return area;
+}
 
 } // namespace
 
@@ -45,8 +57,8 @@ StationsPage::StationsPage(Line &line, QWidget *parent)
     makeTable();
     m_tabs->setAccessibleName(tr("Parts of the page"));
     m_tabs->tabBar()->setAccessibleName(tr("Parts of the page"));
-    m_tabs->addTab(makeNumbers(), tr("N&umbers"));
-    m_tabs->addTab(m_scanPanel, tr("Scan the &line"));
+    m_tabs->addTab(scrolling(makeNumbers()), tr("N&umbers"));
+    m_tabs->addTab(scrolling(m_scanPanel), tr("Scan the &line"));
     auto *all = new QVBoxLayout(this);
     all->addWidget(m_tabs);
     connect(&line, &Line::sessionBegan, this, &StationsPage::begin);
