@@ -40,6 +40,7 @@ private Q_SLOTS:
     void keepsTheSelection();
     void opensAFile();
     void listsMistakes();
+    void takesNoMoreThanItCanHold();
     void saysThatAFileIsNotThere();
     void savesWhatPeopleWrote();
     void overwritesNothingOfOthers();
@@ -256,6 +257,21 @@ void TestValuesPage::listsMistakes()
     QVERIFY(!mistakes()->isVisible());
 }
 
+void TestValuesPage::takesNoMoreThanItCanHold()
+{
+    QByteArray content("name,register,address,count\n");
+    for (int i = 0; i < 30; ++i) {
+        content += "a" + QByteArray::number(i) + ",D_W,0,10000\n";
+    }
+    QSignalSpy troubled(m_page.get(), &Page::troubled);
+    QVERIFY(!m_page->openFile(write("huge.csv", content)));
+    QCOMPARE(troubled.count(), 1);
+    QVERIFY(names().isEmpty());
+    m_page->restore({{latin("tags"), QString::fromLatin1(content)}});
+    QCOMPARE(troubled.count(), 2);
+    QVERIFY(names().isEmpty());
+}
+
 void TestValuesPage::saysThatAFileIsNotThere()
 {
     QSignalSpy troubled(m_page.get(), &Page::troubled);
@@ -306,7 +322,7 @@ void TestValuesPage::namesWhatHasNoName()
     const QString path = m_folder.filePath(latin("named.csv"));
     QVERIFY(m_page->saveFile(path));
     QCOMPARE(names(), (QStringList{latin("D_W_100"), latin("D_W_100_2")}));
-    QVERIFY(told.at(0).at(0).toString().contains(latin("got a name")));
+    QVERIFY(told.at(0).at(0).toString().contains(latin("got one: 2")));
     m_page->setTags(TagSet());
     QVERIFY(m_page->openFile(path));
     QCOMPARE(names().size(), 2);

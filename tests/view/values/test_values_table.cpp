@@ -499,6 +499,10 @@ void TestValuesTable::saysWhatIsLeftOpenByAnEnd()
     QVERIFY(write(0, "5"));
     QTRY_VERIFY_WITH_TIMEOUT(sent.count() > 0, kPatienceMs);
     QCOMPARE(stage(0), WriteStage::Waiting);
+    // What waits is seen, and counts as little as what the PLC never took.
+    QTRY_COMPARE_WITH_TIMEOUT(shown(*m_model, 0, ValueColumn::Value), latin("5.0 1/min"),
+                              kPatienceMs);
+    QCOMPARE(shown(*m_model, 0, ValueColumn::Max), latin("0.0"));
     QVERIFY(write(2, "slow")); // waits behind it, and never goes out
     m_plant->line().close();
     QCOMPARE(stage(0), WriteStage::NotConfirmed);

@@ -20,6 +20,12 @@
 
 namespace cnet::view {
 
+namespace {
+
+constexpr int kMostValues = 200000;
+
+} // namespace
+
 ValuesPage::ValuesPage(WatchedTags &tags, QWidget *parent)
     : Page(parent)
     , m_tags(tags)
@@ -94,8 +100,8 @@ void ValuesPage::showCount()
 {
     const int all = m_model->rowCount();
     const int shown = m_shown->rowCount();
-    m_count->setText(shown == all ? tr("%n value(s)", "", all)
-                                  : tr("%1 of %n value(s)", "", all).arg(shown));
+    m_count->setText(shown == all ? tr("Values: %1").arg(all)
+                                  : tr("Values: %1 of %2").arg(shown).arg(all));
 }
 
 void ValuesPage::setTags(const TagSet &tags)
@@ -118,6 +124,22 @@ void ValuesPage::addTag(const Tag &tag)
     }
 }
 
+// Each tag may have thousands of values, and a file of a few bytes many such tags.
+bool ValuesPage::isRoomFor(const QVector<Tag> &tags)
+{
+    qint64 values = 0;
+    for (const Tag &tag : tags) {
+        values += tag.count;
+    }
+    if (values > kMostValues) {
+        Q_EMIT troubled(tr("These tags have more values than the table takes: %1, and it takes %2")
+                            .arg(values)
+                            .arg(kMostValues),
+                        tr("Divide the file."));
+    }
+    return values <= kMostValues;
+}
+
 bool ValuesPage::openFile(const QString &path)
 {
     TagDocument document = m_list->document();
@@ -128,17 +150,20 @@ bool ValuesPage::openFile(const QString &path)
         return false;
     }
     if (!result.isDone) {
-        const QString what = tr("%1 has %n mistake(s) and was not opened; the table is as it was",
-                                "", result.file->mistakes().count());
-        m_mistakes->tell(what.arg(name), result.file->mistakes());
+        m_mistakes->tell(tr("%1 was not opened, the table is as it was. Mistakes: %2")
+                             .arg(name)
+                             .arg(result.file->mistakes().count()),
+                         result.file->mistakes());
+        return false;
+    }
+    if (!isRoomFor(result.file->tags())) {
         return false;
     }
     m_mistakes->clear();
     const TagSet tags(result.file->tags());
     m_list->open(tags, document);
     m_entry->setKnown(tags);
-    Q_EMIT told(
-        tr("%n tag(s) were read from %1", "", static_cast<int>(tags.all().size())).arg(name));
+    Q_EMIT told(tr("Tags read from %1: %2").arg(name).arg(tags.all().size()));
     return true;
 }
 
@@ -152,11 +177,9 @@ bool ValuesPage::saveFile(const QString &path)
     }
     const int given = m_list->nameAll();
     const QString name = QFileInfo(path).fileName();
-    const QString saved =
-        tr("%n tag(s) were saved in %1", "", static_cast<int>(named.size())).arg(name);
-    Q_EMIT told(given == 0
-                    ? saved
-                    : tr("%1; %n got a name, as a file has no tag without", "", given).arg(saved));
+    const QString done = tr("Tags saved in %1: %2").arg(name).arg(named.size());
+    Q_EMIT told(given == 0 ? done
+                           : tr("%1. Those without a name got one: %2").arg(done).arg(given));
     return true;
 }
 

@@ -71,6 +71,7 @@ private:
     void sortAsListed();
     void findFilter();
     void findEntry();
+    bool isRoomFor(const QVector<Tag> &tags);
     void addTag(const Tag &tag);
     void showCount();
     bool restoreTags(const QJsonObject &state);

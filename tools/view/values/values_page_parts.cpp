@@ -186,10 +186,13 @@ bool ValuesPage::restoreTags(const QJsonObject &state)
     }
     const TagFile file = TagFile::parse(text.toUtf8(), m_tags.reading());
     if (!file.isGood()) {
-        const int count = file.mistakes().count();
-        m_mistakes->tell(
-            tr("The tags of the project have %n mistake(s); the table is as it was", "", count),
-            file.mistakes());
+        m_mistakes->tell(tr("The tags of the project are wrong, the table is as it was. Mistakes: "
+                            "%1")
+                             .arg(file.mistakes().count()),
+                         file.mistakes());
+        return false;
+    }
+    if (!isRoomFor(file.tags())) {
         return false;
     }
     QSet<QString> nameless;

@@ -11,6 +11,8 @@
 #include <QToolButton>
 #include <QTreeWidget>
 
+#include <algorithm>
+
 namespace cnet::view {
 
 namespace {
@@ -51,7 +53,6 @@ MistakeList::MistakeList(QWidget *parent)
     auto *const column = new QVBoxLayout(this);
     column->addLayout(top);
     column->addWidget(m_rows);
-    m_rows->setMaximumHeight(fontMetrics().height() * (kLinesShown + 2) * 3 / 2);
     hide();
 }
 
@@ -75,6 +76,9 @@ void MistakeList::tell(const QString &heading, const Findings &mistakes)
     for (int i = 0; i < kTextColumn; ++i) {
         m_rows->resizeColumnToContents(i);
     }
+    const int lines = std::clamp(static_cast<int>(items.size()), 1, kLinesShown);
+    m_rows->setFixedHeight(m_rows->header()->sizeHint().height() + 2 * m_rows->frameWidth() +
+                           (lines + 1) * m_rows->sizeHintForRow(0));
     show();
 }
 

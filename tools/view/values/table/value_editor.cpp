@@ -20,6 +20,8 @@ ValueEditor::ValueEditor(Check check, QWidget *parent)
     m_label->setTextFormat(Qt::PlainText);
     m_label->setWordWrap(true);
     m_label->setAutoFillBackground(true);
+    m_label->setBackgroundRole(QPalette::Window); // the parent is a view, which has others
+    m_label->setForegroundRole(QPalette::WindowText);
     m_label->setFrameShape(QFrame::Box);
     m_label->setMargin(fontMetrics().descent());
     m_label->hide();

@@ -133,8 +133,8 @@ QVariant ValuesModel::data(const QModelIndex &index, int role) const
     case Qt::ForegroundRole:
         return foreground(row, column);
     case Qt::TextAlignmentRole:
-        return QVariant(Qt::AlignVCenter |
-                        (isRightAligned(row, column) ? Qt::AlignRight : Qt::AlignLeft));
+        return static_cast<int>(Qt::AlignVCenter |
+                                (isRightAligned(row, column) ? Qt::AlignRight : Qt::AlignLeft));
     case Qt::FontRole:
         return column == ValueColumn::Raw
                    ? QVariant(QFontDatabase::systemFont(QFontDatabase::FixedFont))
