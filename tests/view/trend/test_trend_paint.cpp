@@ -79,21 +79,26 @@ private Q_SLOTS:
 
 void TestTrendPaint::losesNoExtreme_data()
 {
+    QTest::addColumn<int>("style");
     QTest::addColumn<int>("samples");
     QTest::addColumn<double>("gaps");
     QTest::addColumn<double>("from"); // of the time that there is, as parts of 1
     QTest::addColumn<double>("to");
-    QTest::newRow("many a column") << 100000 << 0.0 << 0.0 << 1.0;
-    QTest::newRow("many, with gaps") << 100000 << 0.01 << 0.0 << 1.0;
-    QTest::newRow("some a column") << 3000 << 0.1 << -0.1 << 1.1;
-    QTest::newRow("fewer than columns") << 60 << 0.2 << 0.0 << 1.0;
-    QTest::newRow("a part of many") << 100000 << 0.01 << 0.3 << 0.7;
-    QTest::newRow("a small part") << 100000 << 0.01 << 0.5 << 0.501;
-    QTest::newRow("less than a sample") << 1000 << 0.0 << 0.5 << 0.5001;
+    const int hold = static_cast<int>(TraceStyle::Hold);
+    const int lines = static_cast<int>(TraceStyle::Linear);
+    QTest::newRow("many a column") << hold << 100000 << 0.0 << 0.0 << 1.0;
+    QTest::newRow("many a column, joined by lines") << lines << 100000 << 0.0 << 0.0 << 1.0;
+    QTest::newRow("many, with gaps") << hold << 100000 << 0.01 << 0.0 << 1.0;
+    QTest::newRow("some a column") << hold << 3000 << 0.1 << -0.1 << 1.1;
+    QTest::newRow("fewer than columns") << hold << 60 << 0.2 << 0.0 << 1.0;
+    QTest::newRow("a part of many") << hold << 100000 << 0.01 << 0.3 << 0.7;
+    QTest::newRow("a small part") << hold << 100000 << 0.01 << 0.5 << 0.501;
+    QTest::newRow("less than a sample") << hold << 1000 << 0.0 << 0.5 << 0.5001;
 }
 
 void TestTrendPaint::losesNoExtreme()
 {
+    QFETCH(int, style);
     QFETCH(int, samples);
     QFETCH(double, gaps);
     QFETCH(double, from);
@@ -108,6 +113,7 @@ void TestTrendPaint::losesNoExtreme()
     scene.y = mapOf(-1000.3, 1000.7, kHeight - 1, 0);
 
     TraceItem item(store);
+    item.setStyle(static_cast<TraceStyle>(style));
     scene.draw(item);
     const std::vector<Column> columns = plainColumns(scene, all);
     const int end = scene.columnOf(store.lastMs());

@@ -115,18 +115,17 @@ void TestTrendRaster::drawsWithoutThoseThatAreHidden()
     Traces traces(8, 500);
     Scene all = traces.scene();
     drawPlot(all, traces.plot);
-    traces.items.back()->setVisible(false); // it would have painted them
-    traces.items.front()->setVisible(false);
-    Scene fewer = traces.scene();
-    drawPlot(fewer, traces.plot);
-    QVERIFY(fewer.image != all.image);
-    QVERIFY(fewer.image != Scene::emptyImage());
-
-    traces.items.back()->setVisible(true);
-    traces.items.front()->setVisible(true);
-    Scene again = traces.scene();
-    drawPlot(again, traces.plot);
-    QVERIFY(again.image == all.image);
+    for (TraceItem *hidden : {traces.items.back(), traces.items.front(), traces.items[4]}) {
+        hidden->setVisible(false);
+        Scene fewer = traces.scene();
+        drawPlot(fewer, traces.plot);
+        hidden->setVisible(true);
+        QVERIFY(fewer.image != all.image);
+        QVERIFY(fewer.image != Scene::emptyImage());
+        Scene again = traces.scene();
+        drawPlot(again, traces.plot);
+        QVERIFY(again.image == all.image);
+    }
     traces.items.back()->setYAxis(QwtPlot::yRight); // without a scale it has no place
     traces.items.back()->setZ(100);
     Scene odd = traces.scene();

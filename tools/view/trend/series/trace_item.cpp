@@ -48,7 +48,7 @@ TraceArea deviceArea(QPainter &painter, const QwtScaleMap &xMap, const QwtScaleM
 QColor faded(const QColor &colour, double factor)
 {
     QColor faded = colour;
-    faded.setAlphaF(colour.alphaF() * factor);
+    faded.setAlpha(qRound(colour.alpha() * factor));
     return faded;
 }
 

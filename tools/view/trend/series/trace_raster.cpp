@@ -55,7 +55,7 @@ void paintSlopes(QPainter &painter, const std::vector<QLineF> &slopes, const Tra
 QColor TracePen::fillColour() const
 {
     QColor fill = colour;
-    fill.setAlphaF(colour.alphaF() * kFill);
+    fill.setAlpha(qRound(colour.alpha() * kFill));
     return fill;
 }
 
@@ -164,7 +164,7 @@ void TraceRaster::toImage()
     }
     m_colours.resize(kMostColours, 0); // so that none is looked up outside
     const QRgb *colours = m_colours.data();
-    const int lineBytes = m_image.bytesPerLine();
+    const auto lineBytes = static_cast<size_t>(m_image.bytesPerLine());
     uchar *bits = m_image.bits();
     for (int top = 0; top < size.height(); top += kTile) {
         for (int left = 0; left < size.width(); left += kTile) {
@@ -176,7 +176,7 @@ void TraceRaster::toImage()
                 std::memcpy(pixels, column, kTile);
                 column += m_columnBytes;
             }
-            uchar *line = bits + static_cast<size_t>(top) * static_cast<size_t>(lineBytes) +
+            uchar *line = bits + static_cast<size_t>(top) * lineBytes +
                           static_cast<size_t>(left) * sizeof(QRgb);
             for (int y = 0; y < kTile; ++y) {
                 QRgb row[kTile];
