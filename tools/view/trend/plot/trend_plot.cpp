@@ -1,0 +1,377 @@
+#include "view/trend/plot/trend_plot.h"
+
+#include "view/look/colours.h"
+
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace cnet::view {
+
+namespace {
+
+constexpr double kKeyPan = 0.1;    ///< of what is seen
+constexpr double kKeyZoom = 0.8;   ///< of values
+constexpr int kManyPixels = 10;    ///< that a cursor moves with Shift
+constexpr double kLaneLines = 1.5; ///< height of a lane, in lines of text
+constexpr double kLeastLines = 6;  ///< of a pane
+constexpr int kNearPixels = 8;     ///< of a double click
+
+} // namespace
+
+TrendPlot::TrendPlot(TraceSet &traces, TrendView &view, Cursors &cursors, Markers &markers,
+                     QWidget *parent)
+    : QWidget(parent)
+    , m_traces(traces)
+    , m_view(view)
+    , m_cursors(cursors)
+    , m_markers(markers)
+    , m_splitter(new QSplitter(Qt::Vertical))
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName(tr("Trend"));
+    setAccessibleDescription(tr("Arrow keys move the picture or the active cursor"));
+    m_splitter->setChildrenCollapsible(false);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(m_splitter);
+    connect(&view, &TrendView::panesChanged, this, &TrendPlot::makePanes);
+    connect(&view, &TrendView::changed, this, &TrendPlot::touch);
+    connect(&cursors, &Cursors::changed, this, &TrendPlot::touch);
+    connect(&markers, &Markers::changed, this, &TrendPlot::touch);
+    connect(&traces, &TraceSet::rearranged, this, &TrendPlot::arrange);
+    makePanes();
+}
+
+Pane *TrendPlot::makePane(PaneKind kind, int number)
+{
+    auto *pane = new Pane(kind, m_cursors, m_markers);
+    const double lines = kind == PaneKind::Values ? kLeastLines : kLaneLines * 2;
+    pane->setMinimumHeight(static_cast<int>(lines * fontMetrics().height()));
+    auto *mouse = new PaneMouse(*pane, number, m_view, m_cursors);
+    connect(mouse, &PaneMouse::pressed, this, [this, number] {
+        setFocus(Qt::MouseFocusReason);
+        setCurrent(number);
+    });
+    connect(mouse, &PaneMouse::doubleClicked, this, [this, pane](double atMs) {
+        const double pixels = std::max(1, pane->canvas()->width());
+        Q_EMIT timeChosen(atMs, m_view.sight().time.length() / pixels * kNearPixels);
+    });
+    m_mice.push_back(mouse);
+    return pane;
+}
+
+void TrendPlot::setMenu(QMenu *menu)
+{
+    m_menu = menu;
+    connect(menu, &QMenu::aboutToHide, this, [this] {
+        // What was chosen comes right behind this.
+        QMetaObject::invokeMethod(
+            this, [this] { m_menuAtMs.reset(); }, Qt::QueuedConnection);
+    });
+}
+
+void TrendPlot::makePanes()
+{
+    m_mice.clear();
+    for (const Pane *pane : m_panes) {
+        delete pane;
+    }
+    m_panes.clear();
+    delete m_lanes;
+    m_lanes = nullptr;
+    for (int i = 0; i < m_view.panes(); ++i) {
+        m_panes.push_back(makePane(PaneKind::Values, i));
+        m_splitter->addWidget(m_panes.back());
+    }
+    m_lanes = makePane(PaneKind::Lanes, -1);
+    m_splitter->addWidget(m_lanes);
+    arrange();
+    distribute();
+    setCurrent(m_current);
+}
+
+void TrendPlot::arrange()
+{
+    std::vector<std::vector<PaneTrace>> ofPanes(m_panes.size());
+    std::vector<PaneTrace> bits;
+    for (int i = 0; i < m_traces.count(); ++i) {
+        const Trace &trace = m_traces.at(i);
+        if (!trace.choice.isVisible) {
+            continue;
+        }
+        const PaneTrace drawn{
+            trace.store,       trace.choice.name,
+            trace.kind.unit,   traceColour(trace.choice.colour, palette()),
+            trace.choice.side, i == m_traces.highlighted() ? Emphasis::Strong : Emphasis::Usual};
+        const auto pane = std::min(static_cast<size_t>(trace.choice.pane), m_panes.size() - 1);
+        (trace.kind.isBit ? bits : ofPanes[pane]).push_back(drawn);
+    }
+    const bool wereLanesHidden = m_lanes->isHidden();
+    const size_t lanesBefore = m_lanes->traces().size();
+    for (size_t i = 0; i < m_panes.size(); ++i) {
+        m_panes[i]->setTraces(ofPanes[i]);
+        // The pane there always is makes room where there are bits alone.
+        m_panes[i]->setVisible(m_panes.size() > 1 || bits.empty() || !ofPanes[i].empty());
+    }
+    m_lanes->setTraces(bits);
+    m_lanes->setVisible(!bits.empty());
+    const auto seen = shown();
+    for (Pane *pane : seen) {
+        pane->setTimesShown(pane == seen.back());
+    }
+    if (wereLanesHidden != bits.empty() || lanesBefore != bits.size()) {
+        distribute();
+    }
+    touch();
+}
+
+void TrendPlot::distribute()
+{
+    const int line = fontMetrics().height();
+    const int all = std::max(m_splitter->height(), line);
+    const auto bits = static_cast<double>(m_lanes->traces().size());
+    const int lanes =
+        std::min(all / 2, static_cast<int>((bits * kLaneLines + kLaneLines * 2) * line));
+    QList<int> heights;
+    for (size_t i = 0; i < m_panes.size(); ++i) {
+        heights.append((all - (bits > 0 ? lanes : 0)) / static_cast<int>(m_panes.size()));
+    }
+    heights.append(lanes);
+    m_splitter->setSizes(heights);
+}
+
+void TrendPlot::refresh(qint64 nowMs)
+{
+    const Range &time = m_view.sight().time;
+    const auto now = static_cast<double>(nowMs);
+    const bool isMoving =
+        !isPaused() && m_traces.count() > 0 && (m_view.isFollowing() || time.holds(now));
+    if (!isVisible() || (!m_isOld && !isMoving)) {
+        return;
+    }
+    m_isOld = false;
+    m_drawnMs = nowMs;
+    if (!isPaused()) {
+        m_view.tick(nowMs);
+    }
+    const Frame frame{m_view.sight().time, m_pausedAtMs.value_or(nowMs)};
+    for (int i = 0; i < m_view.panes(); ++i) {
+        for (const Side side : {Side::Left, Side::Right}) {
+            const auto fitted = pane(i)->fitted(side, frame);
+            if (fitted) {
+                m_view.noteAutomatic(i, side, *fitted);
+            }
+        }
+        pane(i)->present(frame, m_view.sight().panes[static_cast<size_t>(i)]);
+    }
+    m_lanes->present(frame, PaneScales());
+    align();
+}
+
+/** Canvases begin and end at the same places, whatever labels their scales have. They do not shrink
+ * for a digit that comes and goes. */
+void TrendPlot::align()
+{
+    const auto seen = shown();
+    int left = 0;
+    int right = 0;
+    for (Pane *pane : seen) {
+        left = std::max({left, pane->neededExtent(Side::Left), pane->timeOverhang()});
+        right = std::max({right, pane->neededExtent(Side::Right), pane->timeOverhang()});
+    }
+    const int slack = fontMetrics().averageCharWidth() * 3;
+    if (left > m_leftExtent || left < m_leftExtent - slack) {
+        m_leftExtent = left;
+    }
+    if (right > m_rightExtent || right < m_rightExtent - slack) {
+        m_rightExtent = right;
+    }
+    for (Pane *pane : seen) {
+        pane->setExtent(Side::Left, m_leftExtent);
+        pane->setExtent(Side::Right, m_rightExtent);
+    }
+}
+
+void TrendPlot::setPausedAt(std::optional<qint64> atMs)
+{
+    m_pausedAtMs = atMs;
+    touch();
+}
+
+void TrendPlot::showAll()
+{
+    double first = std::numeric_limits<double>::max();
+    double last = 0;
+    for (int i = 0; i < m_traces.count(); ++i) {
+        const TraceStore &store = *m_traces.at(i).store;
+        if (!store.isEmpty()) {
+            first = std::min(first, static_cast<double>(store.firstMs()));
+            last = std::max({last, static_cast<double>(store.lastMs()),
+                             static_cast<double>(m_pausedAtMs.value_or(m_drawnMs))});
+        }
+    }
+    if (last > 0) {
+        m_view.remember(Gesture::Step);
+        m_view.setTime({first, last});
+    }
+}
+
+void TrendPlot::setCurrent(int pane)
+{
+    m_current = std::clamp(pane, 0, static_cast<int>(m_panes.size()) - 1);
+    const bool isMarked = hasFocus() && m_panes.size() > 1;
+    for (size_t i = 0; i < m_panes.size(); ++i) {
+        m_panes[i]->setCurrent(isMarked && static_cast<int>(i) == m_current);
+    }
+    Q_EMIT currentChanged();
+}
+
+int TrendPlot::paneAt(const QPoint &place) const
+{
+    for (size_t i = 0; i < m_panes.size(); ++i) {
+        const QRect own(m_panes[i]->mapTo(this, QPoint(0, 0)), m_panes[i]->size());
+        if (m_panes[i]->isVisible() && own.contains(place)) {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}
+
+Pane *TrendPlot::pane(int number) const
+{
+    const bool is = number >= 0 && number < static_cast<int>(m_panes.size());
+    return is ? m_panes[static_cast<size_t>(number)] : nullptr;
+}
+
+std::vector<Pane *> TrendPlot::shown() const
+{
+    std::vector<Pane *> seen;
+    for (int i = 0; i < m_splitter->count(); ++i) {
+        auto *pane = qobject_cast<Pane *>(m_splitter->widget(i));
+        if (pane != nullptr && !pane->isHidden()) {
+            seen.push_back(pane);
+        }
+    }
+    return seen;
+}
+
+QList<int> TrendPlot::heights() const
+{
+    return m_splitter->sizes();
+}
+
+void TrendPlot::setHeights(const QList<int> &heights)
+{
+    if (heights.size() == m_splitter->count()) {
+        m_splitter->setSizes(heights);
+    }
+}
+
+double TrendPlot::noteTime() const
+{
+    const Range &time = m_view.sight().time;
+    if (m_menuAtMs) {
+        return *m_menuAtMs;
+    }
+    if (m_cursors.active()) {
+        return *m_cursors.at(*m_cursors.active());
+    }
+    return m_view.isFollowing() ? time.to : (time.from + time.to) / 2;
+}
+
+void TrendPlot::moveSideways(int direction, Qt::KeyboardModifiers modifiers)
+{
+    const Range time = m_view.sight().time;
+    const auto cursor = m_cursors.active();
+    if (cursor && (modifiers & Qt::ControlModifier) == 0) {
+        const int pixels = std::max(1, shown().back()->canvas()->contentsRect().width());
+        const int steps = (modifiers & Qt::ShiftModifier) != 0 ? kManyPixels : 1;
+        const double to = *m_cursors.at(*cursor) + direction * steps * time.length() / pixels;
+        m_cursors.place(*cursor, std::clamp(to, time.from, time.to));
+        return;
+    }
+    m_view.remember(Gesture::Keys);
+    m_view.panTime(direction * kKeyPan * time.length());
+}
+
+void TrendPlot::keyPressEvent(QKeyEvent *event)
+{
+    const bool isWithControl = (event->modifiers() & Qt::ControlModifier) != 0;
+    switch (event->key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        moveSideways(event->key() == Qt::Key_Left ? -1 : 1, event->modifiers());
+        return;
+    case Qt::Key_Up:
+    case Qt::Key_Down: {
+        const bool isUp = event->key() == Qt::Key_Up;
+        m_view.remember(Gesture::Keys);
+        if (isWithControl) {
+            m_view.zoomValues(m_current, isUp ? kKeyZoom : 1 / kKeyZoom);
+        } else {
+            m_view.panValues(m_current, isUp ? kKeyPan : -kKeyPan);
+        }
+        return;
+    }
+    case Qt::Key_PageUp:
+        setCurrent(m_current - 1);
+        return;
+    case Qt::Key_PageDown:
+        setCurrent(m_current + 1);
+        return;
+    case Qt::Key_Escape:
+        for (PaneMouse *mouse : m_mice) {
+            mouse->cancel();
+        }
+        m_cursors.setActive(std::nullopt);
+        return;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void TrendPlot::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (m_menu == nullptr) {
+        return;
+    }
+    const auto seen = shown();
+    const bool isMouse = event->reason() == QContextMenuEvent::Mouse;
+    if (isMouse && !seen.empty()) {
+        Pane *any = seen.back();
+        const QPoint place = any->canvas()->mapFromGlobal(event->globalPos());
+        if (any->canvas()->contentsRect().contains(place.x(), 1)) {
+            m_menuAtMs = any->timeAt(place.x());
+        }
+    }
+    m_menu->popup(isMouse ? event->globalPos() : mapToGlobal(rect().center()));
+}
+
+void TrendPlot::focusInEvent(QFocusEvent *event)
+{
+    QWidget::focusInEvent(event);
+    setCurrent(m_current);
+}
+
+void TrendPlot::focusOutEvent(QFocusEvent *event)
+{
+    QWidget::focusOutEvent(event);
+    setCurrent(m_current);
+}
+
+void TrendPlot::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        arrange();
+    }
+}
+
+} // namespace cnet::view

@@ -1,0 +1,174 @@
+#include "view/trend/traces/collector.h"
+
+#include <cmath>
+#include <limits>
+
+namespace cnet::view {
+
+namespace {
+
+double numberOf(const Scalar &value)
+{
+    if (const auto *truth = std::get_if<bool>(&value)) {
+        return *truth ? 1 : 0;
+    }
+    return isNumber(value) ? approximately(value) : std::numeric_limits<double>::quiet_NaN();
+}
+
+bool isFine(Quality quality)
+{
+    return quality == Quality::Good || quality == Quality::Waiting;
+}
+
+} // namespace
+
+Collector::Collector(WatchedTags &tags, TraceSet &traces, QObject *parent, const Clock &clock)
+    : QObject(parent)
+    , m_tags(tags)
+    , m_traces(traces)
+    , m_clock(clock)
+{
+    connect(&tags, &WatchedTags::valuesChanged, this, [this](const QVector<int> &changed) {
+        for (const int tag : changed) {
+            if (m_uses.contains(tag)) {
+                take(tag, m_tags.state(tag).changedAtMs + m_aheadMs);
+            }
+        }
+    });
+    connect(&tags, &WatchedTags::stateChanged, this, [this](int tag) {
+        if (m_uses.contains(tag)) {
+            take(tag, nowMs());
+        }
+    });
+    connect(&tags, &WatchedTags::tagsChanged, this, &Collector::connectTraces);
+    connect(&traces, &TraceSet::rowsInserted, this, &Collector::connectTraces);
+    connect(&traces, &TraceSet::rowsRemoved, this, &Collector::connectTraces);
+    connect(&traces, &TraceSet::modelReset, this, &Collector::connectTraces);
+    connectTraces();
+}
+
+qint64 Collector::nowMs()
+{
+    const qint64 wallMs = m_clock.wallMs();
+    if (wallMs + m_aheadMs < m_lastMs) {
+        m_aheadMs = m_lastMs - wallMs;
+    }
+    m_lastMs = wallMs + m_aheadMs;
+    return m_lastMs;
+}
+
+Collector::Source Collector::sourceOf(const QString &trace) const
+{
+    const int whole = m_tags.tags().indexOf(trace);
+    if (whole >= 0) {
+        return {whole, 0};
+    }
+    const int open = static_cast<int>(trace.lastIndexOf(QLatin1Char('[')));
+    if (open < 0 || !trace.endsWith(QLatin1Char(']'))) {
+        return {};
+    }
+    bool isNumber = false;
+    const int value = trace.mid(open + 1, trace.size() - open - 2).toInt(&isNumber);
+    const int tag = m_tags.tags().indexOf(trace.left(open));
+    if (!isNumber || tag < 0 || value < 0 || value >= m_tags.tags().all().at(tag).count) {
+        return {};
+    }
+    return {tag, value};
+}
+
+QStringList Collector::tracesOf(const QString &name, QString &error) const
+{
+    const Source source = sourceOf(name);
+    if (source.tag < 0) {
+        error = tr("There is no tag %1.").arg(name);
+        return {};
+    }
+    const Tag &tag = m_tags.tags().all().at(source.tag);
+    if (tag.type.kind == ValueKind::String) {
+        error = tr("%1 is text, which cannot be drawn.").arg(name);
+        return {};
+    }
+    if (tag.count == 1 || m_tags.tags().indexOf(name) < 0) {
+        return {name};
+    }
+    QStringList names;
+    for (int i = 0; i < tag.count; ++i) {
+        names.append(QLatin1String("%1[%2]").arg(name, QString::number(i)));
+    }
+    return names;
+}
+
+TraceKind Collector::kindOf(const QString &trace) const
+{
+    const Source source = sourceOf(trace);
+    if (source.tag < 0) {
+        return {};
+    }
+    const Tag &tag = m_tags.tags().all().at(source.tag);
+    const ValueKind kind = tag.type.kind;
+    const bool isRawBit = kind == ValueKind::Raw && tag.item.reg.isBit() && !tag.isScaled();
+    return {tag.unit, kind == ValueKind::Bool || kind == ValueKind::Bit || isRawBit};
+}
+
+Quality Collector::qualityOf(int trace) const
+{
+    const Source source = sourceOf(m_traces.at(trace).choice.name);
+    if (source.tag < 0) {
+        return Quality::NeverRead;
+    }
+    const auto values = m_tags.values(source.tag);
+    return source.value < values.size() ? values.at(source.value).quality : Quality::NeverRead;
+}
+
+void Collector::connectTraces()
+{
+    m_uses.clear();
+    for (int i = 0; i < m_traces.count(); ++i) {
+        const QString name = m_traces.at(i).choice.name;
+        const Source source = sourceOf(name);
+        if (source.tag < 0) {
+            append(i, nowMs(), std::numeric_limits<double>::quiet_NaN(), Quality::NeverRead);
+            continue;
+        }
+        m_uses[source.tag].append({i, source.value});
+        m_traces.setKind(i, kindOf(name));
+    }
+    const QList<int> tags = m_uses.keys();
+    for (const int tag : tags) {
+        take(tag, nowMs());
+    }
+}
+
+void Collector::take(int tag, qint64 atMs)
+{
+    const auto values = m_tags.values(tag);
+    const auto uses = m_uses.value(tag);
+    for (const Use &use : uses) {
+        if (use.value >= values.size()) {
+            continue;
+        }
+        const TagValue &value = values.at(use.value);
+        append(use.trace, atMs,
+               isFine(value.quality) ? numberOf(value.value.value)
+                                     : std::numeric_limits<double>::quiet_NaN(),
+               value.quality);
+    }
+}
+
+void Collector::append(int trace, qint64 atMs, double value, Quality quality)
+{
+    TraceStore &store = *m_traces.at(trace).store;
+    const auto last = store.sample(store.entries() - 1); // a gap where there is none
+    const bool isGap = !std::isfinite(value);
+    if (isGap ? last.isGap : !last.isGap && last.value == value) {
+        return; // it holds
+    }
+    if (isGap) {
+        store.appendGap(atMs);
+    } else {
+        store.append(atMs, value);
+    }
+    Q_EMIT sampled(trace, atMs, value, quality);
+}
+
+} // namespace cnet::view
