@@ -10,6 +10,8 @@
 
 #include <QAbstractItemModelTester>
 #include <QComboBox>
+#include <QJsonDocument>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>

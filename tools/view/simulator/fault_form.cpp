@@ -4,6 +4,7 @@
 #include "view/simulator/tone_label.h"
 
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>

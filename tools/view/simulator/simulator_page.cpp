@@ -8,6 +8,7 @@
 #include <QAction>
 #include <QComboBox>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -15,6 +16,7 @@
 #include <QSignalBlocker>
 #include <QStackedWidget>
 #include <QTableView>
+#include <QVBoxLayout>
 
 namespace cnet::view {
 

@@ -4,6 +4,8 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QHash>
+#include <QIcon>
 #include <QLocale>
 
 #include <algorithm>

@@ -3,6 +3,7 @@
 #include "view/look/colours.h"
 
 #include <QCoreApplication>
+#include <QFontMetrics>
 #include <QLocale>
 #include <QPainter>
 
