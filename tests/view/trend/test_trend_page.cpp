@@ -366,6 +366,7 @@ void TestTrendPage::notesAreEditedInPlace()
 {
     m_page->addTraces(names("speed"));
     m_page->activateWindow();
+    m_page->plot().setFocus();
     m_page->cursors().place(Cursor::A, 1700000000000.0);
     press(Qt::Key_M);
     QCOMPARE(int(m_page->markers().all().size()), 1);

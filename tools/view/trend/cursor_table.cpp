@@ -133,7 +133,7 @@ int CursorTable::columnCount(const QModelIndex &parent) const
 
 QVariant CursorTable::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+    if (!hasIndex(index.row(), index.column())) {
         return {};
     }
     const Row &row = m_rows[static_cast<size_t>(index.row())];

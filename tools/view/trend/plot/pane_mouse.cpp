@@ -37,6 +37,8 @@ bool hasMoved(const QPointF &from, const QPointF &to)
 PaneMouse::PaneMouse(Pane &pane, int number, TrendView &view, Cursors &cursors)
     : QObject(&pane)
     , m_pane(pane)
+    , m_canvas(pane.canvas())
+    , m_leftScale(pane.axisWidget(QwtPlot::yLeft))
     , m_number(number)
     , m_view(view)
     , m_cursors(cursors)
@@ -56,11 +58,10 @@ void PaneMouse::cancel()
 
 bool PaneMouse::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_pane.canvas()) {
+    if (watched == m_canvas) {
         return filterCanvas(event);
     }
-    return filterScale(watched == m_pane.axisWidget(QwtPlot::yLeft) ? Side::Left : Side::Right,
-                       event);
+    return filterScale(watched == m_leftScale ? Side::Left : Side::Right, event);
 }
 
 bool PaneMouse::filterCanvas(QEvent *event)

@@ -53,6 +53,8 @@ private:
     Range values(Side side, double top, double bottom) const;
 
     Pane &m_pane;
+    QWidget *m_canvas;    ///< known by their places alone: events come
+    QWidget *m_leftScale; ///< while a pane goes, too
     int m_number;
     TrendView &m_view;
     Cursors &m_cursors;

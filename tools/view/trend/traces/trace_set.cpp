@@ -204,7 +204,7 @@ QVariant TraceSet::edited(const Trace &trace, int column) const
 
 QVariant TraceSet::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+    if (!hasIndex(index.row(), index.column())) {
         return {};
     }
     const Trace &trace = at(index.row());
@@ -229,7 +229,7 @@ QVariant TraceSet::data(const QModelIndex &index, int role) const
 
 bool TraceSet::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+    if (!hasIndex(index.row(), index.column())) {
         return false;
     }
     if (role == Qt::CheckStateRole && index.column() == Name) {
@@ -255,7 +255,7 @@ bool TraceSet::setData(const QModelIndex &index, const QVariant &value, int role
 Qt::ItemFlags TraceSet::flags(const QModelIndex &index) const
 {
     Qt::ItemFlags flags = QAbstractTableModel::flags(index);
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+    if (!hasIndex(index.row(), index.column())) {
         return flags;
     }
     if (index.column() == Name) {

@@ -94,7 +94,7 @@ int Markers::columnCount(const QModelIndex &parent) const
 QVariant Markers::data(const QModelIndex &index, int role) const
 {
     const bool isShown = role == Qt::DisplayRole || role == Qt::EditRole || role == Qt::ToolTipRole;
-    if (!isShown || !checkIndex(index, CheckIndexOption::IndexIsValid)) {
+    if (!isShown || !hasIndex(index.row(), index.column())) {
         return {};
     }
     const Marker &marker = m_markers[static_cast<size_t>(index.row())];
@@ -108,8 +108,7 @@ QVariant Markers::data(const QModelIndex &index, int role) const
 
 bool Markers::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    if (role != Qt::EditRole || !checkIndex(index, CheckIndexOption::IndexIsValid) ||
-        index.column() != Note) {
+    if (role != Qt::EditRole || !hasIndex(index.row(), index.column()) || index.column() != Note) {
         return false;
     }
     m_markers[static_cast<size_t>(index.row())].note = value.toString().left(kLongestNote);
