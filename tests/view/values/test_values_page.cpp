@@ -1,6 +1,5 @@
 #include "values_fixture.h"
 #include "view/values/list/group_tree.h"
-#include "view/values/list/mistake_list.h"
 #include "view/values/list/tag_entry.h"
 #include "view/values/table/values_view.h"
 #include "view/values/values_page.h"
@@ -12,15 +11,13 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCompleter>
-#include <QJsonDocument>
 #include <QLineEdit>
-#include <QTemporaryDir>
 #include <QUndoStack>
 
 using namespace cnet;
 using namespace cnet::view;
 
-/** The page of values: putting tags together, their files, and what a project keeps. */
+/** The page of values: putting tags together, and what one does with them. */
 class TestValuesPage : public QObject
 {
     Q_OBJECT
@@ -38,17 +35,6 @@ private Q_SLOTS:
     void undoesAndRedoes();
     void forgetsToUndoWhatOthersChanged();
     void keepsTheSelection();
-    void opensAFile();
-    void listsMistakes();
-    void takesNoMoreThanItCanHold();
-    void saysThatAFileIsNotThere();
-    void savesWhatPeopleWrote();
-    void overwritesNothingOfOthers();
-    void namesWhatHasNoName();
-    void savesIntoTheRightFileAfterUndo();
-    void restoresItself();
-    void leavesWhatItDoesNotUnderstand_data();
-    void leavesWhatItDoesNotUnderstand();
     void copiesRows();
     void wantsATrend();
     void choosesGroups();
@@ -56,11 +42,9 @@ private Q_SLOTS:
 
 private:
     static const Given<const char *> kWrong[];
-    static const Given<const char *> kStates[];
 
     ValuesView *view() const { return m_page->findChild<ValuesView *>(); }
     TagEntry *entry() const { return m_page->findChild<TagEntry *>(); }
-    MistakeList *mistakes() const { return m_page->findChild<MistakeList *>(); }
     QStringList names() const
     {
         QStringList names;
@@ -75,21 +59,7 @@ private:
         QTest::keyClicks(&entry()->field(), latin(text));
         QTest::keyClick(&entry()->field(), Qt::Key_Return);
     }
-    QString write(const char *name, const QByteArray &content) const
-    {
-        QFile file(m_folder.filePath(latin(name)));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-            qFatal("no file");
-        }
-        return file.fileName();
-    }
-    static QByteArray read(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
 
-    QTemporaryDir m_folder;
     std::unique_ptr<ValuesFixture> m_plant;
     std::unique_ptr<ValuesPage> m_page;
 };
@@ -227,176 +197,6 @@ void TestValuesPage::keepsTheSelection()
     m_plant->tags().setTags(TagSet(tags));
     QCOMPARE(view()->selectedNames(), QStringList{latin("name")});
     QCOMPARE(view()->currentIndex().row(), 4);
-}
-
-void TestValuesPage::opensAFile()
-{
-    QSignalSpy told(m_page.get(), &Page::told);
-    QVERIFY(m_page->openFile(write("good.csv", kTags)));
-    QCOMPARE(names().size(), 6);
-    QCOMPARE(told.at(0).at(0).toString().contains(latin("good.csv")), true);
-    m_page->undoStack().undo();
-    QVERIFY(names().isEmpty());
-}
-
-void TestValuesPage::listsMistakes()
-{
-    QVERIFY(m_page->openFile(write("good.csv", kTags)));
-    const QString path = write("bad.csv", "name,register,address\na,D_W,1\nb,Q_W,2\nc,D_W,x\n");
-    QVERIFY(!m_page->openFile(path));
-    QCOMPARE(names().size(), 6); // nothing has changed
-    QVERIFY(mistakes()->isVisible());
-    QVERIFY(mistakes()->heading().contains(latin("bad.csv")));
-    QCOMPARE(mistakes()->rows().topLevelItemCount(), 2);
-    const QTreeWidgetItem *const first = mistakes()->rows().topLevelItem(0);
-    QCOMPARE(first->text(0), latin("3"));
-    QCOMPARE(first->text(1), latin("3"));
-    QCOMPARE(first->text(2), latin("register"));
-    QVERIFY(first->text(3).contains(latin("Q_W")));
-    QVERIFY(m_page->openFile(write("good.csv", kTags)));
-    QVERIFY(!mistakes()->isVisible());
-}
-
-void TestValuesPage::takesNoMoreThanItCanHold()
-{
-    QByteArray content("name,register,address,count\n");
-    for (int i = 0; i < 30; ++i) {
-        content += "a" + QByteArray::number(i) + ",D_W,0,10000\n";
-    }
-    QSignalSpy troubled(m_page.get(), &Page::troubled);
-    QVERIFY(!m_page->openFile(write("huge.csv", content)));
-    QCOMPARE(troubled.count(), 1);
-    QVERIFY(names().isEmpty());
-    m_page->restore({{latin("tags"), QString::fromLatin1(content)}});
-    QCOMPARE(troubled.count(), 2);
-    QVERIFY(names().isEmpty());
-}
-
-void TestValuesPage::saysThatAFileIsNotThere()
-{
-    QSignalSpy troubled(m_page.get(), &Page::troubled);
-    QVERIFY(!m_page->openFile(m_folder.filePath(latin("none.csv"))));
-    QVERIFY(!m_page->saveFile(m_folder.filePath(latin("none/none.csv"))));
-    QCOMPARE(troubled.count(), 2);
-    QVERIFY(!troubled.at(0).at(1).toString().isEmpty());
-}
-
-void TestValuesPage::savesWhatPeopleWrote()
-{
-    const QByteArray content("# made by hand\n"
-                             "address;name;register;#note\n"
-                             "1;a;D_W;first\n"
-                             "2;b;D_W;second\n");
-    const QString path = write("own.csv", content);
-    QVERIFY(m_page->openFile(path));
-    QVERIFY(m_page->saveFile(path));
-    QCOMPARE(read(path), content);
-    type("c=D_W:3");
-    QVERIFY(m_page->saveFile(path));
-    QVERIFY(read(path).startsWith("# made by hand\naddress;name;register;#note"));
-    QVERIFY(read(path).contains("1;a;D_W;first\n2;b;D_W;second\n3;c;D_W"));
-    // Also where another project saves into it.
-    m_page->setTags(m_plant->tags().tags());
-    QVERIFY(m_page->saveFile(path));
-    QVERIFY(read(path).startsWith("# made by hand"));
-}
-
-void TestValuesPage::overwritesNothingOfOthers()
-{
-    const QString path = write("shared.csv", kTags);
-    QVERIFY(m_page->openFile(path));
-    const QByteArray others = QByteArray(kTags) + "more,D_W,5,u16,1,,,,,read,,,\n";
-    write("shared.csv", others);
-    QSignalSpy troubled(m_page.get(), &Page::troubled);
-    QVERIFY(!m_page->saveFile(path));
-    QCOMPARE(troubled.count(), 1);
-    QCOMPARE(read(path), others);
-    QVERIFY(m_page->saveFile(m_folder.filePath(latin("mine.csv"))));
-}
-
-void TestValuesPage::namesWhatHasNoName()
-{
-    type("D_W:100@u16");
-    type("D_W:100@i16");
-    QSignalSpy told(m_page.get(), &Page::told);
-    const QString path = m_folder.filePath(latin("named.csv"));
-    QVERIFY(m_page->saveFile(path));
-    QCOMPARE(names(), (QStringList{latin("D_W_100"), latin("D_W_100_2")}));
-    QVERIFY(told.at(0).at(0).toString().contains(latin("got one: 2")));
-    m_page->setTags(TagSet());
-    QVERIFY(m_page->openFile(path));
-    QCOMPARE(names().size(), 2);
-}
-
-void TestValuesPage::savesIntoTheRightFileAfterUndo()
-{
-    const QString first = write("first.csv", "name,register,address\na,D_W,1\n");
-    const QString second = write("second.csv", "name,register,address\nb,D_W,2\n");
-    const QByteArray before = read(second);
-    QVERIFY(m_page->openFile(first));
-    QVERIFY(m_page->openFile(second));
-    m_page->undoStack().undo();
-    type("c=D_W:3");
-    const auto actions = m_page->findChildren<QAction *>();
-    for (QAction *const action : actions) {
-        if (action->text() == latin("&Save tags")) {
-            action->trigger();
-        }
-    }
-    QCOMPARE(read(second), before);
-    QVERIFY(read(first).contains("c,D_W,3"));
-}
-
-void TestValuesPage::restoresItself()
-{
-    m_page->setTags(m_plant->read(kTags));
-    type("D_W:100@u16*0.1");
-    m_page->findChild<GroupTree *>()->choose(latin("oil"));
-    m_page->findChild<QLineEdit *>()->setText(latin("speed"));
-    view()->setColumnWidth(1, 123);
-    view()->sortByColumn(3, Qt::DescendingOrder);
-    const QJsonObject state = m_page->saved();
-    QVERIFY(QJsonDocument::fromJson(QJsonDocument(state).toJson()).object() == state);
-
-    ValuesFixture other;
-    ValuesPage page(other.tags());
-    page.restore(state);
-    QCOMPARE(other.tags().tags().names(), m_plant->tags().tags().names());
-    QVERIFY(tagDiff(other.tags().tags(), m_plant->tags().tags()).isEmpty());
-    QVERIFY(page.saved() == state);
-    auto *const table = page.findChild<ValuesView *>();
-    QCOMPARE(table->model()->rowCount(), 1);
-    QCOMPARE(table->columnWidth(1), 123);
-    QVERIFY(!page.undoStack().canUndo());
-    // An empty table, too.
-    m_page->setTags(TagSet());
-    page.restore(m_page->saved());
-    QVERIFY(other.tags().tags().isEmpty());
-}
-
-const Given<const char *> TestValuesPage::kStates[] = {
-    {"nothing", "{}"},
-    {"other kinds", R"({"tags":7,"nameless":{},"columns":[],"filter":{},"sort":1,"group":[]})"},
-    {"no tag file", R"({"tags":"\u0000\u0001 what"})"},
-    {"a mistake", R"({"tags":"name,register,address\nx,D_W,99999\n"})"},
-    {"columns of nowhere", R"({"columns":{"value":-5,"name":1e300,"what":3},"sort":"what"})"},
-};
-
-void TestValuesPage::leavesWhatItDoesNotUnderstand_data()
-{
-    addRows(kStates);
-}
-
-void TestValuesPage::leavesWhatItDoesNotUnderstand()
-{
-    m_page->setTags(m_plant->read(kTags));
-    const auto state = QJsonDocument::fromJson(currentRow(kStates).given);
-    QVERIFY(state.isObject());
-    m_page->restore(state.object());
-    QCOMPARE(names().size(), 6);
-    QVERIFY(view()->columnWidth(1) > 0);
-    const QString tags = state.object().value(QLatin1String("tags")).toString();
-    QCOMPARE(mistakes()->isVisible(), !tags.isEmpty());
 }
 
 void TestValuesPage::copiesRows()

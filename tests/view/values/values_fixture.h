@@ -58,6 +58,17 @@ public:
         m_line.open(fast);
     }
 
+    /// All of the tags were read well.
+    bool isRead()
+    {
+        for (int i = 0; i < m_tags->tags().all().size(); ++i) {
+            if (m_tags->quality(i) != Quality::Good) {
+                return false;
+            }
+        }
+        return true;
+    }
+
     plc::Unit &plc() { return *m_line.simulator()->find(1); }
     void setWord(int address, quint16 value)
     {

@@ -80,6 +80,9 @@ public:
     /** True while a row is not wholly faded. */
     bool isAnyFresh() const;
 
+    /** True while there are changes that nobody was told of yet. */
+    bool isTelling() const { return m_telling.isActive(); }
+
     /** What signs and colours are drawn for. */
     void setPalette(const QPalette &palette);
 
