@@ -613,6 +613,8 @@ void TestTrendPlot::listsCanBeEdited()
     store(0).append(kNow, 12.3);
     QCOMPARE(m_traces->data(cell(0, TraceSet::Value), Qt::DisplayRole).toString(),
              QLatin1String("12.3"));
+    QCOMPARE(traceText(4294967295.0), QLatin1String("4294967295"));
+    QCOMPARE(traceText(double(9.7F)), QLatin1String("9.7"));
     for (int i = 0; i < 2 * TraceSet::kMostTraces; ++i) {
         add(qPrintable(QString::number(i)));
     }

@@ -267,7 +267,7 @@ void TestTrendRecord::worksOutWhatIsBetween()
     cursors.place(Cursor::A, kNow + 1e6); // nothing is known of the future
     table.refresh(kNow + 10000);
     QCOMPARE(text(CursorTable::AtA), QByteArray("-"));
-    QCOMPARE(text(CursorTable::Mean), QByteArray("24.28571429"));
+    QCOMPARE(text(CursorTable::Mean), QByteArray("24.28571"));
     traces.removeAt(0);
     table.refresh(kNow + 10000);
     QCOMPARE(table.rowCount(), 0);
@@ -312,7 +312,7 @@ void TestTrendRecord::sumsAsCursorsMove()
             }
         }
         const double mean = table.index(0, CursorTable::Mean).data().toString().toDouble();
-        QVERIFY(qAbs(mean - sum / known) < 1e-6);
+        QVERIFY(qAbs(mean - sum / known) < 1e-3);
     }
 }
 

@@ -91,12 +91,15 @@ SidePanel::SidePanel(TraceSet &traces, Markers &markers, QWidget *parent)
     m_traceList->setItemDelegateForColumn(TraceSet::ScaleSide, places);
     m_traceList->setItemDelegateForColumn(TraceSet::PaneNumber, places);
     m_traceList->horizontalHeader()->setSectionResizeMode(TraceSet::Name, QHeaderView::Stretch);
+    m_traceList->setTextElideMode(Qt::ElideLeft); // the end of a name tells it from others
+    m_noteList->horizontalHeader()->setSectionResizeMode(Markers::Time,
+                                                         QHeaderView::ResizeToContents);
     m_noteList->horizontalHeader()->setStretchLastSection(true);
     for (const int column :
          {static_cast<int>(TraceSet::Value), static_cast<int>(TraceSet::ScaleSide),
           static_cast<int>(TraceSet::PaneNumber)}) {
-        const int letters = column == TraceSet::Value ? 9 : 6;
-        m_traceList->setColumnWidth(column, letters * fontMetrics().averageCharWidth() * 3 / 2);
+        const int letters = column == TraceSet::Value ? 14 : 8;
+        m_traceList->setColumnWidth(column, letters * fontMetrics().averageCharWidth());
     }
     makeTraceActions();
     makeNoteActions();
@@ -116,7 +119,6 @@ QTableView *SidePanel::makeTable(QAbstractItemModel *model, const QString &name)
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     table->setTabKeyNavigation(false);
-    table->setTextElideMode(Qt::ElideMiddle);
     table->setContextMenuPolicy(Qt::ActionsContextMenu);
     table->verticalHeader()->hide();
     table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() * 3 / 2);

@@ -122,7 +122,7 @@ void TrendPage::build()
     both->addWidget(m_side);
     both->setStretchFactor(0, 1);
     both->setCollapsible(0, false);
-    const int side = fontMetrics().averageCharWidth() * 48;
+    const int side = fontMetrics().averageCharWidth() * 52;
     both->setSizes({side * 3, side});
     auto *column = new QVBoxLayout(this);
     column->addWidget(bar);
@@ -140,6 +140,8 @@ QWidget *TrendPage::makeCursorPanel()
     table->verticalHeader()->hide();
     table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    table->horizontalHeader()->setSectionResizeMode(CursorTable::Name,
+                                                    QHeaderView::ResizeToContents);
     m_cursorText = new QLabel;
     m_cursorText->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto *panel = new QWidget;

@@ -23,6 +23,9 @@ namespace {
 
 constexpr double kMargin = 0.04; ///< of what an automatic scale shows, above and below
 constexpr int kMostSteps = 8;
+constexpr double kLeastLines = 6; ///< of text, as high as a pane is at least
+constexpr double kLeastLaneLines = 3;
+constexpr int kLeastWidth = 15;      ///< of a pane, in heights of a line
 constexpr double kLaneMargin = 0.18; ///< of a lane, above and below
 
 int axisOf(Side side)
@@ -266,6 +269,13 @@ void Pane::setCurrent(bool isCurrent)
         m_isCurrent = isCurrent;
         colour();
     }
+}
+
+QSize Pane::minimumSizeHint() const
+{
+    const int line = fontMetrics().height();
+    const double lines = m_kind == PaneKind::Values ? kLeastLines : kLeastLaneLines;
+    return {line * kLeastWidth, static_cast<int>(lines * line)};
 }
 
 void Pane::colour()

@@ -80,6 +80,9 @@ public:
     double valueAt(Side side, double canvasY) const;
     double xOf(double timeMs) const { return transform(xBottom, timeMs); }
 
+    /** Qwt's would have room for all labels that a scale may ever have. */
+    QSize minimumSizeHint() const override;
+
 protected:
     void changeEvent(QEvent *event) override;
 

@@ -20,7 +20,6 @@ constexpr double kKeyPan = 0.1;    ///< of what is seen
 constexpr double kKeyZoom = 0.8;   ///< of values
 constexpr int kManyPixels = 10;    ///< that a cursor moves with Shift
 constexpr double kLaneLines = 1.5; ///< height of a lane, in lines of text
-constexpr double kLeastLines = 6;  ///< of a pane
 constexpr int kNearPixels = 8;     ///< of a double click
 
 } // namespace
@@ -52,8 +51,6 @@ TrendPlot::TrendPlot(TraceSet &traces, TrendView &view, Cursors &cursors, Marker
 Pane *TrendPlot::makePane(PaneKind kind, int number)
 {
     auto *pane = new Pane(kind, m_cursors, m_markers);
-    const double lines = kind == PaneKind::Values ? kLeastLines : kLaneLines * 2;
-    pane->setMinimumHeight(static_cast<int>(lines * fontMetrics().height()));
     auto *mouse = new PaneMouse(*pane, number, m_view, m_cursors);
     connect(mouse, &PaneMouse::pressed, this, [this, number] {
         setFocus(Qt::MouseFocusReason);

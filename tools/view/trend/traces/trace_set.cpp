@@ -11,7 +11,8 @@ namespace cnet::view {
 namespace {
 
 constexpr int kColours = 10;
-constexpr int kDigits = 10; // a scaled value without the noise of its last places
+constexpr int kDigits = 7; ///< as many as a float of the PLC has
+constexpr double kGreatestWhole = 1e15;
 
 } // namespace
 
@@ -24,7 +25,11 @@ QString traceTitle(const Trace &trace)
 
 QString traceText(double value)
 {
-    return std::isfinite(value) ? QString::number(value, 'g', kDigits) : QLatin1String("-");
+    if (!std::isfinite(value)) {
+        return QLatin1String("-");
+    }
+    const bool isWhole = std::fabs(value) < kGreatestWhole && value == std::floor(value);
+    return isWhole ? QString::number(value, 'f', 0) : QString::number(value, 'g', kDigits);
 }
 
 int TraceSet::indexOf(const QString &name) const
@@ -178,11 +183,16 @@ QVariant TraceSet::shown(const Trace &trace, int column) const
 {
     switch (column) {
     case Name:
-        return traceTitle(trace);
+        return trace.choice.name;
     case Value: {
         const int entries = trace.store->entries();
         const auto last = trace.store->sample(entries - 1);
-        return traceText(entries == 0 || last.isGap ? std::nan("") : last.value);
+        if (last.isGap) {
+            return traceText(std::nan(""));
+        }
+        return trace.kind.unit.isEmpty()
+                   ? traceText(last.value)
+                   : traceText(last.value) + QLatin1Char(' ') + trace.kind.unit;
     }
     case ScaleSide:
         if (trace.kind.isBit) {
