@@ -24,8 +24,11 @@ GATEWAY_ORDER = [["tools/gateway/" + room] for room in
                   "postgresql", "delivery", "write", "lines", "status", "service", "main")]
 # Those of the window.
 VIEW_ORDER = [["tools/view/" + room] for room in
-              ("look", "connect", "tags", "values", "trend/series", "trend", "frames", "stations",
-               "recipes/sheet", "recipes", "simulator", "project", "shell")]
+              ("look", "connect", "tags", "values/table", "values/list", "values",
+               "trend/series", "trend/traces", "trend/plot", "trend/output", "trend",
+               "frames/trace", "frames/detail", "frames", "stations/pictures", "stations/numbers",
+               "stations/scan", "stations", "recipes/sheet", "recipes", "simulator", "project",
+               "shell")]
 MOST_FILES = 15  # of a room; a folder listing that is longer is not read
 BOUNDARY = "include/ls_master_k_cnet/"
 # The only room that knows the driver's functions by name; others ask it.

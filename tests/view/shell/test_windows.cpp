@@ -99,7 +99,7 @@ void TestWindows::showsThePressLine()
     const auto *state = window.statusBar()->findChild<QToolButton *>();
     QVERIFY(state != nullptr);
     QCOMPARE(state->text(), QLatin1String("simulated press line: connected"));
-    QVERIFY(!window.bar().isVisible());
+    QCOMPARE(window.bar().text(), QString());
     // Nothing that one would want to keep.
     QVERIFY(!window.document().isChanged());
     window.pages().line().close();
@@ -185,6 +185,7 @@ void TestWindows::offersWhatWasNotSaved()
     QCOMPARE(int(window.bar().buttons().size()), 1);
     QVERIFY(!toBytes(window.document().project()).contains("press.speed_actual"));
     QTest::mouseClick(window.bar().buttons().first(), Qt::LeftButton);
+    QCOMPARE(window.bar().text(), QString());
     QVERIFY(toBytes(window.document().project()).contains("press.speed_actual"));
     QCOMPARE(window.document().path(), QLatin1String("/tmp/oven.cnet-view"));
     QVERIFY(window.document().isChanged());

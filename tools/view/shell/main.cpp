@@ -69,11 +69,11 @@ int main(int argc, char *argv[])
     if (!start) {
         return exitCode;
     }
+    const cnet::view::RecentFiles recent;
+    cnet::view::Windows windows(recent);
     QTranslator own;
     QTranslator qt;
     translate(application, own, qt);
-    const cnet::view::RecentFiles recent;
-    cnet::view::Windows windows(recent);
     windows.begin(*start);
     return QApplication::exec();
 }

@@ -54,7 +54,8 @@ void MainWindow::addViewMenu()
             QKeySequence(QString::fromLatin1("Ctrl+%1").arg(i + 1)));
     }
     menu->addSeparator();
-    QAction *whole = menu->addAction(tr("&Full screen"), QKeySequence(Qt::Key_F11), this, nullptr);
+    QAction *whole = menu->addAction(tr("&Full screen"));
+    whole->setShortcut(QKeySequence(Qt::Key_F11));
     whole->setCheckable(true);
     connect(whole, &QAction::toggled, this,
             [this](bool on) { on ? showFullScreen() : showNormal(); });

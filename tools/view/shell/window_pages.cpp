@@ -16,7 +16,8 @@ WindowPages::WindowPages(QWidget *parent)
     , m_trend(new TrendPage(m_tags))
 {
     auto *stations = new StationsPage(m_line);
-    tabBar()->setAccessibleName(tr("Pages"));
+    setAccessibleName(tr("Pages"));
+    tabBar()->setAccessibleName(accessibleName());
     add(m_connect, "connect");
     add(m_values, "values");
     add(m_trend, "trend");

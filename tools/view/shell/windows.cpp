@@ -1,11 +1,19 @@
 #include "view/shell/windows.h"
 
+// The linker leaves out what nobody asks for.
+static void takeResources()
+{
+    Q_INIT_RESOURCE(cnet_view);
+}
+
 namespace cnet::view {
 
 Windows::Windows(const RecentFiles &recent, QObject *parent)
     : QObject(parent)
     , m_recent(recent)
-{}
+{
+    takeResources();
+}
 
 Windows::~Windows()
 {
@@ -19,7 +27,7 @@ MainWindow &Windows::add()
     auto *window = new MainWindow(m_recent);
     window->setAttribute(Qt::WA_DeleteOnClose);
     m_windows.append(window);
-    connect(window, &MainWindow::anotherWanted, this, &Windows::add);
+    connect(window, &MainWindow::anotherWanted, this, [this] { add(); });
     window->show();
     return *window;
 }
