@@ -77,6 +77,7 @@ private Q_SLOTS:
     void writesPictures();
     void tellsOfAFullDisk();
     void recordsToAFile();
+    void fitsASmallWindow();
     void everyFieldHasAName();
 
 private:
@@ -575,6 +576,18 @@ void TestTrendPage::recordsToAFile()
     QVERIFY(rows.at(1).endsWith(",speed,10,good"));
     QVERIFY(rows.at(2).endsWith(",speed,20,good"));
     QVERIFY(rows.at(3).contains(",speed,,"));
+}
+
+void TestTrendPage::fitsASmallWindow()
+{
+    m_page->addTraces(names("speed level lamp"));
+    m_page->cursors().place(Cursor::A, 1700000000000.0);
+    QCoreApplication::processEvents();
+    const int line = m_page->fontMetrics().height();
+    QVERIFY2(m_page->minimumSizeHint().height() < 40 * line,
+             qPrintable(QString::number(m_page->minimumSizeHint().height() / line)));
+    QVERIFY2(m_page->minimumSizeHint().width() < 60 * line,
+             qPrintable(QString::number(m_page->minimumSizeHint().width() / line)));
 }
 
 void TestTrendPage::everyFieldHasAName()

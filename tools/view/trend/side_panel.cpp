@@ -92,8 +92,7 @@ SidePanel::SidePanel(TraceSet &traces, Markers &markers, QWidget *parent)
     m_traceList->setItemDelegateForColumn(TraceSet::PaneNumber, places);
     m_traceList->horizontalHeader()->setSectionResizeMode(TraceSet::Name, QHeaderView::Stretch);
     m_traceList->setTextElideMode(Qt::ElideLeft); // the end of a name tells it from others
-    m_noteList->horizontalHeader()->setSectionResizeMode(Markers::Time,
-                                                         QHeaderView::ResizeToContents);
+    m_noteList->setColumnWidth(Markers::Time, 15 * fontMetrics().averageCharWidth());
     m_noteList->horizontalHeader()->setStretchLastSection(true);
     for (const int column :
          {static_cast<int>(TraceSet::Value), static_cast<int>(TraceSet::ScaleSide),

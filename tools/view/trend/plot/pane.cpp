@@ -77,6 +77,7 @@ Pane::Pane(PaneKind kind, const Cursors &cursors, const Markers &markers, QWidge
     canvas->setFocusPolicy(Qt::NoFocus);
     setCanvas(canvas);
     setFocusPolicy(Qt::NoFocus);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     plotLayout()->setAlignCanvasToScales(true);
     setAxisScaleDraw(xBottom, new TimeScaleDraw);
     setAxisScaleEngine(xBottom, makeTimeScaleEngine().release());
