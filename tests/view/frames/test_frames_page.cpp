@@ -11,6 +11,7 @@
 #include <QJsonArray>
 #include <QScrollBar>
 #include <QTemporaryDir>
+#include <QtTest>
 
 using namespace cnet;
 using namespace cnet::view;

@@ -74,8 +74,8 @@ void TestLook::isReadable_data()
 void TestLook::isReadable()
 {
     QFETCH(QPalette, palette);
-    const QColor base = palette.color(QPalette::Base);
-    const QColor text = palette.color(QPalette::Text);
+    const QColor &base = palette.color(QPalette::Base);
+    const QColor &text = palette.color(QPalette::Text);
     for (const Tone tone : {Tone::Good, Tone::Waiting, Tone::Doubtful, Tone::Bad, Tone::Idle}) {
         QVERIFY2(contrast(toneColour(tone, palette), base) >= 4.5,
                  qPrintable(QString::number(int(tone))));
@@ -109,37 +109,39 @@ void TestLook::tellsQualitiesApart()
 void TestLook::saysAndGoes()
 {
     QWidget window;
-    auto *bar = new MessageBar(&window);
+    MessageBar bar;
+    bar.setParent(&window);
     window.show();
-    QVERIFY(!bar->isVisible());
-    bar->tell(QLatin1String("The line is lost."), QLatin1String("Check the cable."));
-    QVERIFY(bar->isVisible());
-    QCOMPARE(bar->text(), QLatin1String("The line is lost.\nCheck the cable."));
-    QTest::mouseClick(bar->findChild<QToolButton *>(), Qt::LeftButton);
-    QVERIFY(!bar->isVisible());
-    QCOMPARE(bar->text(), QString());
+    QVERIFY(!bar.isVisible());
+    bar.tell(QLatin1String("The line is lost."), QLatin1String("Check the cable."));
+    QVERIFY(bar.isVisible());
+    QCOMPARE(bar.text(), QLatin1String("The line is lost.\nCheck the cable."));
+    QTest::mouseClick(bar.findChild<QToolButton *>(), Qt::LeftButton);
+    QVERIFY(!bar.isVisible());
+    QCOMPARE(bar.text(), QString());
 }
 
 void TestLook::asks()
 {
     QWidget window;
-    auto *bar = new MessageBar(&window);
+    MessageBar bar;
+    bar.setParent(&window);
     window.show();
     QString answered;
     const auto answer = [&answered](const char *text) {
         return MessageBar::Answer{QString::fromLatin1(text),
                                   [&answered, text] { answered = QLatin1String(text); }};
     };
-    bar->ask(QLatin1String("Save it?"), {answer("Yes"), answer("No")});
-    QCOMPARE(int(bar->buttons().size()), 2);
-    QTest::mouseClick(bar->buttons().at(1), Qt::LeftButton);
+    bar.ask(QLatin1String("Save it?"), {answer("Yes"), answer("No")});
+    QCOMPARE(int(bar.buttons().size()), 2);
+    QTest::mouseClick(bar.buttons().at(1), Qt::LeftButton);
     QCOMPARE(answered, QLatin1String("No"));
-    QVERIFY(!bar->isVisible());
-    QVERIFY(bar->buttons().isEmpty());
+    QVERIFY(!bar.isVisible());
+    QVERIFY(bar.buttons().isEmpty());
     // Another message takes the question away, unanswered.
-    bar->ask(QLatin1String("Save it?"), {answer("Yes")});
-    bar->tell(QLatin1String("Gone."));
-    QVERIFY(bar->buttons().isEmpty());
+    bar.ask(QLatin1String("Save it?"), {answer("Yes")});
+    bar.tell(QLatin1String("Gone."));
+    QVERIFY(bar.buttons().isEmpty());
     QCOMPARE(answered, QLatin1String("No"));
 }
 

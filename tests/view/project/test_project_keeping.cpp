@@ -6,6 +6,7 @@
 
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QtTest>
 
 #include <sys/stat.h>
 
@@ -56,7 +57,7 @@ qint64 deadProcess()
 QString leaveWork(const QString &folder, const QString &title, int number)
 {
     const qint64 process = deadProcess();
-    const QString path = QString::fromLatin1("%1/%2-%3.json").arg(folder).arg(process).arg(number);
+    QString path = QString::fromLatin1("%1/%2-%3.json").arg(folder).arg(process).arg(number);
     QString written;
     {
         Recovery recovery(

@@ -15,6 +15,7 @@
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTreeWidget>
+#include <QtTest>
 
 #include <functional>
 
