@@ -32,7 +32,6 @@ public:
 
     ScanPanel &scanPanel() { return *m_scanPanel; }
 
-public Q_SLOTS:
     /** Shows the numbers as they are now; by itself once a second while it is visible. */
     void refresh();
     /** Counts from 0 again. */

@@ -64,7 +64,6 @@ public:
     /** Draws and works out what is due, as the timer has it done. */
     void refresh();
 
-public Q_SLOTS:
     /** Draws these tags, too: bits in lanes, the others in the pane that was used last. troubled()
      * tells which cannot be drawn. */
     void addTraces(const QStringList &names);
