@@ -1,0 +1,97 @@
+#include "view/screen/view_window.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QtTest>
+
+namespace {
+
+constexpr int kPatienceMs = 60000;
+const QLatin1String kTitleEnd(" - cnet-view");
+
+QStringList keys(const char *text)
+{
+    return QString::fromLatin1(text).split(QLatin1Char(' '));
+}
+
+} // namespace
+
+ViewWindow::ViewWindow(Screen &screen, const QString &home, const QString &project)
+    : m_screen(screen)
+    , m_project(project)
+{
+    const QByteArray folder = QFile::encodeName(home);
+    for (const char *variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME",
+                                 "XDG_RUNTIME_DIR", "XDG_STATE_HOME"}) {
+        m_program.setVariable(variable, folder.constData());
+    }
+    m_program.setVariable("DISPLAY", screen.display().constData());
+    m_program.setVariable("QT_QPA_PLATFORM", "xcb");
+    m_program.setVariable("LC_ALL", "C.UTF-8");
+}
+
+bool ViewWindow::start(const QStringList &arguments)
+{
+    return m_program.start(QLatin1String(CNET_VIEW), arguments + QStringList{m_project}) &&
+           QTest::qWaitFor(
+               [this] { return !isRunning() || m_screen.activate(m_program.id(), kTitleEnd); },
+               kPatienceMs) &&
+           isRunning();
+}
+
+QString ViewWindow::title()
+{
+    return m_screen.titleOf(m_program.id(), kTitleEnd);
+}
+
+bool ViewWindow::press(const QStringList &keys)
+{
+    return QTest::qWaitFor(
+               [this] { return !isRunning() || m_screen.activate(m_program.id(), kTitleEnd); },
+               kPatienceMs) &&
+           isRunning() && m_screen.press(keys);
+}
+
+bool ViewWindow::choose(const QString &tag)
+{
+    // Whatever was begun there ends, and no filter hides the row.
+    return press(keys("ctrl+2 alt+l ctrl+a BackSpace alt+d ctrl+a BackSpace")) && type(tag) &&
+           press(keys("Return"));
+}
+
+QHash<QString, QString> ViewWindow::row(const QString &tag)
+{
+    // The copied row is put where the project file has it: into the filter.
+    if (!choose(tag) || !press(keys("alt+g c alt+l ctrl+a ctrl+v"))) {
+        return {};
+    }
+    const QString copied = savedPage("values").value(QLatin1String("filter")).toString().trimmed();
+    const QStringList lines = copied.split(QLatin1Char('\n'));
+    const QStringList titles = lines.first().split(QLatin1Char('\t'));
+    const QStringList fields = lines.last().split(QLatin1Char('\t'));
+    QHash<QString, QString> row;
+    if (lines.size() == 2 && fields.first() == tag) {
+        for (int i = 0; i < qMin(titles.size(), fields.size()); ++i) {
+            row.insert(titles.at(i), fields.at(i));
+        }
+    }
+    return row;
+}
+
+QJsonObject ViewWindow::saved()
+{
+    // A file that was not there shows when it is written. It is written as a whole.
+    QFile file(m_project);
+    file.remove();
+    const bool isSaved =
+        press(keys("ctrl+s")) && QTest::qWaitFor([&file] { return file.exists(); }, kPatienceMs);
+    return isSaved && file.open(QIODevice::ReadOnly)
+               ? QJsonDocument::fromJson(file.readAll()).object()
+               : QJsonObject();
+}
+
+QJsonObject ViewWindow::savedPage(const char *page)
+{
+    return saved().value(QLatin1String("pages")).toObject().value(QLatin1String(page)).toObject();
+}
