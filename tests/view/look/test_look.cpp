@@ -1,5 +1,6 @@
 #include "view/look/message_bar.h"
 #include "view/look/quality_look.h"
+#include "view/look/readable_palette.h"
 
 #include <QPushButton>
 #include <QSet>
@@ -57,12 +58,33 @@ class TestLook : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void disabledTextIsReadable();
     void isReadable_data();
     void isReadable();
     void tellsQualitiesApart();
     void saysAndGoes();
     void asks();
 };
+
+void TestLook::disabledTextIsReadable()
+{
+    QPalette dark;
+    for (const auto role : {QPalette::Window, QPalette::Button, QPalette::Base}) {
+        dark.setColor(role, QColor(42, 46, 50));
+    }
+    for (const auto role : {QPalette::WindowText, QPalette::ButtonText, QPalette::Text}) {
+        dark.setColor(role, QColor(240, 240, 240));
+        dark.setColor(QPalette::Disabled, role, QColor(36, 40, 43));
+    }
+    const QPalette mended = withReadableDisabled(dark);
+    for (const auto role : {QPalette::WindowText, QPalette::ButtonText, QPalette::Text}) {
+        const QColor text = mended.color(QPalette::Disabled, role);
+        QVERIFY(contrast(text, QColor(42, 46, 50)) > 3);
+        QVERIFY(text != mended.color(QPalette::Active, role)); // it still looks disabled
+        QCOMPARE(mended.color(QPalette::Active, role), dark.color(QPalette::Active, role));
+    }
+    QVERIFY(withReadableDisabled(mended) == mended);
+}
 
 void TestLook::isReadable_data()
 {

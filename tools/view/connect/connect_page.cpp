@@ -32,17 +32,21 @@ ConnectPage::ConnectPage(Line &line, QWidget *parent)
     , m_form(new LinkForm)
     , m_result(makeWords(tr("What the test found")))
     , m_state(makeWords(tr("State of the connection")))
+    , m_next(makeWords(tr("What to do now")))
 {
     auto *left = new QVBoxLayout;
     left->addWidget(m_form);
     left->addWidget(makeButtons());
     left->addWidget(m_result);
     left->addWidget(m_state);
+    left->addWidget(m_next);
     left->addStretch(1);
     m_form->setMaximumWidth(fontMetrics().averageCharWidth() * kFormCharacters);
     auto *row = new QHBoxLayout(this);
     row->addLayout(left, 2);
     row->addWidget(makeRecent(), 1);
+    setFocusProxy(m_form);
+    connect(m_form, &LinkForm::entered, this, &ConnectPage::connectNow);
     connect(m_form, &LinkForm::edited, this, &ConnectPage::showState);
     connect(m_form, &LinkForm::edited, this, &ConnectPage::changed);
     connect(&line, &Line::stateChanged, this, &ConnectPage::showState);
@@ -120,7 +124,7 @@ QWidget *ConnectPage::makeRecent()
     auto *box = new QWidget;
     auto *column = new QVBoxLayout(box);
     column->setContentsMargins(0, 0, 0, 0);
-    auto *label = new QLabel(tr("Rece&nt connections:"));
+    auto *label = new QLabel(tr("Re&cent connections:"));
     m_list = new QListWidget;
     m_list->setAccessibleName(tr("Recent connections"));
     m_list->setToolTip(tr("Double click or Enter connects"));
@@ -173,6 +177,12 @@ void ConnectPage::showState()
     m_connect->setEnabled(isGood);
     m_test->setEnabled(isGood || m_lineTest.isRunning());
     m_disconnect->setEnabled(m_line.session() != nullptr);
+    m_next->setText(
+        m_line.isOpen()
+            ? tr("What the PLC holds is on the Values page (Ctrl+2): type an address there, like "
+                 "D_W:100, to add it.")
+            : tr("Choose above how the PLC is reached, and press Connect. Test only asks which "
+                 "stations answer."));
     const QString state = m_line.stateText();
     m_state->setText(m_line.session() == nullptr
                          ? tr("State: %1").arg(state)

@@ -52,6 +52,7 @@ private:
     LinkForm *m_form;
     QLabel *m_result;
     QLabel *m_state;
+    QLabel *m_next; ///< what to do now
     QListWidget *m_list;
     QPushButton *m_connect;
     QPushButton *m_disconnect;

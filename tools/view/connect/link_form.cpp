@@ -46,6 +46,7 @@ LinkForm::LinkForm(QWidget *parent)
     addTcp(*form);
     addSerial(*form);
     addPolling(*form);
+    setFocusProxy(m_kind);
     m_problem->setWordWrap(true);
     m_problem->setAccessibleName(tr("What is wrong with the fields"));
     form->addRow(m_problem);
@@ -66,8 +67,8 @@ void LinkForm::addTcp(QFormLayout &form)
     m_host = new QLineEdit;
     m_host->setPlaceholderText(tr("192.168.0.100 or a name"));
     m_port = makeSpin(65535, kUsualPort, QString(), tr("TCP port"));
-    form.addRow(tr("&Host:"), m_host);
-    form.addRow(tr("&Port:"), m_port);
+    addOptional(form, tr("Ho&st:"), m_host);
+    addOptional(form, tr("&Port:"), m_port);
 }
 
 void LinkForm::addSerial(QFormLayout &form)
@@ -81,11 +82,14 @@ void LinkForm::addSerial(QFormLayout &form)
     m_dataBits = makeChoice({QLatin1String("8"), QLatin1String("7")}, QLatin1String("8"));
     m_parity = makeChoice({tr("none"), tr("even"), tr("odd")}, tr("none"));
     m_stopBits = makeChoice({QLatin1String("1"), QLatin1String("2")}, QLatin1String("1"));
-    form.addRow(tr("&Device:"), m_device);
-    form.addRow(tr("&Baud:"), m_baud);
-    form.addRow(tr("Data b&its:"), m_dataBits);
-    form.addRow(tr("Parit&y:"), m_parity);
-    form.addRow(tr("Stop bit&s:"), m_stopBits);
+    addOptional(form, tr("&Device:"), m_device);
+    m_behind = new QLabel(tr("The serial line behind that port:"));
+    form.addRow(m_behind);
+    m_rows.append({nullptr, m_behind});
+    addOptional(form, tr("Ba&ud:"), m_baud);
+    addOptional(form, tr("Data b&its:"), m_dataBits);
+    addOptional(form, tr("Parit&y:"), m_parity);
+    addOptional(form, tr("Stop &bits:"), m_stopBits);
     listPorts();
 }
 
@@ -114,6 +118,10 @@ void LinkForm::watch()
     for (const QSpinBox *spin : {m_port, m_station, m_interval, m_timeout}) {
         connect(spin, QOverload<int>::of(&QSpinBox::valueChanged), this, &LinkForm::look);
     }
+    const auto fields = findChildren<QLineEdit *>(); // those within the other fields, too
+    for (const QLineEdit *field : fields) {
+        connect(field, &QLineEdit::returnPressed, this, &LinkForm::entered);
+    }
 }
 
 void LinkForm::listPorts()
@@ -125,19 +133,44 @@ void LinkForm::listPorts()
     }
 }
 
-// What does not belong to the kind is not in the way.
+void LinkForm::addOptional(QFormLayout &form, const QString &text, QWidget *field)
+{
+    auto *label = new QLabel(text);
+    label->setBuddy(field);
+    form.addRow(label, field);
+    m_rows.append({label, field});
+}
+
+bool LinkForm::isWanted(const QWidget *field) const
+{
+    if (field == m_host || field == m_port || field == m_behind) {
+        return kind() == Connection::Kind::Tcp;
+    }
+    return field == m_device ? kind() == Connection::Kind::Serial
+                             : kind() != Connection::Kind::Simulator;
+}
+
+// What does not belong to the kind is not in the way, and leaves no gap where it was.
 void LinkForm::showKind()
 {
     auto &form = *static_cast<QFormLayout *>(layout());
-    const auto show = [&form](QWidget *field, bool shown) {
-        field->setVisible(shown);
-        form.labelForField(field)->setVisible(shown);
-    };
-    show(m_host, kind() == Connection::Kind::Tcp);
-    show(m_port, kind() == Connection::Kind::Tcp);
-    show(m_device, kind() == Connection::Kind::Serial);
-    for (QComboBox *field : {m_baud, m_dataBits, m_parity, m_stopBits}) {
-        show(field, kind() != Connection::Kind::Simulator);
+    int at = 1;
+    for (const Row &row : qAsConst(m_rows)) {
+        if (form.indexOf(row.field) >= 0) {
+            const auto taken = form.takeRow(row.field);
+            delete taken.labelItem; // the place, not the widget
+            delete taken.fieldItem;
+        }
+        const bool isShown = isWanted(row.field);
+        row.field->setVisible(isShown);
+        if (row.label != nullptr) {
+            row.label->setVisible(isShown);
+        }
+        if (isShown && row.label != nullptr) {
+            form.insertRow(at++, row.label, row.field);
+        } else if (isShown) {
+            form.insertRow(at++, row.field);
+        }
     }
 }
 

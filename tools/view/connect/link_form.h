@@ -2,6 +2,7 @@
 
 #include "view/connect/connection.h"
 
+#include <QVector>
 #include <QWidget>
 
 class QComboBox;
@@ -29,8 +30,19 @@ public:
 
 Q_SIGNALS:
     void edited();
+    /** Enter was pressed in one of the fields. */
+    void entered();
 
 private:
+    /** A row that only some kinds have. */
+    struct Row
+    {
+        QLabel *label; ///< none: the field goes over both columns
+        QWidget *field;
+    };
+
+    void addOptional(QFormLayout &form, const QString &text, QWidget *field);
+    bool isWanted(const QWidget *field) const;
     void addKind(QFormLayout &form);
     void addTcp(QFormLayout &form);
     void addSerial(QFormLayout &form);
@@ -42,10 +54,12 @@ private:
     Connection::Kind kind() const;
     Connection fields() const;
 
+    QVector<Row> m_rows;
     QComboBox *m_kind;
     QLineEdit *m_host;
     QSpinBox *m_port;
     QComboBox *m_device;
+    QLabel *m_behind; ///< what line is meant where the program itself has none
     QComboBox *m_baud;
     QComboBox *m_dataBits;
     QComboBox *m_parity;

@@ -1,7 +1,5 @@
 #include "view/look/message_bar.h"
 
-#include "view/look/colours.h"
-
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -33,7 +31,7 @@ MessageBar::MessageBar(QWidget *parent)
 void MessageBar::tell(const QString &text, const QString &advice)
 {
     clear();
-    say(advice.isEmpty() ? text : text + QLatin1Char('\n') + advice);
+    say(advice.isEmpty() ? text : text + QLatin1Char('\n') + advice, Tone::Bad);
 }
 
 void MessageBar::ask(const QString &text, const QVector<Answer> &answers)
@@ -49,13 +47,13 @@ void MessageBar::ask(const QString &text, const QVector<Answer> &answers)
         m_buttons.append(button);
         m_row->insertWidget(m_row->count() - 1, button, 0, Qt::AlignTop);
     }
-    say(text);
+    say(text, Tone::Waiting);
 }
 
-void MessageBar::say(const QString &text)
+void MessageBar::say(const QString &text, Tone tone)
 {
     QPalette own = parentWidget() != nullptr ? parentWidget()->palette() : palette();
-    own.setColor(QPalette::Window, washColour(Tone::Bad, own));
+    own.setColor(QPalette::Window, washColour(tone, own));
     own.setColor(QPalette::WindowText, own.color(QPalette::Text));
     setPalette(own);
     m_text->setText(text);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "view/look/colours.h"
+
 #include <QFrame>
 
 #include <QVector>
@@ -40,7 +42,7 @@ public:
     const QVector<QPushButton *> &buttons() const { return m_buttons; }
 
 private:
-    void say(const QString &text);
+    void say(const QString &text, Tone tone);
 
     QHBoxLayout *m_row;
     QVector<QPushButton *> m_buttons;

@@ -184,6 +184,7 @@ void RecipesPage::layOut(QToolBar *bar)
     column->addWidget(m_stack, 1);
     column->addWidget(m_progressRow);
     column->addWidget(m_summary);
+    setFocusProxy(m_table);
 }
 
 void RecipesPage::wire()

@@ -160,7 +160,7 @@ bool RecipesPage::openFile(const QString &path)
     }
     m_question->ask(tr("%1 has edits that are not saved.").arg(m_path),
                     {{tr("&Keep editing"), {}},
-                     {tr("Sa&ve, then open"),
+                     {tr("&Save, then open"),
                       [this, path] {
                           if (saveFile(m_path)) {
                               readFile(path);

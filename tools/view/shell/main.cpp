@@ -1,3 +1,4 @@
+#include "view/look/readable_palette.h"
 #include "view/shell/start.h"
 #include "view/shell/windows.h"
 
@@ -68,6 +69,11 @@ int main(int argc, char *argv[])
     const auto start = startOf(argc, argv, exitCode); // without what Qt took for itself
     if (!start) {
         return exitCode;
+    }
+    const QPalette desktop = QApplication::palette();
+    const QPalette readable = cnet::view::withReadableDisabled(desktop);
+    if (readable != desktop) {
+        QApplication::setPalette(readable);
     }
     const cnet::view::RecentFiles recent;
     cnet::view::Windows windows(recent);

@@ -9,6 +9,7 @@
 #include <QFontMetrics>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QStatusBar>
 #include <QVBoxLayout>
 
@@ -16,9 +17,10 @@ namespace cnet::view {
 
 namespace {
 
-constexpr int kToldMs = 8000; // a word about what was done
-constexpr int kCharactersWide = 150;
-constexpr int kLinesHigh = 45;
+constexpr int kToldMs = 8000;        // a word about what was done
+constexpr int kCharactersWide = 210; // all columns of the values
+constexpr int kLinesHigh = 50;
+constexpr double kPartOfScreen = 0.95; // at most, so that the frame has room
 
 } // namespace
 
@@ -37,8 +39,10 @@ MainWindow::MainWindow(const RecentFiles &recent, QWidget *parent)
     setCentralWidget(all);
     auto *state = new StateLabel(m_pages->line());
     statusBar()->addPermanentWidget(state);
-    connect(state, &QToolButton::clicked, this,
-            [this] { m_pages->setCurrentWidget(&m_pages->connectPage()); });
+    connect(state, &QToolButton::clicked, this, [this] {
+        m_pages->setCurrentWidget(&m_pages->connectPage());
+        m_pages->connectPage().setFocus();
+    });
     connect(m_pages, &WindowPages::troubled, m_bar, &MessageBar::tell);
     connect(m_pages, &WindowPages::told, this,
             [this](const QString &text) { statusBar()->showMessage(text, kToldMs); });
@@ -49,7 +53,10 @@ MainWindow::MainWindow(const RecentFiles &recent, QWidget *parent)
     addMenus();
     showTitle();
     const QFontMetrics metrics = fontMetrics();
-    resize(metrics.averageCharWidth() * kCharactersWide, metrics.lineSpacing() * kLinesHigh);
+    const QSize wanted(metrics.averageCharWidth() * kCharactersWide,
+                       metrics.lineSpacing() * kLinesHigh);
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    resize(screen != nullptr ? wanted.boundedTo(screen->availableSize() * kPartOfScreen) : wanted);
     if (!m_pages->driverError().isEmpty()) {
         m_bar->tell(m_pages->driverError(), tr("Install the driver beside this program."));
     } else {

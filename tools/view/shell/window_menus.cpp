@@ -50,7 +50,13 @@ void MainWindow::addViewMenu()
     for (int i = 0; i < pages.size(); ++i) {
         Page *page = pages.at(i);
         menu->addAction(
-            page->title(), this, [this, page] { m_pages->setCurrentWidget(page); },
+            page->title(), this,
+            [this, page] {
+                m_pages->setCurrentWidget(page);
+                if (page->focusProxy() != nullptr) {
+                    page->setFocus(Qt::ShortcutFocusReason); // its keys work at once
+                }
+            },
             QKeySequence(QString::fromLatin1("Ctrl+%1").arg(i + 1)));
     }
     menu->addSeparator();
@@ -66,8 +72,9 @@ void MainWindow::addHelpMenu()
     QMenu *menu = menuBar()->addMenu(tr("&Help"));
     menu->addAction(tr("&Simulated press line"), m_pages, &WindowPages::openDemo);
     menu->addAction(tr("&About"), this, [this] {
-        m_bar->tell(tr("cnet-view %1").arg(QApplication::applicationVersion()),
-                    tr("A window on PLCs of the MASTER-K family over their Cnet link."));
+        m_bar->ask(tr("cnet-view %1").arg(QApplication::applicationVersion()) + QLatin1Char('\n') +
+                       tr("A window on PLCs of the MASTER-K family over their Cnet link."),
+                   {});
     });
 }
 

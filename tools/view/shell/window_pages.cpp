@@ -27,6 +27,8 @@ WindowPages::WindowPages(QWidget *parent)
     add(new SimulatorPage(m_line), "simulator");
     connect(m_values, &ValuesPage::trendWanted, this, [this](const QStringList &names) {
         m_trend->addTraces(names);
+        setCurrentWidget(m_trend);
+        m_trend->setFocus();
         Q_EMIT told(tr("Drawn in the trend: %1").arg(names.join(QLatin1String(", "))));
     });
     connect(stations, &StationsPage::connectWanted, m_connect, &ConnectPage::connectTo);
@@ -84,12 +86,15 @@ void WindowPages::openDemo()
                         QLatin1String("press.speed_actual")});
     m_connect->connectTo(Connection());
     setCurrentWidget(m_values);
+    m_values->setFocus();
     m_isRestoring = false;
 }
 
 void WindowPages::add(Page *page, const char *name)
 {
-    addTab(page, page->title());
+    // Their letters are those of the menus and of fields, which would fight over them.
+    const int at = addTab(page, page->title().remove(QLatin1Char('&')));
+    setTabToolTip(at, QString::fromLatin1("Ctrl+%1").arg(at + 1));
     m_byName.insert(QLatin1String(name), page);
     connect(page, &Page::troubled, this, &WindowPages::troubled);
     connect(page, &Page::told, this, &WindowPages::told);

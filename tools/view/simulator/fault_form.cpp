@@ -87,7 +87,7 @@ QLayout *FaultForm::makeChoices()
     m_times->setSpecialValueText(tr("until it is unticked"));
     m_times->setSuffix(tr(" times"));
     m_times->setAccessibleName(tr("How many times the fault happens"));
-    auto *percent = new QLabel(tr("&Happens at:"));
+    auto *percent = new QLabel(tr("Ha&ppens at:"));
     percent->setBuddy(m_percent);
     auto *times = new QLabel(tr("How &often:"));
     times->setBuddy(m_times);

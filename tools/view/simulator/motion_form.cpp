@@ -78,7 +78,7 @@ MotionForm::MotionForm(Simulator &simulator, QWidget *parent)
     , m_increment(makeEdit(tr("Step of the counter")))
     , m_ms(makeEdit(tr("Milliseconds of a step or turn")))
     , m_outcome(new QLabel)
-    , m_start(new QPushButton(tr("Let it &move")))
+    , m_start(new QPushButton(tr("Let &it move")))
 {
     for (const plc::MotionKindText &each : plc::motionKindTexts()) {
         m_kind->addItem(motionName(each.kind));
@@ -117,8 +117,8 @@ void MotionForm::makeRows(QFormLayout *form)
     addRow(tr("&Kind:"), m_kind, {m_kind});
     form->addRow(m_meaning);
     addRow(tr("Add&resses:"), m_addresses, {m_register, m_addresses});
-    addRow(tr("&From:"), m_low, {m_low, new QLabel(tr("to")), m_high});
-    addRow(tr("E&very:"), m_ms, {m_ms, new QLabel(tr("ms, by")), m_increment, m_start});
+    addRow(tr("Fro&m:"), m_low, {m_low, new QLabel(tr("to")), m_high});
+    addRow(tr("Ever&y:"), m_ms, {m_ms, new QLabel(tr("ms, by")), m_increment, m_start});
     form->addRow(m_outcome);
 }
 

@@ -32,6 +32,9 @@ QScrollArea *scrolling(QWidget *content)
     area->setWidgetResizable(true);
     area->setFrameShape(QFrame::NoFrame);
     area->setFocusPolicy(Qt::NoFocus);
+    // The ground is that of the tab.
+    area->viewport()->setAutoFillBackground(false);
+    content->setAutoFillBackground(false);
     return area;
 }
 
@@ -48,7 +51,7 @@ SimulatorPage::SimulatorPage(Line &line, QWidget *parent)
     , m_fault(new FaultForm(m_simulator))
     , m_model(new ActionTable(this))
     , m_table(new QTableView)
-    , m_remove(new QPushButton(tr("Switch this o&ff")))
+    , m_remove(new QPushButton(tr("S&witch this off")))
     , m_allOff(new QPushButton(tr("A&ll off")))
 {
     m_away->setWordWrap(true);
@@ -58,6 +61,7 @@ SimulatorPage::SimulatorPage(Line &line, QWidget *parent)
     m_stack->addWidget(scrolling(makeControls()));
     auto *all = new QVBoxLayout(this);
     all->addWidget(m_stack);
+    setFocusProxy(m_station);
     wire();
     m_each.start(kLookMs);
     showPlc();

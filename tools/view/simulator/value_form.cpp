@@ -38,7 +38,7 @@ ValueForm::ValueForm(Simulator &simulator, QWidget *parent)
     value->addWidget(m_set);
     auto *form = new QFormLayout(this);
     form->addRow(tr("A&ddress:"), address);
-    form->addRow(tr("&Value:"), value);
+    form->addRow(tr("Val&ue:"), value);
     form->addRow(m_outcome);
     if (auto *label = qobject_cast<QLabel *>(form->labelForField(address))) {
         label->setBuddy(m_address);

@@ -37,6 +37,9 @@ QScrollArea *scrolling(QWidget *content)
     area->setWidgetResizable(true);
     area->setFrameShape(QFrame::NoFrame);
     area->setFocusPolicy(Qt::NoFocus);
+    // The ground is that of the tab.
+    area->viewport()->setAutoFillBackground(false);
+    content->setAutoFillBackground(false);
     return area;
 }
 
@@ -61,6 +64,7 @@ StationsPage::StationsPage(Line &line, QWidget *parent)
     m_tabs->addTab(scrolling(m_scanPanel), tr("Scan the &line"));
     auto *all = new QVBoxLayout(this);
     all->addWidget(m_tabs);
+    setFocusProxy(m_table);
     connect(&line, &Line::sessionBegan, this, &StationsPage::begin);
     connect(&line, &Line::sessionEnding, this, &StationsPage::end);
     connect(m_scanPanel, &ScanPanel::connectWanted, this, &StationsPage::connectWanted);

@@ -80,6 +80,8 @@ void ValuesPage::wire()
     connect(m_entry, &TagEntry::lookedFor, this, [this](const QString &name) {
         if (!m_view->reveal(name)) {
             Q_EMIT told(tr("%1 is in the table, and the filter hides it").arg(name));
+        } else {
+            m_view->setFocus(Qt::OtherFocusReason);
         }
     });
     connect(m_view, &ValuesView::readOnlyTouched, this,
@@ -92,7 +94,12 @@ void ValuesPage::wire()
     connect(m_shown, &QAbstractItemModel::rowsInserted, this, &ValuesPage::showCount);
     connect(m_shown, &QAbstractItemModel::rowsRemoved, this, &ValuesPage::showCount);
     const QHeaderView *const header = m_view->horizontalHeader();
-    connect(header, &QHeaderView::sectionResized, this, &ValuesPage::changed);
+    connect(header, &QHeaderView::sectionResized, this, [this, header](int column) {
+        // The last one is as wide as is left, which is nobody's choice.
+        if (header->visualIndex(column) < header->count() - 1) {
+            Q_EMIT changed();
+        }
+    });
     connect(header, &QHeaderView::sortIndicatorChanged, this, &ValuesPage::changed);
 }
 
@@ -121,7 +128,9 @@ void ValuesPage::addTag(const Tag &tag)
     const QString name = tagText(tag, 0);
     if (!m_view->reveal(name)) {
         Q_EMIT told(tr("%1 is in the table now, and the filter hides it").arg(name));
+        return;
     }
+    m_view->setFocus(Qt::OtherFocusReason); // F2 and T are for what has just come
 }
 
 // Each tag may have thousands of values, and a file of a few bytes many such tags.

@@ -65,7 +65,15 @@ void ValuesPage::makeLayout()
     column->addLayout(top);
     column->addWidget(m_mistakes);
     column->addWidget(splitter, 1);
-    column->addWidget(m_count);
+    auto *const hint = new QLabel(
+        tr("F2 writes, T shows in the trend, Insert adds, Delete removes; more under Tags"));
+    hint->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    hint->setWordWrap(true);
+    auto *const bottom = new QHBoxLayout;
+    bottom->addWidget(m_count);
+    bottom->addWidget(hint, 1);
+    column->addLayout(bottom);
+    setFocusProxy(m_view);
     m_view->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(m_view, &QWidget::customContextMenuRequested, this,
             [this](const QPoint &place) { m_menu->popup(m_view->viewport()->mapToGlobal(place)); });

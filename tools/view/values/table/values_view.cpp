@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QHeaderView>
+#include <QPainter>
 #include <QScrollBar>
 #include <QSet>
 
@@ -23,14 +24,15 @@ int charactersOf(ValueColumn column)
     switch (column) {
     case ValueColumn::Name:
         return 24;
-    case ValueColumn::Value:
     case ValueColumn::Quality:
-    case ValueColumn::Raw:
         return 16;
+    case ValueColumn::Value:
+    case ValueColumn::Raw:
+        return 18;
     case ValueColumn::Write:
-        return 26;
+        return 20;
     case ValueColumn::Changed:
-        return 14;
+        return 17;
     case ValueColumn::Age:
         return 9;
     case ValueColumn::Min:
@@ -39,7 +41,7 @@ int charactersOf(ValueColumn column)
     case ValueColumn::Description:
         break;
     }
-    return 30;
+    return 24;
 }
 
 } // namespace
@@ -205,6 +207,25 @@ void ValuesView::changeEvent(QEvent *event)
     if (event->type() == QEvent::PaletteChange) {
         m_model.setPalette(palette());
     }
+}
+
+void ValuesView::paintEvent(QPaintEvent *event)
+{
+    QTableView::paintEvent(event);
+    if (m_shown.rowCount() > 0) {
+        return;
+    }
+    // An empty table says how it gets values.
+    const QString hint = m_model.rowCount() > 0
+                             ? tr("The filter or the group hides all values.")
+                             : tr("Nothing to show yet. Type an address into Add above, like "
+                                  "D_W:100 or D_W:112@u16*0.1-40, or open a tag file: Tags, Open "
+                                  "tags.");
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::Text));
+    const int margin = fontMetrics().height();
+    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
+                     static_cast<int>(Qt::AlignHCenter | Qt::AlignTop) | Qt::TextWordWrap, hint);
 }
 
 void ValuesView::showEvent(QShowEvent *event)

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QPalette>
+
+namespace cnet::view {
+
+/**
+ * The palette with texts of disabled buttons, fields and labels that can be read: on dark desktops
+ * they are all but black now and then. What can be read stays as it is.
+ */
+QPalette withReadableDisabled(const QPalette &palette);
+
+} // namespace cnet::view
