@@ -4,6 +4,7 @@
 static void takeResources()
 {
     Q_INIT_RESOURCE(cnet_view);
+    Q_INIT_RESOURCE(cnet_view_translations);
 }
 
 namespace cnet::view {
