@@ -260,7 +260,7 @@
     </message>
     <message>
         <source>sign of life</source>
-        <translation>Lebenszeichen</translation>
+        <translation>Lebenszch.</translation>
     </message>
     <message>
         <source>other</source>
@@ -668,7 +668,7 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
     </message>
     <message>
         <source>Kind</source>
-        <translation>Art</translation>
+        <translation>Typ</translation>
     </message>
     <message>
         <source>What is on</source>
@@ -861,7 +861,7 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
     </message>
     <message>
         <source> times</source>
-        <translation>-mal</translation>
+        <translation> Mal</translation>
     </message>
     <message>
         <source>How many times the fault happens</source>
@@ -912,7 +912,7 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
     </message>
     <message>
         <source>Kind of request</source>
-        <translation>Art der Abfrage</translation>
+        <translation>Typ der Abfrage</translation>
     </message>
     <message>
         <source>Text to find in frames</source>
@@ -982,7 +982,7 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
     </message>
     <message>
         <source>Kind</source>
-        <translation>Art</translation>
+        <translation>Typ</translation>
     </message>
     <message>
         <source>What it says</source>
@@ -1599,6 +1599,10 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <source>A window on PLCs of the MASTER-K family over their Cnet link.</source>
         <translation>Ein Fenster auf SPSen der Familie MASTER-K über ihre Cnet-Schnittstelle.</translation>
     </message>
+    <message>
+        <source>Show the &amp;press line without saving</source>
+        <translation>Pressenlinie &amp;ohne Speichern zeigen</translation>
+    </message>
 </context>
 <context>
     <name>cnet::view::Markers</name>
@@ -1716,7 +1720,7 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
     </message>
     <message>
         <source>Kind of motion</source>
-        <translation>Art der Bewegung</translation>
+        <translation>Typ der Bewegung</translation>
     </message>
     <message>
         <source>Register that moves</source>
@@ -2902,7 +2906,7 @@ ms</translation>
     <name>cnet::view::TraceSet</name>
     <message>
         <source>Pane</source>
-        <translation>Diagramm</translation>
+        <translation>Feld</translation>
     </message>
     <message>
         <source>left</source>
@@ -3017,19 +3021,19 @@ ms</translation>
     </message>
     <message>
         <source>Add pane</source>
-        <translation>Diagramm dazu</translation>
+        <translation>Feld dazu</translation>
     </message>
     <message>
         <source>One more pane, with scales of its own</source>
-        <translation>Ein weiteres Diagramm mit eigenen Achsen</translation>
+        <translation>Ein weiteres Feld mit eigenen Achsen</translation>
     </message>
     <message>
         <source>Remove pane</source>
-        <translation>Diagramm weg</translation>
+        <translation>Feld weg</translation>
     </message>
     <message>
         <source>Its traces go to the pane above</source>
-        <translation>Seine Kurven gehen ins Diagramm darüber</translation>
+        <translation>Seine Kurven gehen ins Feld darüber</translation>
     </message>
     <message>
         <source>Automatic left scale</source>
