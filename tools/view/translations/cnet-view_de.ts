@@ -787,7 +787,7 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
     </message>
     <message>
         <source>What the PLC holds is on the Values page (Ctrl+2): type an address there, like D_W:100, to add it.</source>
-        <translation>Was in der SPS steht, zeigt die Seite Werte (Ctrl+2): dort eine Adresse wie D_W:100 eingeben, um sie hinzuzufügen.</translation>
+        <translation>Was in der SPS steht, zeigt die Seite Werte (Strg+2): dort eine Adresse wie D_W:100 eingeben, um sie hinzuzufügen.</translation>
     </message>
     <message>
         <source>Choose above how the PLC is reached, and press Connect. Test only asks which stations answer.</source>
