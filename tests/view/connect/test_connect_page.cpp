@@ -83,6 +83,10 @@ void TestConnectPage::wantsAHost()
     QTest::keyClicks(host, QLatin1String("plc.local"));
     QVERIFY(button("Connect")->isEnabled());
     QVERIFY(!label("What is wrong with the fields")->isVisible());
+    QTest::keyClick(host, Qt::Key_Return);
+    QCOMPARE(m_line->connection().address.host, QLatin1String("plc.local"));
+    QVERIFY(m_line->session() != nullptr);
+    m_line->close();
     QSignalSpy troubled(m_page.get(), &Page::troubled);
     host->clear();
     m_page->connectNow();

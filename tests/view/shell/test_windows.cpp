@@ -102,6 +102,12 @@ void TestWindows::showsThePressLine()
     QCOMPARE(window.bar().text(), QString());
     // Nothing that one would want to keep.
     QVERIFY(!window.document().isChanged());
+    window.resize(window.width() + 100, window.height() + 50);
+    QCoreApplication::processEvents();
+    QVERIFY(!window.document().isChanged());
+    Q_EMIT window.pages().values().trendWanted({QLatin1String("press.load")});
+    QCOMPARE(window.pages().currentWidget(), static_cast<QWidget *>(&window.pages().trend()));
+    QVERIFY(window.document().isChanged());
     window.pages().line().close();
     QCOMPARE(state->text(), QLatin1String("not connected"));
 }

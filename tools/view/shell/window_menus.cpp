@@ -70,7 +70,15 @@ void MainWindow::addViewMenu()
 void MainWindow::addHelpMenu()
 {
     QMenu *menu = menuBar()->addMenu(tr("&Help"));
-    menu->addAction(tr("&Simulated press line"), m_pages, &WindowPages::openDemo);
+    menu->addAction(tr("&Simulated press line"), this, [this] {
+        if (!m_document->isChanged()) {
+            m_pages->openDemo();
+            return;
+        }
+        m_bar->ask(tr("%1 has changes that are not saved.").arg(m_document->title()),
+                   {{tr("&Save"), [this] { save(); }},
+                    {tr("Show the &press line without saving"), [this] { m_pages->openDemo(); }}});
+    });
     menu->addAction(tr("&About"), this, [this] {
         m_bar->ask(tr("cnet-view %1").arg(QApplication::applicationVersion()) + QLatin1Char('\n') +
                        tr("A window on PLCs of the MASTER-K family over their Cnet link."),

@@ -30,7 +30,7 @@ int charactersOf(ValueColumn column)
     case ValueColumn::Raw:
         return 18;
     case ValueColumn::Write:
-        return 20;
+        return 26;
     case ValueColumn::Changed:
         return 17;
     case ValueColumn::Age:
@@ -41,7 +41,7 @@ int charactersOf(ValueColumn column)
     case ValueColumn::Description:
         break;
     }
-    return 24;
+    return 18;
 }
 
 } // namespace
