@@ -25,8 +25,18 @@ private Q_SLOTS:
     void filters_data();
     void filters();
     void filtersWhatEndsLater();
+    void filtersManyInTurns();
+    void forgetsASearch();
 
 private:
+    void fill()
+    {
+        for (int i = 0; i < FrameModel::kMostExchanges; ++i) {
+            const auto address = QByteArray::number(1000 + i % 9000);
+            exchange(readRequest(address.constData()), readAnswer());
+        }
+        m_recorder->flush();
+    }
     void ask(const QByteArray &request) { m_recorder->noteRequest(request); }
     void exchange(const QByteArray &request, const QByteArray &answer,
                   Outcome outcome = Outcome::Answered)
@@ -213,6 +223,92 @@ void TestFrameModel::filtersWhatEndsLater()
     m_recorder->noteEnd(report(readRequest(), {}, Outcome::TimedOut));
     m_recorder->flush();
     QCOMPARE(filter.rowCount(), 2);
+}
+
+namespace {
+
+constexpr int kPatienceMs = 60000;
+
+FrameQuery textQuery(const char *text)
+{
+    FrameQuery query;
+    query.text = QString::fromLatin1(text);
+    return query;
+}
+
+QVector<int> rowsOf(const FrameFilter &filter)
+{
+    QVector<int> rows;
+    for (int i = 0; i < filter.rowCount(); ++i) {
+        rows << filter.mapToSource(filter.index(i, 0)).row();
+    }
+    return rows;
+}
+
+} // namespace
+
+// Meanwhile the oldest go, others come, and one becomes another.
+void TestFrameModel::filtersManyInTurns()
+{
+    fill();
+    FrameFilter filter;
+    const QAbstractItemModelTester tester(&filter,
+                                          QAbstractItemModelTester::FailureReportingMode::QtTest);
+    filter.setFrames(m_model.get());
+    QTRY_COMPARE_WITH_TIMEOUT(filter.rowCount(), m_model->rowCount(), kPatienceMs);
+    filter.setQuery(textQuery("D_W:1007"));
+    QVERIFY(filter.isSearching());
+    QCOMPARE(filter.rowCount(), m_model->rowCount()); // as before
+    const qint64 last = m_model->log().end() - 2;
+    const qint64 first = m_model->log().first();
+    for (const qint64 number : {first, first + 2 * m_model->batch() + 4, last}) {
+        m_model->edit(number)->note = QLatin1String("moved from D_W:1007");
+        m_model->touch({number, number + 1});
+    }
+    exchange(readRequest("1007"), readAnswer());
+    exchange(readRequest("1008"), readAnswer());
+    m_recorder->flush();
+    QCOMPARE(m_model->log().first(), first + 2 * m_model->batch());
+    QTRY_VERIFY_WITH_TIMEOUT(!filter.isSearching(), kPatienceMs);
+    QVector<int> expected;
+    for (int i = 0; i < m_model->rowCount(); ++i) {
+        const qint64 request = row(i).request;
+        const FrameRow &asked = *m_model->log().find(request);
+        if (asked.bytes.contains("1007") || !asked.note.isEmpty()) {
+            expected << i;
+        }
+    }
+    QVERIFY(expected.size() >= 8);
+    QCOMPARE(rowsOf(filter), expected);
+    filter.setQuery(FrameQuery());
+    QTRY_COMPARE_WITH_TIMEOUT(filter.rowCount(), m_model->rowCount(), kPatienceMs);
+}
+
+// Another table, or none, takes the place of the one that is looked through.
+void TestFrameModel::forgetsASearch()
+{
+    fill();
+    FrameModel other;
+    FrameFilter filter;
+    filter.setFrames(m_model.get());
+    filter.setQuery(textQuery("D_W:1007"));
+    QVERIFY(filter.isSearching());
+    m_recorder->clear();
+    QCOMPARE(filter.rowCount(), 0);
+    exchange(readRequest("1007"), readAnswer());
+    exchange(readRequest("1008"), readAnswer());
+    m_recorder->flush();
+    QCOMPARE(rowsOf(filter), QVector<int>({0, 1}));
+    fill();
+    filter.setQuery(textQuery("D_W:1008"));
+    QVERIFY(filter.isSearching());
+    filter.setFrames(&other);
+    QCOMPARE(filter.rowCount(), 0);
+    QVERIFY(!filter.isSearching());
+    filter.setQuery(textQuery("D_W:1007"));
+    filter.setFrames(nullptr);
+    QCOMPARE(filter.rowCount(), 0);
+    QVERIFY(!filter.isSearching());
 }
 
 QTEST_MAIN(TestFrameModel)

@@ -42,6 +42,8 @@ FrameTable::FrameTable(FrameFilter &filter, QWidget *parent)
         }
     });
     connect(&filter, &QAbstractItemModel::modelReset, this, [this] { setFollows(m_follows); });
+    connect(&filter, &FrameFilter::aboutToShow, this, [this] { m_kept = currentNumber(); });
+    connect(&filter, &FrameFilter::shown, this, &FrameTable::goToKept);
     connect(&filter, &QAbstractItemModel::rowsRemoved, this,
             [this](const QModelIndex &, int first, int last) { keepPlace(first, last); });
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &FrameTable::noteScrolled);
@@ -82,6 +84,16 @@ void FrameTable::keepPlace(int first, int last)
         const QScopedValueRollback<bool> own(m_ownChange, true);
         verticalScrollBar()->setValue(at - (std::min(last, at - 1) - first + 1));
     }
+}
+
+// All rows are new ones for the base class when another filter counts.
+void FrameTable::goToKept()
+{
+    {
+        const QScopedValueRollback<bool> own(m_ownChange, true);
+        goTo(m_kept);
+    }
+    setFollows(m_follows);
 }
 
 // The base class would go on to the next row, and to the one after that.

@@ -51,11 +51,13 @@ protected:
 private:
     void fitRows();
     void keepPlace(int first, int last);
+    void goToKept();
     void noteScrolled(int value);
     void noteWidth(int column, int before, int now);
     double digit() const;
 
     FrameFilter &m_filter;
+    qint64 m_kept = -1; ///< number of the row that was current before others are seen
     bool m_follows = true;
     bool m_ownChange = false; ///< the scroll bar or a width is moved by this object
 };

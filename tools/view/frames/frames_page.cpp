@@ -121,6 +121,7 @@ void FramesPage::arrange()
     rows->addLayout(buttons);
     rows->addWidget(m_filterBar);
     rows->addWidget(split, 1);
+    setFocusProxy(m_table);
 }
 
 void FramesPage::wire()
@@ -149,6 +150,7 @@ void FramesPage::wire()
         showStatus();
         Q_EMIT changed();
     });
+    connect(&m_filter, &FrameFilter::shown, this, &FramesPage::showStatus);
     connect(&m_recorder, &LineRecorder::counted, this, &FramesPage::showStatus);
 }
 
