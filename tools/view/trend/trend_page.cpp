@@ -110,7 +110,7 @@ void TrendPage::build()
     both->addWidget(m_side);
     both->setStretchFactor(0, 1);
     both->setCollapsible(0, false);
-    const int side = fontMetrics().averageCharWidth() * 52;
+    const int side = fontMetrics().averageCharWidth() * 60;
     both->setSizes({side * 3, side});
     auto *column = new QVBoxLayout(this);
     column->addWidget(bar);
