@@ -1,5 +1,7 @@
 #include "view/frames/filter_bar.h"
 
+#include "view/look/readable_palette.h"
+
 #include "view/frames/trace/frame_words.h"
 
 #include <QHBoxLayout>
@@ -25,6 +27,7 @@ FilterBar::FilterBar(QWidget *parent)
 {
     auto *const row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
+    m_faults->setPalette(withVisibleBoxes(m_faults->palette()));
     const auto add = [row](const QString &label, QWidget *widget, int stretch) {
         auto *const words = new QLabel(label);
         words->setBuddy(widget);

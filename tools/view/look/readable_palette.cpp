@@ -1,5 +1,7 @@
 #include "view/look/readable_palette.h"
 
+#include "view/look/colours.h"
+
 #include <cstdlib>
 
 namespace cnet::view {
@@ -33,6 +35,16 @@ QPalette withReadableDisabled(const QPalette &palette)
             result.setColor(QPalette::Disabled, pair.text,
                             between(palette.color(QPalette::Active, pair.text), ground));
         }
+    }
+    return result;
+}
+
+QPalette withVisibleBoxes(const QPalette &palette)
+{
+    QPalette result = palette;
+    if (isDark(palette)) {
+        // Styles draw the frames in a darker shade of this one.
+        result.setColor(QPalette::Window, toneColour(Tone::Idle, palette));
     }
     return result;
 }

@@ -10,4 +10,7 @@ namespace cnet::view {
  */
 QPalette withReadableDisabled(const QPalette &palette);
 
+/** The palette for a widget with boxes to tick, whose frames are seen on dark grounds, too. */
+QPalette withVisibleBoxes(const QPalette &palette);
+
 } // namespace cnet::view

@@ -1,5 +1,6 @@
 #include "view/simulator/fault_form.h"
 
+#include "view/look/readable_palette.h"
 #include "view/simulator/fault_words.h"
 #include "view/simulator/tone_label.h"
 
@@ -66,6 +67,7 @@ void FaultForm::makeKinds()
         item->setData(Qt::AccessibleDescriptionRole, words.lesson);
     }
     m_kinds->setAccessibleName(tr("Kinds of faults"));
+    m_kinds->setPalette(withVisibleBoxes(m_kinds->palette()));
     m_kinds->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Expanding);
     m_kinds->setMinimumWidth(m_kinds->sizeHintForColumn(0) + fontMetrics().height() * 2);
 }
