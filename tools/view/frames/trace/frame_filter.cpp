@@ -29,7 +29,7 @@ FrameFilter::FrameFilter(QObject *parent)
 
 void FrameFilter::setFrames(FrameModel *model)
 {
-    m_turn.stop();
+    stop();
     beginResetModel();
     if (m_frames != nullptr) {
         m_frames->disconnect(this);
@@ -51,7 +51,7 @@ void FrameFilter::setFrames(FrameModel *model)
                 takeChanged(first.row(), last.row(), roles);
             });
     connect(model, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
-        m_turn.stop();
+        stop();
         beginResetModel();
         m_shown.clear();
     });
@@ -87,19 +87,38 @@ void FrameFilter::setQuery(const FrameQuery &query)
     begin();
 }
 
+void FrameFilter::stop()
+{
+    m_turn.stop();
+    m_isSearching = false;
+}
+
 void FrameFilter::begin()
 {
     m_found.clear();
     if (m_frames != nullptr) {
         m_next = m_frames->log().first();
+        m_isSearching = true;
         m_turn.start();
         look(); // few rows are done at once
     } else {
+        m_isSearching = false;
         m_inForce = m_wanted;
     }
 }
 
 void FrameFilter::look()
+{
+    takeInserted();
+    if (m_isSearching) {
+        search();
+    }
+    if (!m_isSearching && m_known == m_frames->log().end()) {
+        m_turn.stop();
+    }
+}
+
+void FrameFilter::search()
 {
     QElapsedTimer turn;
     turn.start();
@@ -121,7 +140,7 @@ void FrameFilter::look()
 // A row after the other would take the table long to follow.
 void FrameFilter::finish()
 {
-    m_turn.stop();
+    m_isSearching = false;
     Q_EMIT aboutToShow();
     beginResetModel();
     m_inForce = m_wanted;
@@ -164,14 +183,24 @@ bool FrameFilter::hasText(const Search &search, const FrameRow &row, qint64 numb
            m_frames->meaning(number).contains(text, Qt::CaseInsensitive);
 }
 
-// They always come last. Where rows are looked through these are, too, in their turn.
+// They always come last, and many of them when a line is fast: the rest has its turn.
 void FrameFilter::takeInserted()
 {
+    QElapsedTimer turn;
+    turn.start();
+    const FrameLog &log = m_frames->log();
     Numbers accepted;
-    for (; m_known < m_frames->log().end(); ++m_known) {
-        if (accepts(m_inForce, m_known)) {
-            accepted.push_back(m_known);
+    m_known = std::max(m_known, log.first());
+    do {
+        const qint64 end = std::min(log.end(), m_known + kRowsAtOnce);
+        for (; m_known < end; ++m_known) {
+            if (accepts(m_inForce, m_known)) {
+                accepted.push_back(m_known);
+            }
         }
+    } while (m_known < log.end() && turn.elapsed() < kTurnMs);
+    if (m_known < log.end()) {
+        m_turn.start();
     }
     if (!accepted.empty()) {
         const int first = rowCount();
@@ -225,6 +254,9 @@ void FrameFilter::takeChange(qint64 number)
         } else {
             m_found.insert(at, number);
         }
+    }
+    if (number >= m_known) {
+        return; // it has its turn
     }
     const int place = placeOf(number);
     const bool was = isIn(m_shown, number);

@@ -52,7 +52,7 @@ public:
     const FrameQuery &query() const { return m_wanted.query; }
 
     /** True while rows are looked through; shown() ends it. */
-    bool isSearching() const { return m_turn.isActive(); }
+    bool isSearching() const { return m_isSearching; }
 
     QModelIndex index(int row, int column,
                       const QModelIndex &parent = QModelIndex()) const override;
@@ -86,7 +86,9 @@ private:
     bool hasText(const Search &search, const FrameRow &row, qint64 number) const;
 
     void begin();
+    void stop();
     void look();
+    void search();
     void finish();
     void takeInserted();
     void takeRemoving(int last);
@@ -103,6 +105,7 @@ private:
     qint64 m_next = 0;  ///< number of the row that is looked at next
     qint64 m_known = 0; ///< number behind the last row that m_shown knows of
     int m_going = 0;    ///< rows of m_shown that are on their way out
+    bool m_isSearching = false;
     QTimer m_turn;
 };
 
