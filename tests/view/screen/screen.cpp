@@ -30,7 +30,7 @@ bool Screen::isInstalled(QStringList &missing)
 QString Screen::start()
 {
     // It goes with the test, however that ends, and all windows go with it.
-    const QStringList server = words("--pdeathsig KILL Xvfb -displayfd 1 -noreset -nolisten tcp "
+    const QStringList server = words("--pdeathsig KILL Xvfb -displayfd 1 -noreset -nolisten tcp -r "
                                      "-screen 0 1280x1024x24");
     if (!m_server.start(QLatin1String("setpriv"), server)) {
         return QLatin1String("Xvfb did not start");
