@@ -30,12 +30,23 @@ class TestLine : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void doesWithoutADriver();
     void readsTheSimulator();
     void beginsAnewWithEachConnection();
     void saysWhatIsWrong();
     void findsTheStationsOfATest();
     void saysThatNothingAnswersATest();
 };
+
+// As where it is not installed: the window says so, and goes on.
+void TestLine::doesWithoutADriver()
+{
+    Line line;
+    QSignalSpy began(&line, &Line::sessionBegan);
+    line.open(Connection());
+    QCOMPARE(began.count(), 0);
+    QVERIFY(line.session() == nullptr && !line.isOpen());
+}
 
 void TestLine::readsTheSimulator()
 {

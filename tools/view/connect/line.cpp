@@ -40,6 +40,9 @@ QString Line::prepare()
 void Line::open(const Connection &connection)
 {
     close();
+    if (!m_driver.isLoaded()) {
+        return;
+    }
     m_connection = connection;
     auto link = makeConnectionLink(connection, connection.lineSettings());
     m_bus = simulatorOf(*link);

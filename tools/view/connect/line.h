@@ -36,7 +36,10 @@ public:
      */
     QString prepare();
 
-    /** Ends the session there is and begins another. sessionBegan() comes before this returns. */
+    /**
+     * Ends the session there is and begins another. sessionBegan() comes before this returns.
+     * Without effect where prepare() failed.
+     */
     void open(const Connection &connection);
 
     /** Ends the session for good; sessionEnding() comes before this returns. Harmless without one.

@@ -16,7 +16,8 @@ namespace {
 void translate(QApplication &application, QTranslator &own, QTranslator &qt)
 {
     if (own.load(QLocale(), QLatin1String("cnet-view"), QLatin1String("_"),
-                 QLatin1String(":/translations"))) {
+                 QLatin1String(":/translations")) ||
+        own.load(QLatin1String(":/translations/cnet-view_en.qm"))) { // has the plurals
         QApplication::installTranslator(&own);
     }
     if (qt.load(QLocale(), QLatin1String("qtbase"), QLatin1String("_"),
