@@ -1,6 +1,6 @@
 #include "view/screen/view_window.h"
 
-#include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonDocument>
 #include <QtTest>
@@ -8,6 +8,7 @@
 namespace {
 
 constexpr int kPatienceMs = 60000;
+constexpr int kAgainMs = 10000; // until keys are pressed again
 const QLatin1String kTitleEnd(" - cnet-view");
 
 QStringList keys(const char *text)
@@ -55,15 +56,17 @@ bool ViewWindow::press(const QStringList &keys)
 
 bool ViewWindow::choose(const QString &tag)
 {
-    // Whatever was begun there ends, and no filter hides the row.
-    return press(keys("ctrl+2 alt+l ctrl+a BackSpace alt+d ctrl+a BackSpace")) && type(tag) &&
-           press(keys("Return"));
+    // Nothing that opens on top is used: keys that come while it closes would go with it. The
+    // filter leaves one row, and behind it are the field to add, the menu, the groups and the
+    // table.
+    return press(keys("ctrl+2 alt+l ctrl+a")) && type(tag) &&
+           press(keys("Tab Tab Tab Tab ctrl+Home ctrl+a"));
 }
 
 QHash<QString, QString> ViewWindow::row(const QString &tag)
 {
     // The copied row is put where the project file has it: into the filter.
-    if (!choose(tag) || !press(keys("alt+g c alt+l ctrl+a ctrl+v"))) {
+    if (!choose(tag) || !press(keys("ctrl+c alt+l ctrl+a ctrl+v"))) {
         return {};
     }
     const QString copied = savedPage("values").value(QLatin1String("filter")).toString().trimmed();
@@ -84,11 +87,17 @@ QJsonObject ViewWindow::saved()
     // A file that was not there shows when it is written. It is written as a whole.
     QFile file(m_project);
     file.remove();
-    const bool isSaved =
-        press(keys("ctrl+s")) && QTest::qWaitFor([&file] { return file.exists(); }, kPatienceMs);
-    return isSaved && file.open(QIODevice::ReadOnly)
-               ? QJsonDocument::fromJson(file.readAll()).object()
-               : QJsonObject();
+    QElapsedTimer clock;
+    clock.start();
+    while (!file.exists() && clock.elapsed() < kPatienceMs) {
+        // A window that has only just come may miss its first keys.
+        if (!press(keys("ctrl+s"))) {
+            return {};
+        }
+        QTest::qWaitFor([&file] { return file.exists(); }, kAgainMs);
+    }
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
+                                          : QJsonObject();
 }
 
 QJsonObject ViewWindow::savedPage(const char *page)
