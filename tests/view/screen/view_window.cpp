@@ -89,12 +89,13 @@ QJsonObject ViewWindow::saved()
     file.remove();
     QElapsedTimer clock;
     clock.start();
-    while (!file.exists() && clock.elapsed() < kPatienceMs) {
+    bool isSaved = false;
+    while (!isSaved && clock.elapsed() < kPatienceMs) {
         // A window that has only just come may miss its first keys.
         if (!press(keys("ctrl+s"))) {
             return {};
         }
-        QTest::qWaitFor([&file] { return file.exists(); }, kAgainMs);
+        isSaved = QTest::qWaitFor([&file] { return file.exists(); }, kAgainMs);
     }
     return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
                                           : QJsonObject();
