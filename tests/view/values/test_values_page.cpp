@@ -25,6 +25,7 @@ class TestValuesPage : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
+    void cleanupTestCase();
 
     void addsWhatIsTyped();
     void addsWithAName();
@@ -78,6 +79,12 @@ void TestValuesPage::cleanup()
 {
     m_page.reset();
     m_plant.reset();
+}
+
+// The button that clears a field fades, and what fades it goes by itself when it has ended.
+void TestValuesPage::cleanupTestCase()
+{
+    QTest::qWait(1000);
 }
 
 void TestValuesPage::addsWhatIsTyped()
