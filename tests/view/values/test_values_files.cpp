@@ -5,7 +5,6 @@
 #include "view/values/table/values_view.h"
 #include "view/values/values_page.h"
 
-#include "host/tag/typed_item.h"
 #include "support/rows.h"
 
 #include <QAction>
@@ -44,14 +43,7 @@ private:
     ValuesView *view() const { return m_page->findChild<ValuesView *>(); }
     TagEntry *entry() const { return m_page->findChild<TagEntry *>(); }
     MistakeList *mistakes() const { return m_page->findChild<MistakeList *>(); }
-    QStringList names() const
-    {
-        QStringList names;
-        for (const Tag &tag : m_plant->tags().tags().all()) {
-            names.append(tagText(tag));
-        }
-        return names;
-    }
+    QStringList names() const { return m_plant->names(); }
     void type(const char *text)
     {
         entry()->field().clear();

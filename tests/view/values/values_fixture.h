@@ -2,6 +2,7 @@
 
 #include "view/tags/watched_tags.h"
 
+#include "host/tag/typed_item.h"
 #include "host/tagfile/tag_file.h"
 #include "plc/stations/bus.h"
 
@@ -38,6 +39,16 @@ public:
 
     Line &line() { return m_line; }
     WatchedTags &tags() { return *m_tags; }
+
+    /// Of the tags that are watched, in their order.
+    QStringList names() const
+    {
+        QStringList names;
+        for (const Tag &tag : m_tags->tags().all()) {
+            names.append(tagText(tag));
+        }
+        return names;
+    }
 
     TagSet read(const QByteArray &content)
     {
