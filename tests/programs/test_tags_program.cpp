@@ -330,6 +330,9 @@ void TestTagsProgram::reloadsOnAKey()
     QVERIFY(QFile::remove(QFile::decodeName(path("live.csv"))));
     QVERIFY(terminal.type("r"));
     QVERIFY2(terminal.displays("cannot read "), terminal.screen().constData());
+    // What it watched before it goes on watching.
+    QVERIFY(terminal.type("wspeed=13.5\r"));
+    QVERIFY2(terminal.displays("  speed     13.5 mm/s"), terminal.screen().constData());
     QVERIFY(terminal.type("\x03"));
     QCOMPARE(terminal.wait(), 0);
 }
