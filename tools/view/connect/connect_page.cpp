@@ -84,6 +84,9 @@ void ConnectPage::restore(const QJsonObject &state)
 void ConnectPage::connectTo(const Connection &connection)
 {
     m_form->setConnection(connection);
+    if (!m_form->connection()) {
+        m_line.close(); // nobody is to take the PLC before it for this one
+    }
     connectNow();
 }
 

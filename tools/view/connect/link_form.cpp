@@ -124,12 +124,25 @@ void LinkForm::watch()
     }
 }
 
+// Adapters come and go while the program runs.
+void LinkForm::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    listPorts();
+}
+
 void LinkForm::listPorts()
 {
+    const QSignalBlocker blocker(m_device);
+    const QString chosen = m_device->currentText();
+    m_device->clear();
     const auto ports = QSerialPortInfo::availablePorts();
     for (const QSerialPortInfo &port : ports) {
         m_device->addItem(port.systemLocation());
         m_device->setItemData(m_device->count() - 1, port.description(), Qt::ToolTipRole);
+    }
+    if (!chosen.isEmpty()) {
+        m_device->setEditText(chosen);
     }
 }
 

@@ -33,6 +33,9 @@ Q_SIGNALS:
     /** Enter was pressed in one of the fields. */
     void entered();
 
+protected:
+    void showEvent(QShowEvent *event) override;
+
 private:
     /** A row that only some kinds have. */
     struct Row

@@ -30,8 +30,11 @@ MessageBar::MessageBar(QWidget *parent)
 
 void MessageBar::tell(const QString &text, const QString &advice)
 {
-    clear();
-    say(advice.isEmpty() ? text : text + QLatin1Char('\n') + advice, Tone::Bad);
+    m_said = advice.isEmpty() ? text : text + QLatin1Char('\n') + advice;
+    if (m_buttons.isEmpty()) {
+        m_asked.clear();
+    }
+    show(Tone::Bad);
 }
 
 void MessageBar::ask(const QString &text, const QVector<Answer> &answers)
@@ -47,17 +50,19 @@ void MessageBar::ask(const QString &text, const QVector<Answer> &answers)
         m_buttons.append(button);
         m_row->insertWidget(m_row->count() - 1, button, 0, Qt::AlignTop);
     }
-    say(text, Tone::Waiting);
+    m_asked = text;
+    show(Tone::Waiting);
 }
 
-void MessageBar::say(const QString &text, Tone tone)
+void MessageBar::show(Tone tone)
 {
     QPalette own = parentWidget() != nullptr ? parentWidget()->palette() : palette();
     own.setColor(QPalette::Window, washColour(tone, own));
     own.setColor(QPalette::WindowText, own.color(QPalette::Text));
     setPalette(own);
-    m_text->setText(text);
-    show();
+    const bool areBoth = !m_said.isEmpty() && !m_asked.isEmpty();
+    m_text->setText(areBoth ? m_said + QLatin1String("\n\n") + m_asked : m_said + m_asked);
+    QFrame::show();
 }
 
 void MessageBar::clear()
@@ -66,6 +71,8 @@ void MessageBar::clear()
         button->deleteLater(); // it may be the one that was clicked
     }
     m_buttons.clear();
+    m_said.clear();
+    m_asked.clear();
     m_text->clear();
     hide();
 }

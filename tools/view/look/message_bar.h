@@ -24,7 +24,10 @@ class MessageBar : public QFrame
 public:
     explicit MessageBar(QWidget *parent = nullptr);
 
-    /** Takes the place of the message before. @param advice what to do; may be empty */
+    /**
+     * Takes the place of the message before; a question waits below it for its answer.
+     * @param advice what to do; may be empty
+     */
     void tell(const QString &text, const QString &advice = QString());
     void clear();
 
@@ -42,10 +45,12 @@ public:
     const QVector<QPushButton *> &buttons() const { return m_buttons; }
 
 private:
-    void say(const QString &text, Tone tone);
+    void show(Tone tone);
 
     QHBoxLayout *m_row;
     QVector<QPushButton *> m_buttons;
+    QString m_said;
+    QString m_asked;
     QLabel *m_text;
     QToolButton *m_close;
 };

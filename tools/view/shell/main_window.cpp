@@ -59,8 +59,6 @@ MainWindow::MainWindow(const RecentFiles &recent, QWidget *parent)
     resize(screen != nullptr ? wanted.boundedTo(screen->availableSize() * kPartOfScreen) : wanted);
     if (!m_pages->driverError().isEmpty()) {
         m_bar->tell(m_pages->driverError(), tr("Install the driver beside this program."));
-    } else {
-        offerLeftWork();
     }
 }
 
@@ -88,15 +86,26 @@ void MainWindow::openFile(const QString &path)
     }
 }
 
-void MainWindow::open()
+void MainWindow::openDemo()
 {
-    if (m_document->isChanged()) {
-        m_bar->ask(tr("%1 has changes that are not saved.").arg(m_document->title()),
-                   {{tr("&Save"), [this] { save(); }},
-                    {tr("&Open another without saving"), [this] { chooseFile(); }}});
+    m_document->startNew();
+    m_pages->openDemo();
+}
+
+// Whatever takes the place of the project.
+void MainWindow::askFirst(const QString &without, const std::function<void()> &action)
+{
+    if (!m_document->isChanged()) {
+        action();
         return;
     }
-    chooseFile();
+    m_bar->ask(tr("%1 has changes that are not saved.").arg(m_document->title()),
+               {{tr("&Save"), [this] { save(); }}, {without, action}});
+}
+
+void MainWindow::open()
+{
+    askFirst(tr("&Open another without saving"), [this] { chooseFile(); });
 }
 
 void MainWindow::chooseFile()
@@ -113,6 +122,11 @@ void MainWindow::save()
 {
     if (m_document->path().isEmpty()) {
         saveAs();
+    } else if (m_document->isReplaced()) {
+        m_bar->ask(
+            tr("%1 was stored by another window or program meanwhile.").arg(m_document->path()),
+            {{tr("Save &as..."), [this] { saveAs(); }},
+             {tr("Save &over it"), [this] { saveTo(m_document->path()); }}});
     } else {
         saveTo(m_document->path());
     }
@@ -168,18 +182,29 @@ void MainWindow::showTitle()
 
 void MainWindow::offerLeftWork()
 {
-    const int count = m_document->left();
-    if (count == 0) {
+    // Without a driver no tag could be read again.
+    if (!m_pages->driverError().isEmpty() || m_document->left() == 0) {
         return;
     }
     m_bar->ask(tr("A window ended before its work was saved. The work is still there."),
                {{tr("&Take it up again"), [this] {
-                     QString error;
-                     m_document->claimLeft(error);
-                     if (!error.isEmpty()) {
-                         m_bar->tell(error);
+                     if (m_document->isChanged()) {
+                         Q_EMIT leftWorkWanted();
+                     } else {
+                         takeLeftWork();
                      }
                  }}});
+}
+
+void MainWindow::takeLeftWork()
+{
+    QString error;
+    const bool wasThere = m_document->claimLeft(error);
+    if (!error.isEmpty()) {
+        m_bar->tell(error);
+    } else if (!wasThere) {
+        m_bar->tell(tr("Another window has taken that work up."));
+    }
 }
 
 void MainWindow::handleConnecting(const Connection &connection)

@@ -7,6 +7,8 @@
 
 #include <QMainWindow>
 
+#include <functional>
+
 namespace cnet::view {
 
 /** One window: its pages, its project, the bar for what went wrong and the state of the line. */
@@ -26,6 +28,15 @@ public:
     /** Takes over a project file, or a tag file: by its ending .csv. */
     void openFile(const QString &path);
 
+    /** Shows the simulated press line, as a new project. */
+    void openDemo();
+
+    /** Asks whether work that was left behind is wanted; nothing where there is none. */
+    void offerLeftWork();
+
+    /** Takes it over. The window must have no changes. */
+    void takeLeftWork();
+
     /** Asks for a path where the project has none yet. */
     void save();
     void saveAs();
@@ -36,6 +47,8 @@ public:
 
 Q_SIGNALS:
     void anotherWanted();
+    /** Work that was left behind is wanted, and this window has changes of its own. */
+    void leftWorkWanted();
 
 protected:
     /** With unsaved work it asks, in the bar, and stays. */
@@ -50,7 +63,7 @@ private:
     void showTitle();
     void chooseFile();
     void saveTo(const QString &path);
-    void offerLeftWork();
+    void askFirst(const QString &without, const std::function<void()> &action);
     void handleConnecting(const Connection &connection);
 
     const RecentFiles &m_recent;

@@ -22,6 +22,21 @@ QString ProjectDocument::title() const
     return m_path.isEmpty() ? tr("New project") : QFileInfo(m_path).completeBaseName();
 }
 
+bool ProjectDocument::isReplaced() const
+{
+    QString error;
+    const auto bytes = readWholeFile(m_path, kMostProjectBytes, error);
+    return bytes && !m_stored.isEmpty() && *bytes != m_stored;
+}
+
+void ProjectDocument::startNew()
+{
+    m_recovery.discard();
+    m_base = Project();
+    m_stored.clear();
+    setState(QString(), Changes::Saved);
+}
+
 QString ProjectDocument::open(const QString &path)
 {
     QString error;
@@ -30,8 +45,7 @@ QString ProjectDocument::open(const QString &path)
         return error;
     }
     show(*read);
-    m_recovery.discard();
-    setState(QFileInfo(path).absoluteFilePath(), Changes::Saved);
+    noteFile(path);
     return QString();
 }
 
@@ -41,9 +55,16 @@ QString ProjectDocument::save(const QString &path)
     if (!view::save(path, project(), error)) {
         return error;
     }
+    noteFile(path);
+    return QString();
+}
+
+void ProjectDocument::noteFile(const QString &path)
+{
+    QString error;
+    m_stored = readWholeFile(path, kMostProjectBytes, error).value_or(QByteArray());
     m_recovery.discard();
     setState(QFileInfo(path).absoluteFilePath(), Changes::Saved);
-    return QString();
 }
 
 Project ProjectDocument::project() const
@@ -60,6 +81,7 @@ Project ProjectDocument::project() const
 void ProjectDocument::adopt(const Project &project, const QString &path)
 {
     show(project);
+    m_stored.clear();
     setState(path, Changes::Unsaved);
     m_recovery.noteChange();
 }
@@ -86,6 +108,11 @@ void ProjectDocument::show(const Project &project)
     const auto connection = Connection::restored(project.connection);
     if (connection) {
         m_pages.connectPage().connectTo(*connection);
+    } else {
+        // What is shown and written from now on is not the PLC's of before.
+        m_pages.line().close();
+        Q_EMIT troubled(tr("The connection of the project cannot be used."),
+                        tr("Choose one on the Connect page; until then nothing is connected."));
     }
     m_pages.setCurrentIndex(project.window.value(QLatin1String("page")).toInt());
 }

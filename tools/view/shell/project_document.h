@@ -26,6 +26,12 @@ public:
     QString title() const;
     bool isChanged() const { return m_isChanged; }
 
+    /** Somebody else has stored the file since it was opened or saved here. */
+    bool isReplaced() const;
+
+    /** What the window holds is of no file any more. */
+    void startNew();
+
     /**
      * Takes a project's place. Where the file is not good everything stays as it is.
      * @return one sentence; empty: it is open, and connects
@@ -48,7 +54,7 @@ public:
     int left() const { return m_recovery.left(); }
 
     /**
-     * Takes over the newest of it.
+     * Takes over the newest of it, into a window without changes of its own.
      * @param error receives a sentence for each file that is broken
      * @return false: there was none
      */
@@ -57,19 +63,21 @@ public:
 Q_SIGNALS:
     /** path() or isChanged() may differ. */
     void stateChanged();
-    /** Work cannot be kept aside. */
+    /** Work cannot be kept aside, or a part of a project cannot be used. */
     void troubled(const QString &text, const QString &advice);
 
 private:
     enum class Changes { Saved, Unsaved };
 
     void show(const Project &project);
+    void noteFile(const QString &path);
     void setState(const QString &path, Changes changes);
     void noteChange();
 
     WindowPages &m_pages;
     Project m_base; ///< as it was read: what this program does not know goes back into the file
     QString m_path;
+    QByteArray m_stored; ///< in the file when it was opened or saved; empty: not known
     bool m_isChanged = false;
     Recovery m_recovery;
 };

@@ -35,7 +35,12 @@ void MainWindow::fillRecent()
     m_recentMenu->clear();
     const QStringList paths = m_recent.projects();
     for (const QString &path : paths) {
-        m_recentMenu->addAction(QFileInfo(path).fileName(), this, [this, path] { openFile(path); })
+        m_recentMenu
+            ->addAction(QFileInfo(path).fileName(), this,
+                        [this, path] {
+                            askFirst(tr("&Open another without saving"),
+                                     [this, path] { openFile(path); });
+                        })
             ->setToolTip(path);
     }
     if (paths.isEmpty()) {
@@ -71,13 +76,7 @@ void MainWindow::addHelpMenu()
 {
     QMenu *menu = menuBar()->addMenu(tr("&Help"));
     menu->addAction(tr("&Simulated press line"), this, [this] {
-        if (!m_document->isChanged()) {
-            m_pages->openDemo();
-            return;
-        }
-        m_bar->ask(tr("%1 has changes that are not saved.").arg(m_document->title()),
-                   {{tr("&Save"), [this] { save(); }},
-                    {tr("Show the &press line without saving"), [this] { m_pages->openDemo(); }}});
+        askFirst(tr("Show the &press line without saving"), [this] { openDemo(); });
     });
     menu->addAction(tr("&About"), this, [this] {
         m_bar->ask(tr("cnet-view %1").arg(QApplication::applicationVersion()) + QLatin1Char('\n') +

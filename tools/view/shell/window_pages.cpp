@@ -18,6 +18,8 @@ WindowPages::WindowPages(QWidget *parent)
     auto *stations = new StationsPage(m_line);
     setAccessibleName(tr("Pages"));
     tabBar()->setAccessibleName(accessibleName());
+    tabBar()->setAcceptDrops(true); // tags of the values go to the trend
+    tabBar()->setChangeCurrentOnDrag(true);
     add(m_connect, "connect");
     add(m_values, "values");
     add(m_trend, "trend");

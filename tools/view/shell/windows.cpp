@@ -28,7 +28,8 @@ MainWindow &Windows::add()
     auto *window = new MainWindow(m_recent);
     window->setAttribute(Qt::WA_DeleteOnClose);
     m_windows.append(window);
-    connect(window, &MainWindow::anotherWanted, this, [this] { add(); });
+    connect(window, &MainWindow::anotherWanted, this, [this] { add().offerLeftWork(); });
+    connect(window, &MainWindow::leftWorkWanted, this, [this] { add().takeLeftWork(); });
     window->show();
     return *window;
 }
@@ -37,7 +38,7 @@ MainWindow &Windows::begin(const Start &start)
 {
     MainWindow &window = add();
     if (start.isDemo) {
-        window.pages().openDemo();
+        window.openDemo();
     }
     if (!start.file.isEmpty()) {
         window.openFile(start.file);
@@ -45,6 +46,7 @@ MainWindow &Windows::begin(const Start &start)
     if (start.connection) {
         window.pages().connectPage().connectTo(*start.connection);
     }
+    window.offerLeftWork();
     return window;
 }
 

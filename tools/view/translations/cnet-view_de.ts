@@ -1603,6 +1603,18 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <source>Show the &amp;press line without saving</source>
         <translation>Pressenlinie &amp;ohne Speichern zeigen</translation>
     </message>
+    <message>
+        <source>%1 was stored by another window or program meanwhile.</source>
+        <translation>%1 wurde inzwischen von einem anderen Fenster oder Programm gespeichert.</translation>
+    </message>
+    <message>
+        <source>Save &amp;over it</source>
+        <translation>&amp;Überschreiben</translation>
+    </message>
+    <message>
+        <source>Another window has taken that work up.</source>
+        <translation>Ein anderes Fenster hat diese Arbeit übernommen.</translation>
+    </message>
 </context>
 <context>
     <name>cnet::view::Markers</name>
@@ -1772,6 +1784,14 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
     <message>
         <source>New project</source>
         <translation>Neues Projekt</translation>
+    </message>
+    <message>
+        <source>The connection of the project cannot be used.</source>
+        <translation>Die Verbindung des Projekts ist nicht brauchbar.</translation>
+    </message>
+    <message>
+        <source>Choose one on the Connect page; until then nothing is connected.</source>
+        <translation>Wählen Sie eine auf der Seite Verbinden; bis dahin ist nichts verbunden.</translation>
     </message>
 </context>
 <context>
