@@ -29,6 +29,14 @@ private Q_SLOTS:
 
 namespace {
 
+QByteArray captureOf(const FrameLog &log, const QString &lineName)
+{
+    CaptureMaker maker(log, lineName);
+    while (maker.take(1)) {
+    }
+    return maker.content();
+}
+
 FrameLog read(const QByteArray &content)
 {
     const Recording recording = readRecording(content);

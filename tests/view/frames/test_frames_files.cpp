@@ -20,6 +20,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void savesAndOpens();
+    void savesManyInTurns();
     void saysWhyItCannotSave();
     void losesNothingToABrokenFile_data();
     void losesNothingToABrokenFile();
@@ -98,6 +99,29 @@ void TestFramesFiles::savesAndOpens()
     QVERIFY(!m_page->captureBar().isVisible());
     QCOMPARE(table().model()->rowCount(), 22);
     QCOMPARE(troubled.count(), 0);
+}
+
+void TestFramesFiles::savesManyInTurns()
+{
+    constexpr int kMany = 15000;
+    QSignalSpy told(m_page.get(), &Page::told);
+    exchanges(kMany);
+    QVERIFY(m_page->saveCapture(path("many.pcapng")));
+    QCOMPARE(told.count(), 0); // the event loop has its turn in between
+    m_page->recorder().clear();
+    exchanges(3);
+    QTRY_COMPARE_WITH_TIMEOUT(told.count(), 1, 60000);
+    QVERIFY(told.first().first().toString().contains(QString::number(2 * kMany)));
+    const auto framesIn = [this](const char *name) {
+        return readRecordingFile(path(name)).lines.at(0).exchanges.size();
+    };
+    QCOMPARE(framesIn("many.pcapng"), size_t(kMany)); // as they were when it began
+    // Whoever closes the window meanwhile has the whole file, too.
+    exchanges(kMany);
+    QVERIFY(m_page->saveCapture(path("last.pcapng")));
+    QCOMPARE(told.count(), 1);
+    m_page.reset();
+    QCOMPARE(framesIn("last.pcapng"), size_t(kMany + 3));
 }
 
 void TestFramesFiles::saysWhyItCannotSave()

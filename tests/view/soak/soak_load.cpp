@@ -18,6 +18,7 @@ constexpr int kFilterMs = 11000;
 constexpr int kReopenMs = 47000;
 constexpr int kFirstWord = 2000;
 constexpr int kReopenAfterMs = 500;
+constexpr qint64 kLongMs = 60000; ///< until a value is stale
 
 const char *const kFaults[] = {
     "delay=5..60@5%", "silence@1%",  "noise-before@3%",  "noise-after@3%", "split=3@5%",
@@ -110,7 +111,7 @@ QString SoakLoad::prepare(const QString &folder, int samples)
     for (int i = 0; i < kTraces; ++i) {
         traces.setPane(i, i % 4);
         for (int k = samples; k > 0; --k) {
-            traces.at(i).store->append(nowMs - 2LL * k, value(i));
+            traces.at(i).store->append(nowMs - 2LL * k, random());
         }
         m_known.at(static_cast<size_t>(i)) = traces.at(i).store->size();
     }
@@ -147,22 +148,38 @@ void SoakLoad::stop()
     m_simulator->simulator().allOff();
 }
 
-double SoakLoad::value(int trace)
+quint32 SoakLoad::random()
 {
     m_random = m_random * 1664525U + 1013904223U;
-    return 100.0 * trace + static_cast<double>(m_random >> 16U) / 256;
+    return m_random >> 16U;
 }
 
 // Where old samples went meanwhile there are fewer, and what came is not counted.
-void SoakLoad::countLine()
+qint64 SoakLoad::takeCame()
 {
     const TraceSet &traces = m_window.pages().trend().traces();
     qint64 came = 0;
     for (int i = 0; i < kTraces; ++i) {
-        came += std::max(0, traces.at(i).store->size() - m_known.at(static_cast<size_t>(i)));
+        int &known = m_known.at(static_cast<size_t>(i));
+        const int size = traces.at(i).store->size();
+        came += std::max(0, size - known);
+        known = size;
     }
-    m_counts.fromLine += came;
-    m_owed -= static_cast<double>(came);
+    return came;
+}
+
+// As if a round of polls had brought other values: from here on they go the way of all others.
+void SoakLoad::readAll(const Session &session, const TagMonitor &tags)
+{
+    Monitor::Surroundings now;
+    now.nowMs = session.nowMs();
+    now.wallMs = QDateTime::currentMSecsSinceEpoch();
+    now.dueMs = kLongMs;
+    const int first = tags.tags().indexOf(traceName(0));
+    for (int i = 0; i < kTraces; ++i) {
+        tags.monitor().blockRead(first + i, 0, {static_cast<quint16>(random())}, now);
+    }
+    tags.monitor().tell();
 }
 
 void SoakLoad::feed()
@@ -175,19 +192,18 @@ void SoakLoad::feed()
         passedMs = kMostLateMs;
     }
     m_owed += static_cast<double>(passedMs) * kChangesPerMs;
-    countLine();
-    TraceSet &traces = m_window.pages().trend().traces();
-    for (; m_owed >= 1; m_owed -= 1) {
-        const int trace = m_turn++ % kTraces;
-        traces.at(trace).store->append(nowMs, value(trace));
-        ++m_counts.direct;
+    const qint64 came = takeCame();
+    m_counts.fromLine += came;
+    m_owed -= static_cast<double>(came);
+    const Session *session = m_window.pages().line().session();
+    const auto *tags = session != nullptr ? session->findChild<TagMonitor *>() : nullptr;
+    for (; m_owed >= kTraces; m_owed -= kTraces) {
+        if (tags != nullptr) {
+            readAll(*session, *tags);
+        }
     }
-    m_turn %= kTraces;
     m_owed = std::max(m_owed, -1000.0); // more from the line does not make up for less later
-    for (int i = 0; i < kTraces; ++i) {
-        m_known.at(static_cast<size_t>(i)) = traces.at(i).store->size();
-    }
-    m_window.pages().trend().plot().touch();
+    m_counts.besideLine += takeCame();
     m_counts.exchanges = m_frames->recorder().total();
 }
 

@@ -5,6 +5,8 @@
 #include "view/simulator/simulator_page.h"
 #include "view/soak/loop_meter.h"
 
+#include "host/tagfile/tag_monitor.h"
+
 #include <QTimer>
 #include <QVector>
 
@@ -15,9 +17,9 @@ namespace cnet::view {
 /** What went where so far. */
 struct LoadCounts
 {
-    qint64 fromLine = 0; ///< samples that came through the line into the traces
-    qint64 direct = 0;   ///< samples put into the traces beside it
-    qint64 missed = 0;   ///< of those that were due, too late after a stall
+    qint64 fromLine = 0;   ///< samples that came through the line into the traces
+    qint64 besideLine = 0; ///< samples from readings that no exchange brought
+    qint64 missed = 0;     ///< of those that were due, too late after a stall
     qint64 exchanges = 0;
     int pagesShown = 0;
     int reopened = 0;
@@ -27,9 +29,9 @@ struct LoadCounts
 
 /**
  * Work for the pages of a window: a simulated PLC whose values change each millisecond, read as
- * fast as it goes, with faults now and then; samples that are missing to the rate one wants, put
- * into the same traces; pages that are shown in turn, filters that are typed, a line that is closed
- * and opened again.
+ * fast as it goes, with faults now and then; what is missing to the rate one wants, put into the
+ * monitor of the same tags as if it had been read; pages that are shown in turn, filters that are
+ * typed, a line that is closed and opened again.
  */
 class SoakLoad : public QObject
 {
@@ -62,8 +64,9 @@ public:
 
 private:
     void feed();
-    void countLine();
-    double value(int trace);
+    qint64 takeCame();
+    void readAll(const Session &session, const TagMonitor &tags);
+    quint32 random();
     void showNext();
     void changeFaults();
     void typeFilter();
@@ -80,7 +83,6 @@ private:
     std::array<int, kTraces> m_known{}; ///< samples of each trace that are counted
     qint64 m_fedMs = 0;                 ///< up to here all samples are in
     double m_owed = 0;
-    int m_turn = 0;
     quint32 m_random = 1;
 };
 

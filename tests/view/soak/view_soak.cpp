@@ -61,10 +61,11 @@ Options readOptions(const QApplication &application)
 void printCounts(const LoadCounts &counts, double seconds)
 {
     const double ms = seconds * 1e3;
-    std::printf("fed into %d traces, a ms: %.2f from the simulated line, %.2f put in directly, "
+    std::printf("fed into %d traces, a ms: %.2f from the simulated line, %.2f read beside it, "
                 "%.2f missed in stalls\n",
                 SoakLoad::kTraces, static_cast<double>(counts.fromLine) / ms,
-                static_cast<double>(counts.direct) / ms, static_cast<double>(counts.missed) / ms);
+                static_cast<double>(counts.besideLine) / ms,
+                static_cast<double>(counts.missed) / ms);
     std::printf("exchanges %lld (%.0f a second), pages shown %d, faults changed %d, filters %d, "
                 "line reopened %d times\n",
                 counts.exchanges, static_cast<double>(counts.exchanges) / seconds,
@@ -103,7 +104,7 @@ QStringList findings(const Options &options, const LoopMeter &meter, const Memor
             wrong.append(QLatin1String(text));
         }
     };
-    must(counts.fromLine > 0 && counts.direct > 0, "no samples came");
+    must(counts.fromLine > 0 && counts.besideLine > 0, "no samples came");
     must(counts.exchanges > 0, "no frames came");
     must(counts.pagesShown > 0, "no page was shown");
     if (options.bounds == Bounds::Count) {
@@ -138,8 +139,8 @@ int main(int argc, char *argv[])
         return 2;
     }
     std::printf("view_soak: %d s; %d traces with %d samples each from the start; a simulated line "
-                "as fast as it goes, whose words change each ms, and beside it as much put into "
-                "the traces directly as is missing to %d a ms\n",
+                "as fast as it goes, whose words change each ms, and beside it as "
+                "many more readings as are missing to %d changes a ms\n",
                 options.seconds, SoakLoad::kTraces, options.samples, SoakLoad::kChangesPerMs);
 
     MemoryMeter memory;
@@ -155,7 +156,7 @@ int main(int argc, char *argv[])
         std::printf("%6.0f s: %7.1f MB, longest gap %6.1f ms of processor time, %7.1f by the "
                     "clock; %lld samples\n",
                     atS, mb, worst.cpuMs, worst.wallMs,
-                    load.counts().fromLine + load.counts().direct);
+                    load.counts().fromLine + load.counts().besideLine);
         std::fflush(stdout);
     });
     sampling.start(std::min(kSampleS, std::max(1, options.seconds / 5)) * 1000);

@@ -77,6 +77,7 @@ private Q_SLOTS:
     void writesPictures();
     void tellsOfAFullDisk();
     void recordsToAFile();
+    void recordsWhatIsConfirmed();
     void fitsASmallWindow();
     void everyFieldHasAName();
 
@@ -576,6 +577,34 @@ void TestTrendPage::recordsToAFile()
     QVERIFY(rows.at(1).endsWith(",speed,10,good"));
     QVERIFY(rows.at(2).endsWith(",speed,20,good"));
     QVERIFY(rows.at(3).contains(",speed,,"));
+}
+
+void TestTrendPage::recordsWhatIsConfirmed()
+{
+    m_page->addTraces(names("level"));
+    open();
+    setWord(1001, 10);
+    QTRY_COMPARE_WITH_TIMEOUT(last("level"), 10.0, kLongMs);
+    QString error;
+    const auto write = parseAssignment(QLatin1String("D_W:1001=20"), 1, m_line->registers(), error);
+    QVERIFY2(write, qPrintable(error));
+    // It begins while the write waits.
+    plc().faults.add({plc::FaultKind::Delay, 300, 300, 2});
+    QSignalSpy told(m_tags.get(), &WatchedTags::stateChanged);
+    m_line->session()->write({*write}, ReadBack::Never);
+    const int level = m_tags->tags().indexOf(QLatin1String("level"));
+    QTRY_VERIFY_WITH_TIMEOUT(!told.isEmpty(), kLongMs);
+    QCOMPARE(m_tags->quality(level), Quality::Waiting);
+    const QString path = m_folder->filePath(QLatin1String("a.csv"));
+    QVERIFY(m_page->startRecording(path));
+    QTRY_COMPARE_WITH_TIMEOUT(last("level"), 20.0, kLongMs);
+    m_page->stopRecording();
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const auto rows = file.readAll().split('\n');
+    QCOMPARE(rows.size(), 4); // the last one is empty
+    QVERIFY(rows.at(1).endsWith(",level,10,good"));
+    QVERIFY(rows.at(2).endsWith(",level,20,good"));
 }
 
 void TestTrendPage::fitsASmallWindow()

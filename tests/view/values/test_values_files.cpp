@@ -26,6 +26,7 @@ private Q_SLOTS:
     void cleanup();
 
     void opensAFile();
+    void watchesManyInTheNextTurn();
     void listsMistakes();
     void takesNoMoreThanItCanHold();
     void saysThatAFileIsNotThere();
@@ -93,6 +94,25 @@ void TestValuesFiles::opensAFile()
     QCOMPARE(told.at(0).at(0).toString().contains(latin("good.csv")), true);
     m_page->undoStack().undo();
     QVERIFY(names().isEmpty());
+}
+
+void TestValuesFiles::watchesManyInTheNextTurn()
+{
+    QByteArray content("name,register,address\n");
+    for (int i = 0; i < 5000; ++i) {
+        content += "a" + QByteArray::number(i) + ",D_W," + QByteArray::number(i) + "\n";
+    }
+    const QString path = write("many.csv", content);
+    QVERIFY(m_page->openFile(path));
+    QVERIFY(names().isEmpty());
+    QTRY_COMPARE_WITH_TIMEOUT(int(names().size()), 5000, kPatienceMs);
+    m_page->undoStack().undo();
+    QVERIFY(names().isEmpty());
+    // What comes in between is later, and stays.
+    QVERIFY(m_page->openFile(path));
+    m_page->setTags(m_plant->read(kTags));
+    QCoreApplication::processEvents();
+    QCOMPARE(names().size(), 6);
 }
 
 void TestValuesFiles::listsMistakes()

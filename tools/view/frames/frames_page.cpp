@@ -43,9 +43,11 @@ FramesPage::FramesPage(Line &line, QWidget *parent)
     showFrame();
 }
 
-// The table goes after the models that it shows, and must not notice.
+// The table goes after the models that it shows, and must not notice. What is being saved still is.
 FramesPage::~FramesPage()
 {
+    blockSignals(true);
+    endSaving();
     m_table->disconnect(this);
     m_table->setModel(nullptr);
 }
@@ -141,6 +143,7 @@ void FramesPage::wire()
     });
     connect(m_save, &QAction::triggered, this, &FramesPage::askWhereToSave);
     connect(m_open, &QAction::triggered, this, &FramesPage::askWhatToOpen);
+    connect(&m_saveTurn, &QTimer::timeout, this, &FramesPage::saveMore);
     connect(m_back, &QAction::triggered, this, &FramesPage::showLive);
     connect(m_captureBar, &CaptureBar::lineChosen, this, &FramesPage::showLine);
     connect(m_table, &FrameTable::currentMoved, this, &FramesPage::showFrame);

@@ -5,12 +5,15 @@
 #include "view/frames/detail/frame_detail.h"
 #include "view/frames/filter_bar.h"
 #include "view/frames/frame_table.h"
+#include "view/frames/trace/capture_file.h"
 #include "view/frames/trace/line_recorder.h"
 #include "view/look/page.h"
 
 #include "host/recording/recording.h"
 
 #include <QAction>
+#include <QSaveFile>
+#include <QTimer>
 
 namespace cnet::view {
 
@@ -30,8 +33,10 @@ public:
     void restore(const QJsonObject &state) override;
 
     /**
-     * Writes what the table has, whatever the filter hides, as pcapng.
-     * @return false: troubled() says why, and a file that was there stays as it was
+     * Writes what the table has, whatever the filter hides, as pcapng. Many frames take a while,
+     * in which the window goes on; told() says when they are saved.
+     * @return false: it failed at once. Whenever it fails, troubled() says why, and a file that
+     * was there stays as it was.
      */
     bool saveCapture(const QString &path);
 
@@ -73,16 +78,31 @@ private:
     void showStatus();
     void clearFrames();
     void copySelected();
+    bool saveMore();
+    bool finishSaving(bool isSaved);
+    void endSaving();
     void askWhereToSave();
     void askWhatToOpen();
     QString headline(const FrameRow &row, qint64 number) const;
+
+    /** A capture on its way into a file. */
+    struct Saving
+    {
+        Saving(const QString &path, const FrameLog &log, const QString &lineName);
+
+        QSaveFile file;
+        int frames;
+        CaptureMaker maker;
+    };
 
     FrameModel m_live;
     FrameModel m_opened;
     LineRecorder m_recorder;
     FrameFilter m_filter;
-    Recording m_recording; ///< that m_opened is of
-    QString m_folder;      ///< of the last file
+    Recording m_recording;            ///< that m_opened is of
+    QString m_folder;                 ///< of the last file
+    std::unique_ptr<Saving> m_saving; ///< null: nothing is being saved
+    QTimer m_saveTurn;
 
     QAction *m_pause = nullptr;
     QAction *m_follow = nullptr;

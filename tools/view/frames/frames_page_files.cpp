@@ -1,35 +1,81 @@
 #include "view/frames/frames_page.h"
-#include "view/frames/trace/capture_file.h"
 
 #include "host/text/whole_file.h"
 
+#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLocale>
-#include <QSaveFile>
 
 #include <utility>
 
 // What the page does with files.
 namespace cnet::view {
 
+namespace {
+
+constexpr int kRowsAtOnce = 256;
+// As long as a turn of the event loop may take before anybody notices.
+constexpr int kTurnMs = 8;
+
+} // namespace
+
+FramesPage::Saving::Saving(const QString &path, const FrameLog &log, const QString &lineName)
+    : file(path)
+    , frames(framesOf(log))
+    , maker(log, lineName)
+{}
+
 bool FramesPage::saveCapture(const QString &path)
 {
-    const FrameLog &log = shown().log();
-    const int frames = framesOf(log);
-    if (frames == 0) {
+    endSaving();
+    const QString name = isLive() ? m_recorder.lineName() : m_captureBar->lines().currentText();
+    m_saving = std::make_unique<Saving>(path, shown().log(), name);
+    if (m_saving->frames == 0) {
+        m_saving.reset();
         Q_EMIT troubled(tr("There is no frame to save."), tr("Connect to a line first."));
         return false;
     }
-    const QString name = isLive() ? m_recorder.lineName() : m_captureBar->lines().currentText();
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !replaceFile(file, captureOf(log, name))) {
-        Q_EMIT troubled(tr("The frames were not saved: %1: %2").arg(path, file.errorString()),
-                        tr("Save them in another place. They are still here."));
-        return false;
+    if (!m_saving->file.open(QIODevice::WriteOnly)) {
+        return finishSaving(false);
     }
-    Q_EMIT told(tr("%n frames were saved in %1.", "", frames).arg(QFileInfo(path).fileName()));
-    return true;
+    m_saveTurn.start();
+    return saveMore(); // few rows are done at once
+}
+
+bool FramesPage::saveMore()
+{
+    QElapsedTimer turn;
+    turn.start();
+    while (m_saving->maker.take(kRowsAtOnce)) {
+        if (turn.elapsed() >= kTurnMs) {
+            return true;
+        }
+    }
+    return finishSaving(replaceFile(m_saving->file, m_saving->maker.content()));
+}
+
+bool FramesPage::finishSaving(bool isSaved)
+{
+    m_saveTurn.stop();
+    const std::unique_ptr<Saving> saving = std::move(m_saving);
+    const QString path = saving->file.fileName();
+    if (isSaved) {
+        Q_EMIT told(
+            tr("%n frames were saved in %1.", "", saving->frames).arg(QFileInfo(path).fileName()));
+    } else {
+        Q_EMIT troubled(
+            tr("The frames were not saved: %1: %2").arg(path, saving->file.errorString()),
+            tr("Save them in another place. They are still here."));
+    }
+    return isSaved;
+}
+
+void FramesPage::endSaving()
+{
+    while (m_saving != nullptr) {
+        saveMore();
+    }
 }
 
 bool FramesPage::openCapture(const QString &path)

@@ -9,9 +9,6 @@
 #include <QDir>
 #include <QFileDialog>
 
-#include <cmath>
-#include <limits>
-
 namespace cnet::view {
 
 namespace {
@@ -122,11 +119,9 @@ void TrendPage::recordAll()
 {
     const qint64 nowMs = m_collector.nowMs();
     for (int i = 0; i < m_traces.count(); ++i) {
-        const TraceStore &store = *m_traces.at(i).store;
-        const auto last = store.sample(store.entries() - 1);
-        m_record.add(m_traces.at(i).choice.name, nowMs,
-                     last.isGap ? std::numeric_limits<double>::quiet_NaN() : last.value,
-                     m_collector.qualityOf(i));
+        const Trace &trace = m_traces.at(i);
+        const auto last = trace.store->sample(trace.store->entries() - 1); // of a gap NaN
+        m_record.add(trace.choice.name, nowMs, last.value, trace.quality);
     }
 }
 

@@ -17,12 +17,16 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QSet>
+#include <QTimer>
+
+#include <utility>
 
 namespace cnet::view {
 
 namespace {
 
 constexpr int kMostValues = 200000;
+constexpr int kTagsAtOnce = 1000; ///< of a file are watched in the turn that reads it
 
 } // namespace
 
@@ -113,6 +117,7 @@ void ValuesPage::showCount()
 
 void ValuesPage::setTags(const TagSet &tags)
 {
+    m_opened.reset();
     m_list->reset(tags);
     m_entry->setKnown(tags);
     m_mistakes->clear();
@@ -170,10 +175,24 @@ bool ValuesPage::openFile(const QString &path)
     }
     m_mistakes->clear();
     const TagSet tags(result.file->tags());
-    m_list->open(tags, document);
-    m_entry->setKnown(tags);
-    Q_EMIT told(tr("Tags read from %1: %2").arg(name).arg(tags.all().size()));
+    m_opened = Opened{tags, document};
+    if (tags.all().size() <= kTagsAtOnce) {
+        watchOpened();
+    } else {
+        QTimer::singleShot(0, this, &ValuesPage::watchOpened);
+    }
     return true;
+}
+
+void ValuesPage::watchOpened()
+{
+    const auto opened = std::exchange(m_opened, std::nullopt);
+    if (opened) { // else others came in between
+        m_list->open(opened->tags, opened->document);
+        m_entry->setKnown(opened->tags);
+        const QString name = QFileInfo(opened->document.path()).fileName();
+        Q_EMIT told(tr("Tags read from %1: %2").arg(name).arg(opened->tags.all().size()));
+    }
 }
 
 bool ValuesPage::saveFile(const QString &path)

@@ -2,6 +2,7 @@
 
 #include "view/look/page.h"
 #include "view/tags/watched_tags.h"
+#include "view/values/list/tag_document.h"
 
 #include <QStringList>
 
@@ -39,7 +40,8 @@ public:
     void setTags(const TagSet &tags);
 
     /**
-     * Watches the tags of a file. One with mistakes changes nothing, and they are listed.
+     * Watches the tags of a file, many of them in the next turn of the event loop. One with
+     * mistakes changes nothing, and they are listed.
      * @return false: it was not opened
      */
     bool openFile(const QString &path);
@@ -71,13 +73,22 @@ private:
     void sortAsListed();
     void findFilter();
     void findEntry();
+    void watchOpened();
     bool isRoomFor(const QVector<Tag> &tags);
     void addTag(const Tag &tag);
     void showCount();
     bool restoreTags(const QJsonObject &state);
     void restoreLook(const QJsonObject &state);
 
+    /** Tags of a file that was read. */
+    struct Opened
+    {
+        TagSet tags;
+        TagDocument document;
+    };
+
     WatchedTags &m_tags;
+    std::optional<Opened> m_opened; ///< until they are watched
     ValuesModel *m_model;
     ValuesFilter *m_shown;
     TagList *m_list;

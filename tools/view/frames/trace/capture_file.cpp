@@ -18,6 +18,7 @@ namespace cnet::view {
 
 namespace {
 
+constexpr CaptureFormat kFormat = CaptureFormat::ExportedPdu;
 constexpr double kNsPerMs = 1e6;
 // As text in a file, where its length has 16 bits.
 constexpr int kLongestComment = 20000;
@@ -166,13 +167,19 @@ private:
 
 } // namespace
 
-QByteArray captureOf(const FrameLog &log, const QString &lineName)
+CaptureMaker::CaptureMaker(FrameLog log, const QString &lineName)
+    : m_log(std::move(log))
+    , m_next(m_log.first())
+    , m_content(sectionBlock(programName()))
 {
-    const CaptureFormat format = CaptureFormat::ExportedPdu;
-    QByteArray content = sectionBlock(programName());
-    content += interfaceBlock(linkTypeOf(format), lineName.left(kLongestName));
-    for (qint64 number = log.first(); number < log.end(); ++number) {
-        const FrameRow &row = *log.find(number);
+    m_content += interfaceBlock(linkTypeOf(kFormat), lineName.left(kLongestName));
+}
+
+bool CaptureMaker::take(int rows)
+{
+    const qint64 end = std::min(m_log.end(), m_next + rows);
+    for (; m_next < end; ++m_next) {
+        const FrameRow &row = *m_log.find(m_next);
         if (row.bytes.isEmpty()) {
             continue;
         }
@@ -180,11 +187,11 @@ QByteArray captureOf(const FrameLog &log, const QString &lineName)
         packet.timeNs = std::max<qint64>(row.timeNs, 0);
         packet.direction =
             row.way == FrameWay::Sent ? CaptureDirection::Sent : CaptureDirection::Received;
-        packet.data = packetData(format, packet.direction, packet.timeNs, row.bytes);
-        packet.comment = commentOf(log, number);
-        content += packetBlock(packet);
+        packet.data = packetData(kFormat, packet.direction, packet.timeNs, row.bytes);
+        packet.comment = commentOf(m_log, m_next);
+        m_content += packetBlock(packet);
     }
-    return content;
+    return m_next < m_log.end();
 }
 
 int framesOf(const FrameLog &log)

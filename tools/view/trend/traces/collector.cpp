@@ -7,17 +7,39 @@ namespace cnet::view {
 
 namespace {
 
+constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
+
 double numberOf(const Scalar &value)
 {
     if (const auto *truth = std::get_if<bool>(&value)) {
         return *truth ? 1 : 0;
     }
-    return isNumber(value) ? approximately(value) : std::numeric_limits<double>::quiet_NaN();
+    return isNumber(value) ? approximately(value) : kNothing;
 }
 
 bool isFine(Quality quality)
 {
     return quality == Quality::Good || quality == Quality::Waiting;
+}
+
+/** What the PLC is known to have: of what was written, only what it has confirmed. */
+QVector<TagValue> confirmedValues(const Tag &tag, ItemState state)
+{
+    for (ItemValue &unit : state.values) {
+        unit.writes = 0;
+    }
+    return readTag(tag, state);
+}
+
+/** Some words of the value are read on while others wait: together they may never have been. */
+bool isTorn(const Tag &tag, const ItemState &state, int value)
+{
+    const int step = tag.type.unitsPerValue();
+    int waiting = 0;
+    for (int unit = value * step; unit < (value + 1) * step; ++unit) {
+        waiting += state.values.at(unit).isWaiting() ? 1 : 0;
+    }
+    return waiting != 0 && waiting != step;
 }
 
 } // namespace
@@ -110,16 +132,6 @@ TraceKind Collector::kindOf(const QString &trace) const
     return {tag.unit, kind == ValueKind::Bool || kind == ValueKind::Bit || isRawBit};
 }
 
-Quality Collector::qualityOf(int trace) const
-{
-    const Source source = sourceOf(m_traces.at(trace).choice.name);
-    if (source.tag < 0) {
-        return Quality::NeverRead;
-    }
-    const auto values = m_tags.values(source.tag);
-    return source.value < values.size() ? values.at(source.value).quality : Quality::NeverRead;
-}
-
 void Collector::connectTraces()
 {
     m_uses.clear();
@@ -127,7 +139,7 @@ void Collector::connectTraces()
         const QString name = m_traces.at(i).choice.name;
         const Source source = sourceOf(name);
         if (source.tag < 0) {
-            append(i, nowMs(), std::numeric_limits<double>::quiet_NaN(), Quality::NeverRead);
+            append(i, nowMs(), kNothing, Quality::NeverRead);
             continue;
         }
         m_uses[source.tag].append({i, source.value});
@@ -141,18 +153,27 @@ void Collector::connectTraces()
 
 void Collector::take(int tag, qint64 atMs)
 {
-    const auto values = m_tags.values(tag);
+    const Tag &own = m_tags.tags().all().at(tag);
+    const ItemState &state = m_tags.state(tag);
+    const bool isWaiting = state.quality == Quality::Waiting;
+    const auto values = isWaiting ? confirmedValues(own, state) : m_tags.values(tag);
     const auto uses = m_uses.value(tag);
     for (const Use &use : uses) {
-        if (use.value >= values.size()) {
+        if (use.value >= values.size() || (isWaiting && !isKnownWhileWaiting(tag, use))) {
             continue;
         }
         const TagValue &value = values.at(use.value);
-        append(use.trace, atMs,
-               isFine(value.quality) ? numberOf(value.value.value)
-                                     : std::numeric_limits<double>::quiet_NaN(),
-               value.quality);
+        const double number = isFine(value.quality) ? numberOf(value.value.value) : kNothing;
+        append(use.trace, atMs, number, !std::isnan(number) ? Quality::Good : value.quality);
     }
+}
+
+/** A write that waits hides that a value is not read any more: it does not end a gap. */
+bool Collector::isKnownWhileWaiting(int tag, const Use &use) const
+{
+    const TraceStore &store = *m_traces.at(use.trace).store;
+    return !store.sample(store.entries() - 1).isGap &&
+           !isTorn(m_tags.tags().all().at(tag), m_tags.state(tag), use.value);
 }
 
 void Collector::append(int trace, qint64 atMs, double value, Quality quality)
@@ -168,6 +189,7 @@ void Collector::append(int trace, qint64 atMs, double value, Quality quality)
     } else {
         store.append(atMs, value);
     }
+    m_traces.setQuality(trace, quality);
     Q_EMIT sampled(trace, atMs, value, quality);
 }
 

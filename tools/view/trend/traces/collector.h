@@ -13,8 +13,9 @@ namespace cnet::view {
 
 /**
  * Takes what the tags become into the traces of their names, at the time of the change. While a
- * value is not good, its trace has a gap. A trace whose tag is no more keeps what it has, and goes
- * on when the tag is there again.
+ * value is not good, its trace has a gap. A value that was written here is taken when the PLC has
+ * confirmed it, at that time, and until then the one before holds. A trace whose tag is no more
+ * keeps what it has, and goes on when the tag is there again.
  */
 class Collector : public QObject
 {
@@ -38,11 +39,9 @@ public:
     /** What the tag of a trace is. Of one that is not there the kind is empty. */
     TraceKind kindOf(const QString &trace) const;
 
-    /** How far the present value of a trace can be trusted. @param trace index */
-    Quality qualityOf(int trace) const;
-
 Q_SIGNALS:
-    /** A trace got a sample, or a gap: the value is not a number then. */
+    /** A trace got a sample or a gap, or a gap has another reason: the value is not a number then.
+     */
     void sampled(int trace, qint64 atMs, double value, cnet::Quality quality);
 
 private:
@@ -60,6 +59,7 @@ private:
     Source sourceOf(const QString &trace) const;
     void connectTraces();
     void take(int tag, qint64 atMs);
+    bool isKnownWhileWaiting(int tag, const Use &use) const;
     void append(int trace, qint64 atMs, double value, Quality quality);
 
     WatchedTags &m_tags;

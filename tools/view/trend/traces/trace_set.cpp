@@ -58,7 +58,7 @@ int TraceSet::add(const TraceChoice &choice, const TraceKind &kind)
     own.colour = std::max(own.colour, 0) % kColours;
     own.pane = std::clamp(own.pane, 0, TrendView::kMostPanes - 1);
     beginInsertRows(QModelIndex(), count(), count());
-    m_traces.push_back({own, kind, std::make_shared<TraceStore>(kMostSamples)});
+    m_traces.push_back({own, kind, std::make_shared<TraceStore>(kMostSamples), Quality::NeverRead});
     endInsertRows();
     Q_EMIT rearranged();
     return count() - 1;
@@ -131,6 +131,13 @@ void TraceSet::setVisible(int trace, bool isVisible)
     if (isTrace(trace)) {
         own(trace).choice.isVisible = isVisible;
         tell(trace);
+    }
+}
+
+void TraceSet::setQuality(int trace, Quality quality)
+{
+    if (isTrace(trace)) {
+        own(trace).quality = quality;
     }
 }
 

@@ -3,6 +3,8 @@
 #include "view/trend/series/trace_store.h"
 #include "view/trend/traces/trend_view.h"
 
+#include "host/monitor/quality.h"
+
 #include <QAbstractTableModel>
 #include <QPalette>
 #include <QString>
@@ -35,6 +37,7 @@ struct Trace
     TraceChoice choice;
     TraceKind kind;
     std::shared_ptr<TraceStore> store;
+    Quality quality = Quality::NeverRead; ///< of its newest entry
 };
 
 /** The traces, as a table of name, value, scale and pane that can be edited. */
@@ -70,6 +73,8 @@ public:
     /** @param pane 0 to TrendView::kMostPanes - 1 */
     void setPane(int trace, int pane);
     void setVisible(int trace, bool isVisible);
+    /** Of what it has collected last; nobody is told. */
+    void setQuality(int trace, Quality quality);
 
     /** The one in front of all others; -1: none. */
     int highlighted() const { return m_highlighted; }
