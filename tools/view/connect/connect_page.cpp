@@ -135,6 +135,11 @@ QWidget *ConnectPage::makeRecent()
     return box;
 }
 
+bool ConnectPage::isLineInUse() const
+{
+    return m_line.session() != nullptr || m_line.isLent();
+}
+
 void ConnectPage::test()
 {
     if (m_lineTest.isRunning()) {
@@ -146,7 +151,7 @@ void ConnectPage::test()
         return;
     }
     // Two programs on one port would take each other's answers.
-    if (m_line.session() != nullptr && connection->kind == Connection::Kind::Serial &&
+    if (isLineInUse() && connection->kind == Connection::Kind::Serial &&
         connection->address.device == m_line.connection().address.device) {
         m_result->setText(tr("This port is in use by the window itself. Disconnect first."));
         return;
@@ -176,7 +181,7 @@ void ConnectPage::showState()
     const bool isGood = m_form->problem().isEmpty();
     m_connect->setEnabled(isGood);
     m_test->setEnabled(isGood || m_lineTest.isRunning());
-    m_disconnect->setEnabled(m_line.session() != nullptr);
+    m_disconnect->setEnabled(isLineInUse());
     m_next->setText(
         m_line.isOpen()
             ? tr("What the PLC holds is on the Values page (Ctrl+2): type an address there, like "
