@@ -139,6 +139,36 @@ QString ValuesView::selectedText() const
     return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
 }
 
+QStringList ValuesView::order() const
+{
+    QStringList ids;
+    for (int i = 0; i < kValueColumns; ++i) {
+        ids.append(valueColumnId(static_cast<ValueColumn>(horizontalHeader()->logicalIndex(i))));
+    }
+    return ids;
+}
+
+void ValuesView::setOrder(const QStringList &ids)
+{
+    QVector<int> columns;
+    for (const QString &id : ids) {
+        for (int column = 0; column < kValueColumns; ++column) {
+            const bool isMeant = valueColumnId(static_cast<ValueColumn>(column)) == id;
+            if (isMeant && !columns.contains(column)) {
+                columns.append(column);
+            }
+        }
+    }
+    for (int column = 0; column < kValueColumns; ++column) {
+        if (!columns.contains(column)) {
+            columns.append(column);
+        }
+    }
+    for (int place = 0; place < kValueColumns; ++place) {
+        horizontalHeader()->moveSection(horizontalHeader()->visualIndex(columns.at(place)), place);
+    }
+}
+
 // Not what the cell shows: while other tags come, that is nothing.
 QString ValuesView::nameOf(const QModelIndex &index) const
 {
