@@ -319,7 +319,7 @@ void TestLineScan::panelScans()
     QPushButton *start = nullptr;
     const auto buttons = panel.findChildren<QPushButton *>();
     for (QPushButton *button : buttons) {
-        start = button->text() == QLatin1String("S&can the line") ? button : start;
+        start = button->text() == QLatin1String("&Begin the scan") ? button : start;
     }
     QVERIFY(stations != nullptr && start != nullptr);
     stations->setText(QLatin1String("1-99"));

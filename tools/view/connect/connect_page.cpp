@@ -124,9 +124,9 @@ QWidget *ConnectPage::makeRecent()
     auto *box = new QWidget;
     auto *column = new QVBoxLayout(box);
     column->setContentsMargins(0, 0, 0, 0);
-    auto *label = new QLabel(tr("Re&cent connections:"));
+    auto *label = new QLabel(tr("&Latest connections:"));
     m_list = new QListWidget;
-    m_list->setAccessibleName(tr("Recent connections"));
+    m_list->setAccessibleName(tr("Latest connections"));
     m_list->setToolTip(tr("Double click or Enter connects"));
     label->setBuddy(m_list);
     column->addWidget(label);

@@ -93,7 +93,7 @@ void MainWindow::open()
     if (m_document->isChanged()) {
         m_bar->ask(tr("%1 has changes that are not saved.").arg(m_document->title()),
                    {{tr("&Save"), [this] { save(); }},
-                    {tr("&Open another without saving"), [this] { chooseFile(); }}});
+                    {tr("Dis&card and open another"), [this] { chooseFile(); }}});
         return;
     }
     chooseFile();
@@ -173,7 +173,7 @@ void MainWindow::offerLeftWork()
         return;
     }
     m_bar->ask(tr("A window ended before its work was saved. The work is still there."),
-               {{tr("&Take it up again"), [this] {
+               {{tr("Pi&ck it up again"), [this] {
                      QString error;
                      m_document->claimLeft(error);
                      if (!error.isEmpty()) {

@@ -60,7 +60,7 @@ void MainWindow::addViewMenu()
             QKeySequence(QString::fromLatin1("Ctrl+%1").arg(i + 1)));
     }
     menu->addSeparator();
-    QAction *whole = menu->addAction(tr("&Full screen"));
+    QAction *whole = menu->addAction(tr("F&ull screen"));
     whole->setShortcut(QKeySequence(Qt::Key_F11));
     whole->setCheckable(true);
     connect(whole, &QAction::toggled, this,
@@ -77,7 +77,7 @@ void MainWindow::addHelpMenu()
         }
         m_bar->ask(tr("%1 has changes that are not saved.").arg(m_document->title()),
                    {{tr("&Save"), [this] { save(); }},
-                    {tr("Show the &press line without saving"), [this] { m_pages->openDemo(); }}});
+                    {tr("Dis&card and show the press line"), [this] { m_pages->openDemo(); }}});
     });
     menu->addAction(tr("&About"), this, [this] {
         m_bar->ask(tr("cnet-view %1").arg(QApplication::applicationVersion()) + QLatin1Char('\n') +

@@ -523,6 +523,10 @@
         <source>no value in the recipe; %1</source>
         <translation>kein Wert im Rezept; %1</translation>
     </message>
+    <message>
+        <source>not sent</source>
+        <translation>nicht gesendet</translation>
+    </message>
 </context>
 <context>
     <name>Recovery</name>
@@ -758,10 +762,6 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <translation>Fragt, welche Stationen antworten; es wird nichts geschrieben</translation>
     </message>
     <message>
-        <source>Recent connections</source>
-        <translation>Letzte Verbindungen</translation>
-    </message>
-    <message>
         <source>Double click or Enter connects</source>
         <translation>Doppelklick oder Eingabetaste verbindet</translation>
     </message>
@@ -794,8 +794,12 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <translation>Wählen Sie oben, wie die SPS erreicht wird, und drücken Sie Verbinden. Testen fragt nur, welche Stationen antworten.</translation>
     </message>
     <message>
-        <source>Re&amp;cent connections:</source>
+        <source>&amp;Latest connections:</source>
         <translation>Let&amp;zte Verbindungen:</translation>
+    </message>
+    <message>
+        <source>Latest connections</source>
+        <translation>Letzte Verbindungen</translation>
     </message>
 </context>
 <context>
@@ -1259,6 +1263,10 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <source>lost: %1</source>
         <translation>verloren: %1</translation>
     </message>
+    <message>
+        <source>being scanned</source>
+        <translation>wird abgesucht</translation>
+    </message>
 </context>
 <context>
     <name>cnet::view::LineLoad</name>
@@ -1406,7 +1414,7 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
     </message>
     <message>
         <source>Parit&amp;y:</source>
-        <translation>&amp;Parität:</translation>
+        <translation>Pa&amp;rität:</translation>
     </message>
     <message>
         <source>Station</source>
@@ -1433,10 +1441,6 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <translation>so oft es geht</translation>
     </message>
     <message>
-        <source>S&amp;tation:</source>
-        <translation>Sta&amp;tion:</translation>
-    </message>
-    <message>
         <source>&amp;Read every:</source>
         <translation>Lesezy&amp;klus:</translation>
     </message>
@@ -1457,16 +1461,20 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <translation>Die serielle Leitung hinter diesem Port:</translation>
     </message>
     <message>
-        <source>Ho&amp;st:</source>
-        <translation>H&amp;ost:</translation>
-    </message>
-    <message>
         <source>Ba&amp;ud:</source>
         <translation>Ba&amp;ud:</translation>
     </message>
     <message>
         <source>Stop &amp;bits:</source>
-        <translation>St&amp;oppbits:</translation>
+        <translation>Stoppb&amp;its:</translation>
+    </message>
+    <message>
+        <source>Hos&amp;t:</source>
+        <translation>H&amp;ost:</translation>
+    </message>
+    <message>
+        <source>St&amp;ation:</source>
+        <translation>Sta&amp;tion:</translation>
     </message>
 </context>
 <context>
@@ -1485,11 +1493,7 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
     </message>
     <message>
         <source>&amp;Save</source>
-        <translation>S&amp;peichern</translation>
-    </message>
-    <message>
-        <source>&amp;Open another without saving</source>
-        <translation>&amp;Ohne Speichern öffnen</translation>
+        <translation>&amp;Speichern</translation>
     </message>
     <message>
         <source>Open a project or a tag file</source>
@@ -1517,7 +1521,7 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
     </message>
     <message>
         <source>&amp;Close without saving</source>
-        <translation>&amp;Ohne Speichern schließen</translation>
+        <translation>Ohne Speichern sch&amp;ließen</translation>
     </message>
     <message>
         <source>%1[*] - cnet-view</source>
@@ -1526,10 +1530,6 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
     <message>
         <source>A window ended before its work was saved. The work is still there.</source>
         <translation>Ein Fenster endete, bevor seine Arbeit gespeichert war. Sie ist noch da.</translation>
-    </message>
-    <message>
-        <source>&amp;Take it up again</source>
-        <translation>Wieder &amp;aufnehmen</translation>
     </message>
     <message>
         <source>&amp;File</source>
@@ -1576,10 +1576,6 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <translation>&amp;Ansicht</translation>
     </message>
     <message>
-        <source>&amp;Full screen</source>
-        <translation>Voll&amp;bild</translation>
-    </message>
-    <message>
         <source>&amp;Help</source>
         <translation>&amp;Hilfe</translation>
     </message>
@@ -1600,8 +1596,20 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <translation>Ein Fenster auf SPSen der Familie MASTER-K über ihre Cnet-Schnittstelle.</translation>
     </message>
     <message>
-        <source>Show the &amp;press line without saving</source>
-        <translation>Pressenlinie &amp;ohne Speichern zeigen</translation>
+        <source>Dis&amp;card and open another</source>
+        <translation>Verwerfen und andere ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>Pi&amp;ck it up again</source>
+        <translation>&amp;Wieder aufnehmen</translation>
+    </message>
+    <message>
+        <source>F&amp;ull screen</source>
+        <translation>Voll&amp;bild</translation>
+    </message>
+    <message>
+        <source>Dis&amp;card and show the press line</source>
+        <translation>Verwerfen und Pressen&amp;linie zeigen</translation>
     </message>
 </context>
 <context>
@@ -2312,10 +2320,6 @@ station,register,address,count,value
         <translation>Auch ermitteln, wie weit ihre Re&amp;gister reichen</translation>
     </message>
     <message>
-        <source>S&amp;can the line</source>
-        <translation>Leit&amp;ung absuchen</translation>
-    </message>
-    <message>
         <source>Stop the sca&amp;n</source>
         <translation>Suche abbr&amp;echen</translation>
     </message>
@@ -2418,6 +2422,10 @@ station,register,address,count,value
             <numerusform>%n Zeile wurde kopiert.</numerusform>
             <numerusform>%n Zeilen wurden kopiert.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>&amp;Begin the scan</source>
+        <translation>S&amp;uche starten</translation>
     </message>
 </context>
 <context>
