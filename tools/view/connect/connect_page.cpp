@@ -166,7 +166,7 @@ void ConnectPage::setRecent(const QVector<Connection> &recent)
     m_list->clear();
     m_list->addItem(Connection().text());
     for (const Connection &connection : recent) {
-        m_list->addItem(connection.text());
+        m_list->addItem(tr("%1, station %2").arg(connection.text()).arg(connection.station));
     }
 }
 

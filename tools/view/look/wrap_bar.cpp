@@ -37,6 +37,7 @@ void WrapBar::addSeparator()
     auto *const line = new QFrame;
     line->setFrameShape(QFrame::VLine);
     line->setFrameShadow(QFrame::Sunken);
+    line->setFixedHeight(fontMetrics().height());
     add(line);
 }
 
@@ -89,9 +90,9 @@ QSize WrapLayout::minimumSize() const
 
 int WrapLayout::place(const QRect &rect, Moving moving) const
 {
+    const int rowHeight = sizeHint().height();
     int x = 0;
     int y = 0;
-    int rowHeight = 0;
     for (QLayoutItem *const item : m_items) {
         if (item->isEmpty()) {
             continue;
@@ -100,14 +101,13 @@ int WrapLayout::place(const QRect &rect, Moving moving) const
         if (x > 0 && x + size.width() > rect.width()) {
             x = 0;
             y += rowHeight + spacing();
-            rowHeight = 0;
         }
         if (moving == Moving::Yes) {
-            const QRect left(rect.topLeft() + QPoint(x, y), size);
+            const QPoint middle(0, (rowHeight - size.height()) / 2);
+            const QRect left(rect.topLeft() + QPoint(x, y) + middle, size);
             item->setGeometry(QStyle::visualRect(parentWidget()->layoutDirection(), rect, left));
         }
         x += size.width() + spacing();
-        rowHeight = std::max(rowHeight, size.height());
     }
     return y + rowHeight;
 }

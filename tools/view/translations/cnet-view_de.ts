@@ -801,6 +801,10 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <source>Latest connections</source>
         <translation>Letzte Verbindungen</translation>
     </message>
+    <message>
+        <source>%1, station %2</source>
+        <translation>%1, Station %2</translation>
+    </message>
 </context>
 <context>
     <name>cnet::view::CursorTable</name>
@@ -2864,10 +2868,6 @@ ms</translation>
         <translation>Adresse oder Name einer Variablen, die dazukommt</translation>
     </message>
     <message>
-        <source>D_W:100@u16*0.1, or oil.level=D_W:100</source>
-        <translation>D_W:100@u16*0.1 oder oil.level=D_W:100</translation>
-    </message>
-    <message>
         <source>An address with its type and scale, a name in front where you like, or the name of a tag</source>
         <translation>Eine Adresse mit Typ und Faktor, nach Wunsch ein Name davor, oder der Name einer Variablen</translation>
     </message>
@@ -2878,6 +2878,14 @@ ms</translation>
     <message>
         <source>%1 is the name of another tag already</source>
         <translation>%1 heißt schon eine andere Variable</translation>
+    </message>
+    <message>
+        <source>D_W:112@u16*0.1-40, or oil.level=D_W:100</source>
+        <translation>D_W:112@u16*0.1-40 oder oil.level=D_W:100</translation>
+    </message>
+    <message>
+        <source>; type, scale and offset follow behind @: D_W:112@u16*0.1-40</source>
+        <translation>; Typ, Faktor und Offset folgen hinter @: D_W:112@u16*0.1-40</translation>
     </message>
 </context>
 <context>
@@ -3570,6 +3578,10 @@ ms</translation>
     <message>
         <source>Drawn in the trend: %1</source>
         <translation>Im Verlauf gezeichnet: %1</translation>
+    </message>
+    <message>
+        <source>The values of the press line are put away; it is still in the Help menu</source>
+        <translation>Die Werte der Pressenlinie sind weggelegt; sie ist weiter im Menü Hilfe</translation>
     </message>
 </context>
 </TS>

@@ -23,14 +23,14 @@ int charactersOf(ValueColumn column)
 {
     switch (column) {
     case ValueColumn::Name:
-        return 24;
+        return 28;
     case ValueColumn::Quality:
         return 16;
     case ValueColumn::Value:
     case ValueColumn::Raw:
         return 18;
     case ValueColumn::Write:
-        return 26;
+        return 22;
     case ValueColumn::Changed:
         return 17;
     case ValueColumn::Age:
