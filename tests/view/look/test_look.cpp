@@ -1,7 +1,9 @@
 #include "view/look/message_bar.h"
 #include "view/look/quality_look.h"
 #include "view/look/readable_palette.h"
+#include "view/look/wrap_bar.h"
 
+#include <QAction>
 #include <QPushButton>
 #include <QSet>
 #include <QToolButton>
@@ -62,6 +64,8 @@ private Q_SLOTS:
     void isReadable_data();
     void isReadable();
     void tellsQualitiesApart();
+    void signsAreSeenInChosenRows();
+    void wrapsWhatHasNoRoom();
     void saysAndGoes();
     void asks();
 };
@@ -126,6 +130,40 @@ void TestLook::tellsQualitiesApart()
     QCOMPARE(int(words.size()), 8);
     QCOMPARE(int(shapes.size()), 5); // one for each tone
     QVERIFY(shapeOf(Quality::Good) != shapeOf(Quality::NoAnswer));
+}
+
+void TestLook::signsAreSeenInChosenRows()
+{
+    QPalette palette;
+    palette.setColor(QPalette::Highlight, QColor(48, 140, 198));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    const QImage sign =
+        qualityIcon(Quality::Good, palette).pixmap(32, 32, QIcon::Selected).toImage();
+    QCOMPARE(sign.pixelColor(13, 24), QColor(Qt::white)); // the foot of the tick
+}
+
+void TestLook::wrapsWhatHasNoRoom()
+{
+    WrapBar bar;
+    QList<QAction *> actions;
+    for (int i = 0; i < 12; ++i) {
+        actions.append(new QAction(QLatin1String("Something to do"), &bar));
+    }
+    bar.add(actions.mid(0, 6));
+    bar.addSeparator();
+    bar.add(actions.mid(6));
+    const QSize row = bar.sizeHint();
+    const int narrow = row.width() / 3;
+    QCOMPARE(bar.heightForWidth(row.width()), row.height());
+    QVERIFY(bar.heightForWidth(narrow) >= 3 * row.height());
+    QVERIFY(bar.minimumSizeHint().width() < narrow);
+    bar.resize(narrow, bar.heightForWidth(narrow));
+    bar.show();
+    const auto buttons = bar.findChildren<QToolButton *>();
+    QCOMPARE(int(buttons.size()), 12);
+    for (const QToolButton *button : buttons) {
+        QVERIFY(bar.rect().contains(button->geometry()));
+    }
 }
 
 void TestLook::saysAndGoes()

@@ -51,6 +51,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void showsThePressLine();
+    void leavesThePressLine();
     void keepsAProject();
     void keepsWhatABrokenProjectWouldReplace();
     void opensTags();
@@ -110,6 +111,34 @@ void TestWindows::showsThePressLine()
     QVERIFY(window.document().isChanged());
     window.pages().line().close();
     QCOMPARE(state->text(), QLatin1String("not connected"));
+}
+
+// Its names would mislead on a PLC that has other values there.
+void TestWindows::leavesThePressLine()
+{
+    Connection other;
+    other.kind = Connection::Kind::Tcp;
+    other.address.host = QLatin1String("127.0.0.1");
+    other.address.port = 1;
+    const auto tags = [](MainWindow &window) {
+        return window.pages().values().saved().value(QLatin1String("tags")).toString();
+    };
+    MainWindow &window = begin(demo());
+    QVERIFY(window.pages().trend().traces().count() > 0);
+    window.pages().connectPage().connectTo(Connection());
+    QVERIFY(tags(window).contains(QLatin1String("press.load")));
+    window.pages().connectPage().connectTo(other);
+    QCOMPARE(tags(window), QString());
+    QCOMPARE(window.pages().trend().traces().count(), 0);
+    // What somebody has put together stays.
+    MainWindow &own = begin(nothing());
+    own.openFile(QLatin1String(PRESS_TAGS));
+    own.pages().connectPage().connectTo(other);
+    QVERIFY(tags(own).contains(QLatin1String("press.load")));
+    MainWindow &opened = begin(demo());
+    opened.openFile(QLatin1String(PRESS_TAGS));
+    opened.pages().connectPage().connectTo(other);
+    QVERIFY(tags(opened).contains(QLatin1String("press.load")));
 }
 
 void TestWindows::keepsAProject()

@@ -217,10 +217,10 @@ void TestSimulatorPage::eachKindHasWords()
     fault.percent = 10;
     fault.times = 3;
     QCOMPARE(faultInWords(fault),
-             QLatin1String("Late answer (delay in milliseconds: 50 to 500), at "
+             QLatin1String("Late answer (Delay in milliseconds: 50 to 500), at "
                            "10 % of the requests, 3 more times"));
     QCOMPARE(faultInWords(plc::usualFault(plc::FaultKind::Refuse)),
-             QLatin1String("Refusal (error code, hexadecimal: 1132), at each request"));
+             QLatin1String("Refusal (Error code, hexadecimal: 1132), at each request"));
 }
 
 void TestSimulatorPage::actionsAreListed()
@@ -233,7 +233,7 @@ void TestSimulatorPage::actionsAreListed()
     table.setActions(m_simulator->actions());
     QCOMPARE(table.rowCount(), 2);
     QCOMPARE(table.index(0, ActionTable::What).data().toString(),
-             QLatin1String("D_W:500-501: sine from 1 to 5, a turn in 2000 ms"));
+             QLatin1String("D_W:500-501: Sine from 1 to 5, a turn in 2000 ms"));
     QCOMPARE(table.index(1, ActionTable::Kind).data().toString(), QLatin1String("Fault"));
     m_simulator->remove(table.actions().at(0));
     table.setActions(m_simulator->actions());

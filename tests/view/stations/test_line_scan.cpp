@@ -1,4 +1,5 @@
 #include "support/rows.h"
+#include "view/connect/connect_page.h"
 #include "view/stations/scan/line_scan.h"
 #include "view/stations/scan/scan_choice.h"
 #include "view/stations/scan/scan_panel.h"
@@ -106,6 +107,7 @@ private Q_SLOTS:
     void staysClosedWhereItWas();
     void canBeStopped();
     void givesWayToWhoConnects();
+    void givesWayToWhoDisconnects();
     void tellsThatTheLineFails();
     void goesWhileItRuns();
     void panelScans();
@@ -247,6 +249,30 @@ void TestLineScan::givesWayToWhoConnects()
     QVERIFY(m_line->session() == session);
 }
 
+void TestLineScan::givesWayToWhoDisconnects()
+{
+    m_line->open(Connection());
+    ConnectPage page(*m_line);
+    QPushButton *disconnect = nullptr;
+    const auto buttons = page.findChildren<QPushButton *>();
+    for (QPushButton *button : buttons) {
+        disconnect = button->text() == QLatin1String("Disconnect") ? button : disconnect;
+    }
+    LineScan scan(*m_line);
+    scan.start(optionsFor({5, 6, 7}));
+    QCOMPARE(m_line->stateText(), QLatin1String("being scanned"));
+    QVERIFY(disconnect != nullptr && disconnect->isEnabled());
+    disconnect->click();
+    QVERIFY(scan.state() == LineScan::State::Cancelled);
+    QVERIFY(m_line->session() == nullptr && !m_line->isLent());
+    QCOMPARE(m_line->stateText(), QLatin1String("not connected"));
+    QVERIFY(!disconnect->isEnabled());
+    // The next one has no connection to bring back.
+    scan.start(optionsFor({1}));
+    QTRY_VERIFY_WITH_TIMEOUT(scan.state() == LineScan::State::Complete, kLongMs);
+    QVERIFY(m_line->session() == nullptr && !m_line->isLent());
+}
+
 void TestLineScan::tellsThatTheLineFails()
 {
     quint16 closedPort = 0;
@@ -276,7 +302,7 @@ void TestLineScan::goesWhileItRuns()
     QSignalSpy states(scan.get(), &LineScan::stateChanged);
     scan.reset();
     QCOMPARE(int(states.size()), 0);
-    QVERIFY(m_line->session() == nullptr);
+    QVERIFY(m_line->session() == nullptr && !m_line->isLent());
     m_line->open(Connection());
     QTRY_VERIFY_WITH_TIMEOUT(m_line->isOpen(), kLongMs);
 }
@@ -293,7 +319,7 @@ void TestLineScan::panelScans()
     QPushButton *start = nullptr;
     const auto buttons = panel.findChildren<QPushButton *>();
     for (QPushButton *button : buttons) {
-        start = button->text() == QLatin1String("S&can the line") ? button : start;
+        start = button->text() == QLatin1String("&Begin the scan") ? button : start;
     }
     QVERIFY(stations != nullptr && start != nullptr);
     stations->setText(QLatin1String("1-99"));

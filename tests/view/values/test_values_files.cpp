@@ -230,6 +230,7 @@ void TestValuesFiles::restoresItself()
     m_page->findChild<GroupTree *>()->choose(latin("oil"));
     m_page->findChild<QLineEdit *>()->setText(latin("speed"));
     view()->setColumnWidth(1, 123);
+    view()->horizontalHeader()->moveSection(9, 1);
     view()->sortByColumn(3, Qt::DescendingOrder);
     const QJsonObject state = m_page->saved();
     QVERIFY(QJsonDocument::fromJson(QJsonDocument(state).toJson()).object() == state);
@@ -243,7 +244,18 @@ void TestValuesFiles::restoresItself()
     auto *const table = page.findChild<ValuesView *>();
     QCOMPARE(table->model()->rowCount(), 1);
     QCOMPARE(table->columnWidth(1), 123);
+    QCOMPARE(table->order().mid(0, 3),
+             QStringList({latin("name"), latin("description"), latin("value")}));
     QVERIFY(!page.undoStack().canUndo());
+    // A version that knew no order has none, and a later one may know more columns.
+    QJsonObject others = state;
+    others.remove(latin("order"));
+    page.restore(others);
+    QCOMPARE(table->order().mid(0, 2), QStringList({latin("name"), latin("value")}));
+    others.insert(latin("order"), QJsonArray({latin("max"), latin("colour"), 7, latin("max")}));
+    page.restore(others);
+    QCOMPARE(table->order().mid(0, 2), QStringList({latin("max"), latin("name")}));
+    QCOMPARE(table->order().size(), kValueColumns);
     // An empty table, too.
     m_page->setTags(TagSet());
     page.restore(m_page->saved());

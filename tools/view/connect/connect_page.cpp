@@ -127,15 +127,20 @@ QWidget *ConnectPage::makeRecent()
     auto *box = new QWidget;
     auto *column = new QVBoxLayout(box);
     column->setContentsMargins(0, 0, 0, 0);
-    auto *label = new QLabel(tr("Re&cent connections:"));
+    auto *label = new QLabel(tr("&Latest connections:"));
     m_list = new QListWidget;
-    m_list->setAccessibleName(tr("Recent connections"));
+    m_list->setAccessibleName(tr("Latest connections"));
     m_list->setToolTip(tr("Double click or Enter connects"));
     label->setBuddy(m_list);
     column->addWidget(label);
     column->addWidget(m_list, 1);
     connect(m_list, &QListWidget::itemActivated, this, &ConnectPage::choose);
     return box;
+}
+
+bool ConnectPage::isLineInUse() const
+{
+    return m_line.session() != nullptr || m_line.isLent();
 }
 
 void ConnectPage::test()
@@ -149,7 +154,7 @@ void ConnectPage::test()
         return;
     }
     // Two programs on one port would take each other's answers.
-    if (m_line.session() != nullptr && connection->kind == Connection::Kind::Serial &&
+    if (isLineInUse() && connection->kind == Connection::Kind::Serial &&
         connection->address.device == m_line.connection().address.device) {
         m_result->setText(tr("This port is in use by the window itself. Disconnect first."));
         return;
@@ -164,7 +169,7 @@ void ConnectPage::setRecent(const QVector<Connection> &recent)
     m_list->clear();
     m_list->addItem(Connection().text());
     for (const Connection &connection : recent) {
-        m_list->addItem(connection.text());
+        m_list->addItem(tr("%1, station %2").arg(connection.text()).arg(connection.station));
     }
 }
 
@@ -179,7 +184,7 @@ void ConnectPage::showState()
     const bool isGood = m_form->problem().isEmpty();
     m_connect->setEnabled(isGood);
     m_test->setEnabled(isGood || m_lineTest.isRunning());
-    m_disconnect->setEnabled(m_line.session() != nullptr);
+    m_disconnect->setEnabled(isLineInUse());
     m_next->setText(
         m_line.isOpen()
             ? tr("What the PLC holds is on the Values page (Ctrl+2): type an address there, like "

@@ -42,6 +42,8 @@ Q_SIGNALS:
 private:
     QWidget *makeButtons();
     QWidget *makeRecent();
+    /** By this window: it talks, or scans. */
+    bool isLineInUse() const;
     void test();
     void choose(const QListWidgetItem *item);
     void showState();

@@ -2,6 +2,8 @@
 
 #include "view/connect/connection_link.h"
 
+#include <utility>
+
 namespace cnet::view {
 
 namespace {
@@ -57,6 +59,10 @@ void Line::open(const Connection &connection)
 
 void Line::close()
 {
+    if (std::exchange(m_isLent, false)) {
+        Q_EMIT recalled();
+        Q_EMIT stateChanged();
+    }
     if (!m_session) {
         return;
     }
@@ -68,6 +74,27 @@ void Line::close()
     Q_EMIT stateChanged();
 }
 
+void Line::lend()
+{
+    const bool hasSession = m_session != nullptr;
+    close();
+    m_isLent = true;
+    m_opensAgain = hasSession;
+    Q_EMIT stateChanged();
+}
+
+void Line::takeBack()
+{
+    if (!std::exchange(m_isLent, false)) {
+        return;
+    }
+    if (m_opensAgain) {
+        open(Connection(m_connection));
+    } else {
+        Q_EMIT stateChanged();
+    }
+}
+
 bool Line::isOpen() const
 {
     return m_session && m_session->state() == Session::State::Open;
@@ -75,6 +102,9 @@ bool Line::isOpen() const
 
 QString Line::stateText() const
 {
+    if (m_isLent) {
+        return tr("being scanned");
+    }
     if (!m_session || m_session->state() == Session::State::Closed) {
         return tr("not connected");
     }

@@ -42,9 +42,19 @@ public:
      */
     void open(const Connection &connection);
 
-    /** Ends the session for good; sessionEnding() comes before this returns. Harmless without one.
+    /** Ends the session for good; sessionEnding() comes before this returns. Whoever the line is
+     * lent to hears recalled(). Harmless without both.
      */
     void close();
+
+    /**
+     * Ends the session there is, so that somebody else can talk, as a scan does: until takeBack(),
+     * or until recalled().
+     */
+    void lend();
+    /** Whoever had the line has done with it. Where lend() ended a session, another one begins. */
+    void takeBack();
+    bool isLent() const { return m_isLent; }
 
     /** null: none */
     Session *session() const { return m_session.get(); }
@@ -65,7 +75,9 @@ Q_SIGNALS:
     void sessionBegan(cnet::Session *session);
     /** It is still there, and is not when all who hear this have returned. */
     void sessionEnding();
-    /** isOpen(), stateText() or the reason may differ. */
+    /** Somebody connects or disconnects: whoever the line was lent to is to leave it. */
+    void recalled();
+    /** isOpen(), isLent(), stateText() or the reason may differ. */
     void stateChanged();
     /** See Session::noticed(). */
     void noticed(const QString &text);
@@ -75,6 +87,8 @@ private:
     Connection m_connection;
     std::unique_ptr<Session> m_session;
     plc::Bus *m_bus = nullptr; ///< of the session's link
+    bool m_isLent = false;
+    bool m_opensAgain = false; ///< after it was lent
 };
 
 } // namespace cnet::view

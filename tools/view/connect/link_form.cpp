@@ -67,7 +67,7 @@ void LinkForm::addTcp(QFormLayout &form)
     m_host = new QLineEdit;
     m_host->setPlaceholderText(tr("192.168.0.100 or a name"));
     m_port = makeSpin(65535, kUsualPort, QString(), tr("TCP port"));
-    addOptional(form, tr("Ho&st:"), m_host);
+    addOptional(form, tr("Hos&t:"), m_host);
     addOptional(form, tr("&Port:"), m_port);
 }
 
@@ -101,7 +101,7 @@ void LinkForm::addPolling(QFormLayout &form)
     m_timeout = makeSpin(60000, usual.timeoutMs, tr(" ms"), tr("Wait for an answer"));
     m_timeout->setSpecialValueText(tr("found out by itself"));
     m_interval->setSpecialValueText(tr("as often as it goes"));
-    form.addRow(tr("S&tation:"), m_station);
+    form.addRow(tr("St&ation:"), m_station);
     form.addRow(tr("&Read every:"), m_interval);
     form.addRow(tr("&Wait for an answer:"), m_timeout);
 }

@@ -68,6 +68,7 @@ void MessageBar::show(Tone tone)
 void MessageBar::clear()
 {
     for (QPushButton *button : qAsConst(m_buttons)) {
+        button->hide();
         button->deleteLater(); // it may be the one that was clicked
     }
     m_buttons.clear();

@@ -41,6 +41,33 @@ void drawDots(QPainter &painter)
     }
 }
 
+QPixmap toneSign(Tone tone, const QColor &colour)
+{
+    QPixmap picture(kSide, kSide);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colour, 4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    switch (tone) {
+    case Tone::Good:
+        drawTick(painter);
+        break;
+    case Tone::Waiting:
+        drawClock(painter);
+        break;
+    case Tone::Doubtful:
+        drawTriangle(painter);
+        break;
+    case Tone::Bad:
+        drawCross(painter);
+        break;
+    case Tone::Idle:
+        drawDots(painter);
+        break;
+    }
+    return picture;
+}
+
 } // namespace
 
 Tone toneOf(Quality quality)
@@ -65,30 +92,11 @@ Tone toneOf(Quality quality)
 
 QIcon qualityIcon(Quality quality, const QPalette &palette)
 {
-    QPixmap picture(kSide, kSide);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(
-        QPen(toneColour(toneOf(quality), palette), 4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    switch (toneOf(quality)) {
-    case Tone::Good:
-        drawTick(painter);
-        break;
-    case Tone::Waiting:
-        drawClock(painter);
-        break;
-    case Tone::Doubtful:
-        drawTriangle(painter);
-        break;
-    case Tone::Bad:
-        drawCross(painter);
-        break;
-    case Tone::Idle:
-        drawDots(painter);
-        break;
-    }
-    return {picture};
+    const Tone tone = toneOf(quality);
+    QIcon icon(toneSign(tone, toneColour(tone, palette)));
+    // In a row that is chosen its shape has to do: no colour is seen well on that ground.
+    icon.addPixmap(toneSign(tone, palette.color(QPalette::HighlightedText)), QIcon::Selected);
+    return icon;
 }
 
 QString qualityWords(Quality quality)

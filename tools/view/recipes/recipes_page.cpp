@@ -1,6 +1,7 @@
 #include "view/recipes/recipes_page.h"
 
 #include "view/look/colours.h"
+#include "view/look/wrap_bar.h"
 #include "view/recipes/mistakes_view.h"
 #include "view/recipes/question_bar.h"
 #include "view/recipes/recipe_delegate.h"
@@ -12,7 +13,6 @@
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QTableView>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 namespace cnet::view {
@@ -86,23 +86,25 @@ void RecipesPage::makeTable()
     m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
-QAction *RecipesPage::makeAction(QToolBar &bar, const QString &text, const QString &tip,
+QAction *RecipesPage::makeAction(WrapBar &bar, const QString &text, const QString &tip,
                                  const QKeySequence &keys, void (RecipesPage::*then)())
 {
-    QAction *const action = bar.addAction(text);
+    auto *const action = new QAction(text, this);
     action->setShortcut(keys);
     action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     action->setToolTip(keys.isEmpty() ? tip
                                       : QString::fromLatin1("%1 (%2)").arg(
                                             tip, keys.toString(QKeySequence::NativeText)));
     addAction(action);
+    bar.add({action});
     connect(action, &QAction::triggered, this, then);
     return action;
 }
 
 void RecipesPage::makeActions()
 {
-    auto *const bar = new QToolBar(tr("Recipe"), this);
+    auto *const bar = new WrapBar(this);
+    bar->setAccessibleName(tr("Recipe"));
     const auto keys = [](const char *text) { return QKeySequence(QLatin1String(text)); };
     m_open = makeAction(*bar, tr("&Open..."), tr("Open a recipe file"), keys("Ctrl+Shift+O"),
                         &RecipesPage::chooseOpen);
@@ -144,7 +146,7 @@ void RecipesPage::makeActions()
     layOut(bar);
 }
 
-void RecipesPage::layOut(QToolBar *bar)
+void RecipesPage::layOut(WrapBar *bar)
 {
     auto *const text = new QLabel(emptyText(), m_empty);
     text->setTextFormat(Qt::PlainText);
@@ -153,13 +155,15 @@ void RecipesPage::layOut(QToolBar *bar)
     auto *const open = new QPushButton(tr("Open a reci&pe..."), m_empty);
     connect(open, &QPushButton::clicked, m_open, &QAction::trigger);
     auto *const middle = new QVBoxLayout(m_empty);
+    auto *const words = new QVBoxLayout;
+    words->addWidget(text); // not aligned, so that it is as high as its lines
+    words->addWidget(open, 0, Qt::AlignLeft);
     auto *const wide = new QHBoxLayout;
     wide->addStretch(1);
-    wide->addWidget(text, 3); // not aligned, so that it is as high as its lines
+    wide->addLayout(words, 3);
     wide->addStretch(1);
     middle->addStretch(1);
     middle->addLayout(wide);
-    middle->addWidget(open, 0, Qt::AlignHCenter);
     middle->addStretch(2);
     m_stack->addWidget(m_empty);
     m_stack->addWidget(m_table);

@@ -12,12 +12,12 @@ class QProgressBar;
 class QPushButton;
 class QStackedWidget;
 class QTableView;
-class QToolBar;
 
 namespace cnet::view {
 
 class MistakesView;
 class QuestionBar;
+class WrapBar;
 
 /**
  * A recipe file beside what the PLC has: edited word by word, compared, written with verification.
@@ -70,10 +70,10 @@ protected:
 
 private:
     void makeActions();
-    QAction *makeAction(QToolBar &bar, const QString &text, const QString &tip,
+    QAction *makeAction(WrapBar &bar, const QString &text, const QString &tip,
                         const QKeySequence &keys, void (RecipesPage::*then)());
     void makeTable();
-    void layOut(QToolBar *bar);
+    void layOut(WrapBar *bar);
     void wire();
 
     void chooseOpen();

@@ -105,7 +105,7 @@ void MainWindow::askFirst(const QString &without, const std::function<void()> &a
 
 void MainWindow::open()
 {
-    askFirst(tr("&Open another without saving"), [this] { chooseFile(); });
+    askFirst(tr("Dis&card and open another"), [this] { chooseFile(); });
 }
 
 void MainWindow::chooseFile()
@@ -125,8 +125,8 @@ void MainWindow::save()
     } else if (m_document->isReplaced()) {
         m_bar->ask(
             tr("%1 was stored by another window or program meanwhile.").arg(m_document->path()),
-            {{tr("Save &as..."), [this] { saveAs(); }},
-             {tr("Save &over it"), [this] { saveTo(m_document->path()); }}});
+            {{tr("&Save as..."), [this] { saveAs(); }},
+             {tr("Dis&card that and save"), [this] { saveTo(m_document->path()); }}});
     } else {
         saveTo(m_document->path());
     }
@@ -187,7 +187,7 @@ void MainWindow::offerLeftWork()
         return;
     }
     m_bar->ask(tr("A window ended before its work was saved. The work is still there."),
-               {{tr("&Take it up again"), [this] {
+               {{tr("Pi&ck it up again"), [this] {
                      if (m_document->isChanged()) {
                          Q_EMIT leftWorkWanted();
                      } else {
@@ -203,7 +203,7 @@ void MainWindow::takeLeftWork()
     if (!error.isEmpty()) {
         m_bar->tell(error);
     } else if (!wasThere) {
-        m_bar->tell(tr("Another window has taken that work up."));
+        m_bar->tell(tr("Another window has picked that work up."));
     }
 }
 

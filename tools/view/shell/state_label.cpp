@@ -16,6 +16,9 @@ Quality qualityOf(const Line &line)
     if (line.isOpen()) {
         return Quality::Good;
     }
+    if (line.isLent()) {
+        return Quality::Waiting;
+    }
     if (line.session() == nullptr) {
         return Quality::NeverRead;
     }

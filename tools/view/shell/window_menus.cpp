@@ -38,7 +38,7 @@ void MainWindow::fillRecent()
         m_recentMenu
             ->addAction(QFileInfo(path).fileName(), this,
                         [this, path] {
-                            askFirst(tr("&Open another without saving"),
+                            askFirst(tr("Dis&card and open another"),
                                      [this, path] { openFile(path); });
                         })
             ->setToolTip(path);
@@ -65,7 +65,7 @@ void MainWindow::addViewMenu()
             QKeySequence(QString::fromLatin1("Ctrl+%1").arg(i + 1)));
     }
     menu->addSeparator();
-    QAction *whole = menu->addAction(tr("&Full screen"));
+    QAction *whole = menu->addAction(tr("F&ull screen"));
     whole->setShortcut(QKeySequence(Qt::Key_F11));
     whole->setCheckable(true);
     connect(whole, &QAction::toggled, this,
@@ -76,7 +76,7 @@ void MainWindow::addHelpMenu()
 {
     QMenu *menu = menuBar()->addMenu(tr("&Help"));
     menu->addAction(tr("&Simulated press line"), this, [this] {
-        askFirst(tr("Show the &press line without saving"), [this] { openDemo(); });
+        askFirst(tr("Dis&card and show the press line"), [this] { openDemo(); });
     });
     menu->addAction(tr("&About"), this, [this] {
         m_bar->ask(tr("cnet-view %1").arg(QApplication::applicationVersion()) + QLatin1Char('\n') +

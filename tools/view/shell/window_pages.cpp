@@ -34,6 +34,12 @@ WindowPages::WindowPages(QWidget *parent)
         Q_EMIT told(tr("Drawn in the trend: %1").arg(names.join(QLatin1String(", "))));
     });
     connect(stations, &StationsPage::connectWanted, m_connect, &ConnectPage::connectTo);
+    connect(&m_tags, &WatchedTags::tagsChanged, this, [this] { m_isDemo = false; });
+    connect(&m_line, &Line::sessionBegan, this, [this] {
+        if (m_isDemo && m_line.connection().kind != Connection::Kind::Simulator) {
+            leaveDemo();
+        }
+    });
 }
 
 WindowPages::~WindowPages()
@@ -75,6 +81,7 @@ void WindowPages::restore(const QMap<QString, QJsonObject> &states)
         }
     }
     m_isRestoring = false;
+    m_isDemo = false;
 }
 
 void WindowPages::openDemo()
@@ -90,6 +97,15 @@ void WindowPages::openDemo()
     setCurrentWidget(m_values);
     m_values->setFocus();
     m_isRestoring = false;
+    m_isDemo = true;
+}
+
+// Another PLC has other values at these addresses, and their names would mislead.
+void WindowPages::leaveDemo()
+{
+    m_values->setTags(TagSet());
+    m_trend->traces().clear();
+    Q_EMIT told(tr("The values of the press line are put away; it is still in the Help menu"));
 }
 
 void WindowPages::add(Page *page, const char *name)

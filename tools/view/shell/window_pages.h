@@ -50,6 +50,7 @@ Q_SIGNALS:
 
 private:
     void add(Page *page, const char *name);
+    void leaveDemo();
 
     Line m_line;
     QString m_driverError; ///< of the line's driver, which is loaded before anything uses it
@@ -59,6 +60,7 @@ private:
     ValuesPage *m_values;
     TrendPage *m_trend;
     bool m_isRestoring = false;
+    bool m_isDemo = false; ///< the tags are those of openDemo(), and no other
 };
 
 } // namespace cnet::view

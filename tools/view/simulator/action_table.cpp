@@ -18,7 +18,7 @@ QString motionWords(const plc::Motion &motion)
 {
     const QString range = plc::rangeText({Simulator::kAllStations, motion.first, motion.count});
     const QString text = Words::tr("%1: %2 from %3 to %4")
-                             .arg(range, motionName(motion.kind).toLower())
+                             .arg(range, motionName(motion.kind))
                              .arg(motion.low)
                              .arg(motion.high);
     return motion.kind == plc::MotionKind::Sine

@@ -128,8 +128,7 @@ QString faultInWords(const plc::Fault &fault)
     QString text = faultWords(fault.kind).name;
     const bool hasValue = *textOf(fault.kind).value != '\0' && fault.low >= 0;
     if (hasValue) {
-        text += Words::tr(" (%1: %2)")
-                    .arg(faultWords(fault.kind).valueName.toLower(), valueText(fault));
+        text += Words::tr(" (%1: %2)").arg(faultWords(fault.kind).valueName, valueText(fault));
     }
     text += fault.percent == 100 ? Words::tr(", at each request")
                                  : Words::tr(", at %1 % of the requests").arg(fault.percent);

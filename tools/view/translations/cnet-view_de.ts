@@ -523,6 +523,10 @@
         <source>no value in the recipe; %1</source>
         <translation>kein Wert im Rezept; %1</translation>
     </message>
+    <message>
+        <source>not sent</source>
+        <translation>nicht gesendet</translation>
+    </message>
 </context>
 <context>
     <name>Recovery</name>
@@ -758,10 +762,6 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <translation>Fragt, welche Stationen antworten; es wird nichts geschrieben</translation>
     </message>
     <message>
-        <source>Recent connections</source>
-        <translation>Letzte Verbindungen</translation>
-    </message>
-    <message>
         <source>Double click or Enter connects</source>
         <translation>Doppelklick oder Eingabetaste verbindet</translation>
     </message>
@@ -794,8 +794,16 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <translation>Wählen Sie oben, wie die SPS erreicht wird, und drücken Sie Verbinden. Testen fragt nur, welche Stationen antworten.</translation>
     </message>
     <message>
-        <source>Re&amp;cent connections:</source>
+        <source>&amp;Latest connections:</source>
         <translation>Let&amp;zte Verbindungen:</translation>
+    </message>
+    <message>
+        <source>Latest connections</source>
+        <translation>Letzte Verbindungen</translation>
+    </message>
+    <message>
+        <source>%1, station %2</source>
+        <translation>%1, Station %2</translation>
     </message>
 </context>
 <context>
@@ -1259,6 +1267,10 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <source>lost: %1</source>
         <translation>verloren: %1</translation>
     </message>
+    <message>
+        <source>being scanned</source>
+        <translation>wird abgesucht</translation>
+    </message>
 </context>
 <context>
     <name>cnet::view::LineLoad</name>
@@ -1406,7 +1418,7 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
     </message>
     <message>
         <source>Parit&amp;y:</source>
-        <translation>&amp;Parität:</translation>
+        <translation>Pa&amp;rität:</translation>
     </message>
     <message>
         <source>Station</source>
@@ -1433,10 +1445,6 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <translation>so oft es geht</translation>
     </message>
     <message>
-        <source>S&amp;tation:</source>
-        <translation>Sta&amp;tion:</translation>
-    </message>
-    <message>
         <source>&amp;Read every:</source>
         <translation>Lesezy&amp;klus:</translation>
     </message>
@@ -1457,16 +1465,20 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <translation>Die serielle Leitung hinter diesem Port:</translation>
     </message>
     <message>
-        <source>Ho&amp;st:</source>
-        <translation>H&amp;ost:</translation>
-    </message>
-    <message>
         <source>Ba&amp;ud:</source>
         <translation>Ba&amp;ud:</translation>
     </message>
     <message>
         <source>Stop &amp;bits:</source>
-        <translation>St&amp;oppbits:</translation>
+        <translation>Stoppb&amp;its:</translation>
+    </message>
+    <message>
+        <source>Hos&amp;t:</source>
+        <translation>H&amp;ost:</translation>
+    </message>
+    <message>
+        <source>St&amp;ation:</source>
+        <translation>Sta&amp;tion:</translation>
     </message>
 </context>
 <context>
@@ -1485,11 +1497,7 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
     </message>
     <message>
         <source>&amp;Save</source>
-        <translation>S&amp;peichern</translation>
-    </message>
-    <message>
-        <source>&amp;Open another without saving</source>
-        <translation>&amp;Ohne Speichern öffnen</translation>
+        <translation>&amp;Speichern</translation>
     </message>
     <message>
         <source>Open a project or a tag file</source>
@@ -1517,7 +1525,7 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
     </message>
     <message>
         <source>&amp;Close without saving</source>
-        <translation>&amp;Ohne Speichern schließen</translation>
+        <translation>Ohne Speichern sch&amp;ließen</translation>
     </message>
     <message>
         <source>%1[*] - cnet-view</source>
@@ -1526,10 +1534,6 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
     <message>
         <source>A window ended before its work was saved. The work is still there.</source>
         <translation>Ein Fenster endete, bevor seine Arbeit gespeichert war. Sie ist noch da.</translation>
-    </message>
-    <message>
-        <source>&amp;Take it up again</source>
-        <translation>Wieder &amp;aufnehmen</translation>
     </message>
     <message>
         <source>&amp;File</source>
@@ -1576,10 +1580,6 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <translation>&amp;Ansicht</translation>
     </message>
     <message>
-        <source>&amp;Full screen</source>
-        <translation>Voll&amp;bild</translation>
-    </message>
-    <message>
         <source>&amp;Help</source>
         <translation>&amp;Hilfe</translation>
     </message>
@@ -1600,20 +1600,36 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <translation>Ein Fenster auf SPSen der Familie MASTER-K über ihre Cnet-Schnittstelle.</translation>
     </message>
     <message>
-        <source>Show the &amp;press line without saving</source>
-        <translation>Pressenlinie &amp;ohne Speichern zeigen</translation>
+        <source>Dis&amp;card and open another</source>
+        <translation>Verwerfen und andere ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>Pi&amp;ck it up again</source>
+        <translation>&amp;Wieder aufnehmen</translation>
+    </message>
+    <message>
+        <source>F&amp;ull screen</source>
+        <translation>Voll&amp;bild</translation>
+    </message>
+    <message>
+        <source>Dis&amp;card and show the press line</source>
+        <translation>Verwerfen und Pressen&amp;linie zeigen</translation>
     </message>
     <message>
         <source>%1 was stored by another window or program meanwhile.</source>
         <translation>%1 wurde inzwischen von einem anderen Fenster oder Programm gespeichert.</translation>
     </message>
     <message>
-        <source>Save &amp;over it</source>
-        <translation>&amp;Überschreiben</translation>
+        <source>Another window has picked that work up.</source>
+        <translation>Ein anderes Fenster hat diese Arbeit übernommen.</translation>
     </message>
     <message>
-        <source>Another window has taken that work up.</source>
-        <translation>Ein anderes Fenster hat diese Arbeit übernommen.</translation>
+        <source>&amp;Save as...</source>
+        <translation>&amp;Speichern unter...</translation>
+    </message>
+    <message>
+        <source>Dis&amp;card that and save</source>
+        <translation>Das &amp;verwerfen und speichern</translation>
     </message>
 </context>
 <context>
@@ -2332,10 +2348,6 @@ station,register,address,count,value
         <translation>Auch ermitteln, wie weit ihre Re&amp;gister reichen</translation>
     </message>
     <message>
-        <source>S&amp;can the line</source>
-        <translation>Leit&amp;ung absuchen</translation>
-    </message>
-    <message>
         <source>Stop the sca&amp;n</source>
         <translation>Suche abbr&amp;echen</translation>
     </message>
@@ -2438,6 +2450,10 @@ station,register,address,count,value
             <numerusform>%n Zeile wurde kopiert.</numerusform>
             <numerusform>%n Zeilen wurden kopiert.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>&amp;Begin the scan</source>
+        <translation>S&amp;uche starten</translation>
     </message>
 </context>
 <context>
@@ -2876,10 +2892,6 @@ ms</translation>
         <translation>Adresse oder Name einer Variablen, die dazukommt</translation>
     </message>
     <message>
-        <source>D_W:100@u16*0.1, or oil.level=D_W:100</source>
-        <translation>D_W:100@u16*0.1 oder oil.level=D_W:100</translation>
-    </message>
-    <message>
         <source>An address with its type and scale, a name in front where you like, or the name of a tag</source>
         <translation>Eine Adresse mit Typ und Faktor, nach Wunsch ein Name davor, oder der Name einer Variablen</translation>
     </message>
@@ -2890,6 +2902,14 @@ ms</translation>
     <message>
         <source>%1 is the name of another tag already</source>
         <translation>%1 heißt schon eine andere Variable</translation>
+    </message>
+    <message>
+        <source>D_W:112@u16*0.1-40, or oil.level=D_W:100</source>
+        <translation>D_W:112@u16*0.1-40 oder oil.level=D_W:100</translation>
+    </message>
+    <message>
+        <source>; type, scale and offset follow behind @: D_W:112@u16*0.1-40</source>
+        <translation>; Typ, Faktor und Offset folgen hinter @: D_W:112@u16*0.1-40</translation>
     </message>
 </context>
 <context>
@@ -3582,6 +3602,10 @@ ms</translation>
     <message>
         <source>Drawn in the trend: %1</source>
         <translation>Im Verlauf gezeichnet: %1</translation>
+    </message>
+    <message>
+        <source>The values of the press line are put away; it is still in the Help menu</source>
+        <translation>Die Werte der Pressenlinie sind weggelegt; sie ist weiter im Menü Hilfe</translation>
     </message>
 </context>
 </TS>

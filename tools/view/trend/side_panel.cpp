@@ -1,5 +1,7 @@
 #include "view/trend/side_panel.h"
 
+#include "view/look/readable_palette.h"
+
 #include <QAction>
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -91,6 +93,8 @@ SidePanel::SidePanel(TraceSet &traces, Markers &markers, QWidget *parent)
     m_traceList->setItemDelegateForColumn(TraceSet::ScaleSide, places);
     m_traceList->setItemDelegateForColumn(TraceSet::PaneNumber, places);
     m_traceList->horizontalHeader()->setSectionResizeMode(TraceSet::Name, QHeaderView::Stretch);
+    m_traceList->setPalette(withVisibleBoxes(m_traceList->palette()));
+    m_traceList->setWordWrap(false);              // names have no words
     m_traceList->setTextElideMode(Qt::ElideLeft); // the end of a name tells it from others
     m_noteList->setColumnWidth(Markers::Time, 15 * fontMetrics().averageCharWidth());
     m_noteList->horizontalHeader()->setStretchLastSection(true);

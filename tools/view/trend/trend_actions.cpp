@@ -1,7 +1,8 @@
 #include "view/trend/trend_actions.h"
 
+#include "view/look/wrap_bar.h"
+
 #include <QMenu>
-#include <QToolBar>
 
 namespace cnet::view {
 
@@ -54,15 +55,15 @@ QAction *TrendActions::make(const Words &words, Switch isSwitch)
     return action;
 }
 
-void TrendActions::fill(QToolBar *bar) const
+void TrendActions::fill(WrapBar &bar) const
 {
-    bar->addActions({follow, pause, back, zoomIn, zoomOut, all});
-    bar->addSeparator();
-    bar->addActions({cursorA, cursorB, noCursors, note});
-    bar->addSeparator();
-    bar->addActions({addPane, removePane});
-    bar->addSeparator();
-    bar->addActions({saveCsv, savePicture, record});
+    bar.add({follow, pause, back, zoomIn, zoomOut, all});
+    bar.addSeparator();
+    bar.add({cursorA, cursorB, noCursors, note});
+    bar.addSeparator();
+    bar.add({addPane, removePane});
+    bar.addSeparator();
+    bar.add({saveCsv, savePicture, record});
 }
 
 void TrendActions::fill(QMenu *menu) const

@@ -6,9 +6,10 @@
 #include <QObject>
 
 class QMenu;
-class QToolBar;
 
 namespace cnet::view {
+
+class WrapBar;
 
 /** What one can do with the picture, for the bar of tools, the menu and the keys. */
 class TrendActions : public QObject
@@ -38,7 +39,7 @@ public:
     QAction *savePicture;
 
     /** Those that are used often, each with its text. */
-    void fill(QToolBar *bar) const;
+    void fill(WrapBar &bar) const;
     /** All. */
     void fill(QMenu *menu) const;
 

@@ -1,5 +1,6 @@
 #include "view/trend/trend_page.h"
 
+#include "view/look/wrap_bar.h"
 #include "view/trend/side_panel.h"
 #include "view/trend/trend_actions.h"
 #include "view/trend/trend_state.h"
@@ -12,7 +13,6 @@
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTableView>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 #include <cmath>
@@ -79,16 +79,15 @@ TrendPage::~TrendPage()
 void TrendPage::build()
 {
     setAcceptDrops(true);
-    auto *bar = new QToolBar;
-    bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    auto *bar = new WrapBar;
     bar->setAccessibleName(tr("Trend"));
-    m_actions->fill(bar);
+    m_actions->fill(*bar);
     m_bound->setRange(1, kGreatestBound);
     m_bound->setValue(kUsualBound);
     m_bound->setSuffix(tr(" MB"));
     m_bound->setAccessibleName(tr("Most that a recording takes"));
     m_bound->setToolTip(tr("Of a recording that takes more, the oldest part goes"));
-    bar->addWidget(m_bound);
+    bar->add(m_bound);
     m_actions->fill(m_menu);
     m_plot->setMenu(m_menu);
 

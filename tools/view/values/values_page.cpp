@@ -104,6 +104,7 @@ void ValuesPage::wire()
             Q_EMIT changed();
         }
     });
+    connect(header, &QHeaderView::sectionMoved, this, &ValuesPage::changed);
     connect(header, &QHeaderView::sortIndicatorChanged, this, &ValuesPage::changed);
 }
 

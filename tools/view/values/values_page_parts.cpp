@@ -15,9 +15,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPushButton>
 #include <QSet>
 #include <QSplitter>
-#include <QToolButton>
 
 #include <algorithm>
 
@@ -30,6 +30,7 @@ constexpr int kWidest = 10000; // of a column, whatever a file says
 const QLatin1String kTags("tags");
 const QLatin1String kNameless("nameless");
 const QLatin1String kColumns("columns");
+const QLatin1String kOrder("order");
 const QLatin1String kFilter("filter");
 const QLatin1String kGroup("group");
 const QLatin1String kSort("sort");
@@ -44,10 +45,8 @@ void ValuesPage::makeLayout()
     m_filter->setAccessibleName(tr("Filter"));
     m_filter->setPlaceholderText(tr("Words of a name, group, description or quality"));
     m_filter->setClearButtonEnabled(true);
-    auto *const button = new QToolButton;
-    button->setText(tr("Ta&gs"));
+    auto *const button = new QPushButton(tr("Ta&gs"));
     button->setAccessibleName(tr("What can be done with the tags"));
-    button->setPopupMode(QToolButton::InstantPopup);
     button->setMenu(m_menu);
     auto *const top = new QHBoxLayout;
     top->addWidget(filterLabel, 0, Qt::AlignTop);
@@ -164,6 +163,7 @@ QJsonObject ValuesPage::saved() const
         columns.insert(valueColumnId(static_cast<ValueColumn>(i)), m_view->columnWidth(i));
     }
     state.insert(kColumns, columns);
+    state.insert(kOrder, QJsonArray::fromStringList(m_view->order()));
     state.insert(kFilter, m_filter->text());
     state.insert(kGroup, m_groups->chosen());
     const int sorted = m_shown->sortColumn();
@@ -226,6 +226,12 @@ bool ValuesPage::restoreTags(const QJsonObject &state)
 
 void ValuesPage::restoreLook(const QJsonObject &state)
 {
+    QStringList order;
+    const QJsonArray ids = state.value(kOrder).toArray();
+    for (const QJsonValue &id : ids) {
+        order.append(id.toString());
+    }
+    m_view->setOrder(order);
     const QJsonObject columns = state.value(kColumns).toObject();
     int sorted = -1;
     for (int i = 0; i < kValueColumns; ++i) {

@@ -1,10 +1,12 @@
 #include "view/recipes/sheet/recipe_transfer.h"
 
+#include "host/decode/frame_decoder.h"
 #include "host/recipe/recipe_layout.h"
 
 #include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 namespace cnet::view {
 
@@ -55,6 +57,7 @@ bool RecipeTransfer::start(Session *session, Kind kind, const QVector<RecipeItem
     m_outcome = TransferOutcome();
     m_wanted.clear();
     m_isConfirmed.fill(false, wordsOf(items));
+    m_isSent.fill(false, wordsOf(items));
     m_written = 0;
     if (kind != Kind::Write) {
         startRead();
@@ -71,7 +74,30 @@ bool RecipeTransfer::start(Session *session, Kind kind, const QVector<RecipeItem
         Q_EMIT progressed(done, 2 * total);
     });
     connect(m_writing, &Job::finished, this, &RecipeTransfer::writeEnded);
+    connect(session, &Session::requestSent, this, &RecipeTransfer::noteSent);
     return true;
+}
+
+void RecipeTransfer::noteSent(const QByteArray &frame)
+{
+    const DecodedFrame request = decodeFrame(frame, nullptr, Detail::Summary);
+    if (!m_writing || !request.writes()) {
+        return;
+    }
+    for (const FrameRange &range : request.ranges) {
+        int index = 0;
+        for (const RecipeItem &item : std::as_const(m_items)) {
+            const bool isSameRegister = item.item.station == range.item.station &&
+                                        item.item.reg.name == range.item.reg.name;
+            for (int word = 0; word < item.item.count; ++word, ++index) {
+                const int address = item.item.start + word;
+                if (isSameRegister && address >= range.item.start &&
+                    address < range.item.start + range.item.count) {
+                    m_isSent[index] = true;
+                }
+            }
+        }
+    }
 }
 
 void RecipeTransfer::cancel()
@@ -184,7 +210,10 @@ WordOutcome RecipeTransfer::outcomeOf(int index, std::optional<quint16> plc,
     }
     const bool isConfirmed = m_isConfirmed.value(index, false);
     if (!plc) {
-        return {isConfirmed ? WordFate::Written : WordFate::Unconfirmed, plc, reason};
+        const WordFate fate = isConfirmed             ? WordFate::Written
+                              : m_isSent.value(index) ? WordFate::Unconfirmed
+                                                      : WordFate::NotSent;
+        return {fate, plc, reason};
     }
     if (*plc == m_wanted.value(index)) {
         return {WordFate::Verified, plc, QString()};
@@ -203,7 +232,10 @@ void RecipeTransfer::conclude()
         m_reading->deleteLater();
         m_reading.clear();
     }
-    m_session.clear();
+    if (m_session) {
+        m_session->disconnect(this);
+        m_session.clear();
+    }
     m_isRunning = false;
     // Who hears this may begin the next one.
     const TransferOutcome outcome = std::move(m_outcome);

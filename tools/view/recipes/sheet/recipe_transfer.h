@@ -19,6 +19,7 @@ enum class WordFate {
     Mismatch,    ///< the PLC took it, and holds another value
     Written,     ///< the PLC took it, and could not be asked whether it has it
     Unconfirmed, ///< it may have been written or not
+    NotSent,     ///< it was not on the line
     NotWritten,  ///< the PLC still holds another value
 };
 
@@ -85,6 +86,7 @@ Q_SIGNALS:
 private:
     void startRead();
     void readBack();
+    void noteSent(const QByteArray &frame);
     void writeEnded();
     void readEnded();
     void takeRead(const QVector<ReadResult> &results, const QString &reason);
@@ -99,6 +101,7 @@ private:
     QVector<RecipeItem> m_items;
     QVector<quint16> m_wanted;   ///< of all words, where they are written
     QVector<bool> m_isConfirmed; ///< of all words: the PLC said that it took it
+    QVector<bool> m_isSent;      ///< of all words: a request that writes it went out
     int m_written = 0;           ///< words of blocks that the PLC took
     RegisterCatalog m_registers;
     TransferOutcome m_outcome;

@@ -28,6 +28,9 @@ RowState stateAfterTransfer(const WordOutcome &word, std::optional<quint16> valu
     case WordFate::Unconfirmed:
         return {RowState::Different, Quality::Refused,
                 withReason(QCoreApplication::translate("RecipeRow", "not confirmed"), word.reason)};
+    case WordFate::NotSent:
+        return {RowState::Different, Quality::Refused,
+                withReason(QCoreApplication::translate("RecipeRow", "not sent"), word.reason)};
     case WordFate::NotWritten:
         return {RowState::Different, Quality::Refused,
                 withReason(QCoreApplication::translate("RecipeRow", "not written"), word.reason)};

@@ -10,7 +10,7 @@ LineScan::LineScan(Line &line, QObject *parent)
     : QObject(parent)
     , m_line(line)
 {
-    connect(&line, &Line::sessionBegan, this, &LineScan::handleOtherSession);
+    connect(&line, &Line::recalled, this, &LineScan::cancel);
 }
 
 LineScan::~LineScan()
@@ -18,6 +18,8 @@ LineScan::~LineScan()
     if (m_scan) {
         m_scan->disconnect(this);
         m_scan->cancel();
+        m_line.disconnect(this);
+        m_line.close();
     }
 }
 
@@ -27,11 +29,10 @@ void LineScan::start(const ScanOptions &options)
         return;
     }
     m_connection = m_line.connection();
-    m_reopens = m_line.session() != nullptr;
     m_cancelled = false;
     m_lineError.clear();
     m_found.clear();
-    m_line.close();
+    m_line.lend();
     m_scan = std::make_unique<Scan>(
         // The simulated PLC belongs to the session's link; a scan has one just like it.
         [this](const LineSettings &settings) { return makeConnectionLink(m_connection, settings); },
@@ -68,12 +69,6 @@ Connection LineScan::connectionTo(const FoundStation &found) const
     return result;
 }
 
-void LineScan::handleOtherSession()
-{
-    m_reopens = false;
-    cancel();
-}
-
 void LineScan::takeFound()
 {
     m_found = m_scan->found();
@@ -89,12 +84,8 @@ void LineScan::finish()
     m_state = !m_lineError.isEmpty() ? State::LineFailed
               : m_cancelled          ? State::Cancelled
                                      : State::Complete;
-    const bool reopens = m_reopens;
-    m_reopens = false;
     Q_EMIT foundChanged();
-    if (reopens) {
-        m_line.open(m_connection);
-    }
+    m_line.takeBack();
     Q_EMIT stateChanged();
 }
 

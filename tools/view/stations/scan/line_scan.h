@@ -12,8 +12,8 @@ namespace cnet::view {
 
 /**
  * Scans the line that the window talks to. Nobody else may talk meanwhile, so the session is closed
- * before, and begun again afterwards with the same connection if there was one. Whoever connects
- * meanwhile is let have the line: the scan ends with what it has.
+ * before, and begun again afterwards with the same connection if there was one. Where somebody
+ * connects or disconnects meanwhile the scan ends with what it has.
  */
 class LineScan : public QObject
 {
@@ -24,7 +24,7 @@ public:
         Idle,       ///< none was started yet
         Running,    ///<
         Complete,   ///<
-        Cancelled,  ///< by cancel(), or by somebody who connected
+        Cancelled,  ///< by cancel(), or by somebody who connected or disconnected
         LineFailed, ///< the line could not be opened, or was lost; see lineError()
     };
 
@@ -59,14 +59,12 @@ Q_SIGNALS:
     void foundChanged();
 
 private:
-    void handleOtherSession();
     void takeFound();
     void finish();
 
     Line &m_line;
     std::unique_ptr<Scan> m_scan; ///< null: none runs
     Connection m_connection;
-    bool m_reopens = false;
     bool m_cancelled = false;
     State m_state = State::Idle;
     QVector<FoundStation> m_found;

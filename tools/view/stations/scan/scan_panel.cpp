@@ -37,7 +37,7 @@ ScanPanel::ScanPanel(Line &line, QWidget *parent)
     , m_speed(new QComboBox)
     , m_registers(new QCheckBox(tr("Find out how far their re&gisters reach, too")))
     , m_hint(new QLabel)
-    , m_start(new QPushButton(tr("S&can the line")))
+    , m_start(new QPushButton(tr("&Begin the scan")))
     , m_cancel(new QPushButton(tr("Stop the sca&n")))
     , m_connect(new QPushButton(tr("C&onnect to this")))
     , m_progress(new QProgressBar)
@@ -99,6 +99,7 @@ void ScanPanel::makeTable()
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->setSelectionMode(QAbstractItemView::SingleSelection);
     m_table->setTabKeyNavigation(false);
+    m_table->setWordWrap(false);
     m_table->verticalHeader()->hide();
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_table->horizontalHeader()->setStretchLastSection(true);

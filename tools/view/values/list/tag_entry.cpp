@@ -27,7 +27,7 @@ TagEntry::TagEntry(WatchedTags &tags, QWidget *parent)
     auto *const label = new QLabel(tr("A&dd:"));
     label->setBuddy(m_field);
     m_field->setAccessibleName(tr("Item or name of a tag to add"));
-    m_field->setPlaceholderText(tr("D_W:100@u16*0.1, or oil.level=D_W:100"));
+    m_field->setPlaceholderText(tr("D_W:112@u16*0.1-40, or oil.level=D_W:100"));
     m_field->setToolTip(tr("An address with its type and scale, a name in front where you like, "
                            "or the name of a tag"));
     m_field->setClearButtonEnabled(true);
@@ -97,7 +97,11 @@ std::optional<Tag> TagEntry::readItem(const QString &text, QString &error) const
 {
     const int equals = static_cast<int>(text.indexOf(QLatin1Char('=')));
     if (equals < 0) {
-        return m_tags.parse(text, error);
+        const auto tag = m_tags.parse(text, error);
+        if (!tag && !text.contains(QLatin1Char('@'))) {
+            error += tr("; type, scale and offset follow behind @: D_W:112@u16*0.1-40");
+        }
+        return tag;
     }
     const QString name = text.left(equals).trimmed();
     if (!isTagName(name)) {

@@ -23,14 +23,14 @@ int charactersOf(ValueColumn column)
 {
     switch (column) {
     case ValueColumn::Name:
-        return 24;
+        return 28;
     case ValueColumn::Quality:
         return 16;
     case ValueColumn::Value:
     case ValueColumn::Raw:
         return 18;
     case ValueColumn::Write:
-        return 26;
+        return 22;
     case ValueColumn::Changed:
         return 17;
     case ValueColumn::Age:
@@ -137,6 +137,36 @@ QString ValuesView::selectedText() const
         append([this, row](int column) { return m_shown.index(row, column).data(); });
     }
     return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
+}
+
+QStringList ValuesView::order() const
+{
+    QStringList ids;
+    for (int i = 0; i < kValueColumns; ++i) {
+        ids.append(valueColumnId(static_cast<ValueColumn>(horizontalHeader()->logicalIndex(i))));
+    }
+    return ids;
+}
+
+void ValuesView::setOrder(const QStringList &ids)
+{
+    QVector<int> columns;
+    for (const QString &id : ids) {
+        for (int column = 0; column < kValueColumns; ++column) {
+            const bool isMeant = valueColumnId(static_cast<ValueColumn>(column)) == id;
+            if (isMeant && !columns.contains(column)) {
+                columns.append(column);
+            }
+        }
+    }
+    for (int column = 0; column < kValueColumns; ++column) {
+        if (!columns.contains(column)) {
+            columns.append(column);
+        }
+    }
+    for (int place = 0; place < kValueColumns; ++place) {
+        horizontalHeader()->moveSection(horizontalHeader()->visualIndex(columns.at(place)), place);
+    }
 }
 
 // Not what the cell shows: while other tags come, that is nothing.

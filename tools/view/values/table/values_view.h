@@ -31,6 +31,11 @@ public:
     /** The selected rows as they are seen, with their headings, columns divided by tabs. */
     QString selectedText() const;
 
+    /** Ids of the columns from left to right. */
+    QStringList order() const;
+    /** @param ids those that are not among them come behind, as in a new table */
+    void setOrder(const QStringList &ids);
+
     /** True while a changed value is not wholly faded. */
     bool isFading() const { return m_fading.isActive(); }
 
