@@ -264,7 +264,7 @@ void TestScreen::writesRecipe()
 {
     const QByteArray recipe("1/D_W:200 = 2 180 230 870 3200 800 2100 2150 2150 2100");
     QVERIFY(told("show D_W:200*10") != recipe);
-    QVERIFY(m_window->press(keys("ctrl+6 ctrl+shift+w")));
+    QVERIFY(m_window->press(keys("ctrl+6 ctrl+shift+w alt+y")));
     TRY_COMPARE(told("show D_W:200*10"), recipe);
     TRY_COMPARE(told("show D_W:150"), QByteArray("1/D_W:150 = 37")); // 25 in BCD
 }

@@ -6,6 +6,8 @@
 #include "view/recipes/sheet/recipe_transfer.h"
 #include "view/tags/watched_tags.h"
 
+#include <QJsonArray>
+
 class QAction;
 class QLabel;
 class QProgressBar;
@@ -98,6 +100,8 @@ private:
     bool isChangedOnDisk(const QString &path) const;
     void selectRow(int row);
 
+    bool canTransfer(RecipeTransfer::Kind kind);
+    bool endEditing();
     bool readdress();
     bool canWrite();
     void sessionBegan();
@@ -118,11 +122,12 @@ private:
     DifferencesFilter m_rows;
     RecipeTransfer m_transfer;
     QString m_path;
-    QByteArray m_onDisk;  ///< what the file held when it was read or written
-    QString m_plcOf;      ///< the connection over which the PLC was read
-    QString m_plcAt;      ///< when
-    QString m_outcome;    ///< of the last transfer, for people
-    bool m_isBad = false; ///< m_outcome tells of trouble
+    QByteArray m_onDisk;    ///< what the file held when it was read or written
+    QJsonArray m_unapplied; ///< edits of a project whose file cannot be read yet
+    QString m_plcOf;        ///< the connection over which the PLC was read
+    QString m_plcAt;        ///< when
+    QString m_outcome;      ///< of the last transfer, for people
+    bool m_isBad = false;   ///< m_outcome tells of trouble
 
     QStackedWidget *m_stack;
     QWidget *m_empty;

@@ -1,10 +1,12 @@
 #include "view/recipes/recipes_page.h"
 
+#include <QAbstractItemDelegate>
 #include <QAction>
 #include <QClipboard>
 #include <QDragEnterEvent>
 #include <QGuiApplication>
 #include <QItemSelectionModel>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QRegularExpression>
 #include <QTableView>
@@ -22,6 +24,25 @@ QString onlyFileOf(const QMimeData *data)
 }
 
 } // namespace
+
+// The keys and buttons of the page leave an open editor as it is, and what it shows is meant.
+bool RecipesPage::endEditing()
+{
+    QAbstractItemDelegate *const delegate = m_table->itemDelegateForColumn(RecipeModel::kValue);
+    const auto fields = m_table->viewport()->findChildren<QLineEdit *>();
+    for (QLineEdit *const field : fields) {
+        if (field->isHidden()) { // it has ended, and goes
+            continue;
+        }
+        if (!field->hasAcceptableInput()) {
+            Q_EMIT troubled(field->accessibleDescription(), tr("Correct it, or press Esc."));
+            return false;
+        }
+        Q_EMIT delegate->commitData(field);
+        Q_EMIT delegate->closeEditor(field);
+    }
+    return true;
+}
 
 void RecipesPage::undo()
 {

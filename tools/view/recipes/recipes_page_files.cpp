@@ -13,6 +13,8 @@
 #include <QStyle>
 #include <QTableView>
 
+#include <utility>
+
 namespace cnet::view {
 
 namespace {
@@ -78,6 +80,9 @@ QJsonObject RecipesPage::saved() const
         }
         edits.append(one);
     }
+    if (m_model.sheet() == nullptr) {
+        edits = m_unapplied;
+    }
     if (!edits.isEmpty()) {
         state.insert(kEdits, edits);
     }
@@ -101,12 +106,13 @@ void RecipesPage::restore(const QJsonObject &state)
         closeFile();
         return;
     }
-    if (readFile(file.toString())) {
-        restoreEdits(state.value(kEdits).toArray());
-    } else if (m_path != file.toString()) {
-        // It may be on a disk that is not there today: the project goes on naming it.
+    if (m_path != file.toString()) {
         closeFile();
-        m_path = file.toString();
+    }
+    // It may be on a disk that is not there today: the project goes on naming it, and its edits.
+    m_path = file.toString();
+    m_unapplied = state.value(kEdits).toArray();
+    if (!readFile(m_path)) {
         refresh();
     }
 }
@@ -186,6 +192,9 @@ bool RecipesPage::readFile(const QString &path)
         return false;
     }
     m_question->clear();
+    if (!isSameFile(path, m_path)) {
+        m_unapplied = QJsonArray();
+    }
     m_path = path;
     m_onDisk = *content;
     m_outcome.clear();
@@ -194,6 +203,7 @@ bool RecipesPage::readFile(const QString &path)
     const auto sheet = RecipeSheet::read(*content, reading(), mistakes);
     if (sheet) {
         showSheet(*sheet);
+        restoreEdits(std::exchange(m_unapplied, QJsonArray()));
     } else {
         m_model.clear();
         m_mistakes->showFile(path, *content, mistakes);
@@ -242,6 +252,7 @@ void RecipesPage::closeFile()
 {
     m_path.clear();
     m_onDisk.clear();
+    m_unapplied = QJsonArray();
     m_outcome.clear();
     m_isBad = false;
     m_model.clear();
@@ -275,7 +286,7 @@ void RecipesPage::selectRow(int row)
 bool RecipesPage::saveFile(const QString &path, Overwrite overwrite)
 {
     const RecipeSheet *const sheet = m_model.sheet();
-    if (sheet == nullptr || path.isEmpty() || m_transfer.isRunning()) {
+    if (sheet == nullptr || path.isEmpty() || m_transfer.isRunning() || !endEditing()) {
         return false;
     }
     const int halfFilled = sheet->firstHalfFilled(m_model.values());

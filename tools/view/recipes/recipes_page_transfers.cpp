@@ -1,3 +1,4 @@
+#include "view/recipes/question_bar.h"
 #include "view/recipes/recipes_page.h"
 
 #include <QLabel>
@@ -16,9 +17,9 @@ QString doingText(RecipeTransfer::Kind kind)
 
 } // namespace
 
-bool RecipesPage::startTransfer(RecipeTransfer::Kind kind)
+bool RecipesPage::canTransfer(RecipeTransfer::Kind kind)
 {
-    Line &line = m_tags.line();
+    const Line &line = m_tags.line();
     if (m_model.sheet() == nullptr || m_transfer.isRunning()) {
         Q_EMIT troubled(m_transfer.isRunning() ? tr("A transfer is running already.")
                                                : tr("No recipe is open."),
@@ -31,9 +32,15 @@ bool RecipesPage::startTransfer(RecipeTransfer::Kind kind)
                         tr("Connect first, then try again."));
         return false;
     }
-    if (!readdress() || (kind == RecipeTransfer::Kind::Write && !canWrite())) {
+    return endEditing() && readdress() && (kind != RecipeTransfer::Kind::Write || canWrite());
+}
+
+bool RecipesPage::startTransfer(RecipeTransfer::Kind kind)
+{
+    if (!canTransfer(kind)) {
         return false;
     }
+    Line &line = m_tags.line();
     const auto items = m_model.sheet()->itemsWith(m_model.values());
     m_model.setEditing(RecipeModel::Editing::Locked);
     m_plcOf = line.connection().text();
@@ -107,9 +114,22 @@ void RecipesPage::take()
     startTransfer(RecipeTransfer::Kind::Take);
 }
 
+// A slip of a key is not to write a recipe, nor is it to reach another PLC than people think of.
 void RecipesPage::write()
 {
-    startTransfer(RecipeTransfer::Kind::Write);
+    if (!canTransfer(RecipeTransfer::Kind::Write)) {
+        return;
+    }
+    const QString plc = m_tags.line().connection().text();
+    m_question->ask(
+        tr("Write %n words to %1?", "", static_cast<int>(m_model.values().size())).arg(plc),
+        {{tr("&No"), {}}, {tr("&Yes, write"), [this, plc] {
+                               if (m_tags.line().connection().text() == plc) {
+                                   startTransfer(RecipeTransfer::Kind::Write);
+                               } else {
+                                   write();
+                               }
+                           }}});
 }
 
 void RecipesPage::sessionBegan()

@@ -2325,6 +2325,25 @@ station,register,address,count,value
         <source>&amp;Save, then open</source>
         <translation>S&amp;peichern, dann öffnen</translation>
     </message>
+    <message>
+        <source>Correct it, or press Esc.</source>
+        <translation>Berichtigen Sie ihn, oder drücken Sie Esc.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Write %n words to %1?</source>
+        <translation>
+            <numerusform>%n Wort in %1 schreiben?</numerusform>
+            <numerusform>%n Worte in %1 schreiben?</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;No</source>
+        <translation>&amp;Nein</translation>
+    </message>
+    <message>
+        <source>&amp;Yes, write</source>
+        <translation>&amp;Ja, schreiben</translation>
+    </message>
 </context>
 <context>
     <name>cnet::view::Recovery</name>

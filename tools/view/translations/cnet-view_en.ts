@@ -179,6 +179,13 @@
             <numerusform>The recipe was not written as a whole: %1. %2 of %n words are in the PLC, %3 of them verified.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>Write %n words to %1?</source>
+        <translation>
+            <numerusform>Write %n word to %1?</numerusform>
+            <numerusform>Write %n words to %1?</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>cnet::view::ScanPanel</name>
