@@ -1,6 +1,4 @@
-#include "support/rows.h"
 #include "view/stations/scan/line_scan.h"
-#include "view/stations/scan/scan_choice.h"
 #include "view/stations/scan/scan_panel.h"
 #include "view/stations/scan/scan_table.h"
 #include "view/stations/stations_page.h"
@@ -21,22 +19,6 @@ using namespace cnet::view;
 namespace {
 
 constexpr int kLongMs = 60000;
-
-const Case<const char *, QVector<int>> kStations[] = {
-    {"one", "5", {5}},
-    {"all that are in a span", "8-11", {8, 9, 10, 11}},
-    {"several", "1,3,8-9", {1, 3, 8, 9}},
-    {"blanks", " 1 , 3 - 4 ", {1, 3, 4}},
-    {"each once", "1-3,2,3-4", {1, 2, 3, 4}},
-    {"the ends", "0,31", {0, 31}},
-    {"nothing", "", {}},
-    {"too high", "32", {}},
-    {"negative", "-1", {}},
-    {"backwards", "5-3", {}},
-    {"three ends", "1-2-3", {}},
-    {"letters", "one", {}},
-    {"a comma too many", "1,", {}},
-};
 
 /** Stations behind a TCP port. */
 class TcpPlc
@@ -98,9 +80,6 @@ class TestLineScan : public QObject
 
 private Q_SLOTS:
     void init();
-    void readsStations_data() { addRows(kStations); }
-    void readsStations();
-    void speedsAreOfSerialLines();
     void findsTheSimulator();
     void findsStationsBehindAPort();
     void staysClosedWhereItWas();
@@ -120,43 +99,6 @@ void TestLineScan::init()
 {
     m_line = std::make_unique<Line>();
     QCOMPARE(m_line->prepare(), QString());
-}
-
-void TestLineScan::readsStations()
-{
-    const auto &row = currentRow(kStations);
-    const auto stations = parseStations(QString::fromLatin1(row.given));
-    QCOMPARE(stations.has_value(), !row.expected.isEmpty());
-    QCOMPARE(stations.value_or(QVector<int>()), row.expected);
-}
-
-void TestLineScan::speedsAreOfSerialLines()
-{
-    Connection connection;
-    QCOMPARE(int(speedChoices(connection).size()), 1);
-    connection.kind = Connection::Kind::Tcp;
-    connection.address.line.baud = 0;
-    QCOMPARE(int(speedChoices(connection).size()), 1);
-    QVERIFY(speedChoices(connection).at(0).settings.at(0).baud > 0);
-    connection.kind = Connection::Kind::Serial;
-    connection.address.line.baud = 9600;
-    connection.address.line.parity = Parity::Even;
-    const auto choices = speedChoices(connection);
-    QVERIFY(choices.size() > 3);
-    QCOMPARE(int(choices.at(0).settings.size()), 1);
-    for (const SpeedChoice &choice : choices.mid(0, 2)) {
-        QCOMPARE(choice.settings.at(0).text(), connection.address.line.text());
-    }
-    QStringList texts;
-    for (const LineSettings &settings : choices.at(1).settings) {
-        texts << settings.text();
-    }
-    QCOMPARE(int(texts.removeDuplicates()), 0);
-    for (const SpeedChoice &choice : choices.mid(2)) {
-        for (const LineSettings &settings : choice.settings) {
-            QCOMPARE(settings.baud, choice.settings.at(0).baud);
-        }
-    }
 }
 
 void TestLineScan::findsTheSimulator()
