@@ -3,6 +3,7 @@
 #include "plc/stations/bus.h"
 #include "view/recipes/question_bar.h"
 #include "view/recipes/recipes_page.h"
+#include "view/support/child_called.h"
 #include "view/support/files.h"
 
 #include <QAction>
@@ -75,15 +76,7 @@ struct Bench
         }
         return states;
     }
-    QAction *action(const char *text) const
-    {
-        for (QAction *const action : page.actions()) {
-            if (action->text().remove(QLatin1Char('&')) == QLatin1String(text)) {
-                return action;
-            }
-        }
-        return nullptr;
-    }
+    QAction *action(const char *text) const { return childCalled<QAction>(page, text); }
     QString trouble() const
     {
         return troubles.isEmpty() ? QString() : troubles.last().first().toString();
@@ -97,7 +90,7 @@ struct Bench
     {
         for (QPushButton *const button :
              page.findChild<QuestionBar *>()->findChildren<QPushButton *>()) {
-            if (!button->isHidden() &&
+            if (!button->isHidden() && // of an earlier question
                 button->text().remove(QLatin1Char('&')) == QLatin1String(text)) {
                 return button;
             }

@@ -2,6 +2,7 @@
 #include "view/stations/scan/scan_panel.h"
 #include "view/stations/scan/scan_table.h"
 #include "view/stations/stations_page.h"
+#include "view/support/child_called.h"
 
 #include "plc/servers/tcp_server.h"
 
@@ -232,11 +233,7 @@ void TestLineScan::panelScans()
     connect(&page, &StationsPage::connectWanted, &page,
             [&wanted](const Connection &connection) { wanted.append(connection.station); });
     auto *stations = panel.findChild<QLineEdit *>();
-    QPushButton *start = nullptr;
-    const auto buttons = panel.findChildren<QPushButton *>();
-    for (QPushButton *button : buttons) {
-        start = button->text() == QLatin1String("S&can the line") ? button : start;
-    }
+    auto *start = childCalled<QPushButton>(panel, "Scan the line");
     QVERIFY(stations != nullptr && start != nullptr);
     stations->setText(QLatin1String("1-99"));
     QVERIFY(!start->isEnabled());

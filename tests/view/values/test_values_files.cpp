@@ -3,6 +3,7 @@
 #include "view/values/list/mistake_list.h"
 
 #include "support/rows.h"
+#include "view/support/child_called.h"
 #include "view/support/files.h"
 
 #include <QAction>
@@ -156,12 +157,9 @@ void TestValuesFiles::savesIntoTheRightFileAfterUndo()
     QVERIFY(m_page->openFile(second));
     m_page->undoStack().undo();
     type("c=D_W:3");
-    const auto actions = m_page->findChildren<QAction *>();
-    for (QAction *const action : actions) {
-        if (action->text() == latin("&Save tags")) {
-            action->trigger();
-        }
-    }
+    auto *const save = childCalled<QAction>(*m_page, "Save tags");
+    QVERIFY(save != nullptr);
+    save->trigger();
     QCOMPARE(bytesOf(second), before);
     QVERIFY(bytesOf(first).contains("c,D_W,3"));
 }
