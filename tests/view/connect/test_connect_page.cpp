@@ -1,4 +1,5 @@
 #include "view/connect/connect_page.h"
+#include "view/support/child_called.h"
 #include "view/support/unnamed_fields.h"
 
 #include <QComboBox>
@@ -26,15 +27,7 @@ private Q_SLOTS:
     void everyFieldHasAName();
 
 private:
-    QPushButton *button(const char *text) const
-    {
-        for (QPushButton *button : m_page->findChildren<QPushButton *>()) {
-            if (button->text().remove(QLatin1Char('&')) == QLatin1String(text)) {
-                return button;
-            }
-        }
-        return nullptr;
-    }
+    QPushButton *button(const char *text) const { return childCalled<QPushButton>(*m_page, text); }
     QLabel *label(const char *name) const
     {
         for (QLabel *label : m_page->findChildren<QLabel *>()) {

@@ -1,10 +1,7 @@
 #include "view/frames/trace/frame_filter.h"
 #include "view/frames/trace/frame_words.h"
-#include "view/frames/trace/line_recorder.h"
 
-#include "frames_made.h"
-
-#include <QAbstractItemModelTester>
+#include "recorded_trace.h"
 
 #include <support/rows.h>
 
@@ -19,12 +16,12 @@ constexpr int kMost = 80;
 } // namespace
 
 /** What goes over a line as rows of a table. */
-class TestFrameTrace : public QObject
+class TestFrameTrace : public QObject, private RecordedTrace
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { begin(kMost); }
     void tiesAnAnswerToItsRequest();
     void saysWhatIsWrong_data();
     void saysWhatIsWrong();
@@ -38,37 +35,7 @@ private Q_SLOTS:
     void holdsTheTable();
     void dropsTheOldestOfAPause();
     void clears();
-
-private:
-    void ask(const QByteArray &request) { m_recorder->noteRequest(request); }
-    void exchange(const QByteArray &request, const QByteArray &answer,
-                  Outcome outcome = Outcome::Answered)
-    {
-        ask(request);
-        m_recorder->noteEnd(report(request, answer, outcome));
-    }
-    const FrameRow &row(int index) const { return m_model->log().at(index); }
-    QString text(int row, FrameModel::Column column) const
-    {
-        return m_model->index(row, column).data().toString();
-    }
-
-    std::unique_ptr<Line> m_line;
-    std::unique_ptr<FrameModel> m_model;
-    std::unique_ptr<QAbstractItemModelTester> m_tester;
-    std::unique_ptr<LineRecorder> m_recorder;
 };
-
-void TestFrameTrace::init()
-{
-    m_recorder.reset();
-    m_tester.reset();
-    m_model = std::make_unique<FrameModel>(kMost);
-    m_line = std::make_unique<Line>();
-    m_tester = std::make_unique<QAbstractItemModelTester>(
-        m_model.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
-    m_recorder = std::make_unique<LineRecorder>(*m_line, *m_model);
-}
 
 void TestFrameTrace::tiesAnAnswerToItsRequest()
 {

@@ -1,24 +1,20 @@
-#include "view/frames/frames_page.h"
-
-#include "frames_made.h"
+#include "shown_frames.h"
 
 #include <support/capture_file.h>
 #include <support/full_disk.h>
 #include <support/rows.h>
 
-#include <QTemporaryDir>
-
 using namespace cnet;
 using namespace cnet::view;
 
 /** Captures that the page of frames saves and opens. */
-class TestFramesFiles : public QObject
+class TestFramesFiles : public QObject, private ShownFrames
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { QVERIFY(show()); }
+    void cleanup() { close(); }
     void savesAndOpens();
     void savesManyInTurns();
     void saysWhyItCannotSave();
@@ -26,48 +22,7 @@ private Q_SLOTS:
     void losesNothingToABrokenFile();
     void opensAsFarAsAFileGoes();
     void choosesALineOfAFile();
-
-private:
-    void exchange(const QByteArray &request, const QByteArray &answer,
-                  Outcome outcome = Outcome::Answered)
-    {
-        m_page->recorder().noteRequest(request);
-        m_page->recorder().noteEnd(report(request, answer, outcome));
-    }
-    void exchanges(int count)
-    {
-        for (int i = 0; i < count; ++i) {
-            exchange(readRequest(), readAnswer());
-        }
-        m_page->recorder().flush();
-    }
-    void select(int row)
-    {
-        m_page->table().setCurrentIndex(m_page->table().model()->index(row, 0));
-    }
-    FrameTable &table() const { return m_page->table(); }
-    QString path(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
-
-    QTemporaryDir m_folder;
-    std::unique_ptr<Line> m_line;
-    std::unique_ptr<FramesPage> m_page;
 };
-
-void TestFramesFiles::init()
-{
-    m_line = std::make_unique<Line>();
-    m_page = std::make_unique<FramesPage>(*m_line);
-    m_page->resize(900, 600);
-    m_page->show();
-    m_page->activateWindow(); // for its shortcuts
-    QVERIFY(QTest::qWaitForWindowActive(m_page.get(), 60000));
-}
-
-void TestFramesFiles::cleanup()
-{
-    m_page.reset();
-    m_line.reset();
-}
 
 void TestFramesFiles::savesAndOpens()
 {

@@ -1,6 +1,4 @@
-#include "view/frames/frames_page.h"
-
-#include "frames_made.h"
+#include "shown_frames.h"
 
 #include "view/support/unnamed_fields.h"
 
@@ -10,20 +8,19 @@
 #include <QGuiApplication>
 #include <QJsonArray>
 #include <QScrollBar>
-#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace cnet;
 using namespace cnet::view;
 
 /** The page of frames, on its own and on the line of a simulator. */
-class TestFramesPage : public QObject
+class TestFramesPage : public QObject, private ShownFrames
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { QVERIFY(show()); }
+    void cleanup() { close(); }
     void showsALine();
     void outlivesSessions();
     void showsFieldsOverTheirBytes();
@@ -40,47 +37,8 @@ private Q_SLOTS:
     void isNamedForScreenReaders();
 
 private:
-    void exchange(const QByteArray &request, const QByteArray &answer,
-                  Outcome outcome = Outcome::Answered)
-    {
-        m_page->recorder().noteRequest(request);
-        m_page->recorder().noteEnd(report(request, answer, outcome));
-    }
-    void exchanges(int count)
-    {
-        for (int i = 0; i < count; ++i) {
-            exchange(readRequest(), readAnswer());
-        }
-        m_page->recorder().flush();
-    }
-    void select(int row)
-    {
-        m_page->table().setCurrentIndex(m_page->table().model()->index(row, 0));
-    }
-    FrameTable &table() const { return m_page->table(); }
     QScrollBar &bar() const { return *m_page->table().verticalScrollBar(); }
-    QString path(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
-
-    QTemporaryDir m_folder;
-    std::unique_ptr<Line> m_line;
-    std::unique_ptr<FramesPage> m_page;
 };
-
-void TestFramesPage::init()
-{
-    m_line = std::make_unique<Line>();
-    m_page = std::make_unique<FramesPage>(*m_line);
-    m_page->resize(900, 600);
-    m_page->show();
-    m_page->activateWindow(); // for its shortcuts
-    QVERIFY(QTest::qWaitForWindowActive(m_page.get(), 60000));
-}
-
-void TestFramesPage::cleanup()
-{
-    m_page.reset();
-    m_line.reset();
-}
 
 void TestFramesPage::showsALine()
 {

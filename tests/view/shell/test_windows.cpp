@@ -1,4 +1,5 @@
 #include "view/shell/windows.h"
+#include "view/support/child_called.h"
 #include "view/support/unnamed_fields.h"
 
 #include <QAction>
@@ -27,16 +28,6 @@ Start nothing()
     Start start;
     start.isDemo = false;
     return start;
-}
-
-QAction *actionIn(const QWidget &widget, const char *text)
-{
-    for (QAction *action : widget.findChildren<QAction *>()) {
-        if (action->text().remove(QLatin1Char('&')) == QLatin1String(text)) {
-            return action;
-        }
-    }
-    return nullptr;
 }
 
 } // namespace
@@ -231,7 +222,7 @@ void TestWindows::offersWhatWasNotSaved()
 void TestWindows::opensOneMore()
 {
     MainWindow &window = begin(demo());
-    QAction *another = actionIn(window, "New window");
+    QAction *another = childCalled<QAction>(window, "New window");
     QVERIFY(another != nullptr);
     another->trigger();
     QCOMPARE(int(m_windows->all().size()), 2);

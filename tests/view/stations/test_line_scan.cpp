@@ -1,10 +1,9 @@
-#include "support/rows.h"
 #include "view/connect/connect_page.h"
 #include "view/stations/scan/line_scan.h"
-#include "view/stations/scan/scan_choice.h"
 #include "view/stations/scan/scan_panel.h"
 #include "view/stations/scan/scan_table.h"
 #include "view/stations/stations_page.h"
+#include "view/support/child_called.h"
 
 #include "plc/servers/tcp_server.h"
 
@@ -22,22 +21,6 @@ using namespace cnet::view;
 namespace {
 
 constexpr int kLongMs = 60000;
-
-const Case<const char *, QVector<int>> kStations[] = {
-    {"one", "5", {5}},
-    {"all that are in a span", "8-11", {8, 9, 10, 11}},
-    {"several", "1,3,8-9", {1, 3, 8, 9}},
-    {"blanks", " 1 , 3 - 4 ", {1, 3, 4}},
-    {"each once", "1-3,2,3-4", {1, 2, 3, 4}},
-    {"the ends", "0,31", {0, 31}},
-    {"nothing", "", {}},
-    {"too high", "32", {}},
-    {"negative", "-1", {}},
-    {"backwards", "5-3", {}},
-    {"three ends", "1-2-3", {}},
-    {"letters", "one", {}},
-    {"a comma too many", "1,", {}},
-};
 
 /** Stations behind a TCP port. */
 class TcpPlc
@@ -99,9 +82,6 @@ class TestLineScan : public QObject
 
 private Q_SLOTS:
     void init();
-    void readsStations_data() { addRows(kStations); }
-    void readsStations();
-    void speedsAreOfSerialLines();
     void findsTheSimulator();
     void findsStationsBehindAPort();
     void staysClosedWhereItWas();
@@ -122,43 +102,6 @@ void TestLineScan::init()
 {
     m_line = std::make_unique<Line>();
     QCOMPARE(m_line->prepare(), QString());
-}
-
-void TestLineScan::readsStations()
-{
-    const auto &row = currentRow(kStations);
-    const auto stations = parseStations(QString::fromLatin1(row.given));
-    QCOMPARE(stations.has_value(), !row.expected.isEmpty());
-    QCOMPARE(stations.value_or(QVector<int>()), row.expected);
-}
-
-void TestLineScan::speedsAreOfSerialLines()
-{
-    Connection connection;
-    QCOMPARE(int(speedChoices(connection).size()), 1);
-    connection.kind = Connection::Kind::Tcp;
-    connection.address.line.baud = 0;
-    QCOMPARE(int(speedChoices(connection).size()), 1);
-    QVERIFY(speedChoices(connection).at(0).settings.at(0).baud > 0);
-    connection.kind = Connection::Kind::Serial;
-    connection.address.line.baud = 9600;
-    connection.address.line.parity = Parity::Even;
-    const auto choices = speedChoices(connection);
-    QVERIFY(choices.size() > 3);
-    QCOMPARE(int(choices.at(0).settings.size()), 1);
-    for (const SpeedChoice &choice : choices.mid(0, 2)) {
-        QCOMPARE(choice.settings.at(0).text(), connection.address.line.text());
-    }
-    QStringList texts;
-    for (const LineSettings &settings : choices.at(1).settings) {
-        texts << settings.text();
-    }
-    QCOMPARE(int(texts.removeDuplicates()), 0);
-    for (const SpeedChoice &choice : choices.mid(2)) {
-        for (const LineSettings &settings : choice.settings) {
-            QCOMPARE(settings.baud, choice.settings.at(0).baud);
-        }
-    }
 }
 
 void TestLineScan::findsTheSimulator()
@@ -253,11 +196,7 @@ void TestLineScan::givesWayToWhoDisconnects()
 {
     m_line->open(Connection());
     ConnectPage page(*m_line);
-    QPushButton *disconnect = nullptr;
-    const auto buttons = page.findChildren<QPushButton *>();
-    for (QPushButton *button : buttons) {
-        disconnect = button->text() == QLatin1String("Disconnect") ? button : disconnect;
-    }
+    auto *disconnect = childCalled<QPushButton>(page, "Disconnect");
     LineScan scan(*m_line);
     scan.start(optionsFor({5, 6, 7}));
     QCOMPARE(m_line->stateText(), QLatin1String("being scanned"));
@@ -316,11 +255,7 @@ void TestLineScan::panelScans()
     connect(&page, &StationsPage::connectWanted, &page,
             [&wanted](const Connection &connection) { wanted.append(connection.station); });
     auto *stations = panel.findChild<QLineEdit *>();
-    QPushButton *start = nullptr;
-    const auto buttons = panel.findChildren<QPushButton *>();
-    for (QPushButton *button : buttons) {
-        start = button->text() == QLatin1String("&Begin the scan") ? button : start;
-    }
+    auto *start = childCalled<QPushButton>(panel, "Begin the scan");
     QVERIFY(stations != nullptr && start != nullptr);
     stations->setText(QLatin1String("1-99"));
     QVERIFY(!start->isEnabled());

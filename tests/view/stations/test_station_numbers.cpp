@@ -1,36 +1,18 @@
 #include "support/rows.h"
-#include "view/look/colours.h"
 #include "view/stations/numbers/line_load.h"
 #include "view/stations/numbers/request_rate.h"
 #include "view/stations/numbers/station_details.h"
 #include "view/stations/numbers/station_table.h"
 #include "view/stations/numbers/table_text.h"
 #include "view/stations/numbers/trouble_lists.h"
-#include "view/stations/pictures/histogram_view.h"
-#include "view/stations/pictures/sparkline.h"
-#include "view/stations/stations_page.h"
-#include "view/support/unnamed_fields.h"
-#include "view/tags/watched_tags.h"
-
-#include "plc/stations/bus.h"
 
 #include <QAbstractItemModelTester>
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QStandardItemModel>
-#include <QTableView>
-#include <QTreeWidget>
-
-#include <cmath>
-#include <limits>
-#include <numeric>
 
 using namespace cnet;
 using namespace cnet::view;
 
 namespace {
-
-constexpr int kLongMs = 60000;
 
 ExchangeReport reportOf(int station, Outcome outcome, double tookMs = 10)
 {
@@ -42,30 +24,6 @@ ExchangeReport reportOf(int station, Outcome outcome, double tookMs = 10)
     report.good = outcome == Outcome::Answered;
     report.refusal = outcome == Outcome::Refused ? 0x1132 : 0;
     return report;
-}
-
-ResponseHistogram timesOf(const QVector<double> &all)
-{
-    ResponseHistogram times;
-    for (const double ms : all) {
-        times.note(ms);
-    }
-    return times;
-}
-
-/** The columns of a picture of a widget that have pixels other than its ground. */
-QVector<bool> drawnColumns(QWidget &widget)
-{
-    QImage image(widget.size(), QImage::Format_RGB32);
-    widget.render(&image);
-    const QRgb ground = widget.palette().color(QPalette::Base).rgb();
-    QVector<bool> drawn(image.width());
-    for (int x = 0; x < image.width(); ++x) {
-        for (int y = 0; y < image.height(); ++y) {
-            drawn[x] = drawn[x] || image.pixel(x, y) != ground;
-        }
-    }
-    return drawn;
 }
 
 struct RateRow
@@ -87,15 +45,6 @@ const RateRow kRates[] = {
     {"counting begins anew", {{1000, 100}, {2000, 200}, {3000, 4}, {4000, 8}}, 4},
 };
 
-const Given<QVector<double>> kTimes[] = {
-    {"one", {12.5}},
-    {"zero", {0}},
-    {"close together", {10, 10.1, 10.2, 10.3}},
-    {"far apart", {0.05, 3, 3.1, 47, 5000}},
-    {"exactly at nice ends", {1, 2, 5, 10, 20, 50, 100}},
-    {"longer than any", {65000, 70000, 200000}},
-};
-
 const Case<double, const char *> kLoads[] = {
     {"idle", 0, "plenty"},       {"little", 29.9, "plenty"}, {"some", 30, "room for more"},
     {"much", 60, "little room"}, {"full", 85, "full"},       {"impossible", 250, "full"},
@@ -103,7 +52,7 @@ const Case<double, const char *> kLoads[] = {
 
 } // namespace
 
-/** The numbers of stations and of the line, as the window shows them. */
+/** The numbers of stations and of the line in words and tables. */
 class TestStationNumbers : public QObject
 {
     Q_OBJECT
@@ -111,21 +60,12 @@ class TestStationNumbers : public QObject
 private Q_SLOTS:
     void ratesComeFromLooks_data() { addRows(kRates); }
     void ratesComeFromLooks();
-    void eachTimeIsInAColumn_data() { addRows(kTimes); }
-    void eachTimeIsInAColumn();
-    void outliersAreDrawn();
-    void figuresAreSpoken();
-    void sparklineDrawsGaps();
     void loadHasWords_data() { addRows(kLoads); }
     void loadHasWords();
     void tableShowsWhatWasCounted();
     void tableKeepsItsRows();
     void listsTellKindsAndAddresses();
     void tableTextKeepsToItsFields();
-    void pageShowsALiveLine();
-    void hiddenPageRests();
-    void refusedAddressesAreListed();
-    void fieldsHaveNames();
 
 private:
     static Statistics statistics() { return Statistics(LineSettings()); }
@@ -139,78 +79,6 @@ void TestStationNumbers::ratesComeFromLooks()
         rate.note(look.first, look.second);
     }
     QCOMPARE(rate.perSecond().value_or(-1), row.expected);
-}
-
-void TestStationNumbers::eachTimeIsInAColumn()
-{
-    const auto &row = currentRow(kTimes);
-    const ResponseHistogram times = timesOf(row.given);
-    const TimeSpan span = spanOf(times);
-    QVERIFY(span.fromMs > 0);
-    QVERIFY(span.fromMs <= std::max(times.minMs(), 0.001) * 1.000001);
-    QVERIFY(span.toMs > times.maxMs());
-    for (const int columns : {1, 7, 40}) {
-        const auto counts = histogramColumns(times, span, columns);
-        QCOMPARE(int(counts.size()), columns);
-        QCOMPARE(std::accumulate(counts.begin(), counts.end(), qint64(0)), times.count());
-    }
-}
-
-void TestStationNumbers::outliersAreDrawn()
-{
-    HistogramView view;
-    view.resize(400, 120);
-    QVector<double> all(5000, 10.0);
-    view.setTimes(timesOf(all));
-    const auto before = drawnColumns(view);
-    all.append(900);
-    view.setTimes(timesOf(all));
-    QImage image(view.size(), QImage::Format_RGB32);
-    view.render(&image);
-    // The single slow one stands at the far right of 5 to 1000 ms, small and in the same colour.
-    const QRgb colour = traceColour(0, view.palette()).rgb();
-    int rightmost = -1;
-    int leftmost = image.width();
-    for (int x = 0; x < image.width(); ++x) {
-        for (int y = 0; y < image.height(); ++y) {
-            if (image.pixel(x, y) == colour) {
-                rightmost = std::max(rightmost, x);
-                leftmost = std::min(leftmost, x);
-            }
-        }
-    }
-    QVERIFY(leftmost < image.width() / 2);
-    QVERIFY(rightmost > image.width() * 3 / 4);
-    QVERIFY(before.contains(true));
-}
-
-void TestStationNumbers::figuresAreSpoken()
-{
-    HistogramView view;
-    QVERIFY(view.accessibleDescription().contains(QLatin1String("No answers")));
-    view.setTimes(timesOf({10, 20, 40}));
-    const QString words = view.accessibleDescription();
-    for (const char *part : {"3 answers", "shortest 10.0", "longest 40.0", "median 20"}) {
-        QVERIFY2(words.contains(QLatin1String(part)), qPrintable(words));
-    }
-}
-
-void TestStationNumbers::sparklineDrawsGaps()
-{
-    Sparkline line;
-    line.resize(Sparkline::kMost * 2 - 1, 30);
-    for (int i = 0; i < Sparkline::kMost + 50; ++i) {
-        const bool gap = i >= 150 && i < 200; // of the ones kept: 100 to 149
-        line.add(gap ? std::numeric_limits<double>::quiet_NaN() : 60);
-    }
-    QCOMPARE(int(line.values().size()), Sparkline::kMost);
-    const auto drawn = drawnColumns(line);
-    for (const int x : {10, 150, 190, 310, 500, 590}) {
-        QVERIFY2(drawn.at(x), qPrintable(QString::number(x)));
-    }
-    for (const int x : {205, 250, 290}) {
-        QVERIFY2(!drawn.at(x), qPrintable(QString::number(x)));
-    }
 }
 
 void TestStationNumbers::loadHasWords()
@@ -327,98 +195,6 @@ void TestStationNumbers::tableTextKeepsToItsFields()
     model.setItem(0, 0, new QStandardItem(QLatin1String("a\tb\nc")));
     model.setItem(0, 1, new QStandardItem(QLatin1String("d")));
     QCOMPARE(tableText(model), QLatin1String("one\ttwo\na b c\td\n"));
-}
-
-void TestStationNumbers::pageShowsALiveLine()
-{
-    Line line;
-    QCOMPARE(line.prepare(), QString());
-    WatchedTags tags(line);
-    StationsPage page(line);
-    auto *table = page.findChild<StationTable *>();
-    auto *details = page.findChild<StationDetails *>();
-    QVERIFY(table != nullptr && details != nullptr);
-    page.show();
-    line.open(Connection());
-    QString error;
-    tags.setTags(TagSet({*tags.parse(QLatin1String("D_W:110"), error)}));
-    QTRY_COMPARE_WITH_TIMEOUT(table->index(0, StationTable::State).data().toString(),
-                              QLatin1String("answers"), kLongMs);
-    QTRY_VERIFY_WITH_TIMEOUT(!table->index(0, StationTable::PerSecond).data().toString().isEmpty(),
-                             kLongMs);
-    QCOMPARE(table->index(0, StationTable::Station).data().toString(), QLatin1String("1"));
-    QVERIFY(table->countersAt(0)->times.count() > 0);
-    QTRY_COMPARE_WITH_TIMEOUT(details->title(), QLatin1String("Station 1: answers"), kLongMs);
-    auto *load = page.findChild<LineLoad *>();
-    QTRY_VERIFY_WITH_TIMEOUT(load->words().contains(QLatin1String("% busy")), kLongMs);
-    page.copyTable();
-    QVERIFY(QGuiApplication::clipboard()->text().startsWith(QLatin1String("Station\tState\t")));
-    QCOMPARE(int(QGuiApplication::clipboard()->text().count(QLatin1Char('\n'))), 2);
-
-    const qint64 sinceMs = line.session()->statistics().sinceMs();
-    QTRY_VERIFY_WITH_TIMEOUT(line.session()->nowMs() > sinceMs, kLongMs);
-    page.resetNumbers();
-    QVERIFY(line.session()->statistics().sinceMs() > sinceMs);
-    QCOMPARE(table->rowCount(), 1);
-
-    QTRY_VERIFY_WITH_TIMEOUT(line.session()->stations().value(1).frames > 0, kLongMs);
-    line.close();
-    QCOMPARE(table->index(0, StationTable::State).data().toString(), QLatin1String("not known"));
-    QVERIFY(table->countersAt(0)->frames > 0);
-    page.resetNumbers(); // of nothing
-    QTRY_COMPARE_WITH_TIMEOUT(load->words(), QLatin1String("the line is not open"), kLongMs);
-    line.open(Connection());
-    QCOMPARE(table->rowCount(), 0);
-}
-
-void TestStationNumbers::hiddenPageRests()
-{
-    Line line;
-    QCOMPARE(line.prepare(), QString());
-    WatchedTags tags(line);
-    StationsPage page(line);
-    auto *table = page.findChild<StationTable *>();
-    auto *load = page.findChild<LineLoad *>();
-    line.open(Connection());
-    QString error;
-    tags.setTags(TagSet({*tags.parse(QLatin1String("D_W:110"), error)}));
-    QTRY_VERIFY_WITH_TIMEOUT(line.session()->stations().value(1).answers > 0, kLongMs);
-    // The line is looked at twice more, the stations are not.
-    const auto before = load->history().values().size();
-    QTRY_VERIFY_WITH_TIMEOUT(load->history().values().size() >= before + 2, kLongMs);
-    QCOMPARE(table->rowCount(), 0);
-    page.show();
-    QCOMPARE(table->rowCount(), 1);
-}
-
-void TestStationNumbers::refusedAddressesAreListed()
-{
-    Line line;
-    QCOMPARE(line.prepare(), QString());
-    WatchedTags tags(line);
-    StationsPage page(line);
-    page.show();
-    line.open(Connection());
-    plc::Fault refusal = plc::usualFault(plc::FaultKind::Refuse);
-    line.simulator()->find(1)->faults.add(refusal);
-    QString error;
-    tags.setTags(TagSet({*tags.parse(QLatin1String("D_W:110"), error)}));
-    const auto lists = page.findChild<StationDetails *>()->findChildren<QTreeWidget *>();
-    QCOMPARE(int(lists.size()), 2);
-    for (QTreeWidget *list : lists) {
-        QTRY_VERIFY_WITH_TIMEOUT(list->topLevelItemCount() > 0, kLongMs);
-    }
-    QTRY_COMPARE_WITH_TIMEOUT(lists.at(1)->topLevelItem(0)->text(0), QLatin1String("D_W:110*1"),
-                              kLongMs);
-}
-
-void TestStationNumbers::fieldsHaveNames()
-{
-    Line line;
-    const StationsPage page(line);
-    int count = 0;
-    QCOMPARE(unnamedFields(page, count), QStringList());
-    QVERIFY(count > 5);
 }
 
 QTEST_MAIN(TestStationNumbers)

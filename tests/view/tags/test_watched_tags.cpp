@@ -1,20 +1,18 @@
+#include "view/support/watched_line.h"
 #include "view/tags/tag_drag.h"
-#include "view/tags/watched_tags.h"
 
 #include "host/value/typed_value.h"
-
-#include <QtTest>
 
 using namespace cnet;
 using namespace cnet::view;
 
 /** The tags of a window, with a line and without one. */
-class TestWatchedTags : public QObject
+class TestWatchedTags : public QObject, private WatchedLine
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { begin(); }
     void readsAsTheLineOpens();
     void keepsWhatWasKnown();
     void keepsWhatStays();
@@ -37,20 +35,9 @@ private:
         Connection fast;
         fast.address.line.baud = 0;
         m_line->open(fast);
-        QTRY_VERIFY_WITH_TIMEOUT(m_tags->quality(0) == Quality::Good, 60000);
+        QTRY_VERIFY_WITH_TIMEOUT(m_tags->quality(0) == Quality::Good, kLongMs);
     }
-
-    std::unique_ptr<WatchedTags> m_tags;
-    std::unique_ptr<Line> m_line;
 };
-
-void TestWatchedTags::init()
-{
-    m_tags.reset();
-    m_line = std::make_unique<Line>();
-    QCOMPARE(m_line->prepare(), QString());
-    m_tags = std::make_unique<WatchedTags>(*m_line);
-}
 
 void TestWatchedTags::readsAsTheLineOpens()
 {

@@ -1,89 +1,20 @@
-#include "support/rows.h"
+#include "shown_plot.h"
 
-#include "view/look/colours.h"
-#include "view/trend/plot/trend_plot.h"
+#include <qwt_scale_draw.h>
 
-#include <QAbstractItemModelTester>
-#include <QSplitter>
-#include <QWheelEvent>
-
-#include <qwt_scale_widget.h>
-
-#include <memory>
-
+using namespace cnet;
 using namespace cnet::view;
 
-namespace {
-
-constexpr qint64 kNow = 1700000000000;
-constexpr double kMinute = 60000;
-constexpr double kTolerance = 1e-6; ///< of what is seen: times are doubles
-
-QPoint middle(Pane *pane)
-{
-    return pane->canvas()->contentsRect().center();
-}
-
-void send(Pane *pane, QEvent::Type type, const QPoint &at, Qt::MouseButton button,
-          Qt::KeyboardModifiers keys = Qt::NoModifier)
-{
-    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : button;
-    QMouseEvent event(type, at, pane->canvas()->mapToGlobal(at),
-                      type == QEvent::MouseMove ? Qt::NoButton : button, held, keys);
-    QApplication::sendEvent(pane->canvas(), &event);
-}
-
-void drag(Pane *pane, const QPoint &from, const QPoint &to, Qt::MouseButton button,
-          Qt::KeyboardModifiers keys = Qt::NoModifier)
-{
-    send(pane, QEvent::MouseButtonPress, from, button, keys);
-    send(pane, QEvent::MouseMove, (from + to) / 2, button, keys);
-    send(pane, QEvent::MouseMove, to, button, keys);
-    send(pane, QEvent::MouseButtonRelease, to, button, keys);
-}
-
-void turnWheel(QWidget *widget, const QPoint &at, const QPoint &angle,
-               Qt::KeyboardModifiers keys = Qt::NoModifier)
-{
-    QWheelEvent event(at, widget->mapToGlobal(at), QPoint(), angle, Qt::NoButton, keys,
-                      Qt::NoScrollPhase, false);
-    QApplication::sendEvent(widget, &event);
-}
-
-/** Pixels of a column of a canvas that have about a colour. */
-int coloured(const QImage &image, int x, const QColor &colour)
-{
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        const QColor pixel = image.pixelColor(x, y);
-        const int away = qAbs(pixel.red() - colour.red()) + qAbs(pixel.green() - colour.green()) +
-                         qAbs(pixel.blue() - colour.blue());
-        count += away < 60 ? 1 : 0;
-    }
-    return count;
-}
-
-} // namespace
-
-/** The panes as they draw and as they are worked with, at times that the test says. */
-class TestTrendPlot : public QObject
+/** The panes as they draw, and what of the time and of the values they show. */
+class TestTrendPlot : public QObject, private ShownPlot
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { QVERIFY(show()); }
     void cutsAndKeepsItsSight();
     void goesBack();
     void followsUntilItIsMoved();
-    void wheelKeepsWhatIsUnderThePointer_data();
-    void wheelKeepsWhatIsUnderThePointer();
-    void wheelOverAScaleLooksNearerAtValues();
-    void looksIntoABox();
-    void aFlatBoxIsTheTimeAlone();
-    void letsGoOfABox();
-    void dragsThePicture_data();
-    void dragsThePicture();
-    void keysMoveThePicture();
     void linksTheTimes();
     void fitsScales();
     void scalesStayWhereTheyAreFixed();
@@ -91,59 +22,9 @@ private Q_SLOTS:
     void holdsToNowAndNoFurther();
     void pausedItDrawsNothingNew();
     void bitsHaveLanes();
-    void cursorsAreDragged();
-    void cursorsAreMovedByKeys();
     void theHighlightedIsInFront();
     void panesComeAndGo();
-    void listsCanBeEdited();
-
-private:
-    int add(const char *name, int pane = 0, Side side = Side::Left, bool isBit = false)
-    {
-        return m_traces->add({QString::fromLatin1(name), m_traces->freeColour(), pane, side, true},
-                             {QString(), isBit});
-    }
-    TraceStore &store(int trace) { return *m_traces->at(trace).store; }
-    const Sight &sight() const { return m_view->sight(); }
-    Range left(int pane = 0) const { return sight().panes[static_cast<size_t>(pane)].left.range; }
-    void draw(qint64 nowMs = kNow)
-    {
-        m_plot->touch();
-        m_plot->refresh(nowMs);
-        QCoreApplication::processEvents();
-        m_plot->touch();
-        m_plot->refresh(nowMs);
-    }
-    QImage canvas(Pane *pane) { return pane->canvas()->grab().toImage(); }
-    int column(Pane *pane, qint64 atMs) const
-    {
-        return qRound(pane->xOf(static_cast<double>(atMs)));
-    }
-    QColor colour(int trace) const
-    {
-        return traceColour(m_traces->at(trace).choice.colour, m_plot->palette());
-    }
-
-    // In this order: the plot goes first.
-    std::unique_ptr<TraceSet> m_traces;
-    std::unique_ptr<TrendView> m_view;
-    std::unique_ptr<Cursors> m_cursors;
-    std::unique_ptr<Markers> m_markers;
-    std::unique_ptr<TrendPlot> m_plot;
 };
-
-void TestTrendPlot::init()
-{
-    m_plot.reset();
-    m_traces = std::make_unique<TraceSet>();
-    m_view = std::make_unique<TrendView>(kNow);
-    m_cursors = std::make_unique<Cursors>();
-    m_markers = std::make_unique<Markers>();
-    m_plot = std::make_unique<TrendPlot>(*m_traces, *m_view, *m_cursors, *m_markers);
-    m_plot->resize(800, 600);
-    m_plot->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_plot.get()));
-}
 
 void TestTrendPlot::cutsAndKeepsItsSight()
 {
@@ -217,152 +98,6 @@ void TestTrendPlot::followsUntilItIsMoved()
     QVERIFY(m_view->isFollowing());
     m_view->zoomTime(0.5, sight().time.from);
     QVERIFY(!m_view->isFollowing());
-}
-
-const Case<int, bool> kWheel[] = {{"nearer", 120, true}, {"farther", -240, false}};
-
-void TestTrendPlot::wheelKeepsWhatIsUnderThePointer_data()
-{
-    addRows(kWheel);
-}
-
-void TestTrendPlot::wheelKeepsWhatIsUnderThePointer()
-{
-    const auto &row = currentRow(kWheel);
-    add("a");
-    draw();
-    Pane *pane = m_plot->pane(0);
-    const QPoint at(pane->canvas()->width() / 4, 20);
-    const double timeBefore = pane->timeAt(at.x());
-    turnWheel(pane->canvas(), at, {0, row.given});
-    draw();
-    QCOMPARE(sight().time.length() < kMinute, row.expected);
-    QVERIFY(qAbs(pane->timeAt(at.x()) - timeBefore) < kMinute * kTolerance);
-    QVERIFY(!m_view->isFollowing());
-    m_view->back();
-    QCOMPARE(sight().time.length(), kMinute);
-}
-
-void TestTrendPlot::wheelOverAScaleLooksNearerAtValues()
-{
-    add("a");
-    store(0).append(kNow - 1000, 0);
-    store(0).append(kNow - 500, 100);
-    draw();
-    const Range before = left();
-    auto *scale = m_plot->pane(0)->axisWidget(QwtPlot::yLeft);
-    turnWheel(scale, scale->rect().center(), {0, 120});
-    QVERIFY(left().length() < before.length());
-    QVERIFY(left().from > before.from && left().to < before.to);
-    QVERIFY(sight().panes.front().left.scaling == Scaling::Fixed);
-    QVERIFY(m_view->isFollowing()); // of the time nothing was said
-    QTest::mouseDClick(scale, Qt::LeftButton);
-    draw();
-    QVERIFY(sight().panes.front().left.scaling == Scaling::Auto);
-    QVERIFY(left() == before);
-    turnWheel(m_plot->pane(0)->canvas(), middle(m_plot->pane(0)), {0, 120}, Qt::ControlModifier);
-    QVERIFY(left().length() < before.length());
-    QCOMPARE(sight().time.length(), kMinute);
-}
-
-void TestTrendPlot::looksIntoABox()
-{
-    add("a");
-    store(0).append(kNow - 1000, 0);
-    store(0).append(kNow - 500, 100);
-    draw();
-    Pane *pane = m_plot->pane(0);
-    const QPoint from(100, 60);
-    const QPoint to(300, 160);
-    const Range time{pane->timeAt(from.x()), pane->timeAt(to.x())};
-    const Range values{pane->invTransform(QwtPlot::yLeft, to.y()),
-                       pane->invTransform(QwtPlot::yLeft, from.y())};
-    drag(pane, to, from, Qt::LeftButton); // whichever corner it begins at
-    QVERIFY(qAbs(sight().time.from - time.from) < 1);
-    QVERIFY(qAbs(sight().time.to - time.to) < 1);
-    QVERIFY(qAbs(left().from - values.from) < 1e-6);
-    QVERIFY(qAbs(left().to - values.to) < 1e-6);
-    QVERIFY(!m_view->isFollowing());
-    m_view->back();
-    QVERIFY(m_view->isFollowing());
-    QVERIFY(sight().panes.front().left.scaling == Scaling::Auto);
-}
-
-void TestTrendPlot::aFlatBoxIsTheTimeAlone()
-{
-    add("a");
-    draw();
-    drag(m_plot->pane(0), {100, 60}, {300, 62}, Qt::LeftButton);
-    QVERIFY(sight().time.length() < kMinute / 2);
-    QVERIFY(sight().panes.front().left.scaling == Scaling::Auto);
-}
-
-void TestTrendPlot::letsGoOfABox()
-{
-    add("a");
-    draw();
-    Pane *pane = m_plot->pane(0);
-    const Range before = sight().time;
-    send(pane, QEvent::MouseButtonPress, {100, 60}, Qt::LeftButton);
-    send(pane, QEvent::MouseMove, {300, 200}, Qt::LeftButton);
-    auto *band = pane->canvas()->findChild<QRubberBand *>();
-    QVERIFY(band != nullptr && band->isVisible());
-    QTest::keyClick(m_plot.get(), Qt::Key_Escape);
-    QVERIFY(!band->isVisible());
-    send(pane, QEvent::MouseButtonRelease, {300, 200}, Qt::LeftButton);
-    QVERIFY(sight().time == before);
-    drag(pane, {100, 60}, {101, 61}, Qt::LeftButton); // a hand that trembles
-    QVERIFY(sight().time == before);
-    QVERIFY(!m_view->canGoBack());
-}
-
-const Case<Qt::MouseButton, Qt::KeyboardModifier> kPans[] = {
-    {"middle button", Qt::MiddleButton, Qt::NoModifier},
-    {"left with Shift", Qt::LeftButton, Qt::ShiftModifier}};
-
-void TestTrendPlot::dragsThePicture_data()
-{
-    addRows(kPans);
-}
-
-void TestTrendPlot::dragsThePicture()
-{
-    const auto &row = currentRow(kPans);
-    add("a");
-    m_view->setScale(0, Side::Left, {0, 100});
-    draw();
-    Pane *pane = m_plot->pane(0);
-    const double atMs = pane->timeAt(200);
-    const double value = pane->invTransform(QwtPlot::yLeft, 100);
-    drag(pane, {200, 100}, {300, 150}, row.given, Qt::KeyboardModifiers(row.expected));
-    draw();
-    QVERIFY(!m_view->isFollowing());
-    QCOMPARE(sight().time.length(), kMinute);
-    const double pixel = kMinute / pane->canvas()->width();
-    QVERIFY(qAbs(pane->timeAt(300) - atMs) < 2 * pixel);
-    QVERIFY(qAbs(pane->invTransform(QwtPlot::yLeft, 150) - value) < 1);
-    QCOMPARE(left().length(), 100.0);
-    m_view->back(); // one step, however many moves
-    QVERIFY(!m_view->canGoBack());
-    QVERIFY(m_view->isFollowing());
-}
-
-void TestTrendPlot::keysMoveThePicture()
-{
-    add("a");
-    m_view->setScale(0, Side::Left, {0, 100});
-    draw();
-    const Range before = sight().time;
-    QTest::keyClick(m_plot.get(), Qt::Key_Left);
-    QVERIFY(qAbs(sight().time.from - (before.from - 0.1 * kMinute)) < 1);
-    QTest::keyClick(m_plot.get(), Qt::Key_Right, Qt::ControlModifier);
-    QVERIFY(qAbs(sight().time.from - before.from) < 1);
-    QTest::keyClick(m_plot.get(), Qt::Key_Up);
-    QVERIFY(left() == (Range{10, 110}));
-    QTest::keyClick(m_plot.get(), Qt::Key_Down);
-    QVERIFY(left() == (Range{0, 100}));
-    QTest::keyClick(m_plot.get(), Qt::Key_Up, Qt::ControlModifier);
-    QVERIFY(left().length() < 100);
 }
 
 void TestTrendPlot::linksTheTimes()
@@ -508,46 +243,6 @@ void TestTrendPlot::bitsHaveLanes()
     QVERIFY(!lanes->isVisible());
 }
 
-void TestTrendPlot::cursorsAreDragged()
-{
-    add("a");
-    draw();
-    Pane *pane = m_plot->pane(0);
-    m_cursors->place(Cursor::A, pane->timeAt(100));
-    m_cursors->place(Cursor::B, pane->timeAt(200));
-    const Range before = sight().time;
-    const double to = pane->timeAt(160);
-    drag(pane, {101, 50}, {160, 90}, Qt::LeftButton);
-    QVERIFY(m_cursors->active() == Cursor::A);
-    QVERIFY(qAbs(*m_cursors->at(Cursor::A) - to) < 1);
-    QVERIFY(sight().time == before);
-    drag(pane, {160, 50}, {5000, 90}, Qt::LeftButton);
-    QCOMPARE(*m_cursors->at(Cursor::A), before.to);
-    draw();
-    const QImage image = canvas(pane);
-    QVERIFY(coloured(image, column(pane, qRound64(*m_cursors->at(Cursor::B))),
-                     m_plot->palette().color(QPalette::Text)) > image.height() / 2);
-}
-
-void TestTrendPlot::cursorsAreMovedByKeys()
-{
-    add("a");
-    draw();
-    const double start = kNow - 30000;
-    m_cursors->place(Cursor::B, start);
-    const Range before = sight().time;
-    QTest::keyClick(m_plot.get(), Qt::Key_Right);
-    const double pixel = *m_cursors->at(Cursor::B) - start;
-    QVERIFY(pixel > 0 && pixel < kMinute / 100);
-    QTest::keyClick(m_plot.get(), Qt::Key_Left, Qt::ShiftModifier);
-    QVERIFY(qAbs(*m_cursors->at(Cursor::B) - (start - 9 * pixel)) < 1);
-    QVERIFY(sight().time == before);
-    QTest::keyClick(m_plot.get(), Qt::Key_Escape);
-    QVERIFY(!m_cursors->active());
-    QTest::keyClick(m_plot.get(), Qt::Key_Left);
-    QVERIFY(!(sight().time == before));
-}
-
 void TestTrendPlot::theHighlightedIsInFront()
 {
     add("a");
@@ -587,51 +282,6 @@ void TestTrendPlot::panesComeAndGo()
     QCOMPARE(m_plot->current(), 0);
     QTest::keyClick(m_plot.get(), Qt::Key_PageUp);
     QCOMPARE(m_plot->current(), 0);
-}
-
-void TestTrendPlot::listsCanBeEdited()
-{
-    QAbstractItemModelTester traces(m_traces.get(),
-                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
-    QAbstractItemModelTester markers(m_markers.get(),
-                                     QAbstractItemModelTester::FailureReportingMode::QtTest);
-    add("a");
-    add("bit", 0, Side::Left, true);
-    QCOMPARE(add("a"), -1); // there is one
-    const auto cell = [this](int row, int column) { return m_traces->index(row, column); };
-    QVERIFY(m_traces->setData(cell(0, TraceSet::ScaleSide), 1, Qt::EditRole));
-    QVERIFY(m_traces->at(0).choice.side == Side::Right);
-    QVERIFY(m_traces->setData(cell(0, TraceSet::PaneNumber), 8, Qt::EditRole));
-    QCOMPARE(m_traces->at(0).choice.pane, 7);
-    QVERIFY(!m_traces->setData(cell(0, TraceSet::PaneNumber), 9, Qt::EditRole));
-    QVERIFY(!m_traces->setData(cell(0, TraceSet::ScaleSide), 2, Qt::EditRole));
-    QVERIFY(!m_traces->setData(cell(1, TraceSet::ScaleSide), 1, Qt::EditRole));
-    QVERIFY(!(m_traces->flags(cell(1, TraceSet::PaneNumber)) & Qt::ItemIsEditable));
-    QVERIFY(m_traces->setData(cell(0, TraceSet::Name), Qt::Unchecked, Qt::CheckStateRole));
-    QVERIFY(!m_traces->at(0).choice.isVisible);
-    QCOMPARE(m_traces->data(cell(0, TraceSet::Value), Qt::DisplayRole).toString(),
-             QLatin1String("-"));
-    store(0).append(kNow, 12.3);
-    QCOMPARE(m_traces->data(cell(0, TraceSet::Value), Qt::DisplayRole).toString(),
-             QLatin1String("12.3"));
-    QCOMPARE(traceText(4294967295.0), QLatin1String("4294967295"));
-    QCOMPARE(traceText(double(9.7F)), QLatin1String("9.7"));
-    for (int i = 0; i < 2 * TraceSet::kMostTraces; ++i) {
-        add(qPrintable(QString::number(i)));
-    }
-    QCOMPARE(m_traces->count(), TraceSet::kMostTraces);
-    m_traces->setHighlighted(3);
-    m_traces->removeAt(1);
-    QCOMPARE(m_traces->highlighted(), 2);
-
-    QCOMPARE(m_markers->add({kNow, QLatin1String("second")}), 0);
-    QCOMPARE(m_markers->add({kNow - 1, QLatin1String("first")}), 0);
-    QVERIFY(m_markers->setData(m_markers->index(0, Markers::Note), QString(2000, QLatin1Char('x')),
-                               Qt::EditRole));
-    QCOMPARE(m_markers->all().front().note.size(), int(Markers::kLongestNote));
-    QVERIFY(!m_markers->setData(m_markers->index(0, Markers::Time), 3, Qt::EditRole));
-    m_markers->removeAt(0);
-    QCOMPARE(m_markers->all().front().note, QLatin1String("second"));
 }
 
 QTEST_MAIN(TestTrendPlot)

@@ -1,25 +1,21 @@
-#include "values_fixture.h"
+#include "shown_values.h"
 #include "view/values/table/value_editor.h"
-#include "view/values/values_page.h"
 
 #include "support/rows.h"
 
-#include "view/values/table/values_view.h"
-
 #include <QLabel>
-#include <QLineEdit>
 
 using namespace cnet;
 using namespace cnet::view;
 
 /** Changing values in the table: what is checked while one types, and what writes. */
-class TestValuesEditing : public QObject
+class TestValuesEditing : public QObject, private ShownValues
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init();
-    void cleanup();
+    void cleanup() { close(); }
 
     void writesOnEnter();
     void saysWhatIsWrongWhileOneTypes();
@@ -36,7 +32,6 @@ private Q_SLOTS:
 private:
     static const Given<Qt::Key> kWaysOut[];
 
-    ValuesView *view() const { return m_page->findChild<ValuesView *>(); }
     template <typename Editor>
     Editor *editor() const
     {
@@ -66,26 +61,12 @@ private:
         m_plant->open(intervalMs);
         QTRY_VERIFY_WITH_TIMEOUT(m_plant->isRead(), kPatienceMs);
     }
-
-    std::unique_ptr<ValuesFixture> m_plant;
-    std::unique_ptr<ValuesPage> m_page;
 };
 
 void TestValuesEditing::init()
 {
-    m_plant = std::make_unique<ValuesFixture>();
-    m_page = std::make_unique<ValuesPage>(m_plant->tags());
+    QVERIFY(show());
     m_page->setTags(m_plant->read(kTags));
-    m_page->resize(1000, 500);
-    m_page->show();
-    m_page->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_page.get(), kPatienceMs));
-}
-
-void TestValuesEditing::cleanup()
-{
-    m_page.reset();
-    m_plant.reset();
 }
 
 void TestValuesEditing::writesOnEnter()

@@ -1,15 +1,13 @@
-#include "values_fixture.h"
+#include "shown_values.h"
 #include "view/values/list/group_tree.h"
 #include "view/values/list/mistake_list.h"
-#include "view/values/list/tag_entry.h"
-#include "view/values/table/values_view.h"
-#include "view/values/values_page.h"
 
 #include "support/rows.h"
+#include "view/support/child_called.h"
+#include "view/support/files.h"
 
 #include <QAction>
 #include <QJsonDocument>
-#include <QLineEdit>
 #include <QTemporaryDir>
 #include <QUndoStack>
 
@@ -17,13 +15,13 @@ using namespace cnet;
 using namespace cnet::view;
 
 /** The page of values: its tag files, and what a project keeps of it. */
-class TestValuesFiles : public QObject
+class TestValuesFiles : public QObject, private ShownValues
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { QVERIFY(show()); }
+    void cleanup() { close(); }
 
     void opensAFile();
     void watchesManyInTheNextTurn();
@@ -41,50 +39,16 @@ private Q_SLOTS:
 private:
     static const Given<const char *> kStates[];
 
-    ValuesView *view() const { return m_page->findChild<ValuesView *>(); }
-    TagEntry *entry() const { return m_page->findChild<TagEntry *>(); }
     MistakeList *mistakes() const { return m_page->findChild<MistakeList *>(); }
-    QStringList names() const { return m_plant->names(); }
-    void type(const char *text)
-    {
-        entry()->field().clear();
-        QTest::keyClicks(&entry()->field(), latin(text));
-        QTest::keyClick(&entry()->field(), Qt::Key_Return);
-    }
     QString write(const char *name, const QByteArray &content) const
     {
-        QFile file(m_folder.filePath(latin(name)));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-            qFatal("no file");
-        }
-        return file.fileName();
-    }
-    static QByteArray read(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        const QString path = m_folder.filePath(latin(name));
+        put(path, content);
+        return path;
     }
 
     QTemporaryDir m_folder;
-    std::unique_ptr<ValuesFixture> m_plant;
-    std::unique_ptr<ValuesPage> m_page;
 };
-
-void TestValuesFiles::init()
-{
-    m_plant = std::make_unique<ValuesFixture>();
-    m_page = std::make_unique<ValuesPage>(m_plant->tags());
-    m_page->resize(1000, 500);
-    m_page->show();
-    m_page->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_page.get(), kPatienceMs));
-}
-
-void TestValuesFiles::cleanup()
-{
-    m_page.reset();
-    m_plant.reset();
-}
 
 void TestValuesFiles::opensAFile()
 {
@@ -166,15 +130,15 @@ void TestValuesFiles::savesWhatPeopleWrote()
     const QString path = write("own.csv", content);
     QVERIFY(m_page->openFile(path));
     QVERIFY(m_page->saveFile(path));
-    QCOMPARE(read(path), content);
+    QCOMPARE(bytesOf(path), content);
     type("c=D_W:3");
     QVERIFY(m_page->saveFile(path));
-    QVERIFY(read(path).startsWith("# made by hand\naddress;name;register;#note"));
-    QVERIFY(read(path).contains("1;a;D_W;first\n2;b;D_W;second\n3;c;D_W"));
+    QVERIFY(bytesOf(path).startsWith("# made by hand\naddress;name;register;#note"));
+    QVERIFY(bytesOf(path).contains("1;a;D_W;first\n2;b;D_W;second\n3;c;D_W"));
     // Also where another project saves into it.
     m_page->setTags(m_plant->tags().tags());
     QVERIFY(m_page->saveFile(path));
-    QVERIFY(read(path).startsWith("# made by hand"));
+    QVERIFY(bytesOf(path).startsWith("# made by hand"));
 }
 
 void TestValuesFiles::overwritesNothingOfOthers()
@@ -186,7 +150,7 @@ void TestValuesFiles::overwritesNothingOfOthers()
     QSignalSpy troubled(m_page.get(), &Page::troubled);
     QVERIFY(!m_page->saveFile(path));
     QCOMPARE(troubled.count(), 1);
-    QCOMPARE(read(path), others);
+    QCOMPARE(bytesOf(path), others);
     QVERIFY(m_page->saveFile(m_folder.filePath(latin("mine.csv"))));
 }
 
@@ -208,19 +172,16 @@ void TestValuesFiles::savesIntoTheRightFileAfterUndo()
 {
     const QString first = write("first.csv", "name,register,address\na,D_W,1\n");
     const QString second = write("second.csv", "name,register,address\nb,D_W,2\n");
-    const QByteArray before = read(second);
+    const QByteArray before = bytesOf(second);
     QVERIFY(m_page->openFile(first));
     QVERIFY(m_page->openFile(second));
     m_page->undoStack().undo();
     type("c=D_W:3");
-    const auto actions = m_page->findChildren<QAction *>();
-    for (QAction *const action : actions) {
-        if (action->text() == latin("&Save tags")) {
-            action->trigger();
-        }
-    }
-    QCOMPARE(read(second), before);
-    QVERIFY(read(first).contains("c,D_W,3"));
+    auto *const save = childCalled<QAction>(*m_page, "Save tags");
+    QVERIFY(save != nullptr);
+    save->trigger();
+    QCOMPARE(bytesOf(second), before);
+    QVERIFY(bytesOf(first).contains("c,D_W,3"));
 }
 
 void TestValuesFiles::restoresItself()

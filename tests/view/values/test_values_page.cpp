@@ -1,29 +1,26 @@
-#include "values_fixture.h"
+#include "shown_values.h"
 #include "view/values/list/group_tree.h"
-#include "view/values/list/tag_entry.h"
-#include "view/values/table/values_view.h"
-#include "view/values/values_page.h"
 
 #include "support/rows.h"
+#include "view/support/unnamed_fields.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QCompleter>
-#include <QLineEdit>
 #include <QUndoStack>
 
 using namespace cnet;
 using namespace cnet::view;
 
 /** The page of values: putting tags together, and what one does with them. */
-class TestValuesPage : public QObject
+class TestValuesPage : public QObject, private ShownValues
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { QVERIFY(show()); }
+    void cleanup() { close(); }
     void cleanupTestCase();
 
     void addsWhatIsTyped();
@@ -42,36 +39,7 @@ private Q_SLOTS:
 
 private:
     static const Given<const char *> kWrong[];
-
-    ValuesView *view() const { return m_page->findChild<ValuesView *>(); }
-    TagEntry *entry() const { return m_page->findChild<TagEntry *>(); }
-    QStringList names() const { return m_plant->names(); }
-    void type(const char *text)
-    {
-        entry()->field().clear();
-        QTest::keyClicks(&entry()->field(), latin(text));
-        QTest::keyClick(&entry()->field(), Qt::Key_Return);
-    }
-
-    std::unique_ptr<ValuesFixture> m_plant;
-    std::unique_ptr<ValuesPage> m_page;
 };
-
-void TestValuesPage::init()
-{
-    m_plant = std::make_unique<ValuesFixture>();
-    m_page = std::make_unique<ValuesPage>(m_plant->tags());
-    m_page->resize(1000, 500);
-    m_page->show();
-    m_page->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_page.get(), kPatienceMs));
-}
-
-void TestValuesPage::cleanup()
-{
-    m_page.reset();
-    m_plant.reset();
-}
 
 // The button that clears a field fades, and what fades it goes by itself when it has ended.
 void TestValuesPage::cleanupTestCase()
@@ -252,18 +220,9 @@ void TestValuesPage::choosesGroups()
 
 void TestValuesPage::namesWhatOneCanReach()
 {
-    const auto widgets = m_page->findChildren<QWidget *>();
-    int named = 0;
-    for (const QWidget *const widget : widgets) {
-        const bool isInput = qobject_cast<const QLineEdit *>(widget) != nullptr ||
-                             qobject_cast<const QAbstractItemView *>(widget) != nullptr;
-        const bool isPartOfOther = qobject_cast<const QHeaderView *>(widget) != nullptr;
-        if (isInput && !isPartOfOther) {
-            QVERIFY2(!widget->accessibleName().isEmpty(), widget->metaObject()->className());
-            ++named;
-        }
-    }
-    QVERIFY(named >= 5);
+    int count = 0;
+    QCOMPARE(unnamedFields(*m_page, count), QStringList());
+    QVERIFY(count >= 5);
 }
 
 QTEST_MAIN(TestValuesPage)

@@ -1,21 +1,18 @@
-#include "values_fixture.h"
-#include "view/values/table/values_model.h"
+#include "table_of_values.h"
 
 #include "support/rows.h"
-
-#include <QAbstractItemModelTester>
 
 using namespace cnet;
 using namespace cnet::view;
 
 /** What the table of values writes, and what it says of each write. */
-class TestValuesWriting : public QObject
+class TestValuesWriting : public QObject, private TableOfValues
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void tellsOnlyOfTheRowThatChanged();
     void writesAndReadsBack();
@@ -40,42 +37,8 @@ private:
 
     static const Unsent kUnsent[];
 
-    void openAndRead(int intervalMs = 1, int timeoutMs = 0)
-    {
-        m_plant->open(intervalMs, timeoutMs);
-        QTRY_VERIFY_WITH_TIMEOUT(m_plant->isRead(), kPatienceMs);
-    }
-    bool write(int row, const char *text)
-    {
-        const int column = static_cast<int>(ValueColumn::Value);
-        return m_model->setData(m_model->index(row, column), latin(text), Qt::EditRole);
-    }
-    QString shown(int row, ValueColumn column) const
-    {
-        return m_model->index(row, static_cast<int>(column)).data().toString();
-    }
-    WriteStage stage(int row) const { return m_model->row(row).write.stage; }
     QString note(int row) const { return shown(row, ValueColumn::Write); }
-
-    std::unique_ptr<ValuesFixture> m_plant;
-    std::unique_ptr<ValuesModel> m_model;
-    std::unique_ptr<QAbstractItemModelTester> m_tester;
 };
-
-void TestValuesWriting::init()
-{
-    m_plant = std::make_unique<ValuesFixture>();
-    m_plant->tags().setTags(m_plant->read(kTags));
-    m_model = std::make_unique<ValuesModel>(m_plant->tags());
-    m_tester = std::make_unique<QAbstractItemModelTester>(m_model.get());
-}
-
-void TestValuesWriting::cleanup()
-{
-    m_tester.reset();
-    m_model.reset();
-    m_plant.reset();
-}
 
 void TestValuesWriting::tellsOnlyOfTheRowThatChanged()
 {

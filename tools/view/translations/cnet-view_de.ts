@@ -2332,8 +2332,8 @@ station,register,address,count,value
     <message numerus="yes">
         <source>Write %n words to %1?</source>
         <translation>
-            <numerusform>%n Wort in %1 schreiben?</numerusform>
-            <numerusform>%n Worte in %1 schreiben?</numerusform>
+            <numerusform>%n Wort nach %1 schreiben?</numerusform>
+            <numerusform>%n Wörter nach %1 schreiben?</numerusform>
         </translation>
     </message>
     <message>
