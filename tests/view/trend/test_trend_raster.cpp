@@ -67,6 +67,7 @@ private Q_SLOTS:
     void drawsMoreTracesThanThereAreColours();
     void drawsWithoutThoseThatAreHidden();
     void drawsPixelsOfTheDevice();
+    void isWiderOnFineDevices();
     void drawsOnOtherDevices();
 };
 
@@ -160,6 +161,24 @@ void TestTrendRaster::drawsPixelsOfTheDevice()
     dense.image.setDevicePixelRatio(1);
     QVERIFY(!dense.rows(2 * kWidth - 3).empty());
     QVERIFY(dense.image == large.image);
+}
+
+// One of its pixels would be a hair.
+void TestTrendRaster::isWiderOnFineDevices()
+{
+    TraceStore store;
+    store.append(0, 50);
+    store.append(kWidth, 50);
+    const TraceItem item(store);
+    for (const int fineness : {1, 2}) {
+        Scene scene;
+        scene.image = QImage(fineness * kWidth, fineness * kHeight, QImage::Format_RGB32);
+        scene.image.fill(kGround);
+        scene.image.setDevicePixelRatio(fineness);
+        scene.draw(item);
+        scene.image.setDevicePixelRatio(1);
+        QCOMPARE(int(scene.rows(100).size()), fineness);
+    }
 }
 
 void TestTrendRaster::drawsOnOtherDevices()

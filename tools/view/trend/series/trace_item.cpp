@@ -20,6 +20,8 @@ constexpr int kColumnsToWiden =
     4; // a sample: fewer, and two pixels would hide what is between them
 constexpr int kColumnsToSmooth = 8; // a sample: fewer, and nobody sees it, but it costs ten times
 
+constexpr double kFineDevice = 2; // pixels a point: one of them is a hair
+
 constexpr qint64 kMostPixels = 1 << 26; // far more than there are on a screen
 constexpr int kFewTraces = 4;           // that are drawn as fast by the painter
 
@@ -129,12 +131,14 @@ void TraceItem::draw(QPainter *painter, const QwtScaleMap &xMap, const QwtScaleM
                      const QRectF &canvasRect) const
 {
     painter->save();
+    const bool isFine = painter->deviceTransform().m11() >= kFineDevice;
     const TraceArea area = deviceArea(*painter, xMap, yMap, canvasRect);
     const TraceStrokes strokes = traceStrokes(m_store, m_form, area);
     TracePen pen;
     pen.colour = m_emphasis == Emphasis::Faint ? faded(m_colour, kFaint) : m_colour;
     const qint64 columns = area.pixels.width();
-    if (m_emphasis == Emphasis::Strong && strokes.samples * qint64(kColumnsToWiden) <= columns) {
+    if ((isFine || m_emphasis == Emphasis::Strong) &&
+        strokes.samples * qint64(kColumnsToWiden) <= columns) {
         pen.width = TracePen::Width::Two;
     }
     if (painter->testRenderHint(QPainter::Antialiasing) &&
