@@ -145,6 +145,8 @@ set(CPACK_DEBIAN_VIEW_PACKAGE_NAME cnet-view)
 set(CPACK_DEBIAN_VIEW_PACKAGE_SECTION comm)
 set(CPACK_DEBIAN_VIEW_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_VIEW_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION}-${release})")
+# The words of Qt's own dialogs; those of the window are in the program.
+set(CPACK_DEBIAN_VIEW_PACKAGE_RECOMMENDS qttranslations5-l10n)
 set(CPACK_DEBIAN_VIEW_PACKAGE_SUGGESTS "cnet-tools, ${documents_package}")
 set(CPACK_DEBIAN_VIEW_DESCRIPTION
 "window on MASTER-K controllers, for commissioning
