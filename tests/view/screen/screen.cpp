@@ -80,10 +80,12 @@ bool Screen::type(const QString &text)
     return run("xdotool", {QLatin1String("type"), QLatin1String("--"), text}, output);
 }
 
+// Where keys go. The window that the manager calls active gets them only if it was on the screen
+// already when it was given the keyboard.
 QString Screen::activeTitle()
 {
     QByteArray output;
-    return run("xdotool", words("getactivewindow getwindowname"), output)
+    return run("xdotool", words("getwindowfocus getwindowname"), output)
                ? QString::fromUtf8(output).trimmed()
                : QString();
 }
@@ -105,10 +107,14 @@ bool Screen::activate(qint64 process, const QString &titleEnd)
         return true;
     }
     const QByteArray window = windowOf(process, titleEnd);
+    if (window.isEmpty()) {
+        return false;
+    }
     QByteArray output;
-    return !window.isEmpty() &&
-           run("xdotool", {QLatin1String("windowactivate"), QString::fromLatin1(window)}, output) &&
-           activeTitle().endsWith(titleEnd);
+    for (const char *command : {"windowactivate", "windowfocus"}) {
+        run("xdotool", {QLatin1String(command), QString::fromLatin1(window)}, output);
+    }
+    return activeTitle().endsWith(titleEnd);
 }
 
 QString Screen::titleOf(qint64 process, const QString &titleEnd)
