@@ -31,6 +31,7 @@ private Q_SLOTS:
     void knowsSignsOfLife();
     void endsWithTheSession();
     void isBounded();
+    void handsOverEarlyWhereManyWait();
     void givesUpTheOldestFirst();
     void holdsTheTable();
     void dropsTheOldestOfAPause();
@@ -211,6 +212,22 @@ void TestFrameTrace::isBounded()
     // An exchange goes as a whole.
     QCOMPARE(row(0).request, m_model->log().first());
     QCOMPARE(row(1).request, row(0).request);
+}
+
+void TestFrameTrace::handsOverEarlyWhereManyWait()
+{
+    constexpr int kTurns = 10;
+    QElapsedTimer clock;
+    clock.start();
+    for (int turn = 1; turn <= kTurns; ++turn) {
+        for (int i = 0; i < kMost / 4 + 1; ++i) {
+            exchange(readRequest(), readAnswer());
+        }
+        while (m_model->log().end() < turn * 2 * (kMost / 4 + 1)) {
+            QCoreApplication::processEvents();
+        }
+    }
+    QVERIFY(clock.elapsed() < 500); // a few times a second would have taken twice that
 }
 
 void TestFrameTrace::givesUpTheOldestFirst()

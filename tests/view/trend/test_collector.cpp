@@ -36,6 +36,7 @@ private Q_SLOTS:
     void holdsWhatWasBefore();
     void waitsForTheFirstReading();
     void endsNoGapForWhatWaits();
+    void tellsEachReasonOfAGap();
 
 private:
     struct Writes
@@ -241,6 +242,20 @@ void TestCollector::endsNoGapForWhatWaits()
     QTRY_VERIFY_WITH_TIMEOUT(!told.isEmpty(), kPatienceMs);
     QCOMPARE(quality(), Quality::Waiting);
     QVERIFY(qIsNaN(shown()));
+}
+
+void TestCollector::tellsEachReasonOfAGap()
+{
+    openAndRead(20, 1);
+    draw("oil.speed");
+    cause({plc::FaultKind::Silence});
+    QTRY_COMPARE_WITH_TIMEOUT(quality(), Quality::NoAnswer, kPatienceMs);
+    m_plant->line().close();
+    QVERIFY(m_samples.size() >= 2);
+    QCOMPARE(m_samples.at(m_samples.size() - 2).quality, Quality::NoAnswer);
+    QCOMPARE(m_samples.last().quality, Quality::LineDown);
+    QVERIFY(qIsNaN(m_samples.last().value));
+    QCOMPARE(m_traces->at(0).store->entries(), 2); // in the picture it is one gap
 }
 
 QTEST_MAIN(TestCollector)

@@ -75,7 +75,7 @@ void TestValuesFiles::watchesManyInTheNextTurn()
     // What comes in between is later, and stays.
     QVERIFY(m_page->openFile(path));
     m_page->setTags(m_plant->read(kTags));
-    QCoreApplication::processEvents();
+    QTest::qWait(50);
     QCOMPARE(names().size(), 6);
 }
 

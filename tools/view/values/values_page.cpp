@@ -27,6 +27,7 @@ namespace {
 
 constexpr int kMostValues = 200000;
 constexpr int kTagsAtOnce = 1000; ///< of a file are watched in the turn that reads it
+constexpr int kNextTurnMs = 1;    ///< with 0, events that wait would come after it
 
 } // namespace
 
@@ -180,7 +181,7 @@ bool ValuesPage::openFile(const QString &path)
     if (tags.all().size() <= kTagsAtOnce) {
         watchOpened();
     } else {
-        QTimer::singleShot(0, this, &ValuesPage::watchOpened);
+        QTimer::singleShot(kNextTurnMs, this, &ValuesPage::watchOpened);
     }
     return true;
 }

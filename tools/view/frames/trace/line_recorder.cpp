@@ -12,6 +12,8 @@ namespace cnet::view {
 namespace {
 
 constexpr int kHandOverMs = 100;
+// A line without a wire has more of them in that time than the table should take at once.
+constexpr int kHandOvers = 4; // of a full table
 constexpr double kNsPerMs = 1e6;
 // A conversation has one request and a fence under way; what is left of more was cancelled.
 constexpr int kMostOpen = 4;
@@ -56,7 +58,6 @@ LineRecorder::LineRecorder(Line &line, FrameModel &model, QObject *parent)
     , m_waiting(model.log().end())
 {
     m_timer.setSingleShot(true);
-    m_timer.setInterval(kHandOverMs);
     connect(&m_timer, &QTimer::timeout, this, &LineRecorder::flush);
     connect(&line, &Line::sessionBegan, this, &LineRecorder::begin);
     connect(&line, &Line::sessionEnding, this, &LineRecorder::end);
@@ -123,7 +124,10 @@ void LineRecorder::append(FrameRow row)
         m_waiting.removeOldest(m_waiting.rowsOfOldest(m_model.batch()));
     }
     if (!m_timer.isActive()) {
-        m_timer.start();
+        m_timer.start(kHandOverMs);
+    } else if (!m_paused && m_waiting.exchanges() >= m_model.mostExchanges() / kHandOvers &&
+               m_timer.interval() != 0) {
+        m_timer.start(0);
     }
 }
 

@@ -181,8 +181,10 @@ void Collector::append(int trace, qint64 atMs, double value, Quality quality)
     TraceStore &store = *m_traces.at(trace).store;
     const auto last = store.sample(store.entries() - 1); // a gap where there is none
     const bool isGap = !std::isfinite(value);
-    if (isGap ? last.isGap : !last.isGap && last.value == value) {
-        return; // it holds
+    const bool holds = isGap ? last.isGap && m_traces.at(trace).quality == quality
+                             : !last.isGap && last.value == value;
+    if (holds) {
+        return;
     }
     if (isGap) {
         store.appendGap(atMs);
