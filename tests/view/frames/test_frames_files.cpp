@@ -4,6 +4,8 @@
 #include <support/full_disk.h>
 #include <support/rows.h>
 
+#include <sys/stat.h>
+
 using namespace cnet;
 using namespace cnet::view;
 
@@ -22,6 +24,8 @@ private Q_SLOTS:
     void losesNothingToABrokenFile();
     void opensAsFarAsAFileGoes();
     void choosesALineOfAFile();
+    void saysWhatAPauseLeavesOut();
+    void opensNoPipe();
 };
 
 void TestFramesFiles::savesAndOpens()
@@ -54,6 +58,29 @@ void TestFramesFiles::savesAndOpens()
     QVERIFY(!m_page->captureBar().isVisible());
     QCOMPARE(table().model()->rowCount(), 22);
     QCOMPARE(troubled.count(), 0);
+}
+
+void TestFramesFiles::saysWhatAPauseLeavesOut()
+{
+    QSignalSpy told(m_page.get(), &Page::told);
+    exchanges(3);
+    m_page->recorder().flush();
+    m_page->setPaused(true);
+    exchanges(2);
+    QVERIFY(m_page->saveCapture(path("some.pcapng")));
+    QCOMPARE(
+        told.takeLast().at(0).toString(),
+        QLatin1String("6 frames were saved in some.pcapng. Those that wait since the pause are "
+                      "not among them."));
+}
+
+// Nobody writes to it, and to open it would wait for ever.
+void TestFramesFiles::opensNoPipe()
+{
+    QSignalSpy troubled(m_page.get(), &Page::troubled);
+    QCOMPARE(mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
+    QVERIFY(!m_page->openCapture(path("pipe")));
+    QVERIFY(troubled.at(0).at(0).toString().endsWith(QLatin1String(": it is no file")));
 }
 
 void TestFramesFiles::savesManyInTurns()

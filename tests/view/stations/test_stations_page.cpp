@@ -10,6 +10,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QTableView>
 #include <QTreeWidget>
 
 using namespace cnet;
@@ -24,6 +25,7 @@ private Q_SLOTS:
     void init();
     void cleanup() { m_page.reset(); }
     void showsALiveLine();
+    void keepsEachStationOfALineThatEnded();
     void restsWhileItIsHidden();
     void refusedAddressesAreListed();
     void fieldsHaveNames();
@@ -73,6 +75,35 @@ void TestStationsPage::showsALiveLine()
     QTRY_COMPARE_WITH_TIMEOUT(load->words(), QLatin1String("the line is not open"), kLongMs);
     m_line->open(Connection());
     QCOMPARE(table->rowCount(), 0);
+}
+
+void TestStationsPage::keepsEachStationOfALineThatEnded()
+{
+    auto *table = m_page->findChild<StationTable *>();
+    auto *details = m_page->findChild<StationDetails *>();
+    m_page->show();
+    m_line->open(Connection());
+    m_line->simulator()->find(1)->faults.add(plc::usualFault(plc::FaultKind::Refuse));
+    QString error;
+    m_tags->setTags(TagSet({*m_tags->parse(QLatin1String("1/D_W:110"), error),
+                            *m_tags->parse(QLatin1String("2/D_W:110"), error)}));
+    QTRY_COMPARE_WITH_TIMEOUT(table->rowCount(), 2, kLongMs);
+    QTableView *view = nullptr; // the scan has another one
+    const auto views = m_page->findChildren<QTableView *>();
+    for (QTableView *one : views) {
+        view = one->model() == table ? one : view;
+    }
+    QVERIFY(view != nullptr);
+    const auto refused = details->findChildren<QTreeWidget *>().at(1);
+    view->setCurrentIndex(table->index(0, 0));
+    QTRY_VERIFY_WITH_TIMEOUT(refused->topLevelItemCount() == 1, kLongMs);
+    m_line->close();
+    view->setCurrentIndex(table->index(1, 0));
+    QVERIFY(details->title().startsWith(QLatin1String("Station 2: ")));
+    QCOMPARE(refused->topLevelItemCount(), 0);
+    view->setCurrentIndex(table->index(0, 0));
+    QVERIFY(details->title().startsWith(QLatin1String("Station 1: ")));
+    QCOMPARE(refused->topLevelItemCount(), 1);
 }
 
 void TestStationsPage::restsWhileItIsHidden()

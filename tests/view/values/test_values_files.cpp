@@ -11,6 +11,8 @@
 #include <QTemporaryDir>
 #include <QUndoStack>
 
+#include <sys/stat.h>
+
 using namespace cnet;
 using namespace cnet::view;
 
@@ -28,6 +30,7 @@ private Q_SLOTS:
     void listsMistakes();
     void takesNoMoreThanItCanHold();
     void saysThatAFileIsNotThere();
+    void opensAndReplacesNoPipe();
     void savesWhatPeopleWrote();
     void overwritesNothingOfOthers();
     void namesWhatHasNoName();
@@ -119,6 +122,20 @@ void TestValuesFiles::saysThatAFileIsNotThere()
     QVERIFY(!m_page->saveFile(m_folder.filePath(latin("none/none.csv"))));
     QCOMPARE(troubled.count(), 2);
     QVERIFY(!troubled.at(0).at(1).toString().isEmpty());
+}
+
+// Nobody reads or writes its other end, and to open it would wait for ever.
+void TestValuesFiles::opensAndReplacesNoPipe()
+{
+    QSignalSpy troubled(m_page.get(), &Page::troubled);
+    const QString pipe = m_folder.filePath(latin("pipe"));
+    QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    QVERIFY(!m_page->openFile(pipe));
+    QVERIFY(!m_page->saveFile(pipe));
+    QCOMPARE(troubled.at(0).at(0).toString(),
+             pipe + QLatin1String(" cannot be opened: it is no file"));
+    QCOMPARE(troubled.at(1).at(0).toString(),
+             pipe + QLatin1String(" was not saved: it is no file"));
 }
 
 void TestValuesFiles::savesWhatPeopleWrote()
@@ -241,11 +258,21 @@ void TestValuesFiles::leavesWhatItDoesNotUnderstand()
     m_page->setTags(m_plant->read(kTags));
     const auto state = QJsonDocument::fromJson(currentRow(kStates).given);
     QVERIFY(state.isObject());
+    QSignalSpy troubled(m_page.get(), &Page::troubled);
     m_page->restore(state.object());
-    QCOMPARE(names().size(), 6);
     QVERIFY(view()->columnWidth(1) > 0);
-    const QString tags = state.object().value(QLatin1String("tags")).toString();
-    QCOMPARE(mistakes()->isVisible(), !tags.isEmpty());
+    const QJsonValue tags = state.object().value(QLatin1String("tags"));
+    const bool areRefused = !tags.toString().isEmpty();
+    QCOMPARE(mistakes()->isVisible(), areRefused);
+    // Those of another project are not read from this one's PLC.
+    QCOMPARE(names().size(), areRefused ? 0 : 6);
+    QCOMPARE(troubled.size(), areRefused ? 1 : 0);
+    // The project keeps them until others take their place.
+    if (areRefused) {
+        QCOMPARE(m_page->saved().value(QLatin1String("tags")), tags);
+        m_page->setTags(m_plant->read(kTags));
+    }
+    QVERIFY(m_page->saved().value(QLatin1String("tags")).toString().contains(latin("oil.speed")));
 }
 
 QTEST_MAIN(TestValuesFiles)

@@ -1,5 +1,6 @@
 #include "view/frames/frame_table.h"
 
+#include <QEvent>
 #include <QHeaderView>
 #include <QScopedValueRollback>
 #include <QScrollBar>

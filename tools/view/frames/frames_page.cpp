@@ -172,7 +172,8 @@ void FramesPage::restore(const QJsonObject &state)
         m_filterBar->restore(state.value(filterKey()).toObject());
     }
     QVector<double> widths;
-    for (const QJsonValue &width : state.value(columnsKey()).toArray()) {
+    const QJsonArray columns = state.value(columnsKey()).toArray();
+    for (const auto &width : columns) {
         widths << width.toDouble();
     }
     m_table->setWidths(widths);

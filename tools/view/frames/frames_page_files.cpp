@@ -61,8 +61,12 @@ bool FramesPage::finishSaving(bool isSaved)
     const std::unique_ptr<Saving> saving = std::move(m_saving);
     const QString path = saving->file.fileName();
     if (isSaved) {
-        Q_EMIT told(
-            tr("%n frames were saved in %1.", "", saving->frames).arg(QFileInfo(path).fileName()));
+        QString done =
+            tr("%n frames were saved in %1.", "", saving->frames).arg(QFileInfo(path).fileName());
+        if (isLive() && m_recorder.waiting() > 0) {
+            done += QLatin1Char(' ') + tr("Those that wait since the pause are not among them.");
+        }
+        Q_EMIT told(done);
     } else {
         Q_EMIT troubled(
             tr("The frames were not saved: %1: %2").arg(path, saving->file.errorString()),
@@ -80,7 +84,13 @@ void FramesPage::endSaving()
 
 bool FramesPage::openCapture(const QString &path)
 {
-    Recording recording = readRecordingFile(path);
+    Recording recording;
+    // To open a pipe that nobody writes to would take for ever.
+    if (const QFileInfo info(path); info.exists() && !info.isFile()) {
+        recording.error = tr("it is no file");
+    } else {
+        recording = readRecordingFile(path);
+    }
     if (recording.lines.empty()) {
         Q_EMIT troubled(
             tr("The capture cannot be opened: %1").arg(recording.error),

@@ -29,8 +29,8 @@ QPalette withReadableDisabled(const QPalette &palette)
     for (const Pair pair :
          {Pair{QPalette::WindowText, QPalette::Window},
           Pair{QPalette::ButtonText, QPalette::Button}, Pair{QPalette::Text, QPalette::Base}}) {
-        const QColor text = palette.color(QPalette::Disabled, pair.text);
-        const QColor ground = palette.color(QPalette::Disabled, pair.ground);
+        const QColor &text = palette.color(QPalette::Disabled, pair.text);
+        const QColor &ground = palette.color(QPalette::Disabled, pair.ground);
         if (std::abs(text.lightness() - ground.lightness()) < kLeastDifference) {
             result.setColor(QPalette::Disabled, pair.text,
                             between(palette.color(QPalette::Active, pair.text), ground));

@@ -130,6 +130,7 @@ void StationsPage::begin()
 void StationsPage::end()
 {
     refresh();
+    m_lastBlocks = m_line.session()->statistics().blocks();
     m_model->forgetStates();
     m_since->setText(tr("The line is closed; these are the numbers from before."));
     m_reset->setEnabled(false);
@@ -188,9 +189,10 @@ void StationsPage::showSelected()
     const StationCounters *counters = m_model->countersAt(row);
     if (counters == nullptr) {
         m_details->clear();
-    } else if (m_line.session() != nullptr) {
+    } else {
         m_details->showStation(m_model->stationAt(row), *counters,
-                               m_line.session()->statistics().blocks());
+                               m_line.session() != nullptr ? m_line.session()->statistics().blocks()
+                                                           : m_lastBlocks);
     }
 }
 

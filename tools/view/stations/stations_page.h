@@ -3,6 +3,8 @@
 #include "view/connect/line.h"
 #include "view/look/page.h"
 
+#include "host/statistics/statistics.h"
+
 #include <QTimer>
 
 class QLabel;
@@ -65,6 +67,7 @@ private:
     ScanPanel *m_scanPanel;
     QTabWidget *m_tabs;
     QTimer m_each;
+    BlockBook m_lastBlocks; ///< of the session that has ended
 };
 
 } // namespace cnet::view

@@ -1218,6 +1218,14 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <source>Captures (*.pcapng);;All files (*)</source>
         <translation>Aufzeichnungen (*.pcapng);;Alle Dateien (*)</translation>
     </message>
+    <message>
+        <source>Those that wait since the pause are not among them.</source>
+        <translation>Die seit der Pause wartenden sind nicht dabei.</translation>
+    </message>
+    <message>
+        <source>it is no file</source>
+        <translation>es ist keine Datei</translation>
+    </message>
 </context>
 <context>
     <name>cnet::view::GroupTree</name>
@@ -2895,6 +2903,18 @@ ms</translation>
         <source>Save under another name or in another place.</source>
         <translation>Speichern Sie unter anderem Namen oder an anderer Stelle.</translation>
     </message>
+    <message>
+        <source>%1 cannot be opened: it is no file</source>
+        <translation>%1 kann nicht geöffnet werden: es ist keine Datei</translation>
+    </message>
+    <message>
+        <source>Choose a file with tags.</source>
+        <translation>Wählen Sie eine Datei mit Variablen.</translation>
+    </message>
+    <message>
+        <source>%1 was not saved: it is no file</source>
+        <translation>%1 wurde nicht gespeichert: es ist keine Datei</translation>
+    </message>
 </context>
 <context>
     <name>cnet::view::TagEntry</name>
@@ -3593,8 +3613,12 @@ ms</translation>
         <translation>Variable &amp;hinzufügen</translation>
     </message>
     <message>
-        <source>The tags of the project are wrong, the table is as it was. Mistakes: %1</source>
-        <translation>Die Variablen des Projekts sind falsch, die Tabelle ist unverändert. Fehler: %1</translation>
+        <source>The tags of the project are wrong, so none is shown; the project keeps them. Mistakes: %1</source>
+        <translation>Die Variablen des Projekts sind falsch, deshalb wird keine gezeigt; das Projekt behält sie. Fehler: %1</translation>
+    </message>
+    <message>
+        <source>The page of values lists them.</source>
+        <translation>Die Seite der Werte zählt sie auf.</translation>
     </message>
 </context>
 <context>

@@ -92,6 +92,7 @@ void ValuesPage::wire()
     connect(m_view, &ValuesView::readOnlyTouched, this,
             [this](const QString &name) { Q_EMIT told(tr("%1 can only be read").arg(name)); });
     connect(&m_tags, &WatchedTags::tagsChanged, this, [this] {
+        m_refused = QJsonObject();
         m_groups->setTags(m_tags.tags());
         showCount();
         Q_EMIT changed();
@@ -123,6 +124,7 @@ void ValuesPage::setTags(const TagSet &tags)
     m_list->reset(tags);
     m_entry->setKnown(tags);
     m_mistakes->clear();
+    m_refused = QJsonObject();
 }
 
 void ValuesPage::addTag(const Tag &tag)
@@ -167,8 +169,7 @@ bool ValuesPage::openFile(const QString &path)
     }
     if (!result.isDone) {
         m_mistakes->tell(tr("%1 was not opened, the table is as it was. Mistakes: %2")
-                             .arg(name)
-                             .arg(result.file->mistakes().count()),
+                             .arg(name, QString::number(result.file->mistakes().count())),
                          result.file->mistakes());
         return false;
     }
@@ -193,7 +194,8 @@ void ValuesPage::watchOpened()
         m_list->open(opened->tags, opened->document);
         m_entry->setKnown(opened->tags);
         const QString name = QFileInfo(opened->document.path()).fileName();
-        Q_EMIT told(tr("Tags read from %1: %2").arg(name).arg(opened->tags.all().size()));
+        Q_EMIT told(
+            tr("Tags read from %1: %2").arg(name, QString::number(opened->tags.all().size())));
     }
 }
 
@@ -207,9 +209,10 @@ bool ValuesPage::saveFile(const QString &path)
     }
     const int given = m_list->nameAll();
     const QString name = QFileInfo(path).fileName();
-    const QString done = tr("Tags saved in %1: %2").arg(name).arg(named.size());
-    Q_EMIT told(given == 0 ? done
-                           : tr("%1. Those without a name got one: %2").arg(done).arg(given));
+    const QString done = tr("Tags saved in %1: %2").arg(name, QString::number(named.size()));
+    Q_EMIT told(given == 0
+                    ? done
+                    : tr("%1. Those without a name got one: %2").arg(done, QString::number(given)));
     return true;
 }
 

@@ -78,6 +78,7 @@ private:
     void addTag(const Tag &tag);
     void showCount();
     bool restoreTags(const QJsonObject &state);
+    void refuse(const QJsonObject &state);
     void restoreLook(const QJsonObject &state);
 
     /** Tags of a file that was read. */
@@ -89,6 +90,7 @@ private:
 
     WatchedTags &m_tags;
     std::optional<Opened> m_opened; ///< until they are watched
+    QJsonObject m_refused;          ///< tags of a project that cannot be used; it keeps them
     ValuesModel *m_model;
     ValuesFilter *m_shown;
     TagList *m_list;

@@ -158,6 +158,9 @@ QJsonObject ValuesPage::saved() const
     }
     state.insert(kTags, all.isEmpty() ? QString() : QString::fromUtf8(TagFile::written(named)));
     state.insert(kNameless, nameless);
+    for (auto part = m_refused.begin(); part != m_refused.end(); ++part) {
+        state.insert(part.key(), part.value());
+    }
     QJsonObject columns;
     for (int i = 0; i < kValueColumns; ++i) {
         columns.insert(valueColumnId(static_cast<ValueColumn>(i)), m_view->columnWidth(i));
@@ -194,13 +197,16 @@ bool ValuesPage::restoreTags(const QJsonObject &state)
     }
     const TagFile file = TagFile::parse(text.toUtf8(), m_tags.reading());
     if (!file.isGood()) {
-        m_mistakes->tell(tr("The tags of the project are wrong, the table is as it was. Mistakes: "
-                            "%1")
-                             .arg(file.mistakes().count()),
-                         file.mistakes());
+        refuse(state);
+        const QString what = tr("The tags of the project are wrong, so none is shown; the project "
+                                "keeps them. Mistakes: %1")
+                                 .arg(file.mistakes().count());
+        m_mistakes->tell(what, file.mistakes());
+        Q_EMIT troubled(what, tr("The page of values lists them."));
         return false;
     }
     if (!isRoomFor(file.tags())) {
+        refuse(state);
         return false;
     }
     QSet<QString> nameless;
@@ -222,6 +228,14 @@ bool ValuesPage::restoreTags(const QJsonObject &state)
     }
     setTags(TagSet(tags));
     return true;
+}
+
+// Those of the project before would be read from another PLC, and take the place of these in the
+// file.
+void ValuesPage::refuse(const QJsonObject &state)
+{
+    setTags(TagSet());
+    m_refused = {{kTags, state.value(kTags)}, {kNameless, state.value(kNameless)}};
 }
 
 void ValuesPage::restoreLook(const QJsonObject &state)

@@ -115,7 +115,7 @@ QString FrameModel::meaning(qint64 number) const
     if (row == nullptr) {
         return {};
     }
-    const QString text =
+    QString text =
         row->bytes.isEmpty() ? QString() : frameSummary(m_log.decode(number, Detail::Summary));
     m_meanings.insert(number, new QString(text));
     return text;

@@ -18,6 +18,13 @@ DocumentResult failed(const QString &error, const QString &advice)
     return {false, error, advice, std::nullopt};
 }
 
+// To open a pipe that nobody writes to would take for ever.
+bool isNoFile(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.exists() && !info.isFile();
+}
+
 QString freeName(const Tag &tag, const QSet<QString> &taken)
 {
     Item one = tag.item;
@@ -58,6 +65,10 @@ void TagDocument::take(const QString &path, const QByteArray &content, const Tag
 
 DocumentResult TagDocument::open(const QString &path, const TagReading &reading)
 {
+    if (isNoFile(path)) {
+        return failed(tr("%1 cannot be opened: it is no file").arg(path),
+                      tr("Choose a file with tags."));
+    }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         return failed(tr("%1 cannot be opened: %2").arg(path, file.errorString()),
@@ -79,6 +90,10 @@ DocumentResult TagDocument::open(const QString &path, const TagReading &reading)
 DocumentResult TagDocument::save(const QString &path, const QVector<Tag> &tags,
                                  const TagReading &reading)
 {
+    if (isNoFile(path)) {
+        return failed(tr("%1 was not saved: it is no file").arg(path),
+                      tr("Save under another name or in another place."));
+    }
     std::optional<TagFile> base = m_file;
     if (QFile before(path); before.open(QIODevice::ReadOnly)) {
         const QByteArray content = before.read(kMostBytes);

@@ -89,8 +89,8 @@ void ValueEditor::resizeEvent(QResizeEvent *event)
 ChoiceEditor::ChoiceEditor(QWidget *parent)
     : QComboBox(parent)
 {
-    connect(this, QOverload<int>::of(&QComboBox::activated), this, [this] {
-        if (m_isFromList) {
+    connect(this, QOverload<int>::of(&QComboBox::activated), this, [this](int index) {
+        if (m_isFromList && index != m_before) {
             Q_EMIT taken();
         }
     });
@@ -99,6 +99,7 @@ ChoiceEditor::ChoiceEditor(QWidget *parent)
 void ChoiceEditor::showPopup()
 {
     m_isFromList = true;
+    m_before = currentIndex();
     QComboBox::showPopup();
 }
 

@@ -50,7 +50,7 @@ public:
     void showPopup() override;
 
 Q_SIGNALS:
-    /** One was taken from the open list, which is as good as Enter. */
+    /** Another one was taken from the open list, which is as good as Enter. */
     void taken();
 
 protected:
@@ -59,6 +59,7 @@ protected:
 
 private:
     bool m_isFromList = false;
+    int m_before = -1; ///< what the list opened with: who takes that has not decided for anything
 };
 
 } // namespace cnet::view

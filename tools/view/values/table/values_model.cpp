@@ -33,6 +33,7 @@ ValuesModel::ValuesModel(WatchedTags &tags, QObject *parent)
         }
     });
     connect(&tags, &WatchedTags::stateChanged, this, &ValuesModel::takeIn);
+    connect(&tags.line(), &Line::sessionBegan, this, &ValuesModel::forgetOtherPlc);
     rebuild();
 }
 
@@ -67,7 +68,8 @@ Qt::ItemFlags ValuesModel::flags(const QModelIndex &index) const
 
 bool ValuesModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    if (role != Qt::EditRole || !isRow(index) || !flags(index).testFlag(Qt::ItemIsEditable)) {
+    if (role != Qt::EditRole || !value.isValid() || !isRow(index) ||
+        !flags(index).testFlag(Qt::ItemIsEditable)) {
         return false;
     }
     const QString key = m_rows.at(index.row()).key;
@@ -207,6 +209,22 @@ void ValuesModel::resetExtremes()
         Q_EMIT dataChanged(index(0, static_cast<int>(ValueColumn::Min)),
                            index(rowCount() - 1, static_cast<int>(ValueColumn::Max)));
     }
+}
+
+// What another PLC had, or took, says nothing about this one.
+void ValuesModel::forgetOtherPlc()
+{
+    const Connection &now = m_tags.line().connection();
+    const auto before = std::exchange(m_plc, now);
+    if (!before || (before->text() == now.text() && before->station == now.station)) {
+        return;
+    }
+    for (ValueRow &row : m_rows) {
+        row.least = Scalar();
+        row.greatest = Scalar();
+        row.write = WriteNote();
+    }
+    tellRows(0, rowCount() - 1);
 }
 
 bool ValuesModel::isAnyFresh() const

@@ -97,6 +97,7 @@ private:
     void tellChanges();
     void tellRows(int first, int last);
     void takeNote(const QString &key, const WriteNote &note);
+    void forgetOtherPlc();
     bool isRow(const QModelIndex &index) const;
     QString text(const ValueRow &row, ValueColumn column) const;
     QString toolTip(const ValueRow &row, ValueColumn column) const;
@@ -110,7 +111,8 @@ private:
     QVector<ValueRow> m_rows;
     QVector<int> m_firstRows; ///< of each tag
     QHash<QString, int> m_rowsByKey;
-    QVector<int> m_changed; ///< rows that are to be told of
+    QVector<int> m_changed;          ///< rows that are to be told of
+    std::optional<Connection> m_plc; ///< whose values least, greatest and writes are of
     QTimer m_telling;
     QElapsedTimer m_clock;
     qint64 m_freshAtMs = -kFadeMs; ///< of the youngest change

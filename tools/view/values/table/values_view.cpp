@@ -59,6 +59,7 @@ ValuesView::ValuesView(ValuesModel &model, ValuesFilter &shown, QWidget *parent)
     setEditTriggers(DoubleClicked | EditKeyPressed);
     setDragEnabled(true);
     setDragDropMode(DragOnly);
+    setDragDropOverwriteMode(false); // no drag clears what it took
     setAlternatingRowColors(true);
     setWordWrap(false);
     setTabKeyNavigation(false);

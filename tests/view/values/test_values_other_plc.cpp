@@ -1,0 +1,86 @@
+#include "shown_values.h"
+#include "view/values/table/value_delegate.h"
+#include "view/values/table/value_editor.h"
+
+#include <QAbstractItemView>
+
+using namespace cnet;
+using namespace cnet::view;
+
+/** What one PLC had and took is not shown as another one's, and nothing is written by mistake. */
+class TestValuesOtherPlc : public QObject, private ShownValues
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QVERIFY(show()); }
+    void cleanup() { close(); }
+
+    void forgetsExtremesAndWrites();
+    void writesNothingFromADrag();
+    void theChoiceThereWasIsNone();
+
+private:
+    QString text(const char *name, ValueColumn column) const
+    {
+        const auto &model = *view()->model();
+        for (int row = 0; row < model.rowCount(); ++row) {
+            if (model.index(row, 0).data().toString() == latin(name)) {
+                return model.index(row, static_cast<int>(column)).data().toString();
+            }
+        }
+        return QLatin1String("(no such row)");
+    }
+};
+
+void TestValuesOtherPlc::forgetsExtremesAndWrites()
+{
+    m_page->setTags(m_plant->read("name,register,address,type,access\n"
+                                  "oil.speed,D_W,1000,u16,read-write\n"));
+    m_plant->open();
+    m_plant->setWord(1000, 7);
+    QTRY_COMPARE_WITH_TIMEOUT(text("oil.speed", ValueColumn::Max), QLatin1String("7"), kPatienceMs);
+    auto &model = *view()->model();
+    QVERIFY(
+        model.setData(model.index(0, static_cast<int>(ValueColumn::Value)), QLatin1String("3")));
+    QTRY_VERIFY_WITH_TIMEOUT(text("oil.speed", ValueColumn::Write).startsWith(latin("taken")),
+                             kPatienceMs);
+    const Connection same = m_plant->line().connection();
+    m_plant->line().open(same); // it is the one of before
+    QCOMPARE(text("oil.speed", ValueColumn::Max), QLatin1String("7"));
+    Connection other = same;
+    other.station = 2;
+    m_plant->line().open(other);
+    QCOMPARE(text("oil.speed", ValueColumn::Max), QString());
+    QCOMPARE(text("oil.speed", ValueColumn::Min), QString());
+    QCOMPARE(text("oil.speed", ValueColumn::Write), QString());
+}
+
+void TestValuesOtherPlc::writesNothingFromADrag()
+{
+    m_page->setTags(m_plant->read(kTags));
+    QVERIFY(!view()->dragDropOverwriteMode());
+    auto &model = *view()->model();
+    QVERIFY(!model.setData(model.index(0, static_cast<int>(ValueColumn::Value)), QVariant()));
+    QCOMPARE(text("oil.speed", ValueColumn::Write), QString());
+}
+
+void TestValuesOtherPlc::theChoiceThereWasIsNone()
+{
+    ChoiceEditor editor;
+    editor.addItems({QLatin1String("off"), QLatin1String("slow"), QLatin1String("fast")});
+    editor.setCurrentIndex(1);
+    editor.show();
+    QSignalSpy taken(&editor, &ChoiceEditor::taken);
+    editor.showPopup();
+    QTest::keyClick(editor.view(), Qt::Key_Return);
+    QVERIFY(taken.isEmpty());
+    editor.showPopup();
+    QTest::keyClick(editor.view(), Qt::Key_Down);
+    QTest::keyClick(editor.view(), Qt::Key_Return);
+    QCOMPARE(int(taken.size()), 1);
+    QCOMPARE(editor.currentIndex(), 2);
+}
+
+QTEST_MAIN(TestValuesOtherPlc)
+#include "test_values_other_plc.moc"
