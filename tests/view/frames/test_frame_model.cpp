@@ -26,13 +26,15 @@ private Q_SLOTS:
     void forgetsASearch();
 
 private:
-    /** A full table, in which each thousandth exchange is one of station 2. */
+    /** A full table; of what goes at once, the first exchange and the last are of station 2. */
     void fill()
     {
         m_tester.reset(); // all cells at each change: so many take it minutes
+        const int batch = m_model->batch();
         for (int i = 0; i < FrameModel::kMostExchanges; ++i) {
             const auto address = QByteArray::number(1000 + i % 9000);
-            const char *const station = i % 1000 == 0 ? "02" : "01";
+            const bool isEnd = i % batch == 0 || i % batch == batch - 1;
+            const char *const station = isEnd ? "02" : "01";
             exchange(readRequest(address.constData(), station), readAnswer("00010002", station));
         }
         m_recorder->flush();
@@ -241,7 +243,7 @@ void TestFrameModel::filtersManyInTurns()
     auto tester = std::make_unique<QAbstractItemModelTester>(
         &filter, QAbstractItemModelTester::FailureReportingMode::QtTest);
     const QVector<int> before = rowsOf(filter);
-    QCOMPARE(before.size(), 2 * FrameModel::kMostExchanges / 1000);
+    QCOMPARE(before.size(), 4 * FrameModel::kMostExchanges / m_model->batch());
     filter.setQuery(textQuery("D_W:1007"));
     QVERIFY(filter.isSearching());
     QCOMPARE(rowsOf(filter), before);

@@ -54,6 +54,9 @@ void TestTrendTraces::collectsWhatChanges()
     // Only what changes is a sample.
     QVERIFY(store("speed").size() >= 4 && store("speed").size() <= 5);
     QVERIFY(store("level").size() <= 2);
+    const int size = store("speed").size();
+    m_page->addTraces(names("lamp")); // all are looked at again
+    QCOMPARE(store("speed").size(), size);
 }
 
 void TestTrendTraces::badValuesAreGaps()
