@@ -212,7 +212,7 @@ void Pane::present(const Frame &frame, const PaneScales &scales)
 {
     m_liveMs = frame.liveMs;
     const int labels = canvas()->width() / (2 * timeOverhang());
-    setAxisMaxMajor(xBottom, std::clamp(labels, 1, kMostTimes));
+    setAxisMaxMajor(xBottom, std::clamp(labels, 2, kMostTimes));
     setAxisScale(xBottom, frame.time.from, frame.time.to);
     if (m_kind == PaneKind::Values) {
         for (const Side side : {Side::Left, Side::Right}) {
