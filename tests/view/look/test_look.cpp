@@ -1,3 +1,4 @@
+#include "view/look/fixed_font.h"
 #include "view/look/message_bar.h"
 #include "view/look/quality_look.h"
 #include "view/look/readable_palette.h"
@@ -66,6 +67,7 @@ private Q_SLOTS:
     void tellsQualitiesApart();
     void signsAreSeenInChosenRows();
     void wrapsWhatHasNoRoom();
+    void fixedLettersAreAsLarge();
     void saysAndGoes();
     void asks();
 };
@@ -166,6 +168,15 @@ void TestLook::wrapsWhatHasNoRoom()
     }
 }
 
+void TestLook::fixedLettersAreAsLarge()
+{
+    QFont large;
+    large.setPointSize(23);
+    QCOMPARE(fixedFont(large).pointSize(), 23);
+    large.setPixelSize(40);
+    QCOMPARE(QFontInfo(fixedFont(large)).pixelSize(), 40);
+}
+
 void TestLook::saysAndGoes()
 {
     QWidget window;
@@ -198,11 +209,13 @@ void TestLook::asks()
     QCOMPARE(answered, QLatin1String("No"));
     QVERIFY(!bar.isVisible());
     QVERIFY(bar.buttons().isEmpty());
-    // Another message takes the question away, unanswered.
+    // A question waits below another message.
     bar.ask(QLatin1String("Save it?"), {answer("Yes")});
-    bar.tell(QLatin1String("Gone."));
-    QVERIFY(bar.buttons().isEmpty());
+    bar.tell(QLatin1String("The line is lost."));
+    QCOMPARE(bar.text(), QLatin1String("The line is lost.\n\nSave it?"));
     QCOMPARE(answered, QLatin1String("No"));
+    QTest::mouseClick(bar.buttons().first(), Qt::LeftButton);
+    QCOMPARE(answered, QLatin1String("Yes"));
 }
 
 QTEST_MAIN(TestLook)

@@ -24,6 +24,7 @@ private Q_SLOTS:
     void bitsHaveLanes();
     void theHighlightedIsInFront();
     void panesComeAndGo();
+    void labelsHaveTheFontOfTheRest();
 };
 
 void TestTrendPlot::cutsAndKeepsItsSight()
@@ -282,6 +283,27 @@ void TestTrendPlot::panesComeAndGo()
     QCOMPARE(m_plot->current(), 0);
     QTest::keyClick(m_plot.get(), Qt::Key_PageUp);
     QCOMPARE(m_plot->current(), 0);
+}
+
+void TestTrendPlot::labelsHaveTheFontOfTheRest()
+{
+    add("a");
+    draw();
+    const Pane *pane = m_plot->pane(0);
+    const auto times = [pane] {
+        return int(pane->axisScaleDiv(QwtPlot::xBottom).ticks(QwtScaleDiv::MajorTick).size());
+    };
+    const int before = times();
+    QFont large = m_plot->font();
+    large.setPointSize(2 * large.pointSize());
+    m_plot->setFont(large);
+    draw();
+    for (const int axis : {int(QwtPlot::xBottom), int(QwtPlot::yLeft), int(QwtPlot::yRight)}) {
+        QCOMPARE(pane->axisFont(axis).pointSize(), large.pointSize());
+    }
+    // Each has room.
+    QVERIFY2(times() > 0 && times() < before,
+             qPrintable(QString::fromLatin1("%1, %2 before").arg(times()).arg(before)));
 }
 
 QTEST_MAIN(TestTrendPlot)

@@ -1,9 +1,9 @@
 #include "view/recipes/mistakes_view.h"
 
 #include "view/look/colours.h"
+#include "view/look/fixed_font.h"
 #include "view/look/quality_look.h"
 
-#include <QFontDatabase>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -50,7 +50,7 @@ MistakesView::MistakesView(QWidget *parent)
     m_text->setReadOnly(true);
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
-    m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    m_text->setFont(fixedFont(font()));
     m_text->setAccessibleName(tr("The file, with its mistakes marked"));
     m_text->setTabChangesFocus(true);
     connect(m_list, &QTreeWidget::currentItemChanged, this,

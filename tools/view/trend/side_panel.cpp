@@ -94,6 +94,7 @@ SidePanel::SidePanel(TraceSet &traces, Markers &markers, QWidget *parent)
     m_traceList->setItemDelegateForColumn(TraceSet::PaneNumber, places);
     m_traceList->horizontalHeader()->setSectionResizeMode(TraceSet::Name, QHeaderView::Stretch);
     m_traceList->setPalette(withVisibleBoxes(m_traceList->palette()));
+    m_traceList->setShowGrid(false);              // it would be as bright as the boxes
     m_traceList->setWordWrap(false);              // names have no words
     m_traceList->setTextElideMode(Qt::ElideLeft); // the end of a name tells it from others
     m_noteList->setColumnWidth(Markers::Time, 15 * fontMetrics().averageCharWidth());

@@ -1,10 +1,10 @@
 #include "view/frames/detail/byte_view.h"
 
 #include "view/look/colours.h"
+#include "view/look/fixed_font.h"
 
 #include "host/wire/frame_words.h"
 
-#include <QFontDatabase>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -79,10 +79,7 @@ int ByteView::scrolled() const
 
 void ByteView::layOut()
 {
-    m_fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    if (font().pointSizeF() > 0) {
-        m_fixed.setPointSizeF(font().pointSizeF());
-    }
+    m_fixed = fixedFont(font());
     const QFontMetrics metrics(m_fixed);
     m_lineHeight = std::max(metrics.height(), fontMetrics().height());
     m_pad = std::max(2, m_lineHeight / 5);

@@ -9,6 +9,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 namespace cnet::view {
 
@@ -31,7 +32,8 @@ struct Flag
 void drawFlag(QPainter *painter, const QRectF &canvasRect, const Flag &flag)
 {
     painter->setPen(QPen(flag.colour, flag.width, flag.line));
-    painter->drawLine(QPointF(flag.x, canvasRect.top()), QPointF(flag.x, canvasRect.bottom()));
+    const double x = std::round(flag.x); // where traces have their columns
+    painter->drawLine(QPointF(x, canvasRect.top()), QPointF(x, canvasRect.bottom()));
     if (flag.word.isEmpty()) {
         return;
     }

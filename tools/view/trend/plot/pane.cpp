@@ -23,6 +23,7 @@ namespace {
 
 constexpr double kMargin = 0.04; ///< of what an automatic scale shows, above and below
 constexpr int kMostSteps = 8;
+constexpr int kMostTimes = 8;     // that are written
 constexpr double kLeastLines = 6; ///< of text, as high as a pane is at least
 constexpr double kLeastLaneLines = 3;
 constexpr int kLeastWidth = 15;      ///< of a pane, in heights of a line
@@ -95,6 +96,7 @@ Pane::Pane(PaneKind kind, const Cursors &cursors, const Markers &markers, QWidge
     m_grid->attach(this);
     (new MarksItem(cursors, markers))->attach(this);
     colour();
+    useFont();
     setTraces({});
 }
 
@@ -209,6 +211,8 @@ std::optional<Range> Pane::fitted(Side side, const Frame &frame) const
 void Pane::present(const Frame &frame, const PaneScales &scales)
 {
     m_liveMs = frame.liveMs;
+    const int labels = canvas()->width() / (2 * timeOverhang());
+    setAxisMaxMajor(xBottom, std::clamp(labels, 2, kMostTimes));
     setAxisScale(xBottom, frame.time.from, frame.time.to);
     if (m_kind == PaneKind::Values) {
         for (const Side side : {Side::Left, Side::Right}) {
@@ -292,11 +296,24 @@ void Pane::colour()
     canvas()->setPalette(frame);
 }
 
+// The labels have a size of their own otherwise, which somebody with a large font cannot read.
+void Pane::useFont()
+{
+    for (const auto axis : {xBottom, yLeft, yRight}) {
+        setAxisFont(axis, font());
+    }
+    nameScale(Side::Left);
+    nameScale(Side::Right);
+}
+
 void Pane::changeEvent(QEvent *event)
 {
     QwtPlot::changeEvent(event);
     if (event->type() == QEvent::PaletteChange) {
         colour();
+    }
+    if (event->type() == QEvent::FontChange) {
+        useFont();
     }
 }
 

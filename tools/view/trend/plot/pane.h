@@ -90,6 +90,7 @@ private:
     class LiveTrace;
 
     void colour();
+    void useFont();
     void nameScale(Side side);
     void layLanes();
 
