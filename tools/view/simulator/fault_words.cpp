@@ -23,7 +23,7 @@ int baseOf(plc::FaultKind kind)
 
 QString valueText(const plc::Fault &fault)
 {
-    const QString low = QString::number(fault.low, baseOf(fault.kind)).toUpper();
+    QString low = QString::number(fault.low, baseOf(fault.kind)).toUpper();
     if (fault.high == fault.low) {
         return low;
     }
@@ -117,7 +117,7 @@ FaultWords faultWords(plc::FaultKind kind)
 QString faultLimits(plc::FaultKind kind)
 {
     const plc::FaultKindText &text = textOf(kind);
-    const QString low = QString::number(text.lowest, baseOf(kind)).toUpper();
+    QString low = QString::number(text.lowest, baseOf(kind)).toUpper();
     const QString high = QString::number(text.highest, baseOf(kind)).toUpper();
     return text.range ? Words::tr("%1 to %2, or a range as LOW..HIGH").arg(low, high)
                       : Words::tr("%1 to %2").arg(low, high);

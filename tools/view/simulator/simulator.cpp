@@ -135,7 +135,7 @@ QString Simulator::set(int station, const QString &text)
 
 QString Simulator::move(int station, plc::MotionKind kind, const QString &text)
 {
-    const QString error = applied<plc::MotionSetting>(station, plc::parseMotion(kind, text));
+    QString error = applied<plc::MotionSetting>(station, plc::parseMotion(kind, text));
     if (error.isEmpty()) {
         Q_EMIT actionsChanged();
     }
@@ -144,7 +144,7 @@ QString Simulator::move(int station, plc::MotionKind kind, const QString &text)
 
 QString Simulator::cause(int station, const QString &text)
 {
-    const QString error = applied<plc::FaultSetting>(station, plc::parseFault(text));
+    QString error = applied<plc::FaultSetting>(station, plc::parseFault(text));
     if (error.isEmpty()) {
         Q_EMIT actionsChanged();
     }

@@ -90,7 +90,7 @@ private:
     };
 
     Kept kept() const;
-    void apply(const Kept &kept);
+    void apply(const Kept &again);
     template <typename Setting>
     QString applied(int station, const plc::Parsed<Setting> &parsed);
 

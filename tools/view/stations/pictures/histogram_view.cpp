@@ -163,7 +163,8 @@ void HistogramView::drawAxis(QPainter &painter, const QRectF &area, const TimeSp
     const QFontMetrics metrics = fontMetrics();
     const double tick = metrics.height() / 4.0;
     double freeFrom = 0;
-    for (double ms = span.fromMs; ms <= span.toMs * 1.01; ms = niceAbove(ms * 1.01)) {
+    double ms = span.fromMs;
+    while (ms <= span.toMs * 1.01) {
         const double x = area.left() + area.width() * shareOf(ms, span);
         painter.drawLine(QPointF(x, area.bottom()), QPointF(x, area.bottom() + tick));
         const QString text = tr("%1 ms").arg(QLocale().toString(ms, 'g', 3));
@@ -172,6 +173,7 @@ void HistogramView::drawAxis(QPainter &painter, const QRectF &area, const TimeSp
             painter.drawText(QPointF(x - width / 2, area.bottom() + tick + metrics.ascent()), text);
             freeFrom = x + width / 2 + metrics.averageCharWidth();
         }
+        ms = niceAbove(ms * 1.01);
     }
 }
 

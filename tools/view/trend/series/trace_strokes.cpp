@@ -126,6 +126,7 @@ private:
         if (!(y < m_bottom + 1)) { // what a logarithm has no place for is below all, too
             return m_bottom + 1;
         }
+        // NOLINTNEXTLINE(bugprone-incorrect-roundings): it is above 0, and lround() takes longer
         return y <= m_top - 1 ? m_top - 1 : m_top - 2 + static_cast<int>(y - (m_top - 2) + 0.5);
     }
 
