@@ -7,6 +7,7 @@
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QSplitter>
 #include <QTableView>
 
 using namespace cnet;
@@ -25,6 +26,7 @@ private Q_SLOTS:
     void reachesAllByKeys();
     void notesAreEditedInPlace();
     void savesAndRestores();
+    void keepsHeightsAndCursors();
     void restoresAnything();
     void fitsASmallWindow();
     void everyFieldHasAName();
@@ -182,6 +184,50 @@ void TestTrendPage::savesAndRestores()
     QVERIFY(other.traces().at(2).kind.isBit);
     QCOMPARE(other.view().sight().time.length(), 30000.0);
     QCOMPARE(other.recordBound(), 7);
+}
+
+void TestTrendPage::keepsHeightsAndCursors()
+{
+    m_page->addTraces(names("speed level"));
+    m_page->view().setPanes(2);
+    QCoreApplication::processEvents();
+    const QJsonObject old = m_page->saved();
+    QSignalSpy changed(m_page.get(), &Page::changed);
+    const auto *splitter = qobject_cast<QSplitter *>(m_page->plot().pane(1)->parentWidget());
+    QSplitterHandle *handle = splitter->handle(1);
+    const QPoint to = handle->rect().center() + QPoint(0, 60);
+    QTest::mousePress(handle, Qt::LeftButton);
+    QMouseEvent move(QEvent::MouseMove, to, handle->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(handle, &move);
+    QTest::mouseRelease(handle, Qt::LeftButton);
+    QVERIFY(changed.count() > 0);
+    const auto part = [](TrendPage &page) {
+        const double both = page.plot().pane(0)->height() + page.plot().pane(1)->height();
+        return page.plot().pane(0)->height() / both;
+    };
+    QVERIFY(part(*m_page) > 0.55);
+    m_page->cursors().place(Cursor::B, 1700000000000.0);
+    const QJsonObject state = m_page->saved();
+
+    TrendPage other(tags());
+    other.resize(800, 1000);
+    other.restore(QJsonDocument::fromJson(QJsonDocument(state).toJson()).object());
+    QCOMPARE(other.saved(), state);
+    other.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&other));
+    QVERIFY(qAbs(part(other) - part(*m_page)) < 0.05);
+    QVERIFY(!other.cursors().isShown(Cursor::A));
+    QCOMPARE(*other.cursors().at(Cursor::B), 1700000000000.0);
+    // One of before them has neither.
+    QJsonObject before = old;
+    before.remove(QLatin1String("heights"));
+    before.remove(QLatin1String("cursors"));
+    other.restore(before);
+    QCoreApplication::processEvents();
+    QCOMPARE(other.saved(), old);
+    QVERIFY(qAbs(part(other) - 0.5) < 0.05);
+    QVERIFY(!other.cursors().isShown(Cursor::B));
 }
 
 void TestTrendPage::restoresAnything()

@@ -21,6 +21,8 @@ const Case<const char *, int> kStates[] = {
     {"no traces",
      R"({"traces": [1, null, {}, {"name": ""}, {"name": 7}, {"name": "a", "pane": -9, "colour": -1}]})",
      1},
+    {"no heights and cursors",
+     R"({"heights": [0.5, "x", 7, -1], "cursors": {"a": -1, "b": "now"}})", 0},
     {"no numbers", R"({"panes": [{"left": {"from": 5, "to": 1}, "right": {"from": "a"}}, 3, []],
                       "notes": [{"atMs": -1}, {"atMs": 1e300}, 3], "seconds": -7})",
      0},
@@ -83,6 +85,8 @@ void TestTrendState::takesAnyState()
     const TrendState state = trendState(document.object());
     QCOMPARE(int(state.traces.size()), row.expected);
     QCOMPARE(int(state.markers.size()), 0);
+    QVERIFY(state.parts.empty());
+    QVERIFY(!state.cursors[0] && !state.cursors[1]);
     for (const auto &scales : state.sight.panes) {
         QVERIFY(scales.left.scaling == Scaling::Auto);
         QVERIFY(scales.right.scaling == Scaling::Auto);

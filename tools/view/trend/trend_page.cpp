@@ -61,6 +61,8 @@ TrendPage::TrendPage(WatchedTags &tags, QWidget *parent)
     connect(&m_traces, &TraceSet::rearranged, this, &TrendPage::tellChanged);
     connect(&m_view, &TrendView::changed, this, &TrendPage::tellChanged);
     connect(&m_markers, &Markers::changed, this, &TrendPage::tellChanged);
+    connect(&m_cursors, &Cursors::changed, this, &TrendPage::tellChanged);
+    connect(m_plot, &TrendPlot::partsChanged, this, &TrendPage::tellChanged);
     connect(&m_timer, &QTimer::timeout, this, &TrendPage::refresh);
     m_timer.start(kTickMs);
     showState();
@@ -221,6 +223,8 @@ QJsonObject TrendPage::saved() const
     }
     state.markers = m_markers.all();
     state.sight = m_view.sight();
+    state.parts = m_plot->parts();
+    state.cursors = {m_cursors.at(Cursor::A), m_cursors.at(Cursor::B)};
     QJsonObject object = trendJson(state);
     object.insert(kBound, recordBound());
     return object;
@@ -243,6 +247,13 @@ void TrendPage::restore(const QJsonObject &object)
     for (const Marker &marker : state.markers) {
         m_markers.add(marker);
     }
+    m_plot->setParts(state.parts);
+    for (const Cursor cursor : {Cursor::A, Cursor::B}) {
+        if (const auto atMs = state.cursors.at(cursor == Cursor::A ? 0 : 1)) {
+            m_cursors.place(cursor, *atMs);
+        }
+    }
+    m_cursors.setActive(std::nullopt);
     setRecordBound(object.value(kBound).toInt(kUsualBound));
     m_isRestoring = false;
 }

@@ -33,7 +33,7 @@ public:
 
     QString title() const override { return tr("&Trend"); }
     QJsonObject saved() const override;
-    void restore(const QJsonObject &state) override;
+    void restore(const QJsonObject &object) override;
 
     TraceSet &traces() { return m_traces; }
     TrendView &view() { return m_view; }

@@ -26,6 +26,9 @@ const QLatin1String kTo("to");
 const QLatin1String kFollowing("following");
 const QLatin1String kSeconds("seconds");
 const QLatin1String kAuto("automatic");
+const QLatin1String kHeights("heights");
+const QLatin1String kCursors("cursors");
+const std::array<QLatin1String, 2> kCursorNames{QLatin1String("a"), QLatin1String("b")};
 
 constexpr double kMsPerSecond = 1000;
 constexpr double kLongestSeconds = 1e9;
@@ -76,17 +79,36 @@ std::vector<TraceChoice> tracesOf(const QJsonArray &array)
     return traces;
 }
 
+bool isTime(const QJsonValue &value)
+{
+    return value.toDouble(-1) >= 0 && value.toDouble() <= kLatestMs;
+}
+
 std::vector<Marker> markersOf(const QJsonArray &array)
 {
     std::vector<Marker> markers;
     for (const QJsonValue &value : array) {
         const QJsonObject object = value.toObject();
-        const double atMs = object.value(kAt).toDouble(-1);
-        if (atMs >= 0 && atMs <= kLatestMs) {
+        if (isTime(object.value(kAt))) {
+            const double atMs = object.value(kAt).toDouble();
             markers.push_back({std::llround(atMs), object.value(kNote).toString()});
         }
     }
     return markers;
+}
+
+/** Nothing where any of them is no part. */
+std::vector<double> partsOf(const QJsonArray &array)
+{
+    std::vector<double> parts;
+    for (const QJsonValue &value : array) {
+        const double part = value.toDouble(-1);
+        if (part < 0 || part > 1) {
+            return {};
+        }
+        parts.push_back(part);
+    }
+    return parts;
 }
 
 } // namespace
@@ -106,9 +128,21 @@ QJsonObject trendJson(const TrendState &state)
         panes.append(
             QJsonObject{{kLeft, scaleJson(scales.left)}, {kRight, scaleJson(scales.right)}});
     }
+    QJsonArray heights;
+    for (const double part : state.parts) {
+        heights.append(part);
+    }
+    QJsonObject cursors;
+    for (size_t i = 0; i < kCursorNames.size(); ++i) {
+        if (state.cursors[i]) {
+            cursors.insert(kCursorNames[i], *state.cursors[i]);
+        }
+    }
     return {{kTraces, traces},
             {kMarkers, markers},
             {kPanes, panes},
+            {kHeights, heights},
+            {kCursors, cursors},
             {kFollowing, state.sight.follow == Follow::Yes},
             {kSeconds, state.sight.time.length() / kMsPerSecond}};
 }
@@ -122,6 +156,14 @@ TrendState trendState(const QJsonObject &object)
     for (const QJsonValue &pane : panes) {
         const QJsonObject scales = pane.toObject();
         state.sight.panes.push_back({scaleOf(scales.value(kLeft)), scaleOf(scales.value(kRight))});
+    }
+    state.parts = partsOf(object.value(kHeights).toArray());
+    const QJsonObject cursors = object.value(kCursors).toObject();
+    for (size_t i = 0; i < kCursorNames.size(); ++i) {
+        const QJsonValue atMs = cursors.value(kCursorNames[i]);
+        if (isTime(atMs)) {
+            state.cursors[i] = atMs.toDouble();
+        }
     }
     state.sight.follow = object.value(kFollowing).toBool(true) ? Follow::Yes : Follow::No;
     const double seconds = object.value(kSeconds).toDouble(60);

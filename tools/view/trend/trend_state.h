@@ -5,6 +5,10 @@
 
 #include <QJsonObject>
 
+#include <array>
+#include <optional>
+#include <vector>
+
 namespace cnet::view {
 
 /** What of a trend a project keeps. */
@@ -12,7 +16,9 @@ struct TrendState
 {
     std::vector<TraceChoice> traces;
     std::vector<Marker> markers;
-    Sight sight; ///< of the time its length counts
+    Sight sight;                                  ///< of the time its length counts
+    std::vector<double> parts;                    ///< see TrendPlot::parts()
+    std::array<std::optional<double>, 2> cursors; ///< A and B; see Cursors::at()
 };
 
 QJsonObject trendJson(const TrendState &state);

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 namespace cnet::view {
 
@@ -17,6 +18,7 @@ namespace {
 
 constexpr double kLaneLines = 1.5; ///< height of a lane, in lines of text
 constexpr int kNearPixels = 8;     ///< of a double click
+constexpr double kFineness = 1000; ///< of parts of the height
 
 } // namespace
 
@@ -41,6 +43,7 @@ TrendPlot::TrendPlot(TraceSet &traces, TrendView &view, Cursors &cursors, Marker
     connect(&cursors, &Cursors::changed, this, &TrendPlot::touch);
     connect(&markers, &Markers::changed, this, &TrendPlot::touch);
     connect(&traces, &TraceSet::rearranged, this, &TrendPlot::arrange);
+    connect(m_splitter, &QSplitter::splitterMoved, this, &TrendPlot::takeParts);
     makePanes();
 }
 
@@ -138,6 +141,7 @@ void TrendPlot::distribute()
     }
     heights.append(lanes);
     m_splitter->setSizes(heights);
+    m_parts.clear();
 }
 
 void TrendPlot::refresh(qint64 nowMs)
@@ -255,16 +259,29 @@ std::vector<Pane *> TrendPlot::shown() const
     return seen;
 }
 
-QList<int> TrendPlot::heights() const
+void TrendPlot::takeParts()
 {
-    return m_splitter->sizes();
+    const QList<int> heights = m_splitter->sizes();
+    const int all = std::accumulate(heights.cbegin(), heights.cend(), 0);
+    m_parts.clear();
+    for (const int height : heights) {
+        m_parts.push_back(std::round(kFineness * height / std::max(all, 1)) / kFineness);
+    }
+    Q_EMIT partsChanged();
 }
 
-void TrendPlot::setHeights(const QList<int> &heights)
+void TrendPlot::setParts(const std::vector<double> &parts)
 {
-    if (heights.size() == m_splitter->count()) {
-        m_splitter->setSizes(heights);
+    if (static_cast<int>(parts.size()) != m_splitter->count()) {
+        return;
     }
+    m_parts = parts;
+    const double all = std::max(m_splitter->height(), static_cast<int>(kFineness));
+    QList<int> heights;
+    for (const double part : parts) {
+        heights.append(static_cast<int>(std::lround(part * all)));
+    }
+    m_splitter->setSizes(heights);
 }
 
 double TrendPlot::noteTime() const

@@ -4,7 +4,6 @@
 #include "view/trend/plot/pane_mouse.h"
 #include "view/trend/traces/trace_set.h"
 
-#include <QList>
 #include <QWidget>
 
 #include <optional>
@@ -56,9 +55,11 @@ public:
     /** From the top, those that are seen. */
     std::vector<Pane *> shown() const;
 
-    QList<int> heights() const;
-    /** Those of another number of panes are ignored. */
-    void setHeights(const QList<int> &heights);
+    /** What people gave each pane of the height, from the top, the lanes last; empty: nothing, and
+     * all are as high as they are by themselves. */
+    const std::vector<double> &parts() const { return m_parts; }
+    /** @param parts from 0 to 1; those of another number of panes are ignored */
+    void setParts(const std::vector<double> &parts);
 
     /** Where a note belongs: where the menu was asked for, at the active cursor, else now or in
      * the middle. */
@@ -67,6 +68,8 @@ public:
 Q_SIGNALS:
     /** current() may be another one. */
     void currentChanged();
+    /** parts() are others, by hand. */
+    void partsChanged();
     /** A double click at a time, and what is so near to it that it is meant. */
     void timeChosen(double atMs, double nearMs);
 
@@ -82,6 +85,7 @@ private:
     void makePanes();
     void arrange();
     void distribute();
+    void takeParts();
     void align();
     void moveSideways(int direction, Qt::KeyboardModifiers modifiers);
 
@@ -91,6 +95,7 @@ private:
     Markers &m_markers;
     QMenu *m_menu = nullptr;
     QSplitter *m_splitter;
+    std::vector<double> m_parts;
     std::vector<Pane *> m_panes; ///< the splitter's
     Pane *m_lanes = nullptr;     ///< likewise; hidden where there are no bits
     std::vector<PaneMouse *> m_mice;
