@@ -1,4 +1,5 @@
 #include "recipes_bench.h"
+#include "view/support/local_port.h"
 
 #include "host/wire/frame_words.h"
 
@@ -202,12 +203,7 @@ private Q_SLOTS:
                 socket->abort();
             });
         });
-        Connection connection;
-        connection.kind = Connection::Kind::Tcp;
-        connection.address.kind = LinkAddress::Kind::Tcp;
-        connection.address.host = QLatin1String("127.0.0.1");
-        connection.address.port = server.serverPort();
-        bench.line.open(connection);
+        bench.line.open(connectionTo(server.serverPort()));
         QTRY_VERIFY_WITH_TIMEOUT(bench.line.isOpen(), 60000);
         QVERIFY(bench.page.openFile(kBracket));
         QVERIFY(bench.run(Kind::Write));
@@ -295,12 +291,7 @@ private Q_SLOTS:
         QVERIFY(!bench.at(0, RecipeModel::kPlc).isEmpty());
         QVERIFY(bench.connectTo());
         QVERIFY(!bench.at(0, RecipeModel::kPlc).isEmpty());
-        Connection other;
-        other.kind = Connection::Kind::Tcp;
-        other.address.kind = LinkAddress::Kind::Tcp;
-        other.address.host = QLatin1String("127.0.0.1");
-        other.address.port = 1;
-        bench.line.open(other);
+        bench.line.open(connectionTo(1));
         QVERIFY(bench.at(0, RecipeModel::kPlc).isEmpty());
     }
 };

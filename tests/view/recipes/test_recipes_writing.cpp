@@ -1,4 +1,5 @@
 #include "recipes_bench.h"
+#include "view/support/local_port.h"
 
 #include <QLineEdit>
 #include <QTcpServer>
@@ -59,11 +60,7 @@ private Q_SLOTS:
         QVERIFY(bench.connectTo());
         QVERIFY(bench.page.openFile(kCover));
         bench.action("Write to PLC")->trigger();
-        Connection connection;
-        connection.kind = Connection::Kind::Tcp;
-        connection.address.kind = LinkAddress::Kind::Tcp;
-        connection.address.host = QLatin1String("127.0.0.1");
-        connection.address.port = other.serverPort();
+        const Connection connection = connectionTo(other.serverPort());
         bench.line.open(connection);
         QTRY_VERIFY_WITH_TIMEOUT(bench.line.isOpen(), 60000);
         bench.answer("Yes, write")->click();

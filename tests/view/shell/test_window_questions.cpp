@@ -1,4 +1,6 @@
 #include "view/shell/windows.h"
+#include "view/support/child_called.h"
+#include "view/support/files.h"
 
 #include <QAction>
 #include <QDrag>
@@ -23,28 +25,6 @@ Start nothing()
     Start start;
     start.isDemo = false;
     return start;
-}
-
-QAction *actionIn(const QWidget &widget, const QString &text)
-{
-    for (QAction *action : widget.findChildren<QAction *>()) {
-        if (action->text().remove(QLatin1Char('&')) == text) {
-            return action;
-        }
-    }
-    return nullptr;
-}
-
-bool store(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
-QByteArray stored(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace
@@ -122,8 +102,8 @@ void TestWindowQuestions::asksBeforeARecentProject()
     QVERIFY(window.document().isChanged());
     const QByteArray before = toBytes(window.document().project());
     m_recent->addProject(path("press.cnet-view"));
-    Q_EMIT actionIn(*window.menuBar(), QLatin1String("Open recent"))->menu()->aboutToShow();
-    QAction *recent = actionIn(*window.menuBar(), QLatin1String("press.cnet-view"));
+    Q_EMIT childCalled<QAction>(*window.menuBar(), "Open recent")->menu()->aboutToShow();
+    QAction *recent = childCalled<QAction>(*window.menuBar(), "press.cnet-view");
     QVERIFY(recent != nullptr);
     recent->trigger();
     QCOMPARE(toBytes(window.document().project()), before);
@@ -137,7 +117,7 @@ void TestWindowQuestions::thePressLineIsANewProject()
 {
     MainWindow &window = begin();
     QCOMPARE(window.document().save(path("own.cnet-view")), QString());
-    actionIn(*window.menuBar(), QLatin1String("Simulated press line"))->trigger();
+    childCalled<QAction>(*window.menuBar(), "Simulated press line")->trigger();
     QCOMPARE(window.document().path(), QString());
     QVERIFY(!window.document().isChanged());
     QVERIFY(toBytes(window.document().project()).contains("press.speed_actual"));
@@ -159,7 +139,7 @@ void TestWindowQuestions::anotherConnectionIsNoneOfBefore()
     MainWindow &window = begin(Start());
     QByteArray bytes = toBytes(window.document().project());
     QVERIFY(bytes.contains(from));
-    QVERIFY(store(path("other.cnet-view"), bytes.replace(from, to)));
+    put(path("other.cnet-view"), bytes.replace(from, to));
     QVERIFY(window.pages().line().session() != nullptr);
     window.openFile(path("other.cnet-view"));
     QVERIFY(window.pages().line().session() == nullptr);
@@ -173,11 +153,11 @@ void TestWindowQuestions::asksBeforeItReplacesWhatOthersStored()
     const QString file = path("press.cnet-view");
     window.save();
     QVERIFY(!window.document().isChanged());
-    QVERIFY(store(file, "of another"));
+    put(file, "of another");
     window.save();
-    QCOMPARE(stored(file), QByteArray("of another"));
+    QCOMPARE(bytesOf(file), QByteArray("of another"));
     answer(window, 1);
-    QCOMPARE(stored(file), toBytes(window.document().project()));
+    QCOMPARE(bytesOf(file), toBytes(window.document().project()));
     window.save(); // its own
     QVERIFY(window.bar().buttons().isEmpty());
 }

@@ -4,6 +4,7 @@
 #include "view/stations/scan/scan_table.h"
 #include "view/stations/stations_page.h"
 #include "view/support/child_called.h"
+#include "view/support/local_port.h"
 
 #include "plc/servers/tcp_server.h"
 
@@ -41,11 +42,7 @@ public:
 
     Connection connection() const
     {
-        Connection result;
-        result.kind = Connection::Kind::Tcp;
-        result.address.kind = LinkAddress::Kind::Tcp;
-        result.address.host = QLatin1String("127.0.0.1");
-        result.address.port = m_server.port();
+        Connection result = connectionTo(m_server.port());
         result.timeoutMs = 500;
         return result;
     }
