@@ -84,7 +84,7 @@ void TestLook::disabledTextIsReadable()
     }
     const QPalette mended = withReadableDisabled(dark);
     for (const auto role : {QPalette::WindowText, QPalette::ButtonText, QPalette::Text}) {
-        const QColor text = mended.color(QPalette::Disabled, role);
+        const QColor &text = mended.color(QPalette::Disabled, role);
         QVERIFY(contrast(text, QColor(42, 46, 50)) > 3);
         QVERIFY(text != mended.color(QPalette::Active, role)); // it still looks disabled
         QCOMPARE(mended.color(QPalette::Active, role), dark.color(QPalette::Active, role));

@@ -73,7 +73,8 @@ Pane::Pane(PaneKind kind, const Cursors &cursors, const Markers &markers, QWidge
 {
     setAutoReplot(false);
     auto *canvas = new QwtPlotCanvas;
-    canvas->setFrameStyle(QFrame::Box | QFrame::Plain);
+    canvas->setFrameShape(QFrame::Box);
+    canvas->setFrameShadow(QFrame::Plain);
     canvas->setLineWidth(1);
     canvas->setFocusPolicy(Qt::NoFocus);
     setCanvas(canvas);

@@ -97,7 +97,7 @@ std::optional<Tag> TagEntry::readItem(const QString &text, QString &error) const
 {
     const int equals = static_cast<int>(text.indexOf(QLatin1Char('=')));
     if (equals < 0) {
-        const auto tag = m_tags.parse(text, error);
+        auto tag = m_tags.parse(text, error);
         if (!tag && !text.contains(QLatin1Char('@'))) {
             error += tr("; type, scale and offset follow behind @: D_W:112@u16*0.1-40");
         }
