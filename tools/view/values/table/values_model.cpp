@@ -1,6 +1,7 @@
 #include "view/values/table/values_model.h"
 
 #include <QDateTime>
+#include <QFontDatabase>
 
 #include <algorithm>
 #include <utility>
@@ -20,6 +21,7 @@ ValuesModel::ValuesModel(WatchedTags &tags, QObject *parent)
     : QAbstractTableModel(parent)
     , m_tags(tags)
     , m_writer(tags)
+    , m_fixed(QFontDatabase::systemFont(QFontDatabase::FixedFont))
 {
     m_clock.start();
     m_telling.setSingleShot(true);

@@ -7,7 +7,6 @@
 #include "host/tag/typed_item.h"
 #include "host/tag/value_format.h"
 
-#include <QFontDatabase>
 #include <QLocale>
 #include <QMimeData>
 #include <QSet>
@@ -136,9 +135,7 @@ QVariant ValuesModel::data(const QModelIndex &index, int role) const
         return static_cast<int>(Qt::AlignVCenter |
                                 (isRightAligned(row, column) ? Qt::AlignRight : Qt::AlignLeft));
     case Qt::FontRole:
-        return column == ValueColumn::Raw
-                   ? QVariant(QFontDatabase::systemFont(QFontDatabase::FixedFont))
-                   : QVariant();
+        return column == ValueColumn::Raw ? QVariant(m_fixed) : QVariant();
     case RowRole:
         return index.row();
     case FreshRole:
