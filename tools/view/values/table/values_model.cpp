@@ -1,6 +1,9 @@
 #include "view/values/table/values_model.h"
 
+#include "view/look/fixed_font.h"
+
 #include <QDateTime>
+#include <QGuiApplication>
 
 #include <algorithm>
 #include <utility>
@@ -20,6 +23,7 @@ ValuesModel::ValuesModel(WatchedTags &tags, QObject *parent)
     : QAbstractTableModel(parent)
     , m_tags(tags)
     , m_writer(tags)
+    , m_fixed(fixedFont(QGuiApplication::font()))
 {
     m_clock.start();
     m_telling.setSingleShot(true);

@@ -5,6 +5,7 @@
 
 #include <QAbstractTableModel>
 #include <QElapsedTimer>
+#include <QFont>
 #include <QIcon>
 #include <QPalette>
 #include <QTimer>
@@ -113,6 +114,7 @@ private:
     QHash<QString, int> m_rowsByKey;
     QVector<int> m_changed;          ///< rows that are to be told of
     std::optional<Connection> m_plc; ///< whose values least, greatest and writes are of
+    const QFont m_fixed;             ///< of raw words; to ask for it for each cell takes long
     QTimer m_telling;
     QElapsedTimer m_clock;
     qint64 m_freshAtMs = -kFadeMs; ///< of the youngest change

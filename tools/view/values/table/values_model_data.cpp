@@ -1,14 +1,12 @@
 // What the cells of the table say and look like.
 #include "view/values/table/values_model.h"
 
-#include "view/look/fixed_font.h"
 #include "view/look/quality_look.h"
 #include "view/tags/tag_drag.h"
 
 #include "host/tag/typed_item.h"
 #include "host/tag/value_format.h"
 
-#include <QGuiApplication>
 #include <QLocale>
 #include <QMimeData>
 #include <QSet>
@@ -137,8 +135,7 @@ QVariant ValuesModel::data(const QModelIndex &index, int role) const
         return static_cast<int>(Qt::AlignVCenter |
                                 (isRightAligned(row, column) ? Qt::AlignRight : Qt::AlignLeft));
     case Qt::FontRole:
-        return column == ValueColumn::Raw ? QVariant(fixedFont(QGuiApplication::font()))
-                                          : QVariant();
+        return column == ValueColumn::Raw ? QVariant(m_fixed) : QVariant();
     case RowRole:
         return index.row();
     case FreshRole:
