@@ -1226,6 +1226,10 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <source>it is no file</source>
         <translation>es ist keine Datei</translation>
     </message>
+    <message>
+        <source>End the pause first: frames wait since it began.</source>
+        <translation>Beenden Sie erst die Pause: seit ihrem Beginn warten Telegramme.</translation>
+    </message>
 </context>
 <context>
     <name>cnet::view::GroupTree</name>
