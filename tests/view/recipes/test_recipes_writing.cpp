@@ -89,6 +89,19 @@ private Q_SLOTS:
         QCOMPARE(later.at(1, RecipeModel::kValue), QLatin1String("9"));
         QCOMPARE(later.page.saved(), state);
     }
+
+    // Two projects may have one recipe, each with edits of its own.
+    void keepsEditsForTheFileOfTheProjectBefore()
+    {
+        Bench bench;
+        QVERIFY(bench.open("register,address,value\nD_W,300,1,2\n"));
+        bench.type(1, "9");
+        const QJsonObject state = bench.page.saved();
+        bench.type(1, "5");
+        QVERIFY(QFile::remove(bench.path("r.csv")));
+        bench.page.restore(state);
+        QCOMPARE(bench.page.saved(), state);
+    }
 };
 
 } // namespace cnet::view
