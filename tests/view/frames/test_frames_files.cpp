@@ -25,6 +25,7 @@ private Q_SLOTS:
     void opensAsFarAsAFileGoes();
     void choosesALineOfAFile();
     void saysWhatAPauseLeavesOut();
+    void saysWhatWasLeftOutWhenItBegan();
     void opensNoPipe();
 };
 
@@ -72,6 +73,28 @@ void TestFramesFiles::saysWhatAPauseLeavesOut()
         told.takeLast().at(0).toString(),
         QLatin1String("6 frames were saved in some.pcapng. Those that wait since the pause are "
                       "not among them."));
+}
+
+void TestFramesFiles::saysWhatWasLeftOutWhenItBegan()
+{
+    QSignalSpy told(m_page.get(), &Page::told);
+    QSignalSpy troubled(m_page.get(), &Page::troubled);
+    m_page->setPaused(true);
+    exchanges(2);
+    QVERIFY(!m_page->saveCapture(path("none.pcapng")));
+    QCOMPARE(troubled.last().at(1).toString(),
+             QLatin1String("End the pause first: frames wait since it began."));
+    m_page->setPaused(false);
+    exchanges(15000);
+    m_page->recorder().flush();
+    m_page->setPaused(true);
+    exchanges(2);
+    QVERIFY(m_page->saveCapture(path("many.pcapng")));
+    QCOMPARE(told.count(), 0);
+    m_page->setPaused(false); // too late for this file
+    QTRY_COMPARE_WITH_TIMEOUT(told.count(), 1, 60000);
+    QVERIFY2(told.first().at(0).toString().contains(QLatin1String("wait since the pause")),
+             qPrintable(told.first().at(0).toString()));
 }
 
 // Nobody writes to it, and to open it would wait for ever.

@@ -42,7 +42,8 @@ private Q_SLOTS:
         QVERIFY(bench.page.openFile(kCover));
         bench.action("Write to PLC")->trigger();
         QVERIFY(!bench.isRunning());
-        QCOMPARE(bench.question(), QLatin1String("Write 11 words to simulated press line?"));
+        QCOMPARE(bench.question(),
+                 QLatin1String("Write 11 words to simulated press line, station 1?"));
         bench.answer("No")->click();
         QVERIFY(!bench.isRunning() && bench.question().isEmpty());
         bench.action("Write to PLC")->trigger();
@@ -66,7 +67,37 @@ private Q_SLOTS:
         bench.answer("Yes, write")->click();
         QVERIFY(!bench.isRunning());
         QCOMPARE(bench.question(),
-                 QString::fromLatin1("Write 11 words to %1?").arg(connection.text()));
+                 QString::fromLatin1("Write 11 words to %1, station 1?").arg(connection.text()));
+    }
+
+    // Each station of a line is a PLC.
+    void asksAnewForAnotherStation()
+    {
+        Bench bench;
+        QVERIFY(bench.connectTo());
+        QVERIFY(bench.open("register,address,value\nD_W,300,7\n"));
+        bench.action("Write to PLC")->trigger();
+        QVERIFY(bench.connectTo(0, 2));
+        bench.answer("Yes, write")->click();
+        QVERIFY(!bench.isRunning());
+        QCOMPARE(bench.question(),
+                 QLatin1String("Write 1 words to simulated press line, station 2?"));
+        QVERIFY(bench.open("station,register,address,value\n3,D_W,300,7\n2,D_W,300,8\n"));
+        bench.action("Write to PLC")->trigger();
+        QCOMPARE(bench.question(),
+                 QLatin1String("Write 2 words to simulated press line, stations 2, 3?"));
+    }
+
+    void escapeWritesNothing()
+    {
+        Bench bench;
+        QVERIFY(bench.connectTo());
+        QVERIFY(bench.page.openFile(kCover));
+        bench.page.show();
+        bench.action("Write to PLC")->trigger();
+        QTest::keyClick(bench.answer("Yes, write"), Qt::Key_Escape);
+        QVERIFY(bench.question().isEmpty());
+        QVERIFY(!bench.isRunning());
     }
 
     // Of a project whose recipe is on a disk that is not there today.
@@ -88,6 +119,19 @@ private Q_SLOTS:
         QVERIFY(later.page.openFile(path));
         QCOMPARE(later.at(1, RecipeModel::kValue), QLatin1String("9"));
         QCOMPARE(later.page.saved(), state);
+    }
+
+    // Two projects may have one recipe, each with edits of its own.
+    void keepsEditsForTheFileOfTheProjectBefore()
+    {
+        Bench bench;
+        QVERIFY(bench.open("register,address,value\nD_W,300,1,2\n"));
+        bench.type(1, "9");
+        const QJsonObject state = bench.page.saved();
+        bench.type(1, "5");
+        QVERIFY(QFile::remove(bench.path("r.csv")));
+        bench.page.restore(state);
+        QCOMPARE(bench.page.saved(), state);
     }
 };
 

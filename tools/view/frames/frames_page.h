@@ -88,10 +88,11 @@ private:
     /** A capture on its way into a file. */
     struct Saving
     {
-        Saving(const QString &path, const FrameLog &log, const QString &lineName);
+        Saving(const QString &path, const FrameLog &log, const QString &lineName, int waiting);
 
         QSaveFile file;
         int frames;
+        int waiting; ///< exchanges that the table had not seen when it began
         CaptureMaker maker;
     };
 

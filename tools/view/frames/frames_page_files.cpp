@@ -20,9 +20,11 @@ constexpr int kTurnMs = 8;
 
 } // namespace
 
-FramesPage::Saving::Saving(const QString &path, const FrameLog &log, const QString &lineName)
+FramesPage::Saving::Saving(const QString &path, const FrameLog &log, const QString &lineName,
+                           int waitingThen)
     : file(path)
     , frames(framesOf(log))
+    , waiting(waitingThen)
     , maker(log, lineName)
 {}
 
@@ -30,10 +32,14 @@ bool FramesPage::saveCapture(const QString &path)
 {
     endSaving();
     const QString name = isLive() ? m_recorder.lineName() : m_captureBar->lines().currentText();
-    m_saving = std::make_unique<Saving>(path, shown().log(), name);
+    m_recorder.flush(); // then only a pause holds frames back
+    const int waiting = isLive() ? m_recorder.waiting() : 0;
+    m_saving = std::make_unique<Saving>(path, shown().log(), name, waiting);
     if (m_saving->frames == 0) {
         m_saving.reset();
-        Q_EMIT troubled(tr("There is no frame to save."), tr("Connect to a line first."));
+        Q_EMIT troubled(tr("There is no frame to save."),
+                        waiting > 0 ? tr("End the pause first: frames wait since it began.")
+                                    : tr("Connect to a line first."));
         return false;
     }
     if (!m_saving->file.open(QIODevice::WriteOnly)) {
@@ -63,7 +69,7 @@ bool FramesPage::finishSaving(bool isSaved)
     if (isSaved) {
         QString done =
             tr("%n frames were saved in %1.", "", saving->frames).arg(QFileInfo(path).fileName());
-        if (isLive() && m_recorder.waiting() > 0) {
+        if (saving->waiting > 0) {
             done += QLatin1Char(' ') + tr("Those that wait since the pause are not among them.");
         }
         Q_EMIT told(done);

@@ -3,6 +3,7 @@
 #include "view/look/colours.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 
@@ -57,6 +58,15 @@ void QuestionBar::clear()
     }
     m_buttons.clear();
     hide();
+}
+
+void QuestionBar::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape) {
+        clear();
+    } else {
+        QFrame::keyPressEvent(event);
+    }
 }
 
 QString QuestionBar::question() const

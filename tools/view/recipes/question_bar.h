@@ -10,7 +10,7 @@ class QLabel;
 namespace cnet::view {
 
 /** A question over a page that waits for its answer and stops nothing else; hidden while none is
- * asked. */
+ * asked. Esc takes it away. */
 class QuestionBar : public QFrame
 {
     Q_OBJECT
@@ -30,6 +30,9 @@ public:
 
     /** Empty: none is asked. */
     QString question() const;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     QLabel *m_question;

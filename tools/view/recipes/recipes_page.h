@@ -104,6 +104,8 @@ private:
     bool endEditing();
     bool readdress();
     bool canWrite();
+    /** Names all that the answer is for. */
+    QString writeQuestion() const;
     void sessionBegan();
     void sessionEnds();
     void progress(int done, int total);

@@ -102,12 +102,9 @@ void RecipesPage::restore(const QJsonObject &state)
     if (!file.isString()) {
         return;
     }
+    closeFile();
     if (file.toString().isEmpty()) {
-        closeFile();
         return;
-    }
-    if (m_path != file.toString()) {
-        closeFile();
     }
     // It may be on a disk that is not there today: the project goes on naming it, and its edits.
     m_path = file.toString();

@@ -2,6 +2,7 @@
 #include "view/recipes/recipes_page.h"
 
 #include <QLabel>
+#include <QMap>
 #include <QProgressBar>
 #include <QTime>
 
@@ -120,16 +121,26 @@ void RecipesPage::write()
     if (!canTransfer(RecipeTransfer::Kind::Write)) {
         return;
     }
-    const QString plc = m_tags.line().connection().text();
-    m_question->ask(
-        tr("Write %n words to %1?", "", static_cast<int>(m_model.values().size())).arg(plc),
-        {{tr("&No"), {}}, {tr("&Yes, write"), [this, plc] {
-                               if (m_tags.line().connection().text() == plc) {
-                                   startTransfer(RecipeTransfer::Kind::Write);
-                               } else {
-                                   write();
-                               }
-                           }}});
+    const QString question = writeQuestion();
+    m_question->ask(question, {{tr("&No"), {}}, {tr("&Yes, write"), [this, question] {
+                                                     if (writeQuestion() == question) {
+                                                         startTransfer(RecipeTransfer::Kind::Write);
+                                                     } else {
+                                                         write();
+                                                     }
+                                                 }}});
+}
+
+QString RecipesPage::writeQuestion() const
+{
+    QMap<int, QString> stations;
+    for (const RecipeItem &item : m_model.sheet()->items()) {
+        stations.insert(item.item.station, QString::number(item.item.station));
+    }
+    const QString numbers = QStringList(stations.values()).join(QLatin1String(", "));
+    return tr("Write %n words to %1, %2?", "", static_cast<int>(m_model.values().size()))
+        .arg(m_tags.line().connection().text(),
+             stations.size() == 1 ? tr("station %1").arg(numbers) : tr("stations %1").arg(numbers));
 }
 
 void RecipesPage::sessionBegan()
@@ -205,9 +216,7 @@ void RecipesPage::endWrite(const TransferOutcome &outcome)
         conclude(tr("The recipe was not written as a whole: %1. %2 of %n words are in the PLC, %3 "
                     "of them verified.",
                     "", all)
-                     .arg(outcome.failure)
-                     .arg(written)
-                     .arg(verified),
+                     .arg(outcome.failure, QString::number(written), QString::number(verified)),
                  tr("The PLC may have a part of it. Write it again, or compare to see what it "
                     "has."));
     }

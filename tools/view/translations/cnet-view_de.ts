@@ -1226,6 +1226,10 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <source>it is no file</source>
         <translation>es ist keine Datei</translation>
     </message>
+    <message>
+        <source>End the pause first: frames wait since it began.</source>
+        <translation>Beenden Sie erst die Pause: seit ihrem Beginn warten Telegramme.</translation>
+    </message>
 </context>
 <context>
     <name>cnet::view::GroupTree</name>
@@ -2337,13 +2341,6 @@ station,register,address,count,value
         <source>Correct it, or press Esc.</source>
         <translation>Berichtigen Sie ihn, oder drücken Sie Esc.</translation>
     </message>
-    <message numerus="yes">
-        <source>Write %n words to %1?</source>
-        <translation>
-            <numerusform>%n Wort nach %1 schreiben?</numerusform>
-            <numerusform>%n Wörter nach %1 schreiben?</numerusform>
-        </translation>
-    </message>
     <message>
         <source>&amp;No</source>
         <translation>&amp;Nein</translation>
@@ -2351,6 +2348,21 @@ station,register,address,count,value
     <message>
         <source>&amp;Yes, write</source>
         <translation>&amp;Ja, schreiben</translation>
+    </message>
+    <message numerus="yes">
+        <source>Write %n words to %1, %2?</source>
+        <translation>
+            <numerusform>%n Wort nach %1, %2, schreiben?</numerusform>
+            <numerusform>%n Wörter nach %1, %2, schreiben?</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>station %1</source>
+        <translation>Station %1</translation>
+    </message>
+    <message>
+        <source>stations %1</source>
+        <translation>Stationen %1</translation>
     </message>
 </context>
 <context>

@@ -180,10 +180,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>Write %n words to %1?</source>
+        <source>Write %n words to %1, %2?</source>
         <translation>
-            <numerusform>Write %n word to %1?</numerusform>
-            <numerusform>Write %n words to %1?</numerusform>
+            <numerusform>Write %n word to %1, %2?</numerusform>
+            <numerusform>Write %n words to %1, %2?</numerusform>
         </translation>
     </message>
 </context>
