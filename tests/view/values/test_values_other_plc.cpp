@@ -17,6 +17,7 @@ private Q_SLOTS:
     void cleanup() { close(); }
 
     void forgetsExtremesAndWrites();
+    void tellsNothingOfAnEmptyTable();
     void writesNothingFromADrag();
     void theChoiceThereWasIsNone();
 
@@ -54,6 +55,17 @@ void TestValuesOtherPlc::forgetsExtremesAndWrites()
     QCOMPARE(text("oil.speed", ValueColumn::Max), QString());
     QCOMPARE(text("oil.speed", ValueColumn::Min), QString());
     QCOMPARE(text("oil.speed", ValueColumn::Write), QString());
+    QCOMPARE(text("oil.speed", ValueColumn::Changed), QString());
+}
+
+void TestValuesOtherPlc::tellsNothingOfAnEmptyTable()
+{
+    m_plant->open();
+    QSignalSpy told(m_page->findChild<ValuesModel *>(), &QAbstractItemModel::dataChanged);
+    Connection other = m_plant->line().connection();
+    other.station = 2;
+    m_plant->line().open(other);
+    QVERIFY(told.isEmpty());
 }
 
 void TestValuesOtherPlc::writesNothingFromADrag()

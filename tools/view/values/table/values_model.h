@@ -112,7 +112,7 @@ private:
     QVector<int> m_firstRows; ///< of each tag
     QHash<QString, int> m_rowsByKey;
     QVector<int> m_changed;          ///< rows that are to be told of
-    std::optional<Connection> m_plc; ///< whose values least, greatest and writes are of
+    std::optional<Connection> m_plc; ///< whose changes, extremes and writes the rows have
     QTimer m_telling;
     QElapsedTimer m_clock;
     qint64 m_freshAtMs = -kFadeMs; ///< of the youngest change
