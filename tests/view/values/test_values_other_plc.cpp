@@ -1,8 +1,4 @@
 #include "shown_values.h"
-#include "view/values/table/value_delegate.h"
-#include "view/values/table/value_editor.h"
-
-#include <QAbstractItemView>
 
 using namespace cnet;
 using namespace cnet::view;
@@ -17,8 +13,8 @@ private Q_SLOTS:
     void cleanup() { close(); }
 
     void forgetsExtremesAndWrites();
+    void tellsNothingOfAnEmptyTable();
     void writesNothingFromADrag();
-    void theChoiceThereWasIsNone();
 
 private:
     QString text(const char *name, ValueColumn column) const
@@ -54,6 +50,17 @@ void TestValuesOtherPlc::forgetsExtremesAndWrites()
     QCOMPARE(text("oil.speed", ValueColumn::Max), QString());
     QCOMPARE(text("oil.speed", ValueColumn::Min), QString());
     QCOMPARE(text("oil.speed", ValueColumn::Write), QString());
+    QCOMPARE(text("oil.speed", ValueColumn::Changed), QString());
+}
+
+void TestValuesOtherPlc::tellsNothingOfAnEmptyTable()
+{
+    m_plant->open();
+    QSignalSpy told(m_page->findChild<ValuesModel *>(), &QAbstractItemModel::dataChanged);
+    Connection other = m_plant->line().connection();
+    other.station = 2;
+    m_plant->line().open(other);
+    QVERIFY(told.isEmpty());
 }
 
 void TestValuesOtherPlc::writesNothingFromADrag()
@@ -63,23 +70,6 @@ void TestValuesOtherPlc::writesNothingFromADrag()
     auto &model = *view()->model();
     QVERIFY(!model.setData(model.index(0, static_cast<int>(ValueColumn::Value)), QVariant()));
     QCOMPARE(text("oil.speed", ValueColumn::Write), QString());
-}
-
-void TestValuesOtherPlc::theChoiceThereWasIsNone()
-{
-    ChoiceEditor editor;
-    editor.addItems({QLatin1String("off"), QLatin1String("slow"), QLatin1String("fast")});
-    editor.setCurrentIndex(1);
-    editor.show();
-    QSignalSpy taken(&editor, &ChoiceEditor::taken);
-    editor.showPopup();
-    QTest::keyClick(editor.view(), Qt::Key_Return);
-    QVERIFY(taken.isEmpty());
-    editor.showPopup();
-    QTest::keyClick(editor.view(), Qt::Key_Down);
-    QTest::keyClick(editor.view(), Qt::Key_Return);
-    QCOMPARE(int(taken.size()), 1);
-    QCOMPARE(editor.currentIndex(), 2);
 }
 
 QTEST_MAIN(TestValuesOtherPlc)

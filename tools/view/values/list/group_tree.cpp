@@ -65,7 +65,7 @@ void GroupTree::setTags(const TagSet &tags)
         }
         for (QTreeWidgetItem *const item : std::as_const(m_items)) {
             const int count = item->data(0, kCountRole).toInt();
-            item->setText(0, tr("%1 (%2)").arg(item->text(0)).arg(count));
+            item->setText(0, tr("%1 (%2)").arg(item->text(0), QString::number(count)));
         }
         expandAll();
         choose(before);

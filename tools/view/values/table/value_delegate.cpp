@@ -74,8 +74,6 @@ QWidget *ValueDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem
     if (!choices.isEmpty()) {
         auto *const choice = new ChoiceEditor(parent);
         choice->addItems(choices);
-        connect(choice, &ChoiceEditor::taken, this,
-                [this, choice] { const_cast<ValueDelegate *>(this)->enter(choice); });
         editor = choice;
     } else {
         const ValueWriter &writer = m_model.writer();

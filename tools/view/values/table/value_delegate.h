@@ -7,8 +7,8 @@
 namespace cnet::view {
 
 /**
- * Shows values, with a wash behind those that have just changed, and edits them. Only Enter writes,
- * or taking one from an open list: who clicks elsewhere has not decided to move a machine.
+ * Shows values, with a wash behind those that have just changed, and edits them. Only Enter writes:
+ * who clicks elsewhere, or into an open list, has not decided to move a machine.
  */
 class ValueDelegate : public QStyledItemDelegate
 {

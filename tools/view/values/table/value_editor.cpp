@@ -88,27 +88,7 @@ void ValueEditor::resizeEvent(QResizeEvent *event)
 
 ChoiceEditor::ChoiceEditor(QWidget *parent)
     : QComboBox(parent)
-{
-    connect(this, QOverload<int>::of(&QComboBox::activated), this, [this](int index) {
-        if (m_isFromList && index != m_before) {
-            Q_EMIT taken();
-        }
-    });
-}
-
-void ChoiceEditor::showPopup()
-{
-    m_isFromList = true;
-    m_before = currentIndex();
-    QComboBox::showPopup();
-}
-
-// Arrows change the choice of a closed list, too, and nobody has decided for it yet.
-void ChoiceEditor::keyPressEvent(QKeyEvent *event)
-{
-    m_isFromList = false;
-    QComboBox::keyPressEvent(event);
-}
+{}
 
 void ChoiceEditor::wheelEvent(QWheelEvent *event)
 {

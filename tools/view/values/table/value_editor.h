@@ -39,7 +39,7 @@ private:
     QPointer<QLabel> m_label; ///< beside this, not in it: it is larger than a cell
 };
 
-/** A choice of a few values. */
+/** A choice of a few values, which a turn of the wheel does not change. */
 class ChoiceEditor : public QComboBox
 {
     Q_OBJECT
@@ -47,19 +47,8 @@ class ChoiceEditor : public QComboBox
 public:
     explicit ChoiceEditor(QWidget *parent = nullptr);
 
-    void showPopup() override;
-
-Q_SIGNALS:
-    /** Another one was taken from the open list, which is as good as Enter. */
-    void taken();
-
 protected:
-    void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
-
-private:
-    bool m_isFromList = false;
-    int m_before = -1; ///< what the list opened with: who takes that has not decided for anything
 };
 
 } // namespace cnet::view

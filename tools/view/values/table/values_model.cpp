@@ -224,11 +224,15 @@ void ValuesModel::forgetOtherPlc()
         return;
     }
     for (ValueRow &row : m_rows) {
+        row.changedAtMs = 0;
+        row.freshAtMs = -1;
         row.least = Scalar();
         row.greatest = Scalar();
         row.write = WriteNote();
     }
-    tellRows(0, rowCount() - 1);
+    if (!m_rows.isEmpty()) {
+        tellRows(0, rowCount() - 1);
+    }
 }
 
 bool ValuesModel::isAnyFresh() const

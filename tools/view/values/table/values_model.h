@@ -113,7 +113,7 @@ private:
     QVector<int> m_firstRows; ///< of each tag
     QHash<QString, int> m_rowsByKey;
     QVector<int> m_changed;          ///< rows that are to be told of
-    std::optional<Connection> m_plc; ///< whose values least, greatest and writes are of
+    std::optional<Connection> m_plc; ///< whose changes, extremes and writes the rows have
     const QFont m_fixed;             ///< of raw words; to ask for it for each cell takes long
     QTimer m_telling;
     QElapsedTimer m_clock;
