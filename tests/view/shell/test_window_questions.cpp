@@ -42,6 +42,7 @@ private Q_SLOTS:
     void thePressLineIsANewProject();
     void anotherConnectionIsNoneOfBefore_data();
     void anotherConnectionIsNoneOfBefore();
+    void tagsAreOfTheStationOfTheirProject();
     void asksBeforeItReplacesWhatOthersStored();
     void offersWorkBesideAFile();
     void takesWorkUpBesideChanges();
@@ -145,6 +146,21 @@ void TestWindowQuestions::anotherConnectionIsNoneOfBefore()
     QVERIFY(window.pages().line().session() == nullptr);
     QVERIFY(window.bar().text().startsWith(
         QLatin1String("The connection of the project cannot be used.")));
+}
+
+// Tags that name no station are of the project's, not of the one that was connected before.
+void TestWindowQuestions::tagsAreOfTheStationOfTheirProject()
+{
+    MainWindow &window = begin(Start());
+    const QByteArray project =
+        "{\"format\": \"cnet-view project\", \"version\": 1,"
+        " \"connection\": {\"link\": \"simulator\", \"station\": 5},"
+        " \"pages\": {\"values\": {\"tags\": \"name,register,address\\nspeed,D_W,100\\n\"}}}";
+    put(path("five.cnet-view"), project);
+    window.openFile(path("five.cnet-view"));
+    QCOMPARE(window.bar().text(), QString());
+    const QByteArray kept = toBytes(window.document().project());
+    QVERIFY(kept.contains("speed,D_W,100,5"));
 }
 
 void TestWindowQuestions::asksBeforeItReplacesWhatOthersStored()

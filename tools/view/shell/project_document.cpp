@@ -104,7 +104,7 @@ bool ProjectDocument::claimLeft(QString &error)
 void ProjectDocument::show(const Project &project)
 {
     m_base = project;
-    m_pages.restore(project.pages);
+    // First the connection: tags and recipes that name no station are of its station.
     const auto connection = Connection::restored(project.connection);
     if (connection) {
         m_pages.connectPage().connectTo(*connection);
@@ -114,6 +114,7 @@ void ProjectDocument::show(const Project &project)
         Q_EMIT troubled(tr("The connection of the project cannot be used."),
                         tr("Choose one on the Connect page; until then nothing is connected."));
     }
+    m_pages.restore(project.pages);
     m_pages.setCurrentIndex(project.window.value(QLatin1String("page")).toInt());
 }
 
