@@ -61,6 +61,7 @@ RecipesPage::~RecipesPage()
     m_transfer.disconnect(this);
     m_model.disconnect(this);
     m_model.undo().disconnect(this);
+    m_table->itemDelegateForColumn(RecipeModel::kValue)->disconnect(this);
     m_table->setModel(nullptr);
 }
 
