@@ -13,7 +13,7 @@ namespace {
 
 // A busy line: whenever one of its tags is read, it has changed.
 const int kTags = 100;
-const int kPatienceMs = 40000;
+const int kPatienceMs = 120000; // a cluster that has lost a member is slow for long
 // The gateway says once a second how it stands.
 const int kNewsMs = 1200;
 

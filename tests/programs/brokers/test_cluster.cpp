@@ -26,7 +26,7 @@ private:
 
 namespace {
 
-const int kPatienceMs = 60000;
+const int kPatienceMs = 120000;
 // Until the servers of a new cluster have agreed on the streams that MQTT needs, they turn clients
 // away for five seconds at a time.
 const int kStartMs = 150000;
