@@ -1,5 +1,7 @@
 #include "host/driver/driver_library.h"
 
+#include "host/text/whole_file.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -53,9 +55,7 @@ DriverLibrary::~DriverLibrary()
 bool DriverLibrary::load(const QString &path, QString &error)
 {
     m_fileName = path.isEmpty() ? candidates(QCoreApplication::applicationDirPath()).first() : path;
-    // To open a pipe that nobody writes to would take for ever.
-    const QFileInfo file(m_fileName);
-    if (file.exists() && !file.isFile()) {
+    if (isNoFile(m_fileName)) {
         error =
             QString::fromLatin1("cannot load the driver: %1 is no regular file").arg(m_fileName);
         return false;
@@ -63,7 +63,8 @@ bool DriverLibrary::load(const QString &path, QString &error)
     m_library.setFileName(m_fileName);
     if (!m_library.load()) {
         // The loader tells of another name then, which it tried last.
-        const bool missing = m_fileName.contains(QLatin1Char('/')) && !file.exists();
+        const bool missing =
+            m_fileName.contains(QLatin1Char('/')) && !QFileInfo::exists(m_fileName);
         error = QString::fromLatin1("cannot load the driver: %1")
                     .arg(missing ? QString::fromLatin1("there is no file %1").arg(m_fileName)
                                  : m_library.errorString().simplified());

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QSaveFile>
+#include <QString>
 
 namespace cnet {
 
@@ -13,5 +14,13 @@ namespace cnet {
  * @return false: QSaveFile::errorString() says why
  */
 bool replaceFile(QSaveFile &file, const QByteArray &content);
+
+/**
+ * Whether a path names something else than a file: a folder, a device or a pipe, which to open for
+ * reading would take for ever where nobody writes to it.
+ *
+ * @return false also where there is nothing of this name
+ */
+bool isNoFile(const QString &path);
 
 } // namespace cnet

@@ -5,6 +5,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <sys/stat.h>
+
 using namespace cnet;
 
 class TestWholeFile : public QObject
@@ -15,6 +17,7 @@ private Q_SLOTS:
     void replacesAll();
     void fullDiskLeavesTheOldOne_data();
     void fullDiskLeavesTheOldOne();
+    void tellsFilesFromOthers();
 
 private:
     QString path() const { return m_folder.filePath(QStringLiteral("file")); }
@@ -36,6 +39,19 @@ void TestWholeFile::replacesAll()
         QVERIFY(replaceFile(file, text));
         QCOMPARE(content(), text);
     }
+}
+
+void TestWholeFile::tellsFilesFromOthers()
+{
+    const QString pipe = m_folder.filePath(QStringLiteral("pipe"));
+    const QString plain = m_folder.filePath(QStringLiteral("plain"));
+    QVERIFY(!isNoFile(plain)); // nothing yet
+    QFile file(plain);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(!isNoFile(plain));
+    QVERIFY(isNoFile(m_folder.path()));
+    QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    QVERIFY(isNoFile(pipe));
 }
 
 void TestWholeFile::fullDiskLeavesTheOldOne_data()

@@ -169,7 +169,8 @@ void ConnectPage::setRecent(const QVector<Connection> &recent)
     m_list->clear();
     m_list->addItem(Connection().text());
     for (const Connection &connection : recent) {
-        m_list->addItem(tr("%1, station %2").arg(connection.text()).arg(connection.station));
+        m_list->addItem(
+            tr("%1, station %2").arg(connection.text(), QString::number(connection.station)));
     }
 }
 

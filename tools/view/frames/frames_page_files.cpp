@@ -91,8 +91,7 @@ void FramesPage::endSaving()
 bool FramesPage::openCapture(const QString &path)
 {
     Recording recording;
-    // To open a pipe that nobody writes to would take for ever.
-    if (const QFileInfo info(path); info.exists() && !info.isFile()) {
+    if (isNoFile(path)) {
         recording.error = tr("it is no file");
     } else {
         recording = readRecordingFile(path);

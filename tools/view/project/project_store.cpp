@@ -25,9 +25,7 @@ QString previousOf(const QString &path)
 
 std::optional<QByteArray> readWholeFile(const QString &path, qint64 most, QString &error)
 {
-    // To open a pipe that nobody writes to would take for ever.
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile()) {
+    if (isNoFile(path)) {
         error = cannotRead(path, QCoreApplication::translate("ProjectStore", "it is no file"));
         return std::nullopt;
     }

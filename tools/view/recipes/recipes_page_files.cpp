@@ -35,9 +35,7 @@ QString fileFilter()
 /** @param error receives what is wrong when the result is empty */
 std::optional<QByteArray> contentOf(const QString &path, QString &error)
 {
-    // To open a pipe that nobody writes to would take for ever.
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile()) {
+    if (isNoFile(path)) {
         error = RecipesPage::tr("it is no file");
         return std::nullopt;
     }

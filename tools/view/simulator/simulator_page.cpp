@@ -1,5 +1,6 @@
 #include "view/simulator/simulator_page.h"
 
+#include "view/look/scrolling.h"
 #include "view/simulator/action_table.h"
 #include "view/simulator/fault_form.h"
 #include "view/simulator/motion_form.h"
@@ -12,7 +13,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QSignalBlocker>
 #include <QStackedWidget>
 #include <QTableView>
@@ -23,20 +23,6 @@ namespace cnet::view {
 namespace {
 
 constexpr int kLookMs = 1000;
-
-/** Small windows and great fonts scroll what does not fit. */
-QScrollArea *scrolling(QWidget *content)
-{
-    auto *area = new QScrollArea;
-    area->setWidget(content);
-    area->setWidgetResizable(true);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setFocusPolicy(Qt::NoFocus);
-    // The ground is that of the tab.
-    area->viewport()->setAutoFillBackground(false);
-    content->setAutoFillBackground(false);
-    return area;
-}
 
 } // namespace
 

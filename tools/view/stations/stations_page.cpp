@@ -1,5 +1,6 @@
 #include "view/stations/stations_page.h"
 
+#include "view/look/scrolling.h"
 #include "view/stations/numbers/line_load.h"
 #include "view/stations/numbers/station_details.h"
 #include "view/stations/numbers/station_table.h"
@@ -13,7 +14,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
@@ -28,20 +28,6 @@ constexpr int kLookMs = 1000;
 constexpr qint64 kMsPerSecond = 1000;
 constexpr qint64 kSecondsPerMinute = 60;
 constexpr qint64 kLongSeconds = 120;
-
-/** Small windows and great fonts scroll what does not fit. */
-QScrollArea *scrolling(QWidget *content)
-{
-    auto *area = new QScrollArea;
-    area->setWidget(content);
-    area->setWidgetResizable(true);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setFocusPolicy(Qt::NoFocus);
-    // The ground is that of the tab.
-    area->viewport()->setAutoFillBackground(false);
-    content->setAutoFillBackground(false);
-    return area;
-}
 
 } // namespace
 

@@ -18,13 +18,6 @@ DocumentResult failed(const QString &error, const QString &advice)
     return {false, error, advice, std::nullopt};
 }
 
-// To open a pipe that nobody writes to would take for ever.
-bool isNoFile(const QString &path)
-{
-    const QFileInfo info(path);
-    return info.exists() && !info.isFile();
-}
-
 QString freeName(const Tag &tag, const QSet<QString> &taken)
 {
     Item one = tag.item;
