@@ -1,17 +1,14 @@
-#include "view/shell/windows.h"
+#include "opened_windows.h"
 #include "view/support/child_called.h"
 #include "view/support/files.h"
 
 #include <QAction>
-#include <QDrag>
 #include <QDragEnterEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
-#include <QStandardPaths>
 #include <QTabBar>
-#include <QtTest>
 
 using namespace cnet;
 using namespace cnet::view;
@@ -20,24 +17,17 @@ namespace {
 
 constexpr int kPatienceMs = 30000;
 
-Start nothing()
-{
-    Start start;
-    start.isDemo = false;
-    return start;
-}
-
 } // namespace
 
 /** What the windows ask before work is replaced, and what they do where nobody asks. */
-class TestWindowQuestions : public QObject
+class TestWindowQuestions : public QObject, private OpenedWindows
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
+    void initTestCase() { prepare("test_view_window_questions"); }
+    void init() { open(); }
+    void cleanup() { close(); }
     void asksBeforeARecentProject();
     void thePressLineIsANewProject();
     void anotherConnectionIsNoneOfBefore_data();
@@ -49,12 +39,10 @@ private Q_SLOTS:
     void aPageOpensUnderADrag();
 
 private:
-    QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
-    MainWindow &begin(const Start &start = nothing()) { return m_windows->begin(start); }
     /** A window that has changes, and the project it was saved as before. */
     MainWindow &changed()
     {
-        MainWindow &window = begin(Start());
+        MainWindow &window = begin(demo());
         window.document().save(path("press.cnet-view"));
         window.pages().trend().addTraces({QLatin1String("press.load")});
         return window;
@@ -71,31 +59,7 @@ private:
         QVERIFY(window.bar().buttons().size() > button);
         QTest::mouseClick(window.bar().buttons().at(button), Qt::LeftButton);
     }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<RecentFiles> m_recent;
-    std::unique_ptr<Windows> m_windows;
 };
-
-void TestWindowQuestions::initTestCase()
-{
-    QStandardPaths::setTestModeEnabled(true);
-    QCoreApplication::setApplicationName(QLatin1String("test_view_window_questions"));
-}
-
-void TestWindowQuestions::init()
-{
-    QDir(Recovery::usualFolder()).removeRecursively();
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_recent = std::make_unique<RecentFiles>(path("recent.json"));
-    m_windows = std::make_unique<Windows>(*m_recent);
-}
-
-void TestWindowQuestions::cleanup()
-{
-    m_windows.reset();
-    QDir(Recovery::usualFolder()).removeRecursively();
-}
 
 void TestWindowQuestions::asksBeforeARecentProject()
 {
@@ -116,7 +80,7 @@ void TestWindowQuestions::asksBeforeARecentProject()
 // Saving it must not replace the project that was open before.
 void TestWindowQuestions::thePressLineIsANewProject()
 {
-    MainWindow &window = begin();
+    MainWindow &window = begin(nothing());
     QCOMPARE(window.document().save(path("own.cnet-view")), QString());
     childCalled<QAction>(*window.menuBar(), "Simulated press line")->trigger();
     QCOMPARE(window.document().path(), QString());
@@ -137,7 +101,7 @@ void TestWindowQuestions::anotherConnectionIsNoneOfBefore()
 {
     QFETCH(const QByteArray, from);
     QFETCH(const QByteArray, to);
-    MainWindow &window = begin(Start());
+    MainWindow &window = begin(demo());
     QByteArray bytes = toBytes(window.document().project());
     QVERIFY(bytes.contains(from));
     put(path("other.cnet-view"), bytes.replace(from, to));
@@ -151,7 +115,7 @@ void TestWindowQuestions::anotherConnectionIsNoneOfBefore()
 // Tags that name no station are of the project's, not of the one that was connected before.
 void TestWindowQuestions::tagsAreOfTheStationOfTheirProject()
 {
-    MainWindow &window = begin(Start());
+    MainWindow &window = begin(demo());
     const QByteArray project =
         "{\"format\": \"cnet-view project\", \"version\": 1,"
         " \"connection\": {\"link\": \"simulator\", \"station\": 5},"
@@ -180,7 +144,7 @@ void TestWindowQuestions::asksBeforeItReplacesWhatOthersStored()
 
 void TestWindowQuestions::offersWorkBesideAFile()
 {
-    QCOMPARE(begin(Start()).document().save(path("press.cnet-view")), QString());
+    QCOMPARE(begin(demo()).document().save(path("press.cnet-view")), QString());
     leaveWork(QString());
     Start start = nothing();
     start.file = path("press.cnet-view");
@@ -196,9 +160,9 @@ void TestWindowQuestions::offersWorkBesideAFile()
 
 void TestWindowQuestions::takesWorkUpBesideChanges()
 {
-    begin(Start());
+    begin(demo());
     leaveWork(path("oven.cnet-view"));
-    MainWindow &window = begin();
+    MainWindow &window = begin(nothing());
     window.openFile(QLatin1String(PRESS_TAGS));
     QVERIFY(window.document().isChanged());
     const QByteArray own = toBytes(window.document().project());
@@ -213,7 +177,7 @@ void TestWindowQuestions::takesWorkUpBesideChanges()
 
 void TestWindowQuestions::aPageOpensUnderADrag()
 {
-    MainWindow &window = begin(Start());
+    MainWindow &window = begin(demo());
     QTabBar &tabs = *window.pages().tabBar();
     const int trend = window.pages().indexOf(&window.pages().trend());
     QVERIFY(window.pages().currentIndex() != trend);

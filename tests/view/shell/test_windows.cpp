@@ -1,4 +1,4 @@
-#include "view/shell/windows.h"
+#include "opened_windows.h"
 #include "view/support/child_called.h"
 #include "view/support/unnamed_fields.h"
 
@@ -6,10 +6,8 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
-#include <QStandardPaths>
 #include <QStatusBar>
 #include <QToolButton>
-#include <QtTest>
 
 using namespace cnet;
 using namespace cnet::view;
@@ -18,29 +16,17 @@ namespace {
 
 constexpr int kPatienceMs = 60000;
 
-Start demo()
-{
-    return Start();
-}
-
-Start nothing()
-{
-    Start start;
-    start.isDemo = false;
-    return start;
-}
-
 } // namespace
 
 /** The windows of the program, without a screen. */
-class TestWindows : public QObject
+class TestWindows : public QObject, private OpenedWindows
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
+    void initTestCase() { prepare("test_view_windows"); }
+    void init() { open(); }
+    void cleanup() { close(); }
     void showsThePressLine();
     void leavesThePressLine();
     void keepsAProject();
@@ -53,35 +39,7 @@ private Q_SLOTS:
     void survivesTheEndOfALine();
     void everythingHasAName();
     void everythingHasAKey();
-
-private:
-    QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
-    MainWindow &begin(const Start &start) { return m_windows->begin(start); }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<RecentFiles> m_recent;
-    std::unique_ptr<Windows> m_windows;
 };
-
-void TestWindows::initTestCase()
-{
-    QStandardPaths::setTestModeEnabled(true);
-    QCoreApplication::setApplicationName(QLatin1String("test_view_windows"));
-}
-
-void TestWindows::init()
-{
-    QDir(Recovery::usualFolder()).removeRecursively();
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_recent = std::make_unique<RecentFiles>(path("recent.json"));
-    m_windows = std::make_unique<Windows>(*m_recent);
-}
-
-void TestWindows::cleanup()
-{
-    m_windows.reset();
-    QDir(Recovery::usualFolder()).removeRecursively();
-}
 
 void TestWindows::showsThePressLine()
 {
@@ -201,7 +159,7 @@ void TestWindows::offersWhatWasNotSaved()
     {
         // A program that was killed: its lock goes, and its work stays.
         const Project left = begin(demo()).document().project();
-        m_windows = std::make_unique<Windows>(*m_recent);
+        restart();
         QVERIFY(QDir().mkpath(Recovery::usualFolder()));
         Recovery recovery([&left] { return Unsaved{QLatin1String("/tmp/oven.cnet-view"), left}; });
         recovery.noteChange();
