@@ -69,6 +69,8 @@ private Q_SLOTS:
     void drawsPixelsOfTheDevice();
     void isWiderOnFineDevices();
     void drawsOnOtherDevices();
+    void drawsWhatItWorkedOutBefore_data();
+    void drawsWhatItWorkedOutBefore();
 };
 
 void TestTrendRaster::drawsManyTracesAsOne()
@@ -196,6 +198,54 @@ void TestTrendRaster::drawsOnOtherDevices()
     painter.drawPicture(0, 0, picture);
     painter.end();
     QVERIFY(replayed.image == scene.image);
+}
+
+void TestTrendRaster::drawsWhatItWorkedOutBefore_data()
+{
+    QTest::addColumn<double>("ratio");
+    QTest::addColumn<int>("canvasWidth");
+    QTest::addColumn<bool>("isUsed");
+    QTest::newRow("same") << 1.0 << kWidth << true;
+    QTest::newRow("fine device") << 2.0 << kWidth << true;
+    QTest::newRow("between") << 1.5 << kWidth << true;
+    QTest::newRow("other canvas") << 1.0 << kWidth - 7 << false;
+}
+
+void TestTrendRaster::drawsWhatItWorkedOutBefore()
+{
+    QFETCH(double, ratio);
+    QFETCH(int, canvasWidth);
+    QFETCH(bool, isUsed);
+    TraceStore store;
+    fill(store, {300, 1, 10}, 7);
+    TraceItem item(store);
+    const auto last = static_cast<double>(store.lastMs());
+    const QwtScaleMap x = mapOf(last - 1000, last + 200, 0, kWidth - 1);
+    const QwtScaleMap y = mapOf(-1000, 1000, kHeight - 1, 0);
+    const auto drawn = [&] {
+        Scene scene;
+        scene.image = QImage(qRound(ratio * kWidth), qRound(ratio * kHeight), QImage::Format_RGB32);
+        scene.image.fill(kGround);
+        scene.image.setDevicePixelRatio(ratio);
+        scene.x = x;
+        scene.y = y;
+        scene.canvas.setWidth(canvasWidth);
+        scene.draw(item);
+        return scene.image;
+    };
+    const QImage before = drawn();
+    const QRect all(0, 0, kWidth, kHeight);
+    QVERIFY(item.prepare(x, y, all, ratio));
+    QVERIFY(!item.prepare(x, y, all, ratio));
+    store.append(store.lastMs() + 50, 900);
+    QCOMPARE(drawn() == before, isUsed);
+    QVERIFY(drawn() != before); // once, and no more
+    const QImage after = drawn();
+    item.forget();
+    QVERIFY(item.prepare(x, y, all, ratio));
+    store.append(store.lastMs() + 50, -900);
+    item.forget();
+    QVERIFY(drawn() != after);
 }
 
 QTEST_MAIN(TestTrendRaster)

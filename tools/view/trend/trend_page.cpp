@@ -21,7 +21,8 @@ namespace cnet::view {
 
 namespace {
 
-constexpr int kTickMs = 40;     ///< 25 pictures a second
+constexpr int kTickMs = 40;  ///< 25 pictures a second
+constexpr int kSliceMs = 15; ///< of a tick, for what has to be worked out; all else waits as long
 constexpr int kTicksOfText = 6; ///< numbers that change faster cannot be read
 constexpr double kZoom = 2;
 constexpr int kUsualBound = 100;
@@ -205,7 +206,7 @@ void TrendPage::setPaused(bool isPaused)
 void TrendPage::refresh()
 {
     const qint64 nowMs = m_collector.nowMs();
-    m_plot->refresh(nowMs);
+    m_plot->refresh(nowMs, QDeadlineTimer(kSliceMs));
     m_ticks = (m_ticks + 1) % kTicksOfText;
     if (m_ticks == 0 && isVisible()) {
         m_traces.tellValues();

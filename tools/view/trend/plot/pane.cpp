@@ -1,5 +1,6 @@
 #include "view/trend/plot/pane.h"
 
+#include "view/trend/plot/live_trace.h"
 #include "view/trend/plot/marks_item.h"
 #include "view/trend/plot/pane_scales.h"
 #include "view/trend/series/trace_series.h"
@@ -11,6 +12,7 @@
 #include <qwt_scale_map.h>
 #include <qwt_scale_widget.h>
 
+#include <QDeadlineTimer>
 #include <QEvent>
 #include <QPainter>
 
@@ -35,36 +37,6 @@ int axisOf(Side side)
 }
 
 } // namespace
-
-/** Draws nothing that came after the picture was stopped. */
-class Pane::LiveTrace : public TraceItem
-{
-public:
-    LiveTrace(std::shared_ptr<const TraceStore> store, const qint64 &liveMs)
-        : TraceItem(*store)
-        , m_store(std::move(store))
-        , m_liveMs(liveMs)
-    {}
-
-    void draw(QPainter *painter, const QwtScaleMap &xMap, const QwtScaleMap &yMap,
-              const QRectF &canvasRect) const override
-    {
-        const double live = std::ceil(xMap.transform(static_cast<double>(m_liveMs)));
-        if (live <= canvasRect.left()) {
-            return;
-        }
-        QRectF seen = canvasRect;
-        seen.setRight(std::min(live, canvasRect.right()));
-        painter->save();
-        painter->setClipRect(seen, Qt::IntersectClip);
-        TraceItem::draw(painter, xMap, yMap, canvasRect);
-        painter->restore();
-    }
-
-private:
-    std::shared_ptr<const TraceStore> m_store;
-    const qint64 &m_liveMs;
-};
 
 Pane::Pane(PaneKind kind, const Cursors &cursors, const Markers &markers, QWidget *parent)
     : QwtPlot(parent)
@@ -115,7 +87,7 @@ void Pane::setTraces(const std::vector<PaneTrace> &traces)
     m_traces = traces;
     int depth = 1;
     for (const PaneTrace &trace : m_traces) {
-        auto item = std::make_unique<LiveTrace>(trace.store, m_liveMs);
+        auto item = std::make_unique<LiveTrace>(trace.store, m_frame.liveMs);
         item->setColour(trace.colour);
         item->setEmphasis(trace.emphasis);
         item->setTitle(trace.name);
@@ -209,23 +181,50 @@ std::optional<Range> Pane::fitted(Side side, const Frame &frame) const
     return makeDrawable(range) ? std::optional<Range>(range) : std::nullopt;
 }
 
-void Pane::present(const Frame &frame, const PaneScales &scales)
+void Pane::begin(const Frame &frame, const PaneScales &scales)
 {
-    m_liveMs = frame.liveMs;
+    m_frame = frame;
+    m_scales = scales;
+    for (const auto &item : m_items) {
+        item->setHoldUntil(frame.liveMs);
+    }
+}
+
+bool Pane::prepare(const QDeadlineTimer &until)
+{
+    // Where the canvas has other edges because of these scales, it is worked out again.
+    const auto next = [this](int axis, const Range &range) {
+        QwtScaleMap map = canvasMap(axis);
+        map.setScaleInterval(range.from, range.to);
+        return map;
+    };
+    const QwtScaleMap time = next(xBottom, m_frame.time);
+    for (const auto &item : m_items) {
+        const auto side = item->yAxis() == yLeft ? Side::Left : Side::Right;
+        const QwtScaleMap values = m_kind == PaneKind::Values
+                                       ? next(item->yAxis(), m_scales.of(side).range)
+                                       : canvasMap(yLeft);
+        const bool hasWorked = item->prepareLive(time, values, *canvas());
+        if (hasWorked && until.hasExpired()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void Pane::present()
+{
     const int labels = canvas()->width() / (2 * timeOverhang());
     setAxisMaxMajor(xBottom, std::clamp(labels, 2, kMostTimes));
-    setAxisScale(xBottom, frame.time.from, frame.time.to);
+    setAxisScale(xBottom, m_frame.time.from, m_frame.time.to);
     if (m_kind == PaneKind::Values) {
         for (const Side side : {Side::Left, Side::Right}) {
-            const Range &range = scales.of(side).range;
+            const Range &range = m_scales.of(side).range;
             setAxisScale(axisOf(side), range.from, range.to);
         }
         // Lines of the scale that is read.
         m_grid->setYAxis(
             axisOf(hasTraces(Side::Left) || !hasTraces(Side::Right) ? Side::Left : Side::Right));
-    }
-    for (const auto &item : m_items) {
-        item->setHoldUntil(frame.liveMs);
     }
     replot();
 }

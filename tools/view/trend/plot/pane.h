@@ -12,9 +12,12 @@
 #include <optional>
 #include <vector>
 
+class QDeadlineTimer;
 class QwtPlotGrid;
 
 namespace cnet::view {
+
+class LiveTrace;
 
 /** A trace as a pane draws it. */
 struct PaneTrace
@@ -60,8 +63,14 @@ public:
     /** Bounds with all that the traces of a side are in the time; empty where nothing is known. */
     std::optional<Range> fitted(Side side, const Frame &frame) const;
 
-    /** Draws as soon as the event loop runs. @param scales ignored by lanes */
-    void present(const Frame &frame, const PaneScales &scales);
+    /** Begins the next picture. @param scales ignored by lanes */
+    void begin(const Frame &frame, const PaneScales &scales);
+
+    /** Works out some of the next picture, one trace at least. @return false: there is more */
+    bool prepare(const QDeadlineTimer &until);
+
+    /** Draws the next picture as soon as the event loop runs, with all that is not prepared. */
+    void present();
 
     /** What a scale takes across, in pixels; it gets at least as much as is set. */
     int neededExtent(Side side);
@@ -87,8 +96,6 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    class LiveTrace;
-
     void colour();
     void useFont();
     void nameScale(Side side);
@@ -98,7 +105,8 @@ private:
     std::vector<PaneTrace> m_traces;
     std::vector<std::unique_ptr<LiveTrace>> m_items;
     QwtPlotGrid *m_grid; ///< the plot's, as the marks are
-    qint64 m_liveMs = 0;
+    Frame m_frame;
+    PaneScales m_scales;
     bool m_isCurrent = false;
 };
 

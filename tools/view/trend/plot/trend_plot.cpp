@@ -125,6 +125,7 @@ void TrendPlot::arrange()
     if (wereLanesHidden != bits.empty() || lanesBefore != bits.size()) {
         distribute();
     }
+    m_isBegun = false;
     touch();
 }
 
@@ -144,14 +145,29 @@ void TrendPlot::distribute()
     m_parts.clear();
 }
 
-void TrendPlot::refresh(qint64 nowMs)
+void TrendPlot::refresh(qint64 nowMs, const QDeadlineTimer &until)
+{
+    m_isBegun = isVisible() && (m_isBegun || begin(nowMs));
+    if (!m_isBegun || !prepare(until)) {
+        return;
+    }
+    m_isBegun = false;
+    for (Pane *pane : m_panes) {
+        pane->present();
+    }
+    m_lanes->present();
+    align();
+}
+
+/** @return false: what is drawn is what there is */
+bool TrendPlot::begin(qint64 nowMs)
 {
     const Range &time = m_view.sight().time;
     const auto now = static_cast<double>(nowMs);
     const bool isMoving =
         !isPaused() && m_traces.count() > 0 && (m_view.isFollowing() || time.holds(now));
-    if (!isVisible() || (!m_isOld && !isMoving)) {
-        return;
+    if (!m_isOld && !isMoving) {
+        return false;
     }
     m_isOld = false;
     m_drawnMs = nowMs;
@@ -166,10 +182,17 @@ void TrendPlot::refresh(qint64 nowMs)
                 m_view.noteAutomatic(i, side, *fitted);
             }
         }
-        pane(i)->present(frame, m_view.sight().panes[static_cast<size_t>(i)]);
+        pane(i)->begin(frame, m_view.sight().panes[static_cast<size_t>(i)]);
     }
-    m_lanes->present(frame, PaneScales());
-    align();
+    m_lanes->begin(frame, PaneScales());
+    return true;
+}
+
+bool TrendPlot::prepare(const QDeadlineTimer &until)
+{
+    return std::all_of(m_panes.cbegin(), m_panes.cend(),
+                       [&until](Pane *pane) { return pane->prepare(until); }) &&
+           m_lanes->prepare(until);
 }
 
 /** Canvases begin and end at the same places, whatever labels their scales have. They do not shrink

@@ -4,6 +4,7 @@
 #include "view/trend/plot/pane_mouse.h"
 #include "view/trend/traces/trace_set.h"
 
+#include <QDeadlineTimer>
 #include <QWidget>
 
 #include <optional>
@@ -28,8 +29,9 @@ public:
     void setMenu(QMenu *menu);
 
     /** Draws where something is different from what was drawn last. Call it at most 25 times a
-     * second. @param nowMs see Collector::nowMs() */
-    void refresh(qint64 nowMs);
+     * second. @param nowMs see Collector::nowMs() @param until what is not worked out until then
+     * is left to the next calls, and the picture stays as it is meanwhile */
+    void refresh(qint64 nowMs, const QDeadlineTimer &until = QDeadlineTimer::Forever);
 
     /** There are samples that have not been drawn. */
     void touch() { m_isOld = true; }
@@ -86,6 +88,8 @@ private:
     void arrange();
     void distribute();
     void takeParts();
+    bool begin(qint64 nowMs);
+    bool prepare(const QDeadlineTimer &until);
     void align();
     void moveSideways(int direction, Qt::KeyboardModifiers modifiers);
 
@@ -101,6 +105,7 @@ private:
     std::vector<PaneMouse *> m_mice;
     int m_current = 0;
     bool m_isOld = true;
+    bool m_isBegun = false; ///< a picture, of which something is still to be worked out
     qint64 m_drawnMs = 0;
     std::optional<qint64> m_pausedAtMs;
     std::optional<double> m_menuAtMs;

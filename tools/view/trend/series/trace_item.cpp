@@ -9,6 +9,8 @@
 #include <QPaintEngine>
 #include <QPainter>
 
+#include <utility>
+
 namespace cnet::view {
 
 namespace {
@@ -32,6 +34,26 @@ QwtScaleMap scaled(const QwtScaleMap &map, double factor, double offset)
     return scaled;
 }
 
+/** False where a scale is not linear. */
+bool isSame(const QwtScaleMap &map, const QwtScaleMap &other)
+{
+    return map.transformation() == nullptr && other.transformation() == nullptr &&
+           map.s1() == other.s1() && map.s2() == other.s2() && map.p1() == other.p1() &&
+           map.p2() == other.p2();
+}
+
+bool isSame(const TraceArea &area, const TraceArea &other)
+{
+    return isSame(area.x, other.x) && isSame(area.y, other.y) && area.pixels == other.pixels;
+}
+
+TraceArea scaledArea(const QTransform &device, const QwtScaleMap &xMap, const QwtScaleMap &yMap,
+                     const QRectF &rect)
+{
+    return {scaled(xMap, device.m11(), device.dx()), scaled(yMap, device.m22(), device.dy()),
+            device.mapRect(rect).toAlignedRect()};
+}
+
 /** The area in the pixels of the device; leaves the painter drawing there. */
 TraceArea deviceArea(QPainter &painter, const QwtScaleMap &xMap, const QwtScaleMap &yMap,
                      const QRectF &canvasRect)
@@ -43,8 +65,7 @@ TraceArea deviceArea(QPainter &painter, const QwtScaleMap &xMap, const QwtScaleM
         return {xMap, yMap, rect.toAlignedRect()};
     }
     painter.setWorldTransform(device.inverted() * painter.worldTransform());
-    return {scaled(xMap, device.m11(), device.dx()), scaled(yMap, device.m22(), device.dy()),
-            device.mapRect(rect).toAlignedRect()};
+    return scaledArea(device, xMap, yMap, rect);
 }
 
 QColor faded(const QColor &colour, double factor)
@@ -85,6 +106,7 @@ void TraceItem::setStyle(TraceStyle style)
 {
     if (m_form.style != style) {
         m_form.style = style;
+        forget();
         itemChanged();
     }
 }
@@ -103,18 +125,21 @@ void TraceItem::setLane(double low, double high)
     m_form.isLane = true;
     m_form.low = low;
     m_form.high = high;
+    forget();
     itemChanged();
 }
 
 void TraceItem::clearLane()
 {
     m_form.isLane = false;
+    forget();
     itemChanged();
 }
 
 void TraceItem::setHoldUntil(qint64 atMs)
 {
     m_form.holdUntilMs = atMs; // time goes on in each picture anyway
+    forget();
 }
 
 QRectF TraceItem::boundingRect() const
@@ -127,13 +152,33 @@ QRectF TraceItem::boundingRect() const
     return {all.left(), top, all.width(), qAbs(m_form.high - m_form.low)};
 }
 
+bool TraceItem::prepare(const QwtScaleMap &xMap, const QwtScaleMap &yMap, const QRectF &seen,
+                        double deviceRatio)
+{
+    if (m_prepared) {
+        return false;
+    }
+    const TraceArea area =
+        scaledArea(QTransform::fromScale(deviceRatio, deviceRatio), xMap, yMap, seen);
+    m_prepared = Prepared{area, traceStrokes(m_store, m_form, area)};
+    return true;
+}
+
+TraceStrokes TraceItem::takeStrokes(const TraceArea &area) const
+{
+    if (m_prepared && isSame(m_prepared->area, area)) {
+        return std::exchange(m_prepared, std::nullopt)->strokes;
+    }
+    return traceStrokes(m_store, m_form, area);
+}
+
 void TraceItem::draw(QPainter *painter, const QwtScaleMap &xMap, const QwtScaleMap &yMap,
                      const QRectF &canvasRect) const
 {
     painter->save();
     const bool isFine = painter->deviceTransform().m11() >= kFineDevice;
     const TraceArea area = deviceArea(*painter, xMap, yMap, canvasRect);
-    const TraceStrokes strokes = traceStrokes(m_store, m_form, area);
+    const TraceStrokes strokes = takeStrokes(area);
     TracePen pen;
     pen.colour = m_emphasis == Emphasis::Faint ? faded(m_colour, kFaint) : m_colour;
     const qint64 columns = area.pixels.width();

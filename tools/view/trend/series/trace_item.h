@@ -7,6 +7,8 @@
 
 #include <QColor>
 
+#include <optional>
+
 namespace cnet::view {
 
 /** How much a trace stands out among others. */
@@ -49,6 +51,16 @@ public:
      * ends at the last sample. */
     void setHoldUntil(qint64 atMs);
 
+    /** Works out in advance what draw() draws, which is most of the work. The next draw() through
+     * the same maps, on a device of the ratio, uses it up.
+     * @param seen the part of the canvas that the painter does not clip
+     * @return false: something is prepared already */
+    bool prepare(const QwtScaleMap &xMap, const QwtScaleMap &yMap, const QRectF &seen,
+                 double deviceRatio);
+
+    /** Drops what is prepared: samples may have come since. */
+    void forget() { m_prepared.reset(); }
+
     int rtti() const override { return QwtPlotItem::Rtti_PlotUserItem + 1; }
     QRectF boundingRect() const override;
     void draw(QPainter *painter, const QwtScaleMap &xMap, const QwtScaleMap &yMap,
@@ -59,10 +71,18 @@ private:
     enum class Place { Alone, First, Between, Last };
     Place placeAmongTraces(const QPainter &painter, const QRect &pixels) const;
 
+    struct Prepared
+    {
+        TraceArea area;
+        TraceStrokes strokes;
+    };
+    TraceStrokes takeStrokes(const TraceArea &area) const;
+
     const TraceStore &m_store;
     QColor m_colour{Qt::black};
     Emphasis m_emphasis = Emphasis::Usual;
     TraceForm m_form;
+    mutable std::optional<Prepared> m_prepared;
 };
 
 } // namespace cnet::view
