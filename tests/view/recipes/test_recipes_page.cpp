@@ -113,11 +113,19 @@ private Q_SLOTS:
         Bench bench;
         QVERIFY(bench.page.openFile(kBracket));
         const QJsonObject before = bench.page.saved();
-        bench.page.restore({});
-        bench.page.restore({{QLatin1String("file"), 7},
-                            {QLatin1String("onlyDifferences"), QLatin1String("yes")},
-                            {QLatin1String("edits"), QLatin1String("x")}});
-        QCOMPARE(bench.page.saved(), before);
+        const QVector<QJsonObject> rubbish = {
+            {},
+            {{QLatin1String("file"), 7},
+             {QLatin1String("onlyDifferences"), QLatin1String("yes")},
+             {QLatin1String("edits"), QLatin1String("x")}}};
+        for (const QJsonObject &state : rubbish) {
+            QVERIFY(bench.page.openFile(kBracket));
+            bench.action("Only differences")->trigger();
+            bench.page.restore(state); // the recipe of another project is not this one's
+            QCOMPARE(bench.page.path(), QString());
+            QCOMPARE(bench.table().model()->rowCount(), 0);
+            QVERIFY(!bench.action("Only differences")->isChecked());
+        }
         QJsonObject state = before;
         state.insert(QLatin1String("edits"),
                      QJsonArray{7, QJsonObject(),

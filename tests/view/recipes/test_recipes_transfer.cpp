@@ -3,6 +3,7 @@
 
 #include "host/wire/frame_words.h"
 
+#include <QLabel>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -291,6 +292,17 @@ private Q_SLOTS:
         QVERIFY(!bench.at(0, RecipeModel::kPlc).isEmpty());
         QVERIFY(bench.connectTo());
         QVERIFY(!bench.at(0, RecipeModel::kPlc).isEmpty());
+        const auto summary = [&bench] {
+            QStringList texts;
+            for (const QLabel *const label : bench.page.findChildren<QLabel *>()) {
+                texts.append(label->text());
+            }
+            return texts.join(QLatin1Char('\n'));
+        };
+        QVERIFY(bench.run(Kind::Write));
+        QVERIFY2(summary().contains(QLatin1String("written and verified")), qPrintable(summary()));
+        QVERIFY(bench.connectTo(0, 2)); // of the same link
+        QVERIFY(!summary().contains(QLatin1String("written and verified")));
         bench.line.open(connectionTo(1));
         QVERIFY(bench.at(0, RecipeModel::kPlc).isEmpty());
     }

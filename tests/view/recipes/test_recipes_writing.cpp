@@ -35,6 +35,25 @@ private Q_SLOTS:
         QCOMPARE(bytesOf(bench.path("r.csv")), QByteArray("register,address,value\nD_W,300,1,8\n"));
     }
 
+    void asksForWhatTheEditorShows()
+    {
+        Bench bench;
+        QVERIFY(bench.open("register,address,value\nD_W,300,1\n"));
+        const auto typeOpenly = [&bench](const char *text) {
+            bench.table().edit(bench.table().model()->index(0, RecipeModel::kValue));
+            bench.table().viewport()->findChildren<QLineEdit *>().last()->setText(
+                QLatin1String(text));
+        };
+        typeOpenly("7x");
+        QVERIFY(!bench.page.openFile(kCover));
+        QVERIFY2(bench.trouble().startsWith(QLatin1String("'7x' is no value")),
+                 qPrintable(bench.trouble()));
+        typeOpenly("7");
+        QVERIFY(!bench.page.openFile(kCover));
+        QVERIFY(bench.question().contains(QLatin1String("edits that are not saved")));
+        QCOMPARE(bench.at(0, RecipeModel::kValue), QLatin1String("7"));
+    }
+
     void asksBeforeItWrites()
     {
         Bench bench;

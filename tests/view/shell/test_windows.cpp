@@ -1,5 +1,6 @@
 #include "opened_windows.h"
 #include "view/support/child_called.h"
+#include "view/support/files.h"
 #include "view/support/unnamed_fields.h"
 
 #include <QAction>
@@ -30,6 +31,7 @@ private Q_SLOTS:
     void showsThePressLine();
     void leavesThePressLine();
     void keepsAProject();
+    void aBareProjectHasNothingOfTheOneBefore();
     void keepsWhatABrokenProjectWouldReplace();
     void opensTags();
     void saysWhenAFileCannotBeSaved();
@@ -107,6 +109,24 @@ void TestWindows::keepsAProject()
              QString::fromUtf8(toBytes(saved)));
     QCOMPARE(m_recent->projects(), QStringList(path("press.cnet-view")));
     QVERIFY(other.windowTitle().startsWith(QLatin1String("press")));
+}
+
+void TestWindows::aBareProjectHasNothingOfTheOneBefore()
+{
+    MainWindow &window = begin(demo());
+    QTRY_VERIFY_WITH_TIMEOUT(window.pages().line().isOpen(), kPatienceMs);
+    const auto tags = [&window] {
+        return window.pages().values().saved().value(QLatin1String("tags")).toString();
+    };
+    QVERIFY(!tags().isEmpty());
+    Project bare = window.document().project();
+    bare.pages.clear();
+    put(path("bare.cnet-view"), toBytes(bare));
+    window.openFile(path("bare.cnet-view"));
+    QCOMPARE(window.document().path(), path("bare.cnet-view"));
+    QCOMPARE(tags(), QString());
+    QCOMPARE(window.pages().trend().traces().count(), 0);
+    QVERIFY(!window.document().isChanged());
 }
 
 void TestWindows::keepsWhatABrokenProjectWouldReplace()

@@ -38,6 +38,7 @@ private Q_SLOTS:
     void goesOnWithAFile();
     void leavesOtherFilesAlone();
     void endsWhenTheDiskIsFull();
+    void leavesAFileToTheWindowThatHasIt();
 
 private:
     QString path(const char *name) const { return m_folder->filePath(QString::fromLatin1(name)); }
@@ -166,6 +167,20 @@ void TestTrendRecord::endsWhenTheDiskIsFull()
     m_record->add(kName, kNow, 3, Quality::Good);
     m_record->flush();
     QCOMPARE(failed.count(), 1);
+}
+
+void TestTrendRecord::leavesAFileToTheWindowThatHasIt()
+{
+    QVERIFY(start(path("g.csv")));
+    TrendRecord other;
+    QVERIFY(!other.start(path("g.csv"), 0, m_error));
+    QVERIFY2(m_error.contains(QLatin1String("Another window")), qPrintable(m_error));
+    QVERIFY(!other.isRunning());
+    QVERIFY(start(path("g.csv"))); // its own is no other
+    m_record->stop();
+    QVERIFY(other.start(path("g.csv"), 0, m_error));
+    other.stop();
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList(QLatin1String("g.csv")));
 }
 
 QTEST_MAIN(TestTrendRecord)

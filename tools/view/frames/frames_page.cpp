@@ -168,9 +168,7 @@ QJsonObject FramesPage::saved() const
 
 void FramesPage::restore(const QJsonObject &state)
 {
-    if (state.value(filterKey()).isObject()) {
-        m_filterBar->restore(state.value(filterKey()).toObject());
-    }
+    m_filterBar->restore(state.value(filterKey()).toObject());
     QVector<double> widths;
     const QJsonArray columns = state.value(columnsKey()).toArray();
     for (const auto &width : columns) {

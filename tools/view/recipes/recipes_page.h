@@ -91,6 +91,8 @@ private:
     void paste();
     void showDifferences();
 
+    using Plc = QPair<QString, int>; ///< its link, and the station
+    Plc plc() const;
     RecipeReading reading() const;
     bool readFile(const QString &path);
     void showSheet(const RecipeSheet &sheet);
@@ -126,7 +128,7 @@ private:
     QString m_path;
     QByteArray m_onDisk;    ///< what the file held when it was read or written
     QJsonArray m_unapplied; ///< edits of a project whose file cannot be read yet
-    QString m_plcOf;        ///< the connection over which the PLC was read
+    Plc m_plcOf;            ///< which the last transfer was with
     QString m_plcAt;        ///< when
     QString m_outcome;      ///< of the last transfer, for people
     bool m_isBad = false;   ///< m_outcome tells of trouble

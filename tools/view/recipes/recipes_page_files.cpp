@@ -91,21 +91,15 @@ void RecipesPage::restore(const QJsonObject &state)
 {
     m_transfer.leaveSession(tr("another file was opened"));
     m_question->clear();
-    const QJsonValue onlyDifferences = state.value(kOnlyDifferences);
-    if (onlyDifferences.isBool() && onlyDifferences.toBool() != m_onlyDifferences->isChecked()) {
-        m_onlyDifferences->setChecked(onlyDifferences.toBool());
-        showDifferences();
-    }
-    const QJsonValue file = state.value(kFile);
-    if (!file.isString()) {
-        return;
-    }
+    m_onlyDifferences->setChecked(state.value(kOnlyDifferences).toBool());
+    showDifferences();
     closeFile();
-    if (file.toString().isEmpty()) {
+    const QString path = state.value(kFile).toString();
+    if (path.isEmpty()) {
         return;
     }
     // It may be on a disk that is not there today: the project goes on naming it, and its edits.
-    m_path = file.toString();
+    m_path = path;
     m_unapplied = state.value(kEdits).toArray();
     if (!readFile(m_path)) {
         refresh();
@@ -156,6 +150,9 @@ RecipeReading RecipesPage::reading() const
 
 bool RecipesPage::openFile(const QString &path)
 {
+    if (!m_transfer.isRunning() && !endEditing()) {
+        return false;
+    }
     if (m_transfer.isRunning() || !hasUnsavedEdits()) {
         return readFile(path);
     }

@@ -44,7 +44,7 @@ bool RecipesPage::startTransfer(RecipeTransfer::Kind kind)
     Line &line = m_tags.line();
     const auto items = m_model.sheet()->itemsWith(m_model.values());
     m_model.setEditing(RecipeModel::Editing::Locked);
-    m_plcOf = line.connection().text();
+    m_plcOf = plc();
     m_outcome.clear();
     m_isBad = false;
     m_doing->setText(doingText(kind));
@@ -143,10 +143,17 @@ QString RecipesPage::writeQuestion() const
              stations.size() == 1 ? tr("station %1").arg(numbers) : tr("stations %1").arg(numbers));
 }
 
+/** Rows that name no station are of the connection's. */
+RecipesPage::Plc RecipesPage::plc() const
+{
+    const Connection &connection = m_tags.line().connection();
+    return {connection.text(), connection.station};
+}
+
 void RecipesPage::sessionBegan()
 {
     // What another PLC has says nothing about this one.
-    if (m_model.isCompared() && m_tags.line().connection().text() != m_plcOf) {
+    if (plc() != m_plcOf) {
         m_model.forgetPlc();
         m_outcome.clear();
         m_isBad = false;

@@ -75,10 +75,7 @@ void WindowPages::restore(const QMap<QString, QJsonObject> &states)
     m_isRestoring = true;
     // In the order of the tabs: the trend finds the tags of the values.
     for (Page *page : all()) {
-        const QString name = m_byName.key(page);
-        if (states.contains(name)) {
-            page->restore(states.value(name));
-        }
+        page->restore(states.value(m_byName.key(page)));
     }
     m_isRestoring = false;
     m_isDemo = false;

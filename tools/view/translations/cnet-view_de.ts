@@ -3321,6 +3321,10 @@ ms</translation>
         <source>The recording to %1 has ended: %2.</source>
         <translation>Die Aufzeichnung nach %1 ist beendet: %2.</translation>
     </message>
+    <message>
+        <source>Another window is recording to %1.</source>
+        <translation>Ein anderes Fenster zeichnet nach %1 auf.</translation>
+    </message>
 </context>
 <context>
     <name>cnet::view::ValueDelegate</name>
@@ -3631,6 +3635,14 @@ ms</translation>
     <message>
         <source>The page of values lists them.</source>
         <translation>Die Seite der Werte zählt sie auf.</translation>
+    </message>
+    <message>
+        <source>The tags of the project are no text, so none is shown; the project keeps them.</source>
+        <translation>Die Tags des Projekts sind kein Text, daher wird keiner gezeigt; das Projekt behält sie.</translation>
+    </message>
+    <message>
+        <source>Open the project in an editor, or add tags here in their place.</source>
+        <translation>Das Projekt in einem Editor öffnen oder hier andere Tags hinzufügen.</translation>
     </message>
 </context>
 <context>

@@ -187,10 +187,15 @@ void ValuesPage::restore(const QJsonObject &state)
 
 bool ValuesPage::restoreTags(const QJsonObject &state)
 {
-    if (!state.value(kTags).isString()) {
+    const QJsonValue saved = state.value(kTags);
+    if (!saved.isUndefined() && !saved.isString()) {
+        refuse(state);
+        Q_EMIT troubled(tr("The tags of the project are no text, so none is shown; the project "
+                           "keeps them."),
+                        tr("Open the project in an editor, or add tags here in their place."));
         return false;
     }
-    const QString text = state.value(kTags).toString();
+    const QString text = saved.toString();
     if (text.isEmpty()) {
         setTags(TagSet());
         return true;

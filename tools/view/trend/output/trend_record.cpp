@@ -34,6 +34,15 @@ bool endsInRow(QFile &file)
     return file.size() == 0 || (file.seek(file.size() - 1) && file.getChar(&last) && last == '\n');
 }
 
+/** @return nullptr: another window records to it. Where there can be no lock, one goes without. */
+std::unique_ptr<QLockFile> lockOf(const QString &path)
+{
+    auto lock = std::make_unique<QLockFile>(path + QLatin1String(".lock"));
+    lock->setStaleLockTime(0); // a recording may take months
+    const bool isTaken = !lock->tryLock(0) && lock->error() == QLockFile::LockFailedError;
+    return isTaken ? nullptr : std::move(lock);
+}
+
 } // namespace
 
 TrendRecord::TrendRecord(QObject *parent)
@@ -68,6 +77,11 @@ bool TrendRecord::start(const QString &path, qint64 mostBytes, QString &error)
             return false;
         }
     }
+    auto lock = lockOf(real);
+    if (lock == nullptr) {
+        error = tr("Another window is recording to %1.").arg(QDir::toNativeSeparators(real));
+        return false;
+    }
     m_mostBytes = std::max(mostBytes, kLeastBound);
     m_file.setFileName(real);
     if (!m_file.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) {
@@ -75,6 +89,7 @@ bool TrendRecord::start(const QString &path, qint64 mostBytes, QString &error)
                     .arg(QDir::toNativeSeparators(real), m_file.errorString());
         return false;
     }
+    m_lock = std::move(lock);
     m_waiting = m_file.size() == 0 ? kHeader : endsInRow(m_file) ? QByteArray() : QByteArray("\n");
     m_file.seek(m_file.size());
     m_timer.start();
@@ -88,6 +103,7 @@ void TrendRecord::stop()
     }
     m_timer.stop();
     m_file.close();
+    m_lock.reset();
     m_waiting.clear();
 }
 
@@ -145,8 +161,7 @@ void TrendRecord::fail(const QString &reason)
     const QString text = tr("The recording to %1 has ended: %2.")
                              .arg(QDir::toNativeSeparators(m_file.fileName()), reason);
     m_waiting.clear();
-    m_timer.stop();
-    m_file.close();
+    stop();
     Q_EMIT failed(text);
 }
 

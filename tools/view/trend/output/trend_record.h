@@ -5,9 +5,12 @@
 #include "host/monitor/quality.h"
 
 #include <QFile>
+#include <QLockFile>
 #include <QObject>
 #include <QString>
 #include <QTimer>
+
+#include <memory>
 
 namespace cnet::view {
 
@@ -29,7 +32,8 @@ public:
     /**
      * Begins a file, or goes on with one that a recording made.
      * @param mostBytes of both parts; less than kLeastBound is taken as that
-     * @param error receives one sentence when this fails: not to be written, or another file
+     * @param error receives one sentence when this fails: not to be written, another file, or
+     * one that is recorded to elsewhere
      */
     bool start(const QString &path, qint64 mostBytes, QString &error);
 
@@ -57,6 +61,7 @@ private:
     void fail(const QString &reason);
 
     QFile m_file;
+    std::unique_ptr<QLockFile> m_lock; ///< of both parts, against other windows
     QByteArray m_waiting;
     QTimer m_timer;
     qint64 m_mostBytes = 0;
