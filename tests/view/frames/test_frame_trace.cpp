@@ -27,6 +27,7 @@ private Q_SLOTS:
     void saysWhatIsWrong();
     void marksWhatIsSentAgain();
     void leavesOpenWhatNobodyWaitedFor();
+    void aQuestionOnceMoreIsNoFault();
     void tiesALateAnswerToWhatWasAsked();
     void knowsSignsOfLife();
     void endsWithTheSession();
@@ -127,7 +128,6 @@ void TestFrameTrace::marksWhatIsSentAgain()
     QCOMPARE(text(4, FrameModel::Result), QString());
 }
 
-// A fence goes out between a question whose answer was not believed, and the question once more.
 void TestFrameTrace::leavesOpenWhatNobodyWaitedFor()
 {
     ask(readRequest());
@@ -140,6 +140,30 @@ void TestFrameTrace::leavesOpenWhatNobodyWaitedFor()
     QCOMPARE(text(3, FrameModel::Result), QLatin1String("sent again"));
     QCOMPARE(row(3).answer, 4);
     QCOMPARE(m_recorder->total(), 3);
+}
+
+// A fence goes out between a question whose answer was not believed, and the question once more.
+void TestFrameTrace::aQuestionOnceMoreIsNoFault()
+{
+    for (const char *doubt : {"it may be an earlier one", ""}) {
+        m_recorder->clear();
+        ask(readRequest());
+        m_recorder->flush();
+        ask(readRequest("0099"));
+        ExchangeReport fence = report(readRequest("0099"), readAnswer());
+        fence.purpose = Purpose::Fence;
+        fence.reply.note = QLatin1String(doubt);
+        m_recorder->noteEnd(fence);
+        exchange(readRequest(), readAnswer());
+        m_recorder->flush();
+        const bool isDoubted = *doubt != '\0';
+        const QString result = text(0, FrameModel::Result);
+        QVERIFY2(result.startsWith(QLatin1String(isDoubted ? "asked once more" : "ended without")),
+                 qPrintable(result));
+        QCOMPARE(m_recorder->faulty(), isDoubted ? 0 : 1);
+        QCOMPARE(row(3).answer, 4 + row(0).request);
+        QCOMPARE(text(3, FrameModel::Result), QString());
+    }
 }
 
 void TestFrameTrace::tiesALateAnswerToWhatWasAsked()

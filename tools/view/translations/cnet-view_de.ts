@@ -1350,6 +1350,10 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <source>the line never became clear for it</source>
         <translation>die Leitung wurde dafür nie frei</translation>
     </message>
+    <message>
+        <source>asked once more: the answer was that to the request before it, byte for byte</source>
+        <translation>noch einmal gefragt: Die Antwort war Byte für Byte die auf die Anfrage davor</translation>
+    </message>
 </context>
 <context>
     <name>cnet::view::LineTest</name>

@@ -103,7 +103,10 @@ QString resultWords(const FrameRow &row)
         }
     }
     if (parts.isEmpty()) {
-        return row.way == FrameWay::Sent ? QString() : words(QT_TRANSLATE_NOOP("Frames", "good"));
+        if (row.way == FrameWay::Received) {
+            return words(QT_TRANSLATE_NOOP("Frames", "good"));
+        }
+        return row.answer < 0 ? row.note : QString();
     }
     const auto code =
         row.faults.testFlag(FrameFault::Refused) ? refusalCode(row.bytes) : std::optional<int>();

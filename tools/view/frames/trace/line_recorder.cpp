@@ -153,6 +153,15 @@ void LineRecorder::leaveOpen(const Open &open)
     m_failed = open.frame;
 }
 
+// The host does so where an answer could be the one before it once more: no fault of anybody.
+void LineRecorder::askOnceMore(const Open &open)
+{
+    if (FrameRow *const row = find(open.number)) {
+        row->note =
+            tr("asked once more: the answer was that to the request before it, byte for byte");
+    }
+}
+
 void LineRecorder::noteRequest(const QByteArray &frame)
 {
     if (m_open.size() >= kMostOpen) {
@@ -169,8 +178,9 @@ void LineRecorder::noteRequest(const QByteArray &frame)
     append(std::move(row));
 }
 
-// The requests before it are over, too: the line asks one at a time.
-qint64 LineRecorder::takeOpen(const QByteArray &frame)
+// The requests before it are over, too: the line asks one at a time. But a sign of life may come
+// in between.
+qint64 LineRecorder::takeOpen(const QByteArray &frame, Purpose purpose)
 {
     int at = m_open.size() - 1;
     while (at >= 0 && m_open.at(at).frame != frame) {
@@ -179,11 +189,18 @@ qint64 LineRecorder::takeOpen(const QByteArray &frame)
     if (at < 0) {
         return -1;
     }
-    for (int i = 0; i < at; ++i) {
-        leaveOpen(m_open.at(i));
+    const qint64 number = m_open.takeAt(at).number;
+    if (purpose != Purpose::Fence) {
+        for (const Open &open : m_open.mid(0, at)) {
+            if (m_isInDoubt && open.frame == frame) {
+                askOnceMore(open);
+            } else {
+                leaveOpen(open);
+            }
+        }
+        m_open.remove(0, at);
+        m_isInDoubt = false;
     }
-    const qint64 number = m_open.at(at).number;
-    m_open.remove(0, at + 1);
     return number;
 }
 
@@ -191,7 +208,10 @@ void LineRecorder::noteEnd(const ExchangeReport &report)
 {
     const Reply &reply = report.reply;
     FrameRow row;
-    row.request = takeOpen(reply.frame);
+    row.request = takeOpen(reply.frame, report.purpose);
+    if (report.purpose == Purpose::Fence && reply.outcome == Outcome::Answered) {
+        m_isInDoubt = !reply.note.isEmpty();
+    }
     row.timeNs = nowNs();
     row.bytes = reply.answer;
     row.way = FrameWay::Received;

@@ -63,8 +63,9 @@ private:
     void end();
     void append(FrameRow row);
     FrameRow *find(qint64 number);
-    qint64 takeOpen(const QByteArray &frame);
+    qint64 takeOpen(const QByteArray &frame, Purpose purpose);
     void leaveOpen(const Open &open);
+    void askOnceMore(const Open &open);
     qint64 requestOfLate(int station, const QByteArray &answer, qint64 askedNs);
 
     Line &m_line;
@@ -77,6 +78,7 @@ private:
     QString m_lineName;
     qint64 m_total = 0;
     qint64 m_faulty = 0;
+    bool m_isInDoubt = false; ///< the last sign of life was asked for because of an answer
     bool m_paused = false;
 };
 
