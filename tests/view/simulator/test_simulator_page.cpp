@@ -7,6 +7,7 @@
 #include "view/simulator/value_form.h"
 #include "view/support/unnamed_fields.h"
 
+#include <QAction>
 #include <QComboBox>
 #include <QJsonDocument>
 #include <QLabel>

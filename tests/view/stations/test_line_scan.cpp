@@ -15,6 +15,7 @@
 #include <QPushButton>
 #include <QTableView>
 #include <QTcpServer>
+#include <QtTest>
 
 using namespace cnet;
 using namespace cnet::view;

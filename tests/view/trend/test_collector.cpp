@@ -37,6 +37,7 @@ private Q_SLOTS:
     void waitsForTheFirstReading();
     void endsNoGapForWhatWaits();
     void tellsEachReasonOfAGap();
+    void mixesNoWordsThatWereNeverTogether();
 
 private:
     struct Writes
@@ -256,6 +257,23 @@ void TestCollector::tellsEachReasonOfAGap()
     QCOMPARE(m_samples.last().quality, Quality::LineDown);
     QVERIFY(qIsNaN(m_samples.last().value));
     QCOMPARE(m_traces->at(0).store->entries(), 2); // in the picture it is one gap
+}
+
+// Of two words one is written while the other one is read.
+void TestCollector::mixesNoWordsThatWereNeverTogether()
+{
+    m_plant->tags().setTags(m_plant->read("name,register,address,type,access\nwide,D_W,1020,u32,"
+                                          "read\nlow,D_W,1020,u16,read-write\n"));
+    openAndRead(kPatienceMs, 1);
+    draw("wide");
+    QSignalSpy told(&m_plant->tags(), &WatchedTags::stateChanged);
+    m_plant->setWord(1021, 9);
+    cause({plc::FaultKind::Delay, kLateMs, kLateMs, 1});
+    QTest::qWait(kLateMs / 3); // the read that has the 9 is on its way
+    write(latin("low"), "5");
+    QTRY_COMPARE_WITH_TIMEOUT(m_ended, 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(shown(), double(9 * 65536 + 5), kPatienceMs);
+    QCOMPARE(values(), Samples{9 * 65536 + 5});
 }
 
 QTEST_MAIN(TestCollector)

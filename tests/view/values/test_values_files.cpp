@@ -7,6 +7,7 @@
 #include "view/support/files.h"
 
 #include <QAction>
+#include <QHeaderView>
 #include <QJsonDocument>
 #include <QTemporaryDir>
 #include <QUndoStack>
@@ -45,7 +46,7 @@ private:
     MistakeList *mistakes() const { return m_page->findChild<MistakeList *>(); }
     QString write(const char *name, const QByteArray &content) const
     {
-        const QString path = m_folder.filePath(latin(name));
+        QString path = m_folder.filePath(latin(name));
         put(path, content);
         return path;
     }
