@@ -38,6 +38,7 @@ private Q_SLOTS:
     void endsNoGapForWhatWaits();
     void tellsEachReasonOfAGap();
     void mixesNoWordsThatWereNeverTogether();
+    void knowsWhatTheTagSays();
 
 private:
     struct Writes
@@ -274,6 +275,14 @@ void TestCollector::mixesNoWordsThatWereNeverTogether()
     QTRY_COMPARE_WITH_TIMEOUT(m_ended, 1, kPatienceMs);
     QTRY_COMPARE_WITH_TIMEOUT(shown(), double(9 * 65536 + 5), kPatienceMs);
     QCOMPARE(values(), Samples{9 * 65536 + 5});
+}
+
+void TestCollector::knowsWhatTheTagSays()
+{
+    QCOMPARE(m_collector->kindOf(latin("oil.speed")), (TraceKind{latin("1/min"), false, 1}));
+    QCOMPARE(m_collector->kindOf(latin("zones[3]")), TraceKind());
+    QCOMPARE(m_collector->kindOf(latin("lamp")), (TraceKind{QString(), true, 0}));
+    QCOMPARE(m_collector->kindOf(latin("none")), TraceKind());
 }
 
 QTEST_MAIN(TestCollector)

@@ -51,8 +51,13 @@ void TestTrendLists::tracesAreEdited()
     traces.at(0).store->append(kNow, 12.3);
     QCOMPARE(traces.data(cell(0, TraceSet::Value), Qt::DisplayRole).toString(),
              QLatin1String("12.3"));
-    QCOMPARE(traceText(4294967295.0), QLatin1String("4294967295"));
-    QCOMPARE(traceText(double(9.7F)), QLatin1String("9.7"));
+    QCOMPARE(traceText(4294967295.0, 0), QLatin1String("4294967295"));
+    QCOMPARE(traceText(double(9.7F), 0), QLatin1String("9.7"));
+    QCOMPARE(traceText(47.0, 1), QLatin1String("47.0"));
+    QCOMPARE(traceText(-47.25, 1), QLatin1String("-47.25")); // the mean of values
+    traces.setKind(0, {latin("bar"), false, 2});
+    QCOMPARE(traces.data(cell(0, TraceSet::Value), Qt::DisplayRole).toString(),
+             QLatin1String("12.30 bar"));
     for (int i = 0; i < 2 * TraceSet::kMostTraces; ++i) {
         add(QString::number(i));
     }

@@ -77,6 +77,7 @@ void CursorTable::work(Row &row, const Trace &trace, qint64 liveMs) const
 {
     const TraceStore &store = *trace.store;
     row.name = traceTitle(trace);
+    row.decimals = trace.kind.decimals;
     row.numbers.fill(kNone);
     row.numbers[AtA] = valueAt(store, m_cursors.at(Cursor::A), liveMs);
     row.numbers[AtB] = valueAt(store, m_cursors.at(Cursor::B), liveMs);
@@ -138,8 +139,9 @@ QVariant CursorTable::data(const QModelIndex &index, int role) const
     }
     const Row &row = m_rows[static_cast<size_t>(index.row())];
     if (role == Qt::DisplayRole) {
-        return index.column() == Name ? row.name
-                                      : traceText(row.numbers[static_cast<size_t>(index.column())]);
+        return index.column() == Name
+                   ? row.name
+                   : traceText(row.numbers[static_cast<size_t>(index.column())], row.decimals);
     }
     if (role == Qt::TextAlignmentRole && index.column() != Name) {
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);

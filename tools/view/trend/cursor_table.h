@@ -44,6 +44,7 @@ private:
     struct Row
     {
         QString name;
+        int decimals = 0;
         std::array<double, kColumns> numbers{}; ///< NaN: nothing is known
         Sum sum;
     };

@@ -1,5 +1,7 @@
 #include "view/trend/traces/collector.h"
 
+#include "host/tag/scaling.h"
+
 #include <cmath>
 #include <limits>
 
@@ -129,7 +131,8 @@ TraceKind Collector::kindOf(const QString &trace) const
     const Tag &tag = m_tags.tags().all().at(source.tag);
     const ValueKind kind = tag.type.kind;
     const bool isRawBit = kind == ValueKind::Raw && tag.item.reg.isBit() && !tag.isScaled();
-    return {tag.unit, kind == ValueKind::Bool || kind == ValueKind::Bit || isRawBit};
+    return {tag.unit, kind == ValueKind::Bool || kind == ValueKind::Bit || isRawBit,
+            tag.isScaled() && tag.type.isWhole() ? decimalsOf(tag) : 0};
 }
 
 void Collector::connectTraces()

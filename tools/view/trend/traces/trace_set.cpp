@@ -23,13 +23,14 @@ QString traceTitle(const Trace &trace)
                           : QLatin1String("%1 (%2)").arg(trace.choice.name, unit);
 }
 
-QString traceText(double value)
+QString traceText(double value, int decimals)
 {
     if (!std::isfinite(value)) {
         return QLatin1String("-");
     }
-    const bool isWhole = std::fabs(value) < kGreatestWhole && value == std::floor(value);
-    return isWhole ? QString::number(value, 'f', 0) : QString::number(value, 'g', kDigits);
+    const QString usual = QString::number(value, 'f', decimals);
+    const bool isExact = std::fabs(value) < kGreatestWhole && usual.toDouble() == value;
+    return isExact ? usual : QString::number(value, 'g', kDigits);
 }
 
 int TraceSet::indexOf(const QString &name) const
@@ -95,8 +96,7 @@ void TraceSet::tell(int trace)
 
 void TraceSet::setKind(int trace, const TraceKind &kind)
 {
-    if (isTrace(trace) &&
-        (own(trace).kind.unit != kind.unit || own(trace).kind.isBit != kind.isBit)) {
+    if (isTrace(trace) && !(own(trace).kind == kind)) {
         own(trace).kind = kind;
         tell(trace);
     }
@@ -194,12 +194,9 @@ QVariant TraceSet::shown(const Trace &trace, int column) const
     case Value: {
         const int entries = trace.store->entries();
         const auto last = trace.store->sample(entries - 1);
-        if (last.isGap) {
-            return traceText(std::nan(""));
-        }
-        return trace.kind.unit.isEmpty()
-                   ? traceText(last.value)
-                   : traceText(last.value) + QLatin1Char(' ') + trace.kind.unit;
+        const QString text = traceText(last.value, trace.kind.decimals); // of a gap a dash
+        return trace.kind.unit.isEmpty() || last.isGap ? text
+                                                       : text + QLatin1Char(' ') + trace.kind.unit;
     }
     case ScaleSide:
         if (trace.kind.isBit) {

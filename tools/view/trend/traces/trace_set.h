@@ -29,6 +29,12 @@ struct TraceKind
 {
     QString unit;
     bool isBit = false;
+    int decimals = 0; ///< that its scale has
+
+    bool operator==(const TraceKind &other) const
+    {
+        return unit == other.unit && isBit == other.isBit && decimals == other.decimals;
+    }
 };
 
 /** A trace with what it has collected. */
@@ -115,7 +121,9 @@ private:
 /** "press.speed (1/min)" */
 QString traceTitle(const Trace &trace);
 
-/** A value for people; a dash where there is none. */
-QString traceText(double value);
+/** A value for people; a dash where there is none. @param decimals that it has, unless it needs
+ * more
+ */
+QString traceText(double value, int decimals);
 
 } // namespace cnet::view
