@@ -240,18 +240,13 @@ void TestFrameTrace::isBounded()
 
 void TestFrameTrace::handsOverEarlyWhereManyWait()
 {
-    constexpr int kTurns = 10;
-    QElapsedTimer clock;
-    clock.start();
-    for (int turn = 1; turn <= kTurns; ++turn) {
+    for (int turn = 1; turn <= 3; ++turn) {
         for (int i = 0; i < kMost / 4 + 1; ++i) {
             exchange(readRequest(), readAnswer());
         }
-        while (m_model->log().end() < turn * 2 * (kMost / 4 + 1)) {
-            QCoreApplication::processEvents();
-        }
+        QCoreApplication::processEvents(); // at once, and not a few times a second
+        QCOMPARE(m_model->log().end(), qint64(turn) * 2 * (kMost / 4 + 1));
     }
-    QVERIFY(clock.elapsed() < 500); // a few times a second would have taken twice that
 }
 
 void TestFrameTrace::givesUpTheOldestFirst()
