@@ -153,6 +153,7 @@ void Session::wireTalk()
         Q_EMIT requestSent(frame);
     });
     connect(&m_works->conversation, &Conversation::answeredLate, this, &Session::handleLate);
+    connect(&m_works->conversation, &Conversation::answerDoubted, this, &Session::answerDoubted);
     connect(&m_works->scheduler, &Scheduler::exchangeEnded, this,
             [this](const ExchangeReport &report) {
                 const QString text = m_works->statistics.note(report);

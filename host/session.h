@@ -112,6 +112,10 @@ Q_SIGNALS:
     void exchangeEnded(const cnet::ExchangeReport &report);
     /** An answer came after its time-out, and was not used. */
     void answeredLate(int station, const QByteArray &answer, double lateMs);
+    /** An answer is, byte for byte, the one before it to another request. It is not used, and the
+     * request is sent again behind a fence; its exchange has not ended. @param tookMs since it was
+     * sent */
+    void answerDoubted(int station, const QByteArray &answer, double tookMs);
     void roundEnded(int rounds);
 
 private:

@@ -61,8 +61,7 @@ void Conversation::begin(Goal goal)
     m_goal = goal;
     m_fences = 0;
     m_asked = false;
-    m_note.clear();
-    m_defect = Defect::None;
+    m_doubt = Doubt();
     m_clearingSinceMs = m_disturbed ? m_clock.nowMs() : 0;
     proceed();
 }
@@ -163,8 +162,7 @@ void Conversation::handleAnswer(const QByteArray &answer)
     } else if (whole || !waits) {
         dropAnswer(answer);
     } else {
-        m_note = QLatin1String("block check wrong");
-        m_defect = Defect::BlockCheck;
+        m_doubt = {QLatin1String("block check wrong"), Defect::BlockCheck};
         if (m_phase == Phase::Asking) {
             m_alarm->cancel();
             finish(beginReply(Outcome::Bad));
@@ -207,10 +205,13 @@ void Conversation::takeAnswer(const QByteArray &answer)
     const bool repeats =
         m_settings.repeatedAnswers == RepeatedAnswers::Confirm && m_memory.repeats(station, answer);
     if (repeats && !m_memory.isLastRequest(station, m_question.request)) {
-        m_note = QLatin1String("it may be the answer to an earlier request");
-        m_defect = Defect::Other;
+        const quint64 sending = m_sendings;
+        m_doubt = {QLatin1String("it may be the answer to an earlier request"), Defect::Other};
         m_collector.clear();
-        sendFence();
+        Q_EMIT answerDoubted(station, answer, tookMs());
+        if (sending == m_sendings && isWaiting()) { // else whoever was told cancelled it
+            sendFence();
+        }
         return;
     }
     m_alarm->cancel();
@@ -236,8 +237,7 @@ void Conversation::dropAnswer(const QByteArray &answer)
         isWholeAnswer(answer) ? m_open.settle(station, answer) : std::optional<OpenQuestion>();
     if (!open) {
         m_disturbed = true;
-        m_note = QLatin1String("another station or command");
-        m_defect = Defect::Other;
+        m_doubt = {QLatin1String("another station or command"), Defect::Other};
         return;
     }
     if (m_memory.repeats(station, answer)) {
@@ -248,9 +248,8 @@ void Conversation::dropAnswer(const QByteArray &answer)
     m_times.note(station, lateMs);
     if (m_phase == Phase::Fencing && m_goal != Goal::Greet && station == m_question.station) {
         // Known to be slow now: the fence gets the time that it needs.
-        const double wentMs = static_cast<double>(m_clock.nowNs() - m_sentNs) / kNsPerMs;
         const int characters = static_cast<int>(m_frame.size()) + m_shape.length;
-        const int leftMs = m_times.patienceMs(station, characters) - static_cast<int>(wentMs);
+        const int leftMs = m_times.patienceMs(station, characters) - static_cast<int>(tookMs());
         m_alarm->set(std::max(1, leftMs));
     }
     Q_EMIT answeredLate(station, answer, lateMs);
@@ -284,7 +283,7 @@ void Conversation::handleAlarm()
         proceed();
         break;
     case Phase::Asking:
-        handleTimeout();
+        finish(beginReply(isSilence() ? Outcome::TimedOut : Outcome::Bad));
         break;
     case Phase::Fencing:
         handleFenceTimeout();
@@ -295,13 +294,8 @@ void Conversation::handleAlarm()
 // An echo of the request is what a two-wire converter makes of a silent station.
 bool Conversation::isSilence() const
 {
-    return m_note.isEmpty() && !m_collector.hasBegun() &&
+    return m_doubt.note.isEmpty() && !m_collector.hasBegun() &&
            (m_collector.answer().isEmpty() || m_collector.answer() == m_frame);
-}
-
-void Conversation::handleTimeout()
-{
-    finish(beginReply(isSilence() ? Outcome::TimedOut : Outcome::Bad));
 }
 
 void Conversation::handleFenceTimeout()
@@ -334,12 +328,12 @@ Reply Conversation::beginReply(Outcome outcome) const
     reply.answer = m_collector.hasBegun() ? m_collector.answer() : QByteArray();
     reply.strayBytes = m_collector.strayBytes();
     reply.sentMs = m_sentNs / 1000000;
-    reply.tookMs = static_cast<double>(m_clock.nowNs() - m_sentNs) / kNsPerMs;
+    reply.tookMs = tookMs();
     reply.outcome = outcome;
     if (outcome == Outcome::Bad) {
-        reply.defect = m_defect == Defect::None ? Defect::Other : m_defect;
+        reply.defect = m_doubt.defect == Defect::None ? Defect::Other : m_doubt.defect;
     }
-    reply.note = m_note;
+    reply.note = m_doubt.note;
     return reply;
 }
 

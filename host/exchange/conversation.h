@@ -83,6 +83,9 @@ Q_SIGNALS:
     void fenceEnded(const cnet::Reply &reply);
     /** A station answered to a question that is over. @param lateMs since it was asked */
     void answeredLate(int station, const QByteArray &answer, double lateMs);
+    /** The answer to the question may be a copy of the one before it: behind a fence the question
+     * goes out once more. @param tookMs since it was asked */
+    void answerDoubted(int station, const QByteArray &answer, double tookMs);
 
 private:
     enum class Phase {
@@ -98,6 +101,13 @@ private:
         Greet, ///< that was all
     };
 
+    /** What came instead of an answer that could be believed. */
+    struct Doubt
+    {
+        QString note;
+        Defect defect = Defect::None;
+    };
+
     void begin(Goal goal);
     bool isWaiting() const { return m_phase == Phase::Asking || m_phase == Phase::Fencing; }
     bool isConfusable(const AnswerShape &shape) const;
@@ -111,8 +121,8 @@ private:
     void takeAnswer(const QByteArray &answer);
     void dropAnswer(const QByteArray &answer);
     void handleAlarm();
-    void handleTimeout();
     void handleFenceTimeout();
+    double tookMs() const { return static_cast<double>(m_clock.nowNs() - m_sentNs) / kNsPerMs; }
     double noteTime();
     Reply beginReply(Outcome outcome) const;
     bool isSilence() const;
@@ -135,8 +145,7 @@ private:
     int m_patienceMs = 0; ///< of a greeting
     int m_fences = 0;     ///< that went out for this question and were not answered
     bool m_asked = false; ///< the question went out
-    QString m_note;       ///< what came instead of an answer
-    Defect m_defect = Defect::None;
+    Doubt m_doubt;
     OpenQuestions m_open;
     AnswerCollector m_collector;
     AnswerMemory m_memory;

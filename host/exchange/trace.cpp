@@ -39,6 +39,13 @@ QString verdict(const ExchangeReport &report)
     return remarks.isEmpty() ? QString() : QLatin1String("; ") + remarks.join(QLatin1String(", "));
 }
 
+QString unused(const QTime &time, const QByteArray &answer, double tookMs)
+{
+    return QString::fromLatin1("%1 <- %2 ms %3 %4; ")
+        .arg(timeText(time), QString::number(tookMs, 'f', 1), bytesText(answer),
+             frameInWords(answer));
+}
+
 } // namespace
 
 QString traceRequest(const QTime &time, const QByteArray &frame)
@@ -61,9 +68,13 @@ QString traceAnswer(const QTime &time, const ExchangeReport &report)
 
 QString traceLate(const QTime &time, const QByteArray &answer, double lateMs)
 {
-    return QString::fromLatin1("%1 <- %2 ms %3 %4; too late, not used")
-        .arg(timeText(time), QString::number(lateMs, 'f', 1), bytesText(answer),
-             frameInWords(answer));
+    return unused(time, answer, lateMs) + QLatin1String("too late, not used");
+}
+
+QString traceDoubted(const QTime &time, const QByteArray &answer, double tookMs)
+{
+    return unused(time, answer, tookMs) +
+           QLatin1String("may be a copy of the answer before it, asked again");
 }
 
 } // namespace cnet

@@ -16,4 +16,7 @@ QString traceAnswer(const QTime &time, const ExchangeReport &report);
 /** The line for an answer that came after its time-out. */
 QString traceLate(const QTime &time, const QByteArray &answer, double lateMs);
 
+/** The line for an answer that is not believed before the same comes again. */
+QString traceDoubted(const QTime &time, const QByteArray &answer, double tookMs);
+
 } // namespace cnet

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void aLateCopySettlesNothing();
     void believesRepeatedAnswersWhereToldTo();
     void cancelsFromWithinAFence();
+    void cancelsFromWithinADoubt();
 };
 
 void TestFences::asksNoTwoConfusableQuestions_data()
@@ -130,11 +131,14 @@ void TestFences::asksAgainWhenAnAnswerRepeats()
     talk.settle(kFirst, kFirstAnswer);
     talk.takeSent();
     talk.ask(kSecond);
-    talk.say(kFirstAnswer); // the same value, or a copy
+    talk.say(kFirstAnswer, 7); // the same value, or a copy
     QCOMPARE(static_cast<int>(talk.replies.size()), 1);
+    QCOMPARE(talk.doubted, QList<QByteArray>{kFirstAnswer});
+    QCOMPARE(talk.doubtedTimes, QList<int>{7});
     talk.say(kFenceAnswer);
     talk.say(kFirstAnswer);
     QCOMPARE(talk.takeSent(), (QList<QByteArray>{kSecond, kFence, kSecond}));
+    QCOMPARE(static_cast<int>(talk.doubted.size()), 1);
     QCOMPARE(static_cast<int>(talk.replies.size()), 2);
     QCOMPARE(talk.replies.last().outcome, Outcome::Answered);
 }
@@ -222,6 +226,28 @@ void TestFences::cancelsFromWithinAFence()
     talk.clock.runFor(kDroppedMs);
     QVERIFY(talk.takeSent().isEmpty());
     QCOMPARE(static_cast<int>(talk.replies.size()), 1);
+}
+
+void TestFences::cancelsFromWithinADoubt()
+{
+    Talk talk;
+    bool asksAnew = false;
+    connect(&talk.conversation, &Conversation::answerDoubted, &talk.conversation, [&] {
+        talk.conversation.cancel();
+        if (asksAnew) {
+            talk.ask(kFirst);
+        }
+    });
+    talk.settle(kFirst, kFirstAnswer);
+    talk.ask(kSecond);
+    talk.takeSent();
+    talk.say(kFirstAnswer);
+    QVERIFY(talk.takeSent().isEmpty());
+    asksAnew = true;
+    talk.ask(kSecond);
+    talk.takeSent();
+    talk.say(kFirstAnswer);
+    QCOMPARE(static_cast<int>(talk.takeSent().size()), 1);
 }
 
 QTEST_GUILESS_MAIN(TestFences)

@@ -20,7 +20,7 @@ private Q_SLOTS:
     void request();
     void answers_data();
     void answers();
-    void lateAnswer();
+    void unusedAnswers();
 };
 
 void TestTrace::request()
@@ -85,15 +85,17 @@ void TestTrace::answers()
     QCOMPARE(traceAnswer(kTime, report), QLatin1String("07:08:09.010 <- 12.3 ms ") + text);
 }
 
-void TestTrace::lateAnswer()
+void TestTrace::unusedAnswers()
 {
-    QCOMPARE(traceLate(kTime,
-                       QByteArray("\x06"
-                                  "01wSB\x03"
-                                  "76"),
-                       700.04),
-             QLatin1String("07:08:09.010 <- 700.0 ms 9 bytes [06 30 31 77 53 42 03 37 36] station "
-                           "1, done; too late, not used"));
+    const QByteArray done("\x06"
+                          "01wSB\x03"
+                          "76");
+    const QLatin1String text(
+        "07:08:09.010 <- 700.0 ms 9 bytes [06 30 31 77 53 42 03 37 36] station "
+        "1, done; ");
+    QCOMPARE(traceLate(kTime, done, 700.04), text + QLatin1String("too late, not used"));
+    QCOMPARE(traceDoubted(kTime, done, 700.04),
+             text + QLatin1String("may be a copy of the answer before it, asked again"));
 }
 
 QTEST_APPLESS_MAIN(TestTrace)

@@ -39,6 +39,11 @@ struct Talk
                              late.append(answer);
                              lateTimes.append(qRound(lateMs));
                          });
+        QObject::connect(&conversation, &Conversation::answerDoubted,
+                         [this](int, const QByteArray &answer, double tookMs) {
+                             doubted.append(answer);
+                             doubtedTimes.append(qRound(tookMs));
+                         });
     }
 
     static ConversationSettings settings(RepeatedAnswers repeated)
@@ -85,6 +90,8 @@ struct Talk
     QList<Reply> fences;
     QList<QByteArray> late;
     QList<int> lateTimes;
+    QList<QByteArray> doubted;
+    QList<int> doubtedTimes;
 };
 
 } // namespace cnet

@@ -24,6 +24,7 @@ private Q_SLOTS:
     void leavesTheLastRequestOpen();
     void comesBackAsItWas();
     void writesWhatNobodyAnswered();
+    void writesWhatWasAskedOnceMore();
     void takesAnyRow();
 };
 
@@ -184,6 +185,25 @@ void TestCaptureRows::writesWhatNobodyAnswered()
     const RecordedFrame &frame = recording.lines.at(0).exchanges.at(0).request;
     QCOMPARE(frame.bytes, readRequest());
     QCOMPARE(frame.comment, QLatin1String("station 1, read 1/D_W:10*2; no answer"));
+}
+
+void TestCaptureRows::writesWhatWasAskedOnceMore()
+{
+    FrameLog log;
+    FrameRow request;
+    request.bytes = readRequest();
+    request.request = 0;
+    request.answer = 1;
+    log.append(request);
+    FrameRow doubted;
+    doubted.bytes = readAnswer();
+    doubted.request = 0;
+    doubted.way = FrameWay::Received;
+    doubted.isDoubted = true;
+    log.append(doubted);
+    const Recording recording = readRecording(captureOf(log, QString()));
+    const RecordedFrame &frame = recording.lines.at(0).exchanges.at(0).answers.at(0);
+    QVERIFY2(frame.comment.endsWith(QLatin1String("; asked once more")), qPrintable(frame.comment));
 }
 
 // Names, comments and bytes of any length and kind, from a file of any origin.

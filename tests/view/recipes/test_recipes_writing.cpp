@@ -54,6 +54,15 @@ private Q_SLOTS:
         QCOMPARE(bench.at(0, RecipeModel::kValue), QLatin1String("7"));
     }
 
+    void aCellThatNobodyTypedIntoIsNoMistake()
+    {
+        Bench bench;
+        QVERIFY(bench.open("register,address,count,value\nD_W,300,2,\n"));
+        bench.table().edit(bench.table().model()->index(0, RecipeModel::kValue));
+        QVERIFY(bench.page.openFile(kCover));
+        QVERIFY(bench.troubles.isEmpty());
+    }
+
     void asksBeforeItWrites()
     {
         Bench bench;

@@ -174,7 +174,10 @@ void TestTrendRecord::leavesAFileToTheWindowThatHasIt()
     QVERIFY(start(path("g.csv")));
     TrendRecord other;
     QVERIFY(!other.start(path("g.csv"), 0, m_error));
-    QVERIFY2(m_error.contains(QLatin1String("Another window")), qPrintable(m_error));
+    QVERIFY2(m_error.contains(QLatin1String("Another window")) &&
+                 m_error.contains(QLatin1String("g.csv.lock")) &&
+                 m_error.contains(QString::number(QCoreApplication::applicationPid())),
+             qPrintable(m_error));
     QVERIFY(!other.isRunning());
     QVERIFY(start(path("g.csv"))); // its own is no other
     m_record->stop();

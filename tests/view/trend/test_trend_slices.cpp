@@ -34,6 +34,18 @@ void TestTrendSlices::drawsInTheTimeThereIs()
     }
     m_plot->refresh(later + 6, none); // the last trace took the last slice
     QCOMPARE(m_plot->pane(0)->axisScaleDiv(QwtPlot::xBottom).upperBound(), double(later));
+    // Nor is one that was begun when the page was hidden.
+    m_plot->setPausedAt(later);
+    m_view->setTime({kNow - kMinute, kNow - 1000.0});
+    m_plot->refresh(later, none);
+    m_plot->hide();
+    m_plot->refresh(later, none);
+    m_plot->show();
+    m_plot->refresh(later);
+    QCOMPARE(m_plot->pane(0)->axisScaleDiv(QwtPlot::xBottom).upperBound(), kNow - 1000.0);
+    m_plot->setPausedAt(std::nullopt);
+    m_view->follow(later);
+    m_plot->refresh(later);
     // One that goes meanwhile is not missed.
     m_plot->refresh(later + 1000, none);
     m_traces->removeAt(0);

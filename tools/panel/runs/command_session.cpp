@@ -87,6 +87,10 @@ void CommandSession::trace()
             [this](int, const QByteArray &answer, double lateMs) {
                 m_messages.line(traceLate(QTime::currentTime(), answer, lateMs));
             });
+    connect(&m_session, &Session::answerDoubted, this,
+            [this](int, const QByteArray &answer, double tookMs) {
+                m_messages.line(traceDoubted(QTime::currentTime(), answer, tookMs));
+            });
 }
 
 int CommandSession::run()

@@ -34,7 +34,9 @@ bool RecipesPage::endEditing()
         if (field->isHidden()) { // it has ended, and goes
             continue;
         }
-        if (!field->hasAcceptableInput()) {
+        const bool isUntouched =
+            field->text().isEmpty() && field->accessibleDescription().isEmpty();
+        if (!isUntouched && !field->hasAcceptableInput()) {
             Q_EMIT troubled(field->accessibleDescription(), tr("Correct it, or press Esc."));
             return false;
         }

@@ -274,6 +274,10 @@
         <source>%1 ms</source>
         <translation>%1 ms</translation>
     </message>
+    <message>
+        <source>asked once more</source>
+        <translation>noch einmal gefragt</translation>
+    </message>
 </context>
 <context>
     <name>HistogramView</name>
@@ -1351,8 +1355,8 @@ Ohne Argumente zeigt es eine simulierte Pressenlinie.</translation>
         <translation>die Leitung wurde dafür nie frei</translation>
     </message>
     <message>
-        <source>asked once more: the answer was that to the request before it, byte for byte</source>
-        <translation>noch einmal gefragt: Die Antwort war Byte für Byte die auf die Anfrage davor</translation>
+        <source>the same as the answer before it, byte for byte: it may be a copy</source>
+        <translation>Byte für Byte wie die Antwort davor: Es kann eine Kopie sein</translation>
     </message>
 </context>
 <context>
@@ -3326,8 +3330,8 @@ ms</translation>
         <translation>Die Aufzeichnung nach %1 ist beendet: %2.</translation>
     </message>
     <message>
-        <source>Another window is recording to %1.</source>
-        <translation>Ein anderes Fenster zeichnet nach %1 auf.</translation>
+        <source>Another window is recording to %1 (%2). If it is gone, remove %3.</source>
+        <translation>Ein anderes Fenster zeichnet nach %1 auf (%2). Gibt es das nicht mehr, %3 entfernen.</translation>
     </message>
 </context>
 <context>

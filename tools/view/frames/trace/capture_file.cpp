@@ -39,7 +39,7 @@ QString commentOf(const FrameLog &log, qint64 number)
     }
     QString text = frameSummary(log.decode(number, Detail::Summary));
     const auto add = [&text](const FrameRow &of) {
-        if (of.faults != FrameFaults()) {
+        if (of.faults != FrameFaults() || of.isDoubted) {
             text += QLatin1String("; ") + resultWords(of);
         }
     };

@@ -46,6 +46,7 @@ struct FrameRow
     int station = -1;    ///< as it stands in the frame; -1: none
     FrameWay way = FrameWay::Sent;
     FrameKind kind = FrameKind::Other;
+    bool isDoubted = false; ///< an answer that the host makes sure of: it asks once more
     FrameFaults faults;
 };
 

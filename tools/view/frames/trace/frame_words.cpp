@@ -103,10 +103,11 @@ QString resultWords(const FrameRow &row)
         }
     }
     if (parts.isEmpty()) {
-        if (row.way == FrameWay::Received) {
-            return words(QT_TRANSLATE_NOOP("Frames", "good"));
+        if (row.way == FrameWay::Sent) {
+            return QString();
         }
-        return row.answer < 0 ? row.note : QString();
+        return row.isDoubted ? words(QT_TRANSLATE_NOOP("Frames", "asked once more"))
+                             : words(QT_TRANSLATE_NOOP("Frames", "good"));
     }
     const auto code =
         row.faults.testFlag(FrameFault::Refused) ? refusalCode(row.bytes) : std::optional<int>();

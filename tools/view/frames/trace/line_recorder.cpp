@@ -72,6 +72,7 @@ void LineRecorder::begin(Session *session)
     connect(session, &Session::requestSent, this, &LineRecorder::noteRequest);
     connect(session, &Session::exchangeEnded, this, &LineRecorder::noteEnd);
     connect(session, &Session::answeredLate, this, &LineRecorder::noteLate);
+    connect(session, &Session::answerDoubted, this, &LineRecorder::noteDoubted);
 }
 
 void LineRecorder::end()
@@ -153,15 +154,6 @@ void LineRecorder::leaveOpen(const Open &open)
     m_failed = open.frame;
 }
 
-// The host does so where an answer could be the one before it once more: no fault of anybody.
-void LineRecorder::askOnceMore(const Open &open)
-{
-    if (FrameRow *const row = find(open.number)) {
-        row->note =
-            tr("asked once more: the answer was that to the request before it, byte for byte");
-    }
-}
-
 void LineRecorder::noteRequest(const QByteArray &frame)
 {
     if (m_open.size() >= kMostOpen) {
@@ -178,9 +170,8 @@ void LineRecorder::noteRequest(const QByteArray &frame)
     append(std::move(row));
 }
 
-// The requests before it are over, too: the line asks one at a time. But a sign of life may come
-// in between.
-qint64 LineRecorder::takeOpen(const QByteArray &frame, Purpose purpose)
+// The requests before it are over, too: the line asks one at a time.
+qint64 LineRecorder::takeOpen(const QByteArray &frame)
 {
     int at = m_open.size() - 1;
     while (at >= 0 && m_open.at(at).frame != frame) {
@@ -189,18 +180,11 @@ qint64 LineRecorder::takeOpen(const QByteArray &frame, Purpose purpose)
     if (at < 0) {
         return -1;
     }
-    const qint64 number = m_open.takeAt(at).number;
-    if (purpose != Purpose::Fence) {
-        for (const Open &open : m_open.mid(0, at)) {
-            if (m_isInDoubt && open.frame == frame) {
-                askOnceMore(open);
-            } else {
-                leaveOpen(open);
-            }
-        }
-        m_open.remove(0, at);
-        m_isInDoubt = false;
+    for (int i = 0; i < at; ++i) {
+        leaveOpen(m_open.at(i));
     }
+    const qint64 number = m_open.at(at).number;
+    m_open.remove(0, at + 1);
     return number;
 }
 
@@ -208,10 +192,7 @@ void LineRecorder::noteEnd(const ExchangeReport &report)
 {
     const Reply &reply = report.reply;
     FrameRow row;
-    row.request = takeOpen(reply.frame, report.purpose);
-    if (report.purpose == Purpose::Fence && reply.outcome == Outcome::Answered) {
-        m_isInDoubt = !reply.note.isEmpty();
-    }
+    row.request = takeOpen(reply.frame);
     row.timeNs = nowNs();
     row.bytes = reply.answer;
     row.way = FrameWay::Received;
@@ -236,6 +217,27 @@ void LineRecorder::noteEnd(const ExchangeReport &report)
         m_failed = reply.frame;
     } else if (m_failed == reply.frame) {
         m_failed.clear();
+    }
+    append(std::move(row));
+}
+
+void LineRecorder::noteDoubted(int station, const QByteArray &answer, double tookMs)
+{
+    if (m_open.isEmpty()) {
+        return;
+    }
+    FrameRow row;
+    row.request = takeOpen(m_open.last().frame);
+    row.timeNs = nowNs();
+    row.bytes = answer;
+    row.way = FrameWay::Received;
+    row.station = station;
+    row.isDoubted = true;
+    row.note = tr("the same as the answer before it, byte for byte: it may be a copy");
+    row.tookMs = tookMs;
+    if (FrameRow *const request = find(row.request)) {
+        request->answer = m_waiting.end();
+        row.kind = request->kind;
     }
     append(std::move(row));
 }

@@ -46,6 +46,7 @@ public:
     void noteRequest(const QByteArray &frame);
     void noteEnd(const ExchangeReport &report);
     void noteLate(int station, const QByteArray &answer, double lateMs);
+    void noteDoubted(int station, const QByteArray &answer, double tookMs);
 
 Q_SIGNALS:
     /** total() and the like are different. A few times a second. */
@@ -63,9 +64,8 @@ private:
     void end();
     void append(FrameRow row);
     FrameRow *find(qint64 number);
-    qint64 takeOpen(const QByteArray &frame, Purpose purpose);
+    qint64 takeOpen(const QByteArray &frame);
     void leaveOpen(const Open &open);
-    void askOnceMore(const Open &open);
     qint64 requestOfLate(int station, const QByteArray &answer, qint64 askedNs);
 
     Line &m_line;
@@ -78,7 +78,6 @@ private:
     QString m_lineName;
     qint64 m_total = 0;
     qint64 m_faulty = 0;
-    bool m_isInDoubt = false; ///< the last sign of life was asked for because of an answer
     bool m_paused = false;
 };
 

@@ -259,11 +259,8 @@ QJsonObject ScanPanel::saved() const
 void ScanPanel::restore(const QJsonObject &state)
 {
     const QString stations = state.value(QLatin1String("stations")).toString();
-    if (parseStations(stations)) {
-        m_stations->setText(stations);
-    }
-    m_registers->setChecked(
-        state.value(QLatin1String("registers")).toBool(m_registers->isChecked()));
+    m_stations->setText(parseStations(stations) ? stations : QString(kAllStations));
+    m_registers->setChecked(state.value(QLatin1String("registers")).toBool());
 }
 
 } // namespace cnet::view

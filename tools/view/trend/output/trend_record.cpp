@@ -34,13 +34,22 @@ bool endsInRow(QFile &file)
     return file.size() == 0 || (file.seek(file.size() - 1) && file.getChar(&last) && last == '\n');
 }
 
-/** @return nullptr: another window records to it. Where there can be no lock, one goes without. */
-std::unique_ptr<QLockFile> lockOf(const QString &path)
+/** Where there can be no lock, one goes without. */
+bool isTakenByOthers(QLockFile &lock)
 {
-    auto lock = std::make_unique<QLockFile>(path + QLatin1String(".lock"));
-    lock->setStaleLockTime(0); // a recording may take months
-    const bool isTaken = !lock->tryLock(0) && lock->error() == QLockFile::LockFailedError;
-    return isTaken ? nullptr : std::move(lock);
+    lock.setStaleLockTime(0); // a recording may take months
+    return !lock.tryLock(0) && lock.error() == QLockFile::LockFailedError;
+}
+
+/** A computer that went down left its lock on a disk of the network. */
+QString holderOf(const QLockFile &lock)
+{
+    qint64 process = 0;
+    QString computer;
+    QString program;
+    return lock.getLockInfo(&process, &computer, &program)
+               ? QLatin1String("%1, %2, %3").arg(program, QString::number(process), computer)
+               : QString(QLatin1Char('?'));
 }
 
 } // namespace
@@ -77,9 +86,12 @@ bool TrendRecord::start(const QString &path, qint64 mostBytes, QString &error)
             return false;
         }
     }
-    auto lock = lockOf(real);
-    if (lock == nullptr) {
-        error = tr("Another window is recording to %1.").arg(QDir::toNativeSeparators(real));
+    const QString lockPath = real + QLatin1String(".lock");
+    auto lock = std::make_unique<QLockFile>(lockPath);
+    if (isTakenByOthers(*lock)) {
+        error = tr("Another window is recording to %1 (%2). If it is gone, remove %3.")
+                    .arg(QDir::toNativeSeparators(real), holderOf(*lock),
+                         QDir::toNativeSeparators(lockPath));
         return false;
     }
     m_mostBytes = std::max(mostBytes, kLeastBound);

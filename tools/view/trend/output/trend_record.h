@@ -61,7 +61,7 @@ private:
     void fail(const QString &reason);
 
     QFile m_file;
-    std::unique_ptr<QLockFile> m_lock; ///< of both parts, against other windows
+    std::unique_ptr<QLockFile> m_lock; ///< against other windows
     QByteArray m_waiting;
     QTimer m_timer;
     qint64 m_mostBytes = 0;

@@ -96,6 +96,7 @@ void Pane::setTraces(const std::vector<PaneTrace> &traces)
         // Qwt's marks and grids have their own depths, the marks above all traces.
         item->setZ(trace.emphasis == Emphasis::Strong ? kTracesDepth + kMarksDepth - 1
                                                       : kTracesDepth + depth);
+        item->setHoldUntil(m_frame.liveMs);
         item->attach(this);
         m_items.push_back(std::move(item));
         ++depth;
@@ -205,6 +206,7 @@ bool Pane::prepare(const QDeadlineTimer &until)
                                        ? next(item->yAxis(), m_scales.of(side).range)
                                        : canvasMap(yLeft);
         const bool hasWorked = item->prepareLive(time, values, *canvas());
+        // Also behind the last one: drawing takes time, too, and the next slice has some.
         if (hasWorked && until.hasExpired()) {
             return false;
         }

@@ -11,6 +11,7 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
+#include <utility>
 
 namespace cnet::view {
 
@@ -147,7 +148,11 @@ void TrendPlot::distribute()
 
 void TrendPlot::refresh(qint64 nowMs, const QDeadlineTimer &until)
 {
-    m_isBegun = isVisible() && (m_isBegun || begin(nowMs));
+    if (!isVisible()) {
+        m_isOld = std::exchange(m_isBegun, false) || m_isOld;
+        return;
+    }
+    m_isBegun = m_isBegun || begin(nowMs);
     if (!m_isBegun || !prepare(until)) {
         return;
     }
