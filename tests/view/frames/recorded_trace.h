@@ -32,6 +32,19 @@ protected:
         ask(request);
         m_recorder->noteEnd(report(request, answer, outcome));
     }
+    /** What goes over a line on which these are watched comes instead. */
+    void monitor(const QVector<const char *> &texts)
+    {
+        Connection fast;
+        fast.address.line.baud = 0;
+        m_line->open(fast);
+        QVector<Item> items;
+        QString error;
+        for (const char *text : texts) {
+            items.append(parseItem(QLatin1String(text), 1, m_line->registers(), error).value());
+        }
+        m_line->session()->monitor(items);
+    }
     const FrameRow &row(int index) const { return m_model->log().at(index); }
     QString text(int row, FrameModel::Column column) const
     {

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void tiesALateAnswerToWhatWasAsked();
     void knowsSignsOfLife();
     void endsWithTheSession();
+    void isToldOfDoubts();
     void isBounded();
     void handsOverEarlyWhereManyWait();
     void givesUpTheOldestFirst();
@@ -202,13 +203,7 @@ void TestFrameTrace::knowsSignsOfLife()
 void TestFrameTrace::endsWithTheSession()
 {
     QCOMPARE(m_line->prepare(), QString());
-    Connection fast;
-    fast.address.line.baud = 0;
-    m_line->open(fast);
-    QString error;
-    const auto item = parseItem(QLatin1String("D_W:100"), 1, m_line->registers(), error);
-    QVERIFY2(item, qPrintable(error));
-    m_line->session()->monitor({*item});
+    monitor({"D_W:100"});
     QTRY_VERIFY_WITH_TIMEOUT(m_recorder->total() > 5, 60000);
     QVERIFY(!m_recorder->lineName().isEmpty());
     m_line->close();
@@ -217,9 +212,22 @@ void TestFrameTrace::endsWithTheSession()
     for (int i = 0; i + 1 < rows; ++i) {
         QVERIFY(row(i).request == i ? row(i).kind != FrameKind::Other : row(i).request == i - 1);
     }
-    m_line->open(fast);
-    m_line->session()->monitor({*item});
+    monitor({"D_W:100"});
     QTRY_VERIFY_WITH_TIMEOUT(m_model->rowCount() > rows + 4, 60000);
+}
+
+void TestFrameTrace::isToldOfDoubts()
+{
+    QCOMPARE(m_line->prepare(), QString());
+    monitor({"D_W:1000", "D_W:2000"}); // both are 0
+    const auto isTold = [this] {
+        const QModelIndexList cells =
+            m_model->match(m_model->index(0, FrameModel::Result), Qt::DisplayRole,
+                           QLatin1String("asked once more"));
+        return !cells.isEmpty();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isTold(), 60000);
+    QCOMPARE(m_recorder->faulty(), 0);
 }
 
 void TestFrameTrace::isBounded()
