@@ -14,7 +14,8 @@ using spcheck::RawPacket;
 
 namespace {
 
-const int kPatienceMs = 30000;
+const int kPatienceMs = 120000;
+const int kAttemptMs = 20000;
 
 qint64 timeOf(const Told &told)
 {
@@ -28,7 +29,7 @@ Listener::Listener()
     QObject::connect(&m_socket, &QTcpSocket::readyRead, &m_socket, [this] { read(); });
 }
 
-// A cluster that has lost one of its servers just now may end connections.
+// A cluster that has lost one of its servers just now may end connections, or answer none.
 bool Listener::start(quint16 port)
 {
     QElapsedTimer clock;
@@ -39,7 +40,7 @@ bool Listener::start(quint16 port)
             [this] {
                 return m_isSubscribed || m_socket.state() == QAbstractSocket::UnconnectedState;
             },
-            kPatienceMs);
+            kAttemptMs);
     } while (!m_isSubscribed && clock.elapsed() < kPatienceMs);
     return m_isSubscribed;
 }
@@ -77,6 +78,7 @@ void Listener::take(const RawPacket &packet)
     if (told) {
         told->connection = m_connection;
         const Arrival arrival{*told, timeOf(*told), QDateTime::currentMSecsSinceEpoch()};
+        m_lastOldMs = told->isOld ? arrival.arrivedMs : m_lastOldMs;
         if (onArrival) {
             onArrival(arrival);
         } else {
@@ -105,15 +107,6 @@ qint64 Listener::firstLiveSince(qint64 wallMs) const
     };
     const auto it = std::find_if(m_arrivals.begin(), m_arrivals.end(), isIt);
     return it == m_arrivals.end() ? 0 : it->arrivedMs;
-}
-
-qint64 Listener::lastOld() const
-{
-    qint64 last = 0;
-    for (const Arrival &arrival : m_arrivals) {
-        last = arrival.told.isOld ? arrival.arrivedMs : last;
-    }
-    return last;
 }
 
 int Listener::repeated() const

@@ -36,8 +36,8 @@ public:
 
     /** When the first value came that was read at this time or later, and did not have to wait. */
     qint64 firstLiveSince(qint64 wallMs) const;
-    /** When the last of what had to wait came. */
-    qint64 lastOld() const;
+    /** When the last of what had to wait came, or 0. */
+    qint64 lastOld() const { return m_lastOldMs; }
     /** Messages that came once more. */
     int repeated() const;
 
@@ -51,4 +51,5 @@ private:
     bool m_isSubscribed = false;
     int m_connection = 0; ///< of the gateway
     QVector<Arrival> m_arrivals;
+    qint64 m_lastOldMs = 0;
 };

@@ -5,6 +5,7 @@
 #include <QStandardPaths>
 #include <QTest>
 
+#include <algorithm>
 #include <array>
 
 /** Three nats-servers of this computer that speak MQTT and keep everything three times. */
@@ -65,7 +66,8 @@ public:
     bool waitUntilMember(int index)
     {
         const quint16 port = m_servers[std::size_t(index)].monitor;
-        return QTest::qWaitFor([port] { return isHealthy(port, "?js-server-only=true"); }, 40000);
+        return QTest::qWaitFor(
+            [port] { return ask(port, "/healthz?js-server-only=true").contains(kHealthy); }, 40000);
     }
 
     /**
@@ -75,7 +77,16 @@ public:
     bool waitUntilCaughtUp(int index)
     {
         const quint16 port = m_servers[std::size_t(index)].monitor;
-        return QTest::qWaitFor([port] { return isHealthy(port, ""); }, 20000);
+        return QTest::qWaitFor([port] { return ask(port, "/healthz").contains(kHealthy); }, 20000);
+    }
+
+    /** @return the server that an MQTT client is connected to, or -1 */
+    int serverOf(const QByteArray &clientId) const
+    {
+        const auto it = std::find_if(m_servers.begin(), m_servers.end(), [&](const Server &server) {
+            return ask(server.monitor, "/connz").contains("\"mqtt_client\": \"" + clientId + '"');
+        });
+        return it == m_servers.end() ? -1 : int(it - m_servers.begin());
     }
 
     /** What its servers said last, for whoever has to find out why a test failed. */
@@ -109,16 +120,18 @@ private:
         server.process.waitForFinished();
     }
 
-    static bool isHealthy(quint16 port, const QByteArray &query)
+    static constexpr char kHealthy[] = "\"ok\"";
+
+    static QByteArray ask(quint16 monitor, const QByteArray &path)
     {
         QTcpSocket socket;
-        socket.connectToHost(QHostAddress::LocalHost, port);
-        socket.write("GET /healthz" + query + " HTTP/1.0\r\n\r\n");
+        socket.connectToHost(QHostAddress::LocalHost, monitor);
+        socket.write("GET " + path + " HTTP/1.0\r\n\r\n");
         QByteArray answer;
         while (socket.waitForReadyRead(2000)) {
             answer += socket.readAll();
         }
-        return answer.contains("\"ok\"");
+        return answer;
     }
 
     // Confirmed is what two of three have; what a subscriber has not confirmed comes again soon.

@@ -21,6 +21,9 @@ public:
     /** A place that keeps a history: each change once, in order. */
     void checkHistory(const char *place, const QVector<Told> &told);
 
+    /** Each change at least once and nothing else, in whatever order. */
+    void checkComplete(const char *place, const QVector<Told> &told);
+
     /**
      * A place with subscribers: each change at least once and nothing else; of each tag in order
      * those that are live, and those that are old, of one connection each.
@@ -38,7 +41,6 @@ private:
 
     void findPlaces();
     void fault(const char *place, const char *what, const QByteArray &key);
-    void checkComplete(const char *place, const QVector<Told> &told);
     void checkOrder(const char *place, const QVector<Told> &told, bool isOld);
 
     QVector<Told> m_reference;
