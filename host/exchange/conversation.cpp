@@ -61,7 +61,6 @@ void Conversation::begin(Goal goal)
     m_goal = goal;
     m_fences = 0;
     m_asked = false;
-    m_doubt = Doubt();
     m_clearingSinceMs = m_disturbed ? m_clock.nowMs() : 0;
     proceed();
 }
@@ -99,6 +98,7 @@ bool Conversation::isConfusable(const AnswerShape &shape) const
 void Conversation::send(const QByteArray &request, int patienceMs)
 {
     m_collector.clear();
+    m_doubt = Doubt();
     m_frame = request;
     ++m_sendings;
     m_sentNs = m_clock.nowNs();

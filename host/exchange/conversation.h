@@ -101,7 +101,7 @@ private:
         Greet, ///< that was all
     };
 
-    /** What came instead of an answer that could be believed. */
+    /** What came, since a frame was sent, instead of an answer that could be believed. */
     struct Doubt
     {
         QString note;

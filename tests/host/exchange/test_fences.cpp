@@ -17,6 +17,7 @@ private Q_SLOTS:
     void distrustsARefusedFence();
     void triesOtherFences();
     void asksAgainWhenAnAnswerRepeats();
+    void silenceBehindADoubtIsSilence();
     void distrustsACopyOfTheLastAnswer();
     void fencesWhereTheSameAnswerIsToBeExpected();
     void remembersThatACopyMayHaveComeFirst();
@@ -141,6 +142,22 @@ void TestFences::asksAgainWhenAnAnswerRepeats()
     QCOMPARE(static_cast<int>(talk.doubted.size()), 1);
     QCOMPARE(static_cast<int>(talk.replies.size()), 2);
     QCOMPARE(talk.replies.last().outcome, Outcome::Answered);
+    QCOMPARE(talk.fences.last().note + talk.replies.last().note, QString());
+}
+
+// What was said of an answer says nothing of what comes to the frames behind it.
+void TestFences::silenceBehindADoubtIsSilence()
+{
+    Talk talk;
+    talk.settle(kFirst, kFirstAnswer);
+    talk.ask(kSecond);
+    talk.say(kFirstAnswer);
+    talk.clock.runFor(kDroppedMs);
+    QCOMPARE(static_cast<int>(talk.fences.size()), 3);
+    QCOMPARE(talk.fences.first().outcome, Outcome::TimedOut);
+    QCOMPARE(talk.replies.last().outcome, Outcome::TimedOut);
+    QCOMPARE(talk.replies.last().frame, kSecond);
+    QCOMPARE(talk.replies.last().note, QString());
 }
 
 void TestFences::distrustsACopyOfTheLastAnswer()

@@ -1,6 +1,3 @@
-#include "view/frames/trace/frame_filter.h"
-#include "view/frames/trace/frame_words.h"
-
 #include "recorded_trace.h"
 
 #include <support/rows.h>
@@ -8,35 +5,24 @@
 using namespace cnet;
 using namespace cnet::view;
 
-namespace {
-
-// Enough for each test, and few enough for each row to be looked at after each change.
-constexpr int kMost = 80;
-
-} // namespace
-
 /** What goes over a line as rows of a table. */
 class TestFrameTrace : public QObject, private RecordedTrace
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { begin(kMost); }
+    void init() { begin(); }
     void tiesAnAnswerToItsRequest();
     void saysWhatIsWrong_data();
     void saysWhatIsWrong();
     void marksWhatIsSentAgain();
     void leavesOpenWhatNobodyWaitedFor();
     void aQuestionOnceMoreIsNoFault();
+    void endsWhatIsNotSentAgain();
     void tiesALateAnswerToWhatWasAsked();
     void knowsSignsOfLife();
     void endsWithTheSession();
     void isToldOfDoubts();
-    void isBounded();
-    void handsOverEarlyWhereManyWait();
-    void givesUpTheOldestFirst();
-    void holdsTheTable();
-    void dropsTheOldestOfAPause();
     void clears();
 };
 
@@ -170,6 +156,25 @@ void TestFrameTrace::aQuestionOnceMoreIsNoFault()
     QCOMPARE(m_model->rowCount(), 0);
 }
 
+// No fence behind the doubt is answered, and then the request does not go out again.
+void TestFrameTrace::endsWhatIsNotSentAgain()
+{
+    ask(readRequest());
+    m_recorder->noteDoubted(1, readAnswer(), 7);
+    exchange(readRequest("0099"), {}, Outcome::TimedOut);
+    m_recorder->noteEnd(report(readRequest(), {}, Outcome::TimedOut));
+    m_recorder->flush();
+    QCOMPARE(row(4).request, 0);
+    QCOMPARE(row(0).answer, 4);
+    QVERIFY(row(4).timeNs >= row(2).timeNs);
+    QCOMPARE(m_recorder->total(), 2);
+    exchange(readRequest(), readAnswer());                    // the next round
+    m_recorder->noteEnd(report(readRequest(), readAnswer())); // of a request that is gone
+    m_recorder->flush();
+    QCOMPARE(row(6).request, 5);
+    QCOMPARE(row(7).request, -1);
+}
+
 void TestFrameTrace::tiesALateAnswerToWhatWasAsked()
 {
     exchange(readRequest("0010", "02"), {}, Outcome::TimedOut);
@@ -186,6 +191,12 @@ void TestFrameTrace::tiesALateAnswerToWhatWasAsked()
     QVERIFY(text(6, FrameModel::Meaning).contains(QLatin1String("D_W:10*2 = 7")));
     QCOMPARE(row(7).request, -1); // nobody asked station 3
     QVERIFY(!text(7, FrameModel::Meaning).isEmpty());
+    ask(readRequest("0030"));
+    m_recorder->noteDoubted(1, readAnswer(), 7);
+    m_recorder->noteLate(1, readAnswer("00070008"), 0);
+    QCOMPARE(m_recorder->total(), 5);
+    m_recorder->flush();
+    QCOMPARE(row(8).late, 10);
 }
 
 void TestFrameTrace::knowsSignsOfLife()
@@ -228,94 +239,6 @@ void TestFrameTrace::isToldOfDoubts()
     };
     QTRY_VERIFY_WITH_TIMEOUT(isTold(), 60000);
     QCOMPARE(m_recorder->faulty(), 0);
-}
-
-void TestFrameTrace::isBounded()
-{
-    const int batches = 60;
-    const int perBatch = 7;
-    for (int batch = 0; batch < batches; ++batch) {
-        for (int i = 0; i < perBatch; ++i) {
-            exchange(readRequest(), readAnswer());
-        }
-        m_recorder->flush();
-        QVERIFY(m_model->log().exchanges() <= kMost);
-    }
-    QVERIFY(m_model->log().exchanges() > kMost - 2 * m_model->batch());
-    QCOMPARE(m_recorder->total(), batches * perBatch);
-    QCOMPARE(m_model->log().end(), 2 * batches * perBatch);
-    // An exchange goes as a whole.
-    QCOMPARE(row(0).request, m_model->log().first());
-    QCOMPARE(row(1).request, row(0).request);
-}
-
-void TestFrameTrace::handsOverEarlyWhereManyWait()
-{
-    for (int turn = 1; turn <= 3; ++turn) {
-        for (int i = 0; i < kMost / 4 + 1; ++i) {
-            exchange(readRequest(), readAnswer());
-        }
-        QCoreApplication::processEvents(); // at once, and not a few times a second
-        QCOMPARE(m_model->log().end(), qint64(turn) * 2 * (kMost / 4 + 1));
-    }
-}
-
-void TestFrameTrace::givesUpTheOldestFirst()
-{
-    QSignalSpy removed(m_model.get(), &QAbstractItemModel::rowsRemoved);
-    QSignalSpy inserted(m_model.get(), &QAbstractItemModel::rowsInserted);
-    for (int i = 0; i < kMost; ++i) {
-        exchange(readRequest(), {}, Outcome::TimedOut);
-    }
-    m_recorder->flush();
-    QCOMPARE(removed.count(), 0);
-    FrameFilter filter;
-    filter.setFrames(m_model.get());
-    FrameQuery query;
-    query.station = 1;
-    filter.setQuery(query);
-    m_recorder->noteLate(1, readAnswer(), 1);
-    m_recorder->flush();
-    exchange(readRequest(), readAnswer());
-    m_recorder->flush();
-    QCOMPARE(removed.count(), 1);
-    QCOMPARE(inserted.count(), 3);
-    QCOMPARE(m_model->rowCount(), 2 * kMost - 2 * m_model->batch() + 3);
-    QCOMPARE(filter.rowCount(), m_model->rowCount());
-}
-
-void TestFrameTrace::holdsTheTable()
-{
-    exchange(readRequest(), readAnswer());
-    m_recorder->setPaused(true);
-    QCOMPARE(m_model->rowCount(), 2);
-    QSignalSpy counted(m_recorder.get(), &LineRecorder::counted);
-    exchange(readRequest(), readAnswer());
-    QTRY_VERIFY_WITH_TIMEOUT(counted.count() > 0, 60000);
-    QCOMPARE(m_model->rowCount(), 2);
-    QCOMPARE(m_recorder->waiting(), 1);
-    QCOMPARE(m_recorder->total(), 2);
-    m_recorder->setPaused(false);
-    QCOMPARE(m_model->rowCount(), 4);
-    QCOMPARE(row(3).request, 2);
-}
-
-void TestFrameTrace::dropsTheOldestOfAPause()
-{
-    exchange(readRequest(), readAnswer());
-    m_recorder->setPaused(true);
-    const int many = kMost + 30;
-    for (int i = 0; i < many; ++i) {
-        exchange(readRequest(), i + 1 < many ? readAnswer() : readAnswer("00090009"));
-    }
-    QVERIFY(m_recorder->waiting() <= kMost);
-    QCOMPARE(m_recorder->total(), many + 1);
-    QCOMPARE(m_model->rowCount(), 2);
-    m_recorder->setPaused(false);
-    QCOMPARE(m_model->log().end(), 2 * (many + 1));
-    QVERIFY(m_model->log().exchanges() <= kMost);
-    QVERIFY(text(m_model->rowCount() - 1, FrameModel::Meaning).contains(QLatin1String("= 9")));
-    QCOMPARE(row(0).request, m_model->log().first());
 }
 
 void TestFrameTrace::clears()

@@ -54,7 +54,9 @@ void TestTrendLists::tracesAreEdited()
     QCOMPARE(traceText(4294967295.0, 0), QLatin1String("4294967295"));
     QCOMPARE(traceText(double(9.7F), 0), QLatin1String("9.7"));
     QCOMPARE(traceText(47.0, 1), QLatin1String("47.0"));
-    QCOMPARE(traceText(-47.25, 1), QLatin1String("-47.25")); // the mean of values
+    QCOMPARE(traceText(4.4 - 1.4, 1), QLatin1String("3.0"));       // 3.0000000000000004
+    QCOMPARE(traceText(0.3 - 0.1 - 0.2, 1), QLatin1String("0.0")); // below 0
+    QCOMPARE(traceText(-47.25, 1), QLatin1String("-47.25"));       // the mean of values
     traces.setKind(0, {latin("bar"), false, 2});
     QCOMPARE(traces.data(cell(0, TraceSet::Value), Qt::DisplayRole).toString(),
              QLatin1String("12.30 bar"));

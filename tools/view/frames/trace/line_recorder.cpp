@@ -84,6 +84,7 @@ void LineRecorder::end()
         leaveOpen(open);
     }
     m_failed.clear();
+    m_doubted = {-1, {}};
 }
 
 void LineRecorder::setPaused(bool paused)
@@ -99,6 +100,7 @@ void LineRecorder::clear()
     m_waiting = FrameLog(next);
     m_changed.clear();
     m_open.clear();
+    m_doubted = {-1, {}};
     m_total = 0;
     m_faulty = 0;
     m_model.show(FrameLog(next));
@@ -167,10 +169,14 @@ void LineRecorder::noteRequest(const QByteArray &frame)
     row.kind = kindOfRequest(frame);
     row.faults.setFlag(FrameFault::Repeated, frame == m_failed);
     m_open.append({row.request, frame});
+    if (frame == m_doubted.frame) {
+        m_doubted = {-1, {}};
+    }
     append(std::move(row));
 }
 
-// The requests before it are over, too: the line asks one at a time.
+// The requests before it are over, too: the line asks one at a time. Where no fence behind a doubt
+// was answered, the request does not go out again, and what is said last belongs to the first one.
 qint64 LineRecorder::takeOpen(const QByteArray &frame)
 {
     int at = m_open.size() - 1;
@@ -178,7 +184,7 @@ qint64 LineRecorder::takeOpen(const QByteArray &frame)
         --at;
     }
     if (at < 0) {
-        return -1;
+        return frame == m_doubted.frame ? m_doubted.number : -1;
     }
     for (int i = 0; i < at; ++i) {
         leaveOpen(m_open.at(i));
@@ -206,12 +212,13 @@ void LineRecorder::noteEnd(const ExchangeReport &report)
         row.note = tr("the line never became clear for it");
     }
     if (FrameRow *const request = find(row.request)) {
-        request->answer = m_waiting.end();
-        request->kind = row.kind;
-        // The time of a request that was sent again counts from its first sending.
-        if (!request->faults.testFlag(FrameFault::Repeated)) {
+        // The time of a request that was sent again counts from its first sending, and that of one
+        // that was not, after a doubt, from the last fence.
+        if (!request->faults.testFlag(FrameFault::Repeated) && request->answer < 0) {
             row.timeNs = request->timeNs + std::llround(reply.tookMs * kNsPerMs);
         }
+        request->answer = m_waiting.end();
+        request->kind = row.kind;
     }
     if (!report.final) {
         m_failed = reply.frame;
@@ -227,7 +234,8 @@ void LineRecorder::noteDoubted(int station, const QByteArray &answer, double too
         return;
     }
     FrameRow row;
-    row.request = takeOpen(m_open.last().frame);
+    m_doubted = m_open.last();
+    row.request = takeOpen(m_doubted.frame);
     row.timeNs = nowNs();
     row.bytes = answer;
     row.way = FrameWay::Received;
@@ -276,8 +284,8 @@ qint64 LineRecorder::requestOfLate(int station, const QByteArray &answer, qint64
             continue;
         }
         const FrameRow *const came = rowAt(row->answer);
-        const bool unanswered =
-            came == nullptr || came->bytes.isEmpty() || came->faults.testFlag(FrameFault::Unusable);
+        const bool unanswered = came == nullptr || came->bytes.isEmpty() || came->isDoubted ||
+                                came->faults.testFlag(FrameFault::Unusable);
         const qint64 apart = std::llabs(row->timeNs - askedNs);
         if (unanswered && (best < 0 || apart < least)) {
             best = number;

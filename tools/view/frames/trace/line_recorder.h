@@ -74,7 +74,8 @@ private:
     FrameLog m_waiting;
     QVector<qint64> m_changed; ///< rows of the model that are to be touched
     QVector<Open> m_open;
-    QByteArray m_failed; ///< the request that may be sent again
+    QByteArray m_failed;    ///< the request that may be sent again
+    Open m_doubted{-1, {}}; ///< the request that is to be sent again behind a fence; -1: none
     QString m_lineName;
     qint64 m_total = 0;
     qint64 m_faulty = 0;

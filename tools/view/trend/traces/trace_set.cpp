@@ -13,6 +13,8 @@ namespace {
 constexpr int kColours = 10;
 constexpr int kDigits = 7; ///< as many as a float of the PLC has
 constexpr double kGreatestWhole = 1e15;
+constexpr double kBeside =
+    1e-12; ///< how far a sum of decimals may be from the number that is meant
 
 } // namespace
 
@@ -28,9 +30,11 @@ QString traceText(double value, int decimals)
     if (!std::isfinite(value)) {
         return QLatin1String("-");
     }
-    const QString usual = QString::number(value, 'f', decimals);
-    const bool isExact = std::fabs(value) < kGreatestWhole && usual.toDouble() == value;
-    return isExact ? usual : QString::number(value, 'g', kDigits);
+    const double usual = QString::number(value, 'f', decimals).toDouble();
+    const bool isExact = std::fabs(value) < kGreatestWhole &&
+                         std::fabs(usual - value) <= kBeside * std::max(1.0, std::fabs(value));
+    return isExact ? QString::number(usual == 0 ? 0.0 : usual, 'f', decimals) // no minus before 0
+                   : QString::number(value, 'g', kDigits);
 }
 
 int TraceSet::indexOf(const QString &name) const
