@@ -33,8 +33,7 @@ QString traceText(double value, int decimals)
     const double usual = QString::number(value, 'f', decimals).toDouble();
     const bool isExact = std::fabs(value) < kGreatestWhole &&
                          std::fabs(usual - value) <= kBeside * std::max(1.0, std::fabs(value));
-    return isExact ? QString::number(usual == 0 ? 0.0 : usual, 'f', decimals) // no minus before 0
-                   : QString::number(value, 'g', kDigits);
+    return isExact ? QString::number(usual, 'f', decimals) : QString::number(value, 'g', kDigits);
 }
 
 int TraceSet::indexOf(const QString &name) const
