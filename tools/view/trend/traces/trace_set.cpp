@@ -13,8 +13,8 @@ namespace {
 constexpr int kColours = 10;
 constexpr int kDigits = 7; ///< as many as a float of the PLC has
 constexpr double kGreatestWhole = 1e15;
-constexpr double kBeside =
-    1e-12; ///< how far a sum of decimals may be from the number that is meant
+// How far a difference of decimals may be from the number that is meant.
+constexpr double kBeside = 1e-12;
 
 } // namespace
 
