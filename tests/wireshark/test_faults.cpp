@@ -18,6 +18,8 @@ private Q_SLOTS:
     void areFound();
 
 private:
+    void record(const QString &file, bool rtac);
+
     QTemporaryDir m_directory;
 };
 
@@ -51,6 +53,9 @@ const Row kRows[] = {
     {"no fault, the press", "--scenario press",
      "--count 3 --timeout 5000 D_W:100*31 P_W:0 M_W:0*4 T_W:0 C_W:0 M_bit:0.1 TX:0", 0},
 };
+
+// A time-out is short; where all is busy a PLC may need longer.
+const int kMostTries = 5;
 
 const char kExperts[] = "bad_check malformed cut refused no_answer other_station mismatch repeated "
                         "unasked echo outside not_captured";
@@ -137,6 +142,21 @@ private:
     int m_answers = 0;
 };
 
+/** The PLC was not quick enough: a request came while the answer to the one before was due. */
+bool isOverlapping(const PcapngFile &capture, int header)
+{
+    bool isDue = false;
+    for (const PcapngPacket &packet : capture.packets) {
+        const bool isRequest = packet.direction == 1;
+        if (isRequest && isDue) {
+            return true;
+        }
+        isDue = isRequest && packet.data.mid(header).startsWith('\x05') &&
+                !packet.comment.contains("; fault: ");
+    }
+    return false;
+}
+
 } // namespace
 
 void TestFaults::initTestCase()
@@ -149,11 +169,10 @@ void TestFaults::areFound_data()
     addRows(kRows);
 }
 
-void TestFaults::areFound()
+/** Has the panel read from a PLC that captures what it does. */
+void TestFaults::record(const QString &file, bool rtac)
 {
     const Row &row = currentRow(kRows);
-    const bool rtac = (&row - kRows) % 2 != 0;
-    const QString file = m_directory.filePath(QLatin1String("faults.pcapng"));
     PlcProgram plc;
     QVERIFY(
         plc.serve({QLatin1String("--tcp"), QLatin1String("127.0.0.1:0"), QLatin1String("--capture"),
@@ -168,16 +187,29 @@ void TestFaults::areFound()
     QVERIFY(panel.exitCode() >= 0);
     plc.signal(SIGTERM);
     QCOMPARE(plc.exitCode(), 0);
+}
 
-    const PcapngFile capture = readPcapngFile(file);
-    QCOMPARE(capture.error, QByteArray());
+void TestFaults::areFound()
+{
+    const Row &row = currentRow(kRows);
+    const bool rtac = (&row - kRows) % 2 != 0;
+    const int header = rtac ? 12 : 20;
+    const QString file = m_directory.filePath(QLatin1String("faults.pcapng"));
+    PcapngFile capture;
+    for (int tries = 0; tries == 0 || (tries < kMostTries && isOverlapping(capture, header));
+         ++tries) {
+        record(file, rtac);
+        QVERIFY(!QTest::currentTestFailed());
+        capture = readPcapngFile(file);
+        QCOMPARE(capture.error, QByteArray());
+    }
     const QByteArrayList experts = QByteArray(kExperts).split(' ');
     const QList<QByteArray> lines = dissectFields(
         file, QLatin1String("cnet.time cnet.") +
                   QString::fromLatin1(kExperts).replace(QLatin1Char(' '), QLatin1String(" cnet.")));
     QVERIFY2(lines.size() == capture.packets.size() && lines.size() > 20,
              lines.value(0).constData());
-    Expected expected(rtac ? 12 : 20);
+    Expected expected(header);
     for (int i = 0; i < lines.size(); ++i) {
         const QList<QByteArray> fields = lines.at(i).split('|');
         QByteArrayList found;

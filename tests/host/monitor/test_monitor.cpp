@@ -5,6 +5,8 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <ctime>
+
 using namespace cnet;
 
 namespace {
@@ -206,10 +208,9 @@ void TestMonitor::keepsManyItemsQuickly()
     monitor.setItems(items);
     monitor.blockRead(19999, 0, {5}, at(1));
     std::reverse(items.begin(), items.end());
-    QElapsedTimer timer;
-    timer.start();
+    const std::clock_t begin = std::clock();
     monitor.setItems(items);
-    QVERIFY2(timer.elapsed() < 3000, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY(std::clock() - begin < 3 * CLOCKS_PER_SEC);
     QCOMPARE(monitor.items().first().values.first().value, quint16(5));
 }
 

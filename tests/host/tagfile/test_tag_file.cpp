@@ -3,6 +3,8 @@
 
 #include <QtTest>
 
+#include <ctime>
+
 using namespace cnet;
 
 class TestTagFile : public QObject
@@ -179,10 +181,9 @@ void TestTagFile::isQuick()
                    (wrong ? "u61" : "u16") +
                    ",1,0.1,-40,mm/s,-10,6000,0.5,read-write,,a description of it,press/oil\n";
     }
-    QElapsedTimer timer;
-    timer.start();
+    const std::clock_t begin = std::clock();
     const TagFile file = testTagFile(content, 1, 1000);
-    const qint64 took = timer.elapsed();
+    const auto took = static_cast<long long>((std::clock() - begin) * 1000 / CLOCKS_PER_SEC);
     QCOMPARE(file.mistakes().count(), 1000);
     QCOMPARE(int(file.tags().size()), 9000);
     qInfo("10000 tags with 1000 mistakes: %lld ms", took);

@@ -4,6 +4,8 @@
 
 #include <QtTest>
 
+#include <ctime>
+
 using namespace cnet;
 
 class TestCsvField : public QObject
@@ -109,14 +111,13 @@ void TestCsvField::writesWhatItReads()
 void TestCsvField::isQuickWithQuotesInDisorder()
 {
     const QByteArray record = QByteArray("\"x\"\"\n").repeated(200000);
-    QElapsedTimer timer;
-    timer.start();
+    const std::clock_t begin = std::clock();
     CsvTrouble trouble = CsvTrouble::None;
     for (int at = 0; at < record.size(); ++at) {
         at = endOfCsvField(record, at, {}, trouble);
         QCOMPARE(trouble, CsvTrouble::OpenQuote);
     }
-    QVERIFY2(timer.elapsed() < 20000, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY(std::clock() - begin < 20 * CLOCKS_PER_SEC);
 }
 
 QTEST_APPLESS_MAIN(TestCsvField)

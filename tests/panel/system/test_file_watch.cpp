@@ -47,15 +47,18 @@ void TestFileWatch::act(const QByteArray &what) const
 void TestFileWatch::tells_data()
 {
     QTest::addColumn<QList<QByteArray>>("acts");
-    QTest::addColumn<int>("told");
-    QTest::newRow("stored") << QList<QByteArray>{"longer"} << 1;
-    QTest::newRow("stored in steps") << QList<QByteArray>{"a", "ab", "abcd"} << 1;
-    QTest::newRow("stored twice") << QList<QByteArray>{"longer", "", "longer still"} << 2;
-    QTest::newRow("replaced") << QList<QByteArray>{"replaced"} << 1;
-    QTest::newRow("replaced, and stored") << QList<QByteArray>{"replaced", "", "abcdefghijk"} << 2;
-    QTest::newRow("gone") << QList<QByteArray>{"gone"} << 0;
-    QTest::newRow("gone for a while") << QList<QByteArray>{"gone", "", "abcdefghijk"} << 1;
-    QTest::newRow("another file") << QList<QByteArray>{"another file"} << 0;
+    QTest::addColumn<QList<int>>("told"); // before each pause, and at the end
+    QTest::newRow("stored") << QList<QByteArray>{"longer"} << QList<int>{1};
+    QTest::newRow("stored in steps") << QList<QByteArray>{"a", "ab", "abcd"} << QList<int>{1};
+    QTest::newRow("stored twice") << QList<QByteArray>{"longer", "", "longer still"}
+                                  << QList<int>{1, 2};
+    QTest::newRow("replaced") << QList<QByteArray>{"replaced"} << QList<int>{1};
+    QTest::newRow("replaced, and stored")
+        << QList<QByteArray>{"replaced", "", "abcdefghijk"} << QList<int>{1, 2};
+    QTest::newRow("gone") << QList<QByteArray>{"gone"} << QList<int>{0};
+    QTest::newRow("gone for a while")
+        << QList<QByteArray>{"gone", "", "abcdefghijk"} << QList<int>{0, 1};
+    QTest::newRow("another file") << QList<QByteArray>{"another file"} << QList<int>{0};
 }
 
 void TestFileWatch::tells()
@@ -63,16 +66,19 @@ void TestFileWatch::tells()
     QFETCH(QList<QByteArray>, acts);
     QVERIFY(store("file", "abc"));
     FileWatch watch(path("file"));
-    QSignalSpy told(&watch, &FileWatch::changed);
-    for (const QByteArray &what : acts) {
-        if (what.isEmpty()) { // time passes
-            QTest::qWait(2 * FileWatch::kSettleMs);
-        } else {
+    QSignalSpy changes(&watch, &FileWatch::changed);
+    QFETCH(QList<int>, told);
+    acts.append(QByteArray());
+    for (const QByteArray &what : std::as_const(acts)) {
+        if (!what.isEmpty()) {
             act(what);
+            continue;
         }
+        const int expected = told.takeFirst();
+        QTRY_COMPARE_WITH_TIMEOUT(static_cast<int>(changes.size()), expected, 60000);
+        QTest::qWait(2 * FileWatch::kSettleMs); // and it stays so
+        QCOMPARE(static_cast<int>(changes.size()), expected);
     }
-    QTest::qWait(3 * FileWatch::kSettleMs);
-    QTEST(static_cast<int>(told.size()), "told");
 }
 
 QTEST_GUILESS_MAIN(TestFileWatch)

@@ -53,7 +53,7 @@ protected:
         m_plot = std::make_unique<TrendPlot>(*m_traces, *m_view, *m_cursors, *m_markers);
         m_plot->resize(800, 600);
         m_plot->show();
-        return QTest::qWaitForWindowExposed(m_plot.get());
+        return QTest::qWaitForWindowExposed(m_plot.get(), 60000);
     }
 
     int add(const char *name, int pane = 0, Side side = Side::Left, bool isBit = false)

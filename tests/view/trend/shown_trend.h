@@ -39,7 +39,7 @@ protected:
         m_folder = std::make_unique<QTemporaryDir>();
         m_page->resize(1000, 700);
         m_page->show();
-        return QTest::qWaitForWindowExposed(m_page.get());
+        return QTest::qWaitForWindowExposed(m_page.get(), 60000);
     }
     void close()
     {
@@ -48,6 +48,8 @@ protected:
     }
 
     void open() { m_plant->open(); }
+    /** Reads all of them, and then for long no more: nothing is stale on the slowest machine. */
+    void openOnce() { m_plant->open(kPatienceMs); }
     void setWord(int address, quint16 value) { m_plant->setWord(address, value); }
     WatchedTags &tags() const { return m_plant->tags(); }
     TraceStore &store(const char *name)

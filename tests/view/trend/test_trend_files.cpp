@@ -29,6 +29,9 @@ private Q_SLOTS:
     void tellsOfAFullDisk();
     void recordsToAFile();
     void recordsWhatIsConfirmed();
+
+private:
+    bool write(const char *text);
 };
 
 void TestTrendFiles::writesCsv()
@@ -92,11 +95,23 @@ void TestTrendFiles::tellsOfAFullDisk()
     QCOMPARE(bytesOf(file), before);
 }
 
+/** @param text an assignment */
+bool TestTrendFiles::write(const char *text)
+{
+    QString error;
+    const auto assignment =
+        parseAssignment(QLatin1String(text), 1, m_plant->line().registers(), error);
+    if (assignment) {
+        m_plant->line().session()->write({*assignment}, ReadBack::Never);
+    }
+    return assignment.has_value();
+}
+
 void TestTrendFiles::recordsToAFile()
 {
     m_page->addTraces(names("speed"));
-    open();
-    setWord(1000, 100);
+    openOnce();
+    setWord(1000, 100); // before it is read
     QTRY_COMPARE_WITH_TIMEOUT(last("speed"), 10.0, kPatienceMs);
     QVERIFY(!m_page->startRecording(path("no/a.csv")));
     QVERIFY(!trouble().isEmpty());
@@ -104,7 +119,7 @@ void TestTrendFiles::recordsToAFile()
     const QString file = path("a.csv");
     QVERIFY(m_page->startRecording(file));
     QVERIFY(m_page->actions().record->isChecked());
-    setWord(1000, 200);
+    QVERIFY(write("D_W:1000=200"));
     QTRY_COMPARE_WITH_TIMEOUT(last("speed"), 20.0, kPatienceMs);
     m_plant->line().close();
     m_page->stopRecording();
@@ -119,17 +134,13 @@ void TestTrendFiles::recordsToAFile()
 void TestTrendFiles::recordsWhatIsConfirmed()
 {
     m_page->addTraces(names("level"));
-    open();
-    setWord(1001, 10);
+    openOnce();
+    setWord(1001, 10); // before it is read
     QTRY_COMPARE_WITH_TIMEOUT(last("level"), 10.0, kPatienceMs);
-    QString error;
-    const auto write =
-        parseAssignment(QLatin1String("D_W:1001=20"), 1, m_plant->line().registers(), error);
-    QVERIFY2(write, qPrintable(error));
     // It begins while the write waits.
     m_plant->plc().faults.add({plc::FaultKind::Delay, 300, 300, 2});
     QSignalSpy told(&tags(), &WatchedTags::stateChanged);
-    m_plant->line().session()->write({*write}, ReadBack::Never);
+    QVERIFY(write("D_W:1001=20"));
     const int level = tags().tags().indexOf(QLatin1String("level"));
     QTRY_VERIFY_WITH_TIMEOUT(!told.isEmpty(), kPatienceMs);
     QCOMPARE(tags().quality(level), Quality::Waiting);

@@ -215,7 +215,7 @@ void TestTrendPage::keepsHeightsAndCursors()
     other.restore(QJsonDocument::fromJson(QJsonDocument(state).toJson()).object());
     QCOMPARE(other.saved(), state);
     other.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&other));
+    QVERIFY(QTest::qWaitForWindowExposed(&other, 60000));
     QVERIFY(qAbs(part(other) - part(*m_page)) < 0.05);
     QVERIFY(!other.cursors().isShown(Cursor::A));
     QCOMPARE(*other.cursors().at(Cursor::B), 1700000000000.0);

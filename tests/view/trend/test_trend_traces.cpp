@@ -51,9 +51,12 @@ void TestTrendTraces::collectsWhatChanges()
     }
     QVERIFY(store("speed").firstMs() >= before);
     QVERIFY(store("speed").lastMs() <= QDateTime::currentMSecsSinceEpoch());
-    // Only what changes is a sample.
-    QVERIFY(store("speed").size() >= 4 && store("speed").size() <= 5);
-    QVERIFY(store("level").size() <= 2);
+    // Only what changes is a sample, and the first behind a gap: a slow machine may make some.
+    const auto gaps = [this](const char *name) {
+        return store(name).entries() - store(name).size();
+    };
+    QVERIFY(store("speed").size() >= 4 && store("speed").size() <= 5 + gaps("speed"));
+    QVERIFY(store("level").size() <= 2 + gaps("level"));
     const int size = store("speed").size();
     m_page->addTraces(names("lamp")); // all are looked at again
     QCOMPARE(store("speed").size(), size);
@@ -66,8 +69,7 @@ void TestTrendTraces::badValuesAreGaps()
     setWord(1000, 100);
     QTRY_COMPARE_WITH_TIMEOUT(last("speed"), 10.0, kPatienceMs);
     setWord(1000, 5000); // above its greatest
-    QTRY_VERIFY_WITH_TIMEOUT(qIsNaN(last("speed")), kPatienceMs);
-    QVERIFY(!qIsNaN(last("level")));
+    QTRY_VERIFY_WITH_TIMEOUT(qIsNaN(last("speed")) && !qIsNaN(last("level")), kPatienceMs);
     setWord(1000, 100);
     QTRY_COMPARE_WITH_TIMEOUT(last("speed"), 10.0, kPatienceMs);
 }
@@ -187,8 +189,9 @@ void TestTrendTraces::pauseLosesNothing()
     QVERIFY(m_page->view().sight().time == before);
     QVERIFY(m_page->view().isFollowing());
     m_page->setPaused(false);
-    m_page->refresh();
-    QVERIFY(m_page->view().sight().time.to > before.to);
+    // It may have to end the picture that was begun.
+    QTRY_VERIFY_WITH_TIMEOUT((m_page->refresh(), m_page->view().sight().time.to > before.to),
+                             kPatienceMs);
 }
 
 void TestTrendTraces::theClockNeverGoesBack()

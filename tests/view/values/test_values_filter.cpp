@@ -142,6 +142,7 @@ void TestValuesFilter::sorts()
     m_plant->setWord(1021, 30);
     QTRY_COMPARE_WITH_TIMEOUT(shown(14, ValueColumn::Value), latin("30"), kPatienceMs);
     QTRY_COMPARE_WITH_TIMEOUT(shown(16, ValueColumn::Value), latin("\"AA\""), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_plant->isRead(), kPatienceMs);
     const auto &row = currentRow(kOrders);
     m_shown->sort(static_cast<int>(row.column), row.order);
     QVector<int> rows;
